@@ -1,0 +1,43 @@
+// The stage between the projection and the caller: the local grid of a Geodesy object.
+#include "adjust/similarity.h"
+#include "frame/geodesy.h"
+
+namespace latigo {
+
+namespace {
+
+constexpr std::uint32_t TypeMask = 0xFFFF;
+constexpr std::uint32_t SimilarityType = 1;
+
+std::uint32_t TypeOf(const Adjustment& adjustment) { return adjustment.AdjustType & TypeMask; }
+
+}  // namespace
+
+errcode Geodesy::SetAdjust(const Adjustment& adjustment) {
+  if (adjustment.AdjustScale == 0) {
+    return errcode(NoAdjustScale, Fatal);
+  }
+  Adjust = adjustment;
+  // The other types leave the names of the axes as they were.
+  if (TypeOf(Adjust) == SimilarityType) {
+    FirstAxisId = (Adjust.AdjustType & LATIGO_REVERSE_X) != 0 ? AxisWesting : AxisEasting;
+    SecondAxisId = (Adjust.AdjustType & LATIGO_REVERSE_Y) != 0 ? AxisSouthing : AxisNorthing;
+  }
+  return errcode();
+}
+
+void Geodesy::GetAdjust(Adjustment& adjustment) const { adjustment = Adjust; }
+
+void Geodesy::AdjustForward(double& x, double& y) const {
+  if (TypeOf(Adjust) == SimilarityType) {
+    SimilarityForward(Adjust, x, y);
+  }
+}
+
+void Geodesy::AdjustInverse(double& x, double& y) const {
+  if (TypeOf(Adjust) == SimilarityType) {
+    SimilarityInverse(Adjust, x, y);
+  }
+}
+
+}  // namespace latigo

@@ -1,0 +1,55 @@
+// The reference ellipsoid: four values, and the operations that need nothing else. Angles are radians, north and east
+// positive; lengths are metres.
+#pragma once
+
+namespace latigo {
+
+struct Geographic {
+  double phi;     // latitude, radians
+  double lambda;  // longitude, radians
+  double h;       // height above the ellipsoid, metres
+};
+
+// Earth-centred, earth-fixed: X towards latitude 0 longitude 0, Z towards the north pole; metres.
+struct Cartesian {
+  double X, Y, Z;
+};
+
+class Ellipsoid {
+ public:
+  // From the semi-major axis in metres and the flattening itself; 0 gives a sphere.
+  Ellipsoid(double semiMajorAxis, double flattening);
+
+  // From the semi-major axis in metres and the reciprocal flattening; exactly 0 gives a sphere.
+  static Ellipsoid FromInvFlattening(double semiMajorAxis, double invFlattening);
+
+  double a() const { return a_; }
+  double f() const { return f_; }
+  double e2() const { return e2_; }
+  double e() const { return e_; }
+
+  double PrimeVerticalRadius(double phi) const;  // N(phi), metres
+  double MeridianRadius(double phi) const;       // M(phi), metres
+
+  // Length of the meridian from the equator to phi, metres, signed as phi: the series in e2 up to e^6.
+  double MeridianArc(double phi) const;
+
+  Cartesian GeoECEF(const Geographic& position) const;
+
+  // The way back, by iteration on the latitude. On the polar axis the longitude is 0, and the centre of the earth counts
+  // as south. Longitudes lie from -pi to pi.
+  Geographic ECEFGeo(const Cartesian& position) const;
+
+  // Exact comparison of a and f.
+  bool operator!=(const Ellipsoid& other) const { return a_ != other.a_ || f_ != other.f_; }
+
+ private:
+  double a_;   // semi-major axis, metres
+  double f_;   // flattening
+  double e2_;  // first eccentricity squared
+  double e_;   // first eccentricity
+};
+
+extern const Ellipsoid WGS84Ellipsoid;
+
+}  // namespace latigo

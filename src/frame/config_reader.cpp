@@ -1,0 +1,122 @@
+#include "frame/config_reader.h"
+
+#include <cstring>
+
+#include "frame/config_keys.h"
+#include "frame/install_dir.h"
+#include "frame/last_error.h"
+#include "frame/profile.h"
+
+namespace latigo {
+
+namespace {
+
+constexpr const char* DefaultSection = "Geodesy";
+
+// One section of one file, while an object is made from it.
+class SectionReader {
+ public:
+  SectionReader(Profile& profile, const char* section) : profile_(profile), section_(section) {}
+
+  double Number(const char* key) const { return profile_.GetDouble(key, section_, 0); }
+
+  // Fills the doubles of a record that the table of keys names.
+  template <typename T>
+  void ReadNumbers(Record record, T& target) const {
+    for (const ConfigKey& key : ConfigKeys()) {
+      if (key.record == record) {
+        const double value = Convert(key.conversion, Number(key.name));
+        std::memcpy(reinterpret_cast<char*>(&target) + key.offset, &value, sizeof value);
+      }
+    }
+  }
+
+  GeodesyParams ReadParams() const {
+    GeodesyParams params{};
+    ReadNumbers(Record::Params, params);
+    char keyword[80];
+    profile_.GetString(keyword, sizeof keyword, "Projection", section_, "");
+    params.Kind = KindOfKeyword(keyword);
+    if (params.Kind == 0) {
+      throw errcode(UnknownKind, Fatal);
+    }
+    return params;
+  }
+
+  void ReadDatum(Geodesy& object) const {
+    if (profile_.HasKey("DynDatum", section_)) {
+      object.SetEllModel(GridPath("DynDatum").text);
+      return;
+    }
+    EllDiff diff{};
+    ReadNumbers(Record::Diff, diff);
+    object.SetEllDiff(diff);
+  }
+
+  void ReadAdjustment(Geodesy& object) const {
+    Adjustment adjustment{};
+    adjustment.AdjustType = static_cast<std::uint32_t>(profile_.GetInt("AdjustType", section_, 0));
+    if (profile_.GetBool("ReverseX", section_, false)) {
+      adjustment.AdjustType |= LATIGO_REVERSE_X;
+    }
+    if (profile_.GetBool("ReverseY", section_, false)) {
+      adjustment.AdjustType |= LATIGO_REVERSE_Y;
+    }
+    ReadNumbers(Record::Adjust, adjustment);
+    object.SetAdjust(adjustment);
+  }
+
+  void ReadGeoid(Geodesy& object) const {
+    object.SetOrthoHCorr(Number("OrthoHCorr"));
+    if (profile_.HasKey("Geoid", section_)) {
+      object.LoadGeoid(GridPath("Geoid").text);  // a failure dies unread and is thrown
+    }
+  }
+
+ private:
+  struct PathText {
+    char text[256];
+  };
+
+  // A path that is too long comes out empty, and no file has that name.
+  PathText GridPath(const char* key) const {
+    char value[256];
+    profile_.GetString(value, sizeof value, key, section_, "");
+    PathText path;
+    GridFilePath(value, path.text);
+    return path;
+  }
+
+  Profile& profile_;
+  const char* section_;
+};
+
+}  // namespace
+
+Geodesy* CreateFromFile(const char* fileName, const char* section) noexcept {
+  std::unique_ptr<Geodesy> object;
+  try {
+    Profile profile(fileName);
+    const SectionReader reader(profile, section != nullptr ? section : DefaultSection);
+    object = std::make_unique<Geodesy>(reader.ReadParams());
+    object->SetVertUnit(reader.Number("VertUnit"));
+    reader.ReadDatum(*object);
+    reader.ReadAdjustment(*object);
+    reader.ReadGeoid(*object);
+    SetLastError(0);
+    return object.release();
+  } catch (errcode& failure) {
+    const std::int32_t code = failure.code();
+    SetLastError(code);
+    if (code != GeoidNotLoaded) {
+      return nullptr;
+    }
+    object->SetOrthoHCorr(0);
+    return object.release();
+  } catch (...) {
+    SetLastError(OtherException);
+    return nullptr;
+  }
+}
+
+}  // namespace latigo

@@ -1,0 +1,55 @@
+#include "frame/errcode.h"
+
+#include <utility>
+
+#include "frame/log_line.h"
+
+namespace latigo {
+
+namespace {
+errfacility TheFacility;
+}
+
+constinit errfacility* DefaultFacility = &TheFacility;
+constinit errfacility* GridFacility = &TheFacility;
+
+errcode::errcode(std::int32_t code, std::int16_t severity, errfacility* facility) noexcept
+    : code_(code), severity_(severity), facility_(facility != nullptr ? facility : DefaultFacility) {}
+
+errcode::errcode(errcode& source) noexcept
+    : code_(source.code_),
+      severity_(source.severity_),
+      pending_(std::exchange(source.pending_, false) && !source.thrown_),
+      facility_(source.facility_) {}
+
+errcode& errcode::operator=(errcode& source) {
+  if (pending_ && severity_ >= Warning) {
+    facility_->report(*this);
+  }
+  code_ = source.code_;
+  severity_ = source.severity_;
+  facility_ = source.facility_;
+  thrown_ = false;
+  pending_ = std::exchange(source.pending_, false);
+  return *this;
+}
+
+errcode::~errcode() noexcept(false) {
+  if (code_ != 0 && pending_ && severity_ >= Warning) {
+    facility_->report(*this);
+  }
+}
+
+void errfacility::report(errcode& value) {
+  if (value.severity_ >= logLevel_) {
+    log(value);
+  }
+  if (value.severity_ >= throwLevel_) {
+    value.thrown_ = true;
+    throw errcode(value);
+  }
+}
+
+void errfacility::log(const errcode& value) { LogLine("Log --- %s %d\n", name_.c_str(), value.code_); }
+
+}  // namespace latigo

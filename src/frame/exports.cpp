@@ -1,0 +1,204 @@
+// The exported functions, each behind one of four frames: what it does on a null handle, on a failure and on success.
+// No exception leaves them. include/latigo/latigo.h documents them, exports.list lists them.
+#include <latigo/latigo.h>
+
+#include <cstring>
+
+#include "datum/ellipsoid_table.h"
+#include "frame/config_reader.h"
+#include "frame/geodesy.h"
+#include "frame/last_error.h"
+#include "frame/local_names.h"
+
+using latigo::errcode;
+using latigo::Geodesy;
+
+namespace {
+
+Geodesy* ObjectOf(GeodesyHandle handle) { return reinterpret_cast<Geodesy*>(handle); }
+GeodesyHandle HandleOf(Geodesy* object) { return reinterpret_cast<GeodesyHandle>(object); }
+
+// Leaves a code in LastError; gives 1 for the code 0 and 0 for any other.
+std::int32_t Leave(std::int32_t code) {
+  latigo::SetLastError(code);
+  return code == 0 ? 1 : 0;
+}
+
+// For operations that cannot fail.
+template <typename Operation>
+std::int32_t Plain(GeodesyHandle handle, Operation operation) {
+  if (handle == nullptr) {
+    return Leave(latigo::NullHandle);
+  }
+  operation(*ObjectOf(handle));
+  return Leave(0);
+}
+
+// For operations that give an errcode: it is read, so nothing is logged and nothing thrown.
+template <typename Operation>
+std::int32_t Read(GeodesyHandle handle, Operation operation) {
+  if (handle == nullptr) {
+    return Leave(latigo::NullHandle);
+  }
+  return Leave(operation(*ObjectOf(handle)).code());
+}
+
+// For operations whose failures are logged: an errcode that they give dies unread, and its facility throws it.
+template <typename Operation>
+std::int32_t Guarded(GeodesyHandle handle, Operation operation) {
+  if (handle == nullptr) {
+    return Leave(latigo::NullHandle);
+  }
+  try {
+    operation(*ObjectOf(handle));
+    return Leave(0);
+  } catch (errcode& failure) {
+    return Leave(failure.code());
+  } catch (...) {
+    return Leave(latigo::OtherException);
+  }
+}
+
+}  // namespace
+
+extern "C" {
+
+GeodesyHandle CreateFileGeodesy(const char* fileName, const char* section) {
+  return HandleOf(latigo::CreateFromFile(fileName, section));
+}
+
+GeodesyHandle CreateGeodesy(const GeodesyParams* params) {
+  try {
+    auto* object = new Geodesy(*params);
+    Leave(0);
+    return HandleOf(object);
+  } catch (errcode& failure) {
+    Leave(failure.code());
+  } catch (...) {
+    Leave(latigo::OtherException);
+  }
+  return nullptr;
+}
+
+int32_t DestroyGeodesy(GeodesyHandle handle) {
+  return Plain(handle, [](Geodesy& object) { delete &object; });
+}
+
+int32_t GetGeodesyParams(GeodesyHandle handle, GeodesyParams* params, char* ellipsoidName, char* projectionCode) {
+  return Plain(handle, [=](const Geodesy& object) {
+    object.GetParams(*params);
+    if (ellipsoidName != nullptr) {
+      const char* name = latigo::EllipsoidName(object.GetProjection().a(), object.GetProjection().f());
+      std::strcpy(ellipsoidName, name != nullptr ? name : "");
+    }
+    if (projectionCode != nullptr) {
+      std::strcpy(projectionCode, object.GetProjection().Code());
+    }
+  });
+}
+
+int32_t GetGeodesyError(void) { return latigo::LastError(); }
+
+int32_t GetGeodesyVersion(void) { return 100 * LATIGO_VERSION_MAJOR + LATIGO_VERSION_MINOR; }
+
+int32_t GeoXY(GeodesyHandle handle, double* x, double* y, double latitude, double longitude) {
+  return Guarded(handle, [=](const Geodesy& object) { return object.GeoXY(*x, *y, latitude, longitude); });
+}
+
+int32_t XYGeo(GeodesyHandle handle, double x, double y, double* latitude, double* longitude) {
+  return Guarded(handle, [=](const Geodesy& object) { return object.XYGeo(x, y, *latitude, *longitude); });
+}
+
+double Scale(GeodesyHandle handle, double x, double y) {
+  double k = 1.0;
+  return Read(handle, [&](const Geodesy& object) { return object.Scale(x, y, k); }) != 0 ? k : 1.0;
+}
+
+int32_t SetEllDiff(GeodesyHandle handle, const EllDiff* diff) {
+  return Plain(handle, [=](Geodesy& object) { object.SetEllDiff(*diff); });
+}
+
+int32_t GetEllDiff(GeodesyHandle handle, EllDiff* diff) {
+  return Plain(handle, [=](const Geodesy& object) { object.GetEllDiff(*diff); });
+}
+
+int32_t SetEllModel(GeodesyHandle handle, const char* fileName) {
+  return Guarded(handle, [=](Geodesy& object) { object.SetEllModel(fileName); });
+}
+
+int32_t GetEllModel(GeodesyHandle handle, char* buffer, int32_t size) {
+  return Plain(handle, [=](const Geodesy& object) { object.GetEllModel(buffer, size); });
+}
+
+int32_t EllConv(GeodesyHandle handle, double* latitude, double* longitude, double* height, double a, double f) {
+  return Plain(handle, [=](const Geodesy& object) { object.EllConv(*latitude, *longitude, height, a, f); });
+}
+
+int32_t InvEllConv(GeodesyHandle handle, double* latitude, double* longitude, double* height, double a, double f) {
+  return Plain(handle, [=](const Geodesy& object) { object.InvEllConv(*latitude, *longitude, height, a, f); });
+}
+
+int32_t WGS84Conv(GeodesyHandle handle, double* latitude, double* longitude, double* height) {
+  return Guarded(handle, [=](Geodesy& object) { object.WGS84Conv(*latitude, *longitude, height); });
+}
+
+int32_t InvWGS84Conv(GeodesyHandle handle, double* latitude, double* longitude, double* height) {
+  return Guarded(handle, [=](Geodesy& object) { object.InvWGS84Conv(*latitude, *longitude, height); });
+}
+
+int32_t GeoECEF(GeodesyHandle handle, double* x, double* y, double* z, double latitude, double longitude,
+                double height) {
+  return Plain(handle, [=](const Geodesy& object) {
+    const auto position = object.GetProjection().GeoECEF({latitude, longitude, height});
+    *x = position.X;
+    *y = position.Y;
+    *z = position.Z;
+  });
+}
+
+int32_t ECEFGeo(GeodesyHandle handle, double x, double y, double z, double* latitude, double* longitude,
+                double* height) {
+  return Plain(handle, [=](const Geodesy& object) {
+    const auto position = object.GetProjection().ECEFGeo({x, y, z});
+    *latitude = position.phi;
+    *longitude = position.lambda;
+    *height = position.h;
+  });
+}
+
+int32_t SetGeoid(GeodesyHandle handle, const char* fileName, double orthoHCorr) {
+  return Guarded(handle, [=](Geodesy& object) { object.SetGeoid(fileName, orthoHCorr); });
+}
+
+int32_t GetGeoid(GeodesyHandle handle, char* buffer, int32_t size, double* orthoHCorr) {
+  return Plain(handle, [=](const Geodesy& object) { object.GetGeoid(buffer, size, orthoHCorr); });
+}
+
+int32_t Undulation(GeodesyHandle handle, double latitude, double longitude, double* undulation) {
+  return Read(handle, [=](Geodesy& object) { return object.Undulation(latitude, longitude, *undulation); });
+}
+
+int32_t HConvert(GeodesyHandle handle, double* value, uint8_t direction) {
+  return Plain(handle, [=](const Geodesy& object) { object.HConvert(*value, direction != 0); });
+}
+
+int32_t VConvert(GeodesyHandle handle, double* value, uint8_t direction) {
+  return Plain(handle, [=](const Geodesy& object) { object.VConvert(*value, direction != 0); });
+}
+
+int32_t SetAdjustment(GeodesyHandle handle, const Adjustment* adjustment) {
+  return Read(handle, [=](Geodesy& object) { return object.SetAdjust(*adjustment); });
+}
+
+int32_t GetAdjustment(GeodesyHandle handle, Adjustment* adjustment) {
+  return Plain(handle, [=](const Geodesy& object) { object.GetAdjust(*adjustment); });
+}
+
+int32_t GetLocalName(GeodesyHandle handle, int32_t request, const char* language, char* buffer, int32_t size) {
+  if (handle == nullptr) {
+    return Leave(latigo::NullHandle);
+  }
+  return Leave(latigo::GetLocalName(*ObjectOf(handle), request, language, buffer, size));
+}
+
+}  // extern "C"

@@ -1,0 +1,32 @@
+// What happens when the library is loaded into a process. The facility of errcode.cpp is static and stands before any
+// export can run.
+#include "frame/last_error.h"
+#include "frame/local_names.h"
+#include "frame/log_line.h"
+#include "platform/platform.h"
+
+namespace latigo {
+
+namespace {
+
+void LibraryLoaded(HMODULE module) {
+  LogLine("LATIGO ver %d.%d loaded", LATIGO_VERSION_MAJOR, LATIGO_VERSION_MINOR);
+  AllocateLastError();
+  ModuleHandle = module;
+}
+
+}  // namespace
+
+#if defined(_WIN32)
+extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID) {
+  if (reason == DLL_PROCESS_ATTACH) {
+    LibraryLoaded(module);
+  }
+  return TRUE;
+}
+#else
+// There is no handle to the module, and the string table needs none.
+[[gnu::constructor]] void Loaded() { LibraryLoaded(nullptr); }
+#endif
+
+}  // namespace latigo

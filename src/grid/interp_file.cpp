@@ -1,0 +1,190 @@
+#include "grid/interp_file.h"
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <cstring>
+#include <limits>
+#include <string_view>
+
+#include "datum/angles.h"
+#include "platform/ascii.h"
+#include "platform/files.h"
+
+namespace latigo {
+
+static_assert(std::endian::native == std::endian::little, "grid files are little-endian and read as they are");
+
+// The first 96 bytes of the file.
+struct InterpFile::Header {
+  char text[56];   // description; with the magic only its first 30 bytes, and two doubles at 32 and 40
+  char magic[8];   // "TIDEWRAK" in any mix of capitals, or anything else
+  std::int32_t nc;  // nodes per row
+  std::int32_t nr;  // rows
+  std::int32_t nz;  // values per node
+  float west;       // longitude of column 0, degrees
+  float lonstep;    // degrees
+  float south;      // latitude of row 0, degrees
+  float latstep;    // degrees
+  std::int32_t unused;
+};
+
+namespace {
+
+constexpr std::string_view Magic = "TIDEWRAK";
+constexpr std::size_t ShortDescription = 30;
+
+// Steps are whole arc seconds; the file has them as degrees in single precision. Radians.
+double RoundedStep(float degrees) {
+  const double arcSeconds = std::trunc(double{degrees} * 3600.0 + 0.5);
+  return arcSeconds / 3600.0 * Pi / 180;
+}
+
+// The weight of the corner at (1, 1): S(x) S(y) with S(t) = t^2 (3 - 2t).
+double CornerWeight(double x, double y) { return x * x * y * y * (9 - 6 * x - 6 * y + 4 * x * y); }
+
+// A cell along one axis: the index of its first node and of its second, and the fraction between them.
+struct Cell {
+  std::int32_t first;
+  std::int32_t second;
+  double fraction;
+};
+
+// A point on the far limit belongs to the cell before it, fraction 1; a lattice of one node has no cell, and its node
+// stands for both ends.
+Cell CellOf(double position, double origin, double step, std::int32_t nodes) {
+  const double cells = (position - origin) / step;
+  if (!(cells < nodes - 1)) {
+    return nodes == 1 ? Cell{0, 0, 0.0} : Cell{nodes - 2, nodes - 1, 1.0};
+  }
+  const auto first = static_cast<std::int32_t>(cells);
+  return {first, first + 1, (position - (first * step + origin)) / step};
+}
+
+errcode Failure(ErrorNumber code) { return errcode(code, Fatal, GridFacility); }
+
+}  // namespace
+
+InterpFile::InterpFile(const char* path, bool reverse) {
+  Open(path, reverse);  // a failure dies unread and is thrown
+}
+
+errcode InterpFile::Open(const char* path, bool reverse) {
+  file_.reset();
+  rowLow_.reset();
+  rowHigh_.reset();
+  path_ = path;
+
+  file_.reset(OpenForReading(path));
+  if (!file_) {
+    return Failure(FileNotOpened);
+  }
+  Header header;
+  static_assert(sizeof header == 96);
+  if (std::fread(&header, sizeof header, 1, file_.get()) != 1) {
+    return Failure(HeaderShort);
+  }
+  return ReadHeader(header, reverse);
+}
+
+errcode InterpFile::ReadHeader(const Header& header, bool reverse) {
+  south_ = double{header.south} * Pi / 180;
+  west_ = double{header.west} * Pi / 180;
+  if (!(-HalfPi <= south_ && south_ <= HalfPi && -Pi <= west_ && west_ <= Pi)) {
+    return Failure(HeaderOutOfRange);
+  }
+  latStep_ = RoundedStep(header.latstep);
+  lonStep_ = RoundedStep(header.lonstep);
+  if (!(latStep_ > 0 && lonStep_ > 0 && std::isfinite(latStep_) && std::isfinite(lonStep_))) {
+    return Failure(HeaderOutOfRange);
+  }
+  rows_ = header.nr;
+  cols_ = header.nc;
+  depth_ = header.nz;
+  if (!(rows_ > 0 && cols_ > 0 && depth_ > 0)) {
+    return Failure(HeaderOutOfRange);
+  }
+  const std::int64_t rowValues = std::int64_t{cols_} * depth_;
+  if (rowValues > (std::numeric_limits<std::int32_t>::max() - 4) / 4) {
+    return Failure(HeaderOutOfRange);
+  }
+  recordBytes_ = static_cast<std::int32_t>(rowValues * 4 + 4);
+  north_ = south_ + latStep_ * (rows_ - 1);
+  east_ = west_ + lonStep_ * (cols_ - 1);
+  rowLow_.reset(new float[static_cast<std::size_t>(rowValues + 1)]);
+  rowHigh_.reset(new float[static_cast<std::size_t>(rowValues + 1)]);
+  cachedRow_ = cachedCol_ = -1;
+
+  if (EqualIgnoringCase(std::string_view(header.magic, sizeof header.magic), Magic)) {
+    std::memcpy(&headerValueA_, header.text + 32, sizeof headerValueA_);
+    std::memcpy(&headerValueB_, header.text + 40, sizeof headerValueB_);
+    description_.assign(header.text, ShortDescription);
+  } else {
+    headerValueA_ = headerValueB_ = 0;
+    description_.assign(header.text, sizeof header.text);
+  }
+  if (reverse) {
+    const double east = east_;
+    east_ = -west_;
+    west_ = -east;
+  }
+  return errcode();
+}
+
+errcode InterpFile::Lookup(double latitude, double longitude, std::int32_t* count, std::span<double> values) {
+  if (count != nullptr) {
+    *count = 0;
+  }
+  // A lattice across the meridian of 180 degrees goes on eastward beyond it.
+  if (east_ > Pi && longitude < 0) {
+    longitude += TwoPi;
+  }
+  if (!(south_ <= latitude && latitude <= north_ && west_ <= longitude && longitude <= east_)) {
+    return Failure(OutsideGrid);
+  }
+  const Cell row = CellOf(latitude, south_, latStep_, rows_);
+  const Cell col = CellOf(longitude, west_, lonStep_, cols_);
+  if (row.first != cachedRow_ || col.first != cachedCol_) {
+    cachedRow_ = cachedCol_ = -1;
+    if (!ReadRows(row.first)) {
+      return Failure(RowUnreadable);
+    }
+    cachedRow_ = row.first;
+    cachedCol_ = col.first;
+  }
+  const float* const low = rowLow_.get() + 1;
+  const float* const high = rowHigh_.get() + 1;
+  const auto depth = static_cast<std::size_t>(depth_);
+  const std::size_t west = depth * static_cast<std::size_t>(col.first);
+  const std::size_t east = depth * static_cast<std::size_t>(col.second);
+  for (std::size_t i = 0; i < std::min(depth, values.size()); ++i) {
+    corners_ = {low[west + i], low[east + i], high[east + i], high[west + i]};
+    values[i] = Interpolate(corners_.data(), col.fraction, row.fraction);
+  }
+  if (count != nullptr) {
+    *count = depth_;
+  }
+  return errcode();
+}
+
+// Row r lies behind the header's record. The last row has none behind it and stands for both.
+bool InterpFile::ReadRows(std::int32_t row) {
+  const bool last = row == rows_ - 1;
+  const auto bytes = static_cast<std::size_t>(recordBytes_);
+  if (!SeekTo(file_.get(), (std::int64_t{row} + 1) * recordBytes_) ||
+      std::fread(rowLow_.get(), bytes, 1, file_.get()) != 1) {
+    return false;
+  }
+  if (last) {
+    std::memcpy(rowHigh_.get(), rowLow_.get(), bytes);
+    return true;
+  }
+  return std::fread(rowHigh_.get(), bytes, 1, file_.get()) == 1;
+}
+
+double InterpFile::Interpolate(const double* corners, double v, double u) const {
+  return corners[0] * CornerWeight(1 - v, 1 - u) + corners[1] * CornerWeight(v, 1 - u) +
+         corners[2] * CornerWeight(v, u) + corners[3] * CornerWeight(1 - v, u);
+}
+
+}  // namespace latigo

@@ -1,0 +1,42 @@
+// Lambert conformal conic on the ellipsoid, with one standard parallel or two. Snyder, USGS PP 1395, chapter 15, (15-1)
+// to (15-11).
+//
+// Reads NorthParallel and SouthParallel (in either order; equal values are the form with one parallel), RefLatitude,
+// CentralMeridian, ScaleFactor, Unit and the false origin. ScaleFactor multiplies the radius in both forms.
+// Domain: GeoXY takes any position but the pole away from the apex, and does not wrap longitudes; XYGeo sees only cone
+// angles within 90 degrees of the central meridian.
+// Accuracy: forward exact to rounding; the inverse stops when a pass changes the latitude by 1e-10 radians (0.6 mm) or
+// less, and the error left is smaller by e^2.
+// Failures: 7 from the constructor, 6 from GeoXY, 11 from XYGeo.
+//
+// For a cone over the south pole the constants n, F, rho0 and the radius of a point are all negative.
+#pragma once
+
+#include "projection/projection.h"
+
+namespace latigo {
+
+class Lambert : public Projection {
+ public:
+  explicit Lambert(const GeodesyParams& params);
+
+  const char* Code() const override { return "LCC"; }
+  std::int32_t Kind() const override { return 1; }
+  errcode XYGeo(double x, double y, double& phi, double& lambda) const override;
+  errcode GeoXY(double& x, double& y, double phi, double lambda) const override;
+  errcode Scale(double x, double y, double& k) const override;
+
+ private:
+  double MakeConeConstant() const;
+  double MakeConeRadius() const;
+  // The radius of a grid point, with the sign of n.
+  double PolarRadius(double dx, double q) const;
+
+  const double ConeConstant;  // n
+  const double ConeRadius;    // F, grid units
+  const double OriginRadius;  // rho0: radius of the parallel of RefLatitude, grid units
+  const double SemiMajor;     // a, grid units
+  const double InvCone;       // 1/n
+};
+
+}  // namespace latigo

@@ -1,0 +1,30 @@
+// Mercator on the ellipsoid, true to scale on a reference latitude. Snyder, USGS PP 1395, chapter 7, (7-7) to (7-9).
+//
+// Reads RefLatitude (the latitude of true scale), CentralMeridian, Unit and the false origin; northings count from the
+// equator. ScaleFactor is not read.
+// Domain: all latitudes but the poles; longitudes wrap once around.
+// Accuracy: forward exact to rounding; the inverse stops when a pass changes the latitude by 5e-11 radians (0.3 mm) or
+// less, and the error left is smaller by e^2.
+// Failures: 7 from the constructor, 6 from GeoXY.
+#pragma once
+
+#include "projection/projection.h"
+
+namespace latigo {
+
+class Mercator : public Projection {
+ public:
+  explicit Mercator(const GeodesyParams& params);
+
+  const char* Code() const override { return "MER"; }
+  std::int32_t Kind() const override { return 2; }
+  errcode XYGeo(double x, double y, double& phi, double& lambda) const override;
+  errcode GeoXY(double& x, double& y, double phi, double lambda) const override;
+  errcode Scale(double x, double y, double& k) const override;
+
+ private:
+  const double Radius;     // R: radius of the reference parallel, grid units
+  const double TrueScale;  // cos(phi0) / sqrt(1 - e2 sin^2(phi0))
+};
+
+}  // namespace latigo

@@ -1,0 +1,61 @@
+#include "projection/projection.h"
+
+#include <cmath>
+
+namespace latigo {
+
+namespace {
+
+// Beyond so many turns repeated subtraction would take long, or never end.
+constexpr double ManyTurns = 1000 * TwoPi;
+
+double OneIfZero(double value) { return value == 0 ? 1.0 : value; }
+
+}  // namespace
+
+Projection::Projection(const GeodesyParams& params)
+    : Ellipsoid(FromInvFlattening(params.SemiMajorAxis, params.InvFlattening)),
+      ScaleFactor(OneIfZero(params.ScaleFactor)),
+      CentralMeridian(params.CentralMeridian),
+      RefLatitude(params.RefLatitude),
+      NorthParallel(params.NorthParallel),
+      SouthParallel(params.SouthParallel),
+      SkewAzimuth(params.SkewAzimuth),
+      Unit(OneIfZero(params.Unit)),
+      FalseEasting(params.FalseEasting),
+      FalseNorthing(params.FalseNorthing) {}
+
+errcode Projection::UnitScale(double /*x*/, double /*y*/, double& k) {
+  k = 1.0;
+  return errcode();
+}
+
+double Projection::NormalizeLongitude(double v) {
+  // Repeated subtraction, not a remainder: its rounding is part of the result.
+  if (std::fabs(v) > ManyTurns) {
+    v = std::remainder(v, TwoPi);  // infinity gives NaN
+  }
+  const double step = v < 0 ? -TwoPi : TwoPi;
+  while (std::fabs(v) > Pi) {
+    v -= step;
+  }
+  return v;
+}
+
+double Projection::IsometricT(double phi) const {
+  const double s = std::sin(phi);
+  const double es = e() * s;
+  return std::sqrt(((1 - s) / (1 + s)) * std::pow((1 + es) / (1 - es), e()));
+}
+
+double Projection::LatitudePass(double t, double sinPhi) const {
+  const double es = e() * sinPhi;
+  return HalfPi - 2 * std::atan(t * std::pow((1 - es) / (1 + es), e() / 2));
+}
+
+double Projection::ParallelRatio(double phi) const {
+  const double s = std::sin(phi);
+  return std::cos(phi) / std::sqrt(1 - e2() * s * s);
+}
+
+}  // namespace latigo

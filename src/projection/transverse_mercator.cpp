@@ -1,0 +1,165 @@
+#include "projection/transverse_mercator.h"
+
+#include <cmath>
+
+namespace latigo {
+
+namespace {
+
+// G for a semi-major axis of 1.
+double RectifyingRatio(double n) {
+  const double n2 = n * n;
+  return (1 - n) * (1 - n2) * (1 + 2.25 * n2 + 225 * 0.015625 * n2 * n2);
+}
+
+}  // namespace
+
+// The meridian arc: coefficients of sin 2 phi to sin 8 phi.
+TransverseMercator::FourTerms TransverseMercator::ArcSeries(double n) {
+  const double n2 = n * n;
+  const double n3 = n2 * n;
+  const double n4 = n2 * n2;
+  return {-3.0 / 2 * n + 9.0 / 16 * n3,      // A2
+          15.0 / 16 * n2 + -15.0 / 32 * n4,  // A4
+          -35.0 / 48 * n3,                   // A6
+          315.0 / 512 * n4};                 // A8
+}
+
+// The footpoint latitude: coefficients of sin 2 mu to sin 8 mu.
+TransverseMercator::FourTerms TransverseMercator::FootpointSeries(double n) {
+  const double n2 = n * n;
+  const double n3 = n2 * n;
+  const double n4 = n2 * n2;
+  return {3.0 / 2 * n + -27.0 / 32 * n3,     // B2
+          21.0 / 16 * n2 + -55.0 / 32 * n4,  // B4
+          151.0 / 96 * n3,                   // B6
+          1097.0 / 512 * n4};                // B8
+}
+
+TransverseMercator::FourTerms TransverseMercator::Fold(const FourTerms& multipleAngles) {
+  const auto [A2, A4, A6, A8] = multipleAngles;
+  return {2 * (A2 - 2 * A4 + 3 * A6 - 4 * A8),  //
+          8 * (A4 - 4 * A6 + 10 * A8),          //
+          32 * (A6 - 6 * A8),                   //
+          128 * A8};
+}
+
+double TransverseMercator::Series(const FourTerms& C, double u, double sinU, double cosU) {
+  const double c2 = cosU * cosU;
+  return u + sinU * cosU * (C[0] + c2 * (C[1] + c2 * (C[2] + c2 * C[3])));
+}
+
+TransverseMercator::TransverseMercator(const GeodesyParams& params)
+    : Projection(params),
+      ThirdFlattening(f() / (2 - f())),
+      EccSquared(f() * (2 - f())),
+      SecondEccSquared(EccSquared / (1 - EccSquared)),
+      SemiMajor(a() / Unit),
+      RectifyingRadius(SemiMajor * RectifyingRatio(ThirdFlattening)),
+      FootCoeffs(Fold(FootpointSeries(ThirdFlattening))),
+      ArcCoeffs(Fold(ArcSeries(ThirdFlattening))),
+      OriginArc(-ScaleFactor * RectifyingRadius *
+                Series(ArcCoeffs, RefLatitude, std::sin(RefLatitude), std::cos(RefLatitude))) {
+  if (RectifyingRadius * ScaleFactor == 0) {
+    throw errcode(NoUsableProjection, Fatal);
+  }
+}
+
+errcode TransverseMercator::GeoXY(double& x, double& y, double phi, double lambda) const {
+  double d = lambda - CentralMeridian;
+  if (d < -Pi) {
+    d += TwoPi;
+  } else if (d > Pi) {
+    d -= TwoPi;
+  }
+  if (phi == HalfPi) {
+    return errcode(PoleNotShown, Fatal);
+  }
+  const double c = std::cos(phi);
+  const double s = std::sin(phi);
+  const double t = s / c;
+  const double T = t * t;
+  const double C = SecondEccSquared * c * c;
+  const double A = d * c;
+  const double A2 = A * A;
+  const double N = SemiMajor / std::sqrt(1 - EccSquared * s * s);
+  const double M = RectifyingRadius * Series(ArcCoeffs, phi, s, c);
+
+  const double X2 = (1 - T + C) / 6;
+  const double X4 = (5 - 18 * T + T * T + (14 - 58 * T) * C) / 120;
+  const double X6 = (61 - 479 * T + 179 * T * T - T * T * T) / 5040;
+  const double Y2 = (5 - T + (9 + 4 * C) * C) / 12;
+  const double Y4 = (61 - 58 * T + T * T + (270 - 330 * T) * C) / 360;
+
+  x = ScaleFactor * N * A * (1 + A2 * (X2 + A2 * (X4 + A2 * X6))) + FalseEasting;
+  y = ScaleFactor * (M + 0.5 * t * N * A2 * (1 + A2 * (Y2 + A2 * Y4))) + OriginArc + FalseNorthing;
+  return errcode();
+}
+
+errcode TransverseMercator::Footpoint(double y, double& phi1) const {
+  const double mu = (y - FalseNorthing - OriginArc) / (RectifyingRadius * ScaleFactor);
+  if (!(std::fabs(mu) < HalfPi)) {
+    return errcode(BeyondDomain, Fatal);
+  }
+  const double foot = Series(FootCoeffs, mu, std::sin(mu), std::cos(mu));
+  if (!(std::fabs(foot) < HalfPi)) {
+    return errcode(BeyondDomain, Fatal);
+  }
+  phi1 = foot;
+  return errcode();
+}
+
+errcode TransverseMercator::XYGeo(double x, double y, double& phi, double& lambda) const {
+  double phi1 = 0;
+  if (Footpoint(y, phi1).code() != 0) {
+    return errcode(BeyondDomain, Fatal);
+  }
+  const double c = std::cos(phi1);
+  const double s = std::sin(phi1);
+  const double t = s / c;
+  const double T = t * t;
+  const double C = SecondEccSquared * c * c;
+  const double N = SemiMajor / std::sqrt(1 - EccSquared * s * s);
+  const double Q = (x - FalseEasting) / (ScaleFactor * N);
+  const double Q2 = Q * Q;
+
+  const double P2 = (5 + 3 * T + (1 - 9 * T) * C - 4 * C * C) / -12;
+  const double P4 = (61 + 90 * T + 45 * T * T + (46 - 252 * T - 90 * T * T) * C) / 360;
+  phi = phi1 - 0.5 * (1 + C) * t * Q2 * (1 + Q2 * (P2 + Q2 * P4));
+  if (phi < -HalfPi || phi > HalfPi) {
+    return errcode(BeyondDomain, Fatal);
+  }
+
+  const double L2 = (1 + 2 * T + C) / -6;
+  const double L4 = (5 + 28 * T + 24 * T * T + (6 + 8 * T) * C) / 120;
+  const double L6 = (61 + 662 * T + 1320 * T * T + 720 * T * T * T) / 5040;
+  double longitude = Q * (1 + Q2 * (L2 + Q2 * (L4 + Q2 * L6))) / c + CentralMeridian;
+  if (longitude <= -Pi) {
+    longitude += TwoPi;
+  }
+  if (longitude >= Pi) {
+    longitude -= TwoPi;
+  }
+  lambda = longitude;
+  if (longitude < -Pi || longitude > Pi) {
+    return errcode(BeyondDomain, Fatal);
+  }
+  return errcode();
+}
+
+errcode TransverseMercator::Scale(double x, double y, double& k) const {
+  double phi1 = 0;
+  if (Footpoint(y, phi1).code() != 0) {
+    return errcode(BeyondDomain, Fatal);
+  }
+  const double c = std::cos(phi1);
+  const double s = std::sin(phi1);
+  const double C = SecondEccSquared * c * c;
+  const double N = SemiMajor / std::sqrt(1 - s * s * EccSquared);
+  const double Q = (x - FalseEasting) / (ScaleFactor * N);
+  const double Q2 = Q * Q;
+  k = ScaleFactor * (1 + 0.5 * (1 + C) * Q2 * (1 + (1 + 5 * C) * Q2 / 12));
+  return errcode();
+}
+
+}  // namespace latigo

@@ -1,0 +1,120 @@
+// What the library allocates: nothing on the road of a point, and a code instead of an exception when memory runs out.
+// The operators below are those of the whole process, the library's included.
+#include <atomic>
+#include <new>
+
+#include "support.h"
+
+namespace {
+
+std::atomic<long> Allocations = 0;
+std::atomic<long> FailAt = -1;  // the allocation that fails, counted from 0; -1 for none
+
+void* Allocate(std::size_t size) {
+  if (Allocations++ == FailAt) {
+    return nullptr;
+  }
+  return std::malloc(size == 0 ? 1 : size);
+}
+
+}  // namespace
+
+void* operator new(std::size_t size) {
+  if (void* block = Allocate(size)) {
+    return block;
+  }
+  throw std::bad_alloc();
+}
+void* operator new[](std::size_t size) { return operator new(size); }
+void operator delete(void* block) noexcept { std::free(block); }
+void operator delete[](void* block) noexcept { std::free(block); }
+void operator delete(void* block, std::size_t) noexcept { std::free(block); }
+void operator delete[](void* block, std::size_t) noexcept { std::free(block); }
+
+namespace {
+
+using namespace support;
+
+class AllocationTest : public Scratch {
+ protected:
+  // Makes each allocation of the call fail in turn, until the call succeeds with none failing.
+  static void FailEachIn(const std::function<bool()>& call) {
+    bool done = false;
+    for (long i = 0; !done; ++i) {
+      ASSERT_LT(i, 1000);
+      Allocations = 0;
+      FailAt = i;
+      const bool success = call();
+      const std::int32_t code = GetGeodesyError();
+      done = Allocations <= i;
+      FailAt = -1;
+      EXPECT_EQ(success, done) << "allocation " << i;
+      EXPECT_EQ(code, done ? 0 : 1) << "allocation " << i;
+    }
+  }
+};
+
+TEST_F(AllocationTest, TheRoadOfAPointAllocatesNothing) {
+  Grid shifts;
+  shifts.nz = 2;
+  const std::string datum = Write("datum", shifts.Bytes());
+  const std::string geoid = Write("geoid", Grid{}.Bytes());
+  for (const GeodesyParams& params : {MercatorAt30(), Utm31(), Texas(), WGS84(SMercKind)}) {
+    const Object object = Make(params);
+    ASSERT_EQ(SetEllModel(object.get(), datum.c_str()), 1);
+    ASSERT_EQ(SetGeoid(object.get(), geoid.c_str(), 0), 1);
+    const Adjustment adjustment = {1, 1, 2, 3, 4, 5, 6};
+    SetAdjustment(object.get(), &adjustment);
+    Allocations = 0;
+    int successes = 0;
+    for (int i = 0; i < 100; ++i) {
+      double latitude = Rad(50 + i * 0.004);
+      double longitude = Rad(10 + i * 0.004);
+      double h = 10;
+      double x = 0;
+      double y = 0;
+      double z = 0;
+      char name[20];
+      successes += Undulation(object.get(), latitude, longitude, &z);
+      successes += WGS84Conv(object.get(), &latitude, &longitude, &h);
+      successes += GeoXY(object.get(), &x, &y, latitude, longitude);
+      successes += XYGeo(object.get(), x, y, &latitude, &longitude);
+      successes += InvWGS84Conv(object.get(), &latitude, &longitude, &h);
+      successes += GeoECEF(object.get(), &x, &y, &z, latitude, longitude, h);
+      successes += ECEFGeo(object.get(), x, y, z, &latitude, &longitude, &h);
+      successes += GetLocalName(object.get(), 7, "fra", name, sizeof name);
+    }
+    EXPECT_EQ(Allocations, 0);
+    EXPECT_EQ(successes, 800);
+  }
+}
+
+TEST_F(AllocationTest, EveryAllocationThatFailsEndsInCodeOne) {
+  FailEachIn([] {
+    const GeodesyParams params = Texas();
+    return Object(CreateGeodesy(&params)) != nullptr;
+  });
+
+  const std::string file =
+      Write("file.ini", "[Geodesy]\nProjection=UTM\nSemiMajorAxis=6378137\nFlattening=298\nScaleFactor=0.9996\n");
+  FailEachIn([&] {
+    GeodesyHandle handle = CreateFileGeodesy(file.c_str(), nullptr);
+    const std::int32_t code = GetGeodesyError();
+    if (handle != nullptr) {
+      DestroyGeodesy(handle);
+    }
+    return code == 0 && handle != nullptr;
+  });
+
+  Grid shifts;
+  shifts.nz = 2;
+  const std::string datum = Write("datum", shifts.Bytes());
+  const std::string geoid = Write("geoid", Grid{}.Bytes());
+  const Object object = Make(Utm31());
+  FailEachIn([&] { return SetEllModel(object.get(), datum.c_str()) == 1; });
+  FailEachIn([&] { return SetGeoid(object.get(), geoid.c_str(), 1) == 1; });
+  double undulation = 0;
+  EXPECT_EQ(Undulation(object.get(), Rad(50), Rad(10), &undulation), 1);
+}
+
+}  // namespace

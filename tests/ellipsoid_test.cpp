@@ -1,0 +1,91 @@
+#include "datum/ellipsoid.h"
+
+#include "datum/ellipsoid_table.h"
+#include "support.h"
+
+namespace latigo {
+namespace {
+
+using support::HalfPi;
+
+TEST(EllipsoidTest, RadiiAndArcsOfWgs84) {
+  EXPECT_EQ(WGS84Ellipsoid.f(), 0.0033528106647474805);
+  EXPECT_EQ(WGS84Ellipsoid.e2(), 0.0066943799901413165);
+  EXPECT_EQ(WGS84Ellipsoid.PrimeVerticalRadius(0), 6378137.0);
+  EXPECT_NEAR(WGS84Ellipsoid.MeridianRadius(0), 6335439.3272928195, 1e-8);
+  // At the pole both radii are a^2/b.
+  EXPECT_NEAR(WGS84Ellipsoid.PrimeVerticalRadius(HalfPi), 6399593.6258, 5e-5);
+  EXPECT_NEAR(WGS84Ellipsoid.MeridianRadius(HalfPi), 6399593.6258, 5e-5);
+  EXPECT_NEAR(WGS84Ellipsoid.MeridianArc(HalfPi), 1.0001965729528552e7, 1e-8);
+  EXPECT_NEAR(WGS84Ellipsoid.MeridianArc(1), 6352852.639043315, 1e-8);
+  EXPECT_EQ(WGS84Ellipsoid.MeridianArc(-1), -WGS84Ellipsoid.MeridianArc(1));
+}
+
+TEST(EllipsoidTest, CartesianThereAndBack) {
+  const Cartesian there = WGS84Ellipsoid.GeoECEF({0.7, -1.2, 100});
+  EXPECT_NEAR(there.X, 1770166.7240073832, 2e-9);
+  EXPECT_NEAR(there.Y, -4553137.210589622, 2e-9);
+  EXPECT_NEAR(there.Z, 4087147.9682420357, 2e-9);
+  const Geographic back = WGS84Ellipsoid.ECEFGeo(there);
+  EXPECT_NEAR(back.phi, 0.7, 1e-11);
+  EXPECT_NEAR(back.lambda, -1.2, 1e-15);
+  EXPECT_NEAR(back.h, 100, 1e-8);
+}
+
+TEST(EllipsoidTest, CartesianOnTheLinesOfSymmetry) {
+  const double b = 6378137.0 * (1 - 1 / 298.257223563);
+  struct Case {
+    Cartesian from;
+    Geographic to;
+  };
+  for (const auto& [from, to] : {Case{{0, 0, 0}, {-HalfPi, 0, -b}}, Case{{0, 0, -6356752.0}, {-HalfPi, 0, -0.314245179}},
+                                 Case{{0, 0, 6356752.0}, {HalfPi, 0, -0.314245179}}, Case{{6378137, 0, 0}, {0, 0, 0}},
+                                 Case{{-6378137, 0, 0}, {0, support::Pi, 0}},
+                                 Case{{-6378137, -0.0, 0}, {0, -support::Pi, 0}},
+                                 Case{{0, 6378147, 0}, {0, HalfPi, 10}}, Case{{0, -6378147, -0.0}, {0, -HalfPi, 10}}}) {
+    const Geographic found = WGS84Ellipsoid.ECEFGeo(from);
+    EXPECT_EQ(found.phi, to.phi);
+    EXPECT_EQ(found.lambda, to.lambda);
+    EXPECT_NEAR(found.h, to.h, 1e-8);
+  }
+}
+
+TEST(EllipsoidTest, ASphereIsAnEllipsoid) {
+  const Ellipsoid sphere = Ellipsoid::FromInvFlattening(6371000, 0);
+  EXPECT_EQ(sphere.f(), 0);
+  EXPECT_NEAR(sphere.MeridianArc(1), 6371000, 1e-9);
+  const Geographic back = sphere.ECEFGeo(sphere.GeoECEF({0.5, 2, 1000}));
+  EXPECT_NEAR(back.phi, 0.5, 1e-15);
+  EXPECT_NEAR(back.h, 1000, 2e-9);
+}
+
+TEST(EllipsoidTest, IterationEndsOnWhateverComes) {
+  const Geographic lost = WGS84Ellipsoid.ECEFGeo({support::NaN, 0, 1});
+  EXPECT_TRUE(std::isnan(lost.phi));
+  EXPECT_TRUE(std::isnan(WGS84Ellipsoid.ECEFGeo({1, support::Infinity, support::Infinity}).phi));
+  WGS84Ellipsoid.ECEFGeo({1e-300, 1e-300, 1e-300});
+  Ellipsoid(6378137, 0.99).ECEFGeo({1, 2, 3});
+  Ellipsoid(1e300, -5).ECEFGeo({1, 2, 3});
+}
+
+TEST(EllipsoidTest, NamesAreFoundWithinTheTolerances) {
+  struct Case {
+    double a, f;
+    const char* name;
+  };
+  for (const auto& [a, f, name] : {Case{6378137.0, 1 / 298.257222101, "GRS-1980"},
+                                   Case{6378137.0, 1 / 298.257223563, "WGS-84"},
+                                   Case{6378137.00005, 1 / 298.25722356305, "WGS-84"},
+                                   Case{6377563.396, 1 / 299.3249646, "Airy"},
+                                   Case{6378135.0, 1 / 298.257, "ATS-77"},
+                                   Case{6378249.145, 1 / 293.4663077, "Clarke-1880 (Arc)"},
+                                   Case{6377304.063, 1 / 300.8017, "Everest (Malay. & Sing)"}}) {
+    EXPECT_STREQ(EllipsoidName(a, f), name);
+  }
+  EXPECT_EQ(EllipsoidName(6378137.0002, 1 / 298.257223563), nullptr);
+  EXPECT_EQ(EllipsoidName(6378137.0, 1 / 298.2572235632), nullptr);
+  EXPECT_EQ(EllipsoidName(6378137.0, 0), nullptr);
+}
+
+}  // namespace
+}  // namespace latigo

@@ -1,0 +1,107 @@
+#include "frame/errcode.h"
+
+#include <exception>
+
+#include "support.h"
+
+namespace latigo {
+namespace {
+
+using support::Lines;
+
+class ErrcodeTest : public support::Scratch {};
+
+// What happens to a value that dies unread.
+struct Outcome {
+  std::int16_t severity;
+  bool logged;
+  bool thrown;
+};
+
+TEST_F(ErrcodeTest, AnUnreadValueIsLoggedAndThrownAsItsSeverityAsks) {
+  for (const auto& [severity, logged, thrown] : {Outcome{-1, false, false}, Outcome{0, false, false},
+                                                 Outcome{1, false, false}, Outcome{2, false, false},
+                                                 Outcome{3, true, false}, Outcome{4, true, true}, Outcome{5, true, true}}) {
+    SCOPED_TRACE(severity);
+    std::int32_t caught = 0;
+    try {
+      errcode(42, severity);
+    } catch (errcode& failure) {
+      caught = failure.code();
+    }
+    EXPECT_EQ(caught, thrown ? 42 : 0);
+    EXPECT_EQ(Log(), logged ? Lines{"Log --- Error 42"} : Lines{});
+  }
+}
+
+TEST_F(ErrcodeTest, SuccessAndReadValuesDieInSilence) {
+  errcode(0, 4);
+  errcode(7, 4).code();
+  EXPECT_EQ(Log(), Lines{});
+}
+
+TEST_F(ErrcodeTest, ACopyTakesTheDutyOver) {
+  errcode source(7, 4);
+  {
+    errcode copy(source);
+    EXPECT_EQ(copy.code(), 7);
+  }
+  errcode pending(8, 4);
+  EXPECT_THROW({ errcode heir(pending); }, errcode);
+  EXPECT_EQ(Log(), Lines{"Log --- Error 8"});
+}
+
+TEST_F(ErrcodeTest, AssignmentReportsThePendingTargetFirst) {
+  errcode target(5, 4);
+  errcode source(6, 4);
+  EXPECT_THROW(target = source, errcode);
+  EXPECT_EQ(Log(), Lines{"Log --- Error 5"});
+  EXPECT_EQ(source.code(), 6) << "the source keeps its duty when the target throws";
+
+  errcode quiet(0, 0);
+  quiet = errcode(9, 4);
+  EXPECT_EQ(quiet.code(), 9);
+  EXPECT_EQ(Log(), Lines{});
+}
+
+TEST_F(ErrcodeTest, AValueThrownByTheFacilityMayGoUnread) {
+  try {
+    errcode(3, 4);
+    FAIL();
+  } catch (errcode&) {
+  }
+  EXPECT_EQ(Log(), Lines{"Log --- Error 3"});
+}
+
+TEST_F(ErrcodeTest, AValueThrownDirectlyIsStillPendingWhenCaught) {
+  try {
+    throw errcode(3, 3);
+  } catch (errcode&) {
+  }
+  EXPECT_EQ(Log(), Lines{"Log --- Error 3"}) << "left unread, it reports as the exception object dies";
+  try {
+    throw errcode(3, 4);
+  } catch (errcode& failure) {
+    EXPECT_EQ(failure.code(), 3);
+  }
+  EXPECT_EQ(Log(), Lines{});
+}
+
+TEST_F(ErrcodeTest, FacilitiesHaveNamesAndJudgeTheirOwnValues) {
+  struct Counting : errfacility {
+    using errfacility::errfacility;
+    void log(const errcode& value) override {
+      ++lines;
+      errfacility::log(value);
+    }
+    int lines = 0;
+  };
+  Counting facility("Grid");
+  errcode(11, 3, &facility);
+  EXPECT_EQ(facility.lines, 1);
+  EXPECT_EQ(Log(), Lines{"Log --- Grid 11"});
+  EXPECT_EQ(GridFacility, DefaultFacility);
+}
+
+}  // namespace
+}  // namespace latigo
