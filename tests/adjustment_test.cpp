@@ -20,7 +20,9 @@ class AdjustmentTest : public Scratch {
   static constexpr Adjustment Turned = {1, 1000, 2000, Pi / 6, 2, 10, 20};
 };
 
-bool Same(const Adjustment& left, const Adjustment& right) { return std::memcmp(&left, &right, sizeof left) == 0; }
+bool Same(const Adjustment& left, const Adjustment& right) {
+  return std::memcmp(&left, &right, sizeof left) == 0;
+}
 
 TEST_F(AdjustmentTest, ANewObjectHasNone) {
   Adjustment found = Turned;

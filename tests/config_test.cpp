@@ -69,7 +69,8 @@ TEST_F(ConfigTest, EveryNumberReachesItsFieldInItsUnit) {
 
 TEST_F(ConfigTest, ZerosAndMissingKeysHaveTheirMeaning) {
   const std::string plain = "Projection=UTM\nSemiMajorAxis=6378137\nFlattening=298\n";
-  for (const std::string& keys : {plain, plain + "ScaleFactor=0\nUnit=0\nAdjustScale=0\nVertUnit=0\nDynDatum=\nGeoid=\n"}) {
+  for (const std::string& keys :
+       {plain, plain + "ScaleFactor=0\nUnit=0\nAdjustScale=0\nVertUnit=0\nDynDatum=\nGeoid=\n"}) {
     const Object object = Opened(keys);
     GeodesyParams params{};
     GetGeodesyParams(object.get(), &params, nullptr, nullptr);
@@ -95,8 +96,8 @@ TEST_F(ConfigTest, ProjectionKeywordsIgnoreCapitalsAndCountWhole) {
        {Case{"utm", 3}, Case{"TransMerc", 3}, Case{"TME", 3}, Case{"lc1", 1}, Case{"LCC", 1}, Case{"lambert", 1},
         Case{"Mercator", 2}, Case{"mer", 2}, Case{"SMerc", 9}, Case{"CME", 9}, Case{"Hotine", 0}, Case{"UT", 0},
         Case{"UTMX", 0}, Case{"3", 0}, Case{"", 0}}) {
-    const Object object = Open("SemiMajorAxis=6378137\nFlattening=298\nNorthParallel=45\nProjection=" +
-                               std::string(keyword) + "\n");
+    const Object object =
+        Open("SemiMajorAxis=6378137\nFlattening=298\nNorthParallel=45\nProjection=" + std::string(keyword) + "\n");
     GeodesyParams params{};
     if (object) {
       GetGeodesyParams(object.get(), &params, nullptr, nullptr);
@@ -136,8 +137,8 @@ TEST_F(ConfigTest, WhatCannotBeMadeIsRefusedWithItsCode) {
 }
 
 TEST_F(ConfigTest, SevenValuesComeInMetresPartsPerMillionAndSeconds) {
-  const Object object = Opened(std::string(Utm) +
-                               "DeltaX=1.5\nDeltaY=-2\nDeltaZ=3\nDeltaScale=1\nDeltaRX=3600\nDeltaRY=-1\nDeltaRZ=2\n");
+  const Object object =
+      Opened(std::string(Utm) + "DeltaX=1.5\nDeltaY=-2\nDeltaZ=3\nDeltaScale=1\nDeltaRX=3600\nDeltaRY=-1\nDeltaRZ=2\n");
   EllDiff diff{};
   GetEllDiff(object.get(), &diff);
   const EllDiff expected = {1.5, -2, 3, 1.000001, 3600 * Pi / 648000, -1 * Pi / 648000, 2 * Pi / 648000};
@@ -182,9 +183,10 @@ TEST_F(ConfigTest, TheAdjustmentTakesItsFlagsOnTopOfTheType) {
     GetAdjustment(Opened(std::string(Utm) + keys).get(), &adjustment);
     EXPECT_EQ(adjustment.AdjustType, type) << keys;
   }
-  const Object object = Opened(std::string(Utm) +
-                               "AdjustType=1\nAdjustRotation=30\nAdjustScale=2\nAdjustX=10\nAdjustY=20\nAdjustOrigX=1000\n"
-                               "AdjustOrigY=2000\nReverseX=on\n");
+  const Object object =
+      Opened(std::string(Utm) +
+             "AdjustType=1\nAdjustRotation=30\nAdjustScale=2\nAdjustX=10\nAdjustY=20\nAdjustOrigX=1000\n"
+             "AdjustOrigY=2000\nReverseX=on\n");
   const Adjustment expected = {0x10001, 1000, 2000, 30 * Pi / 180, 2, 10, 20};
   Adjustment found{};
   GetAdjustment(object.get(), &found);
@@ -211,8 +213,8 @@ TEST_F(ConfigTest, AGeoidThatCannotBeLoadedLeavesAnObjectAndCodeNine) {
 }
 
 TEST_F(ConfigTest, VerticalUnitsHaveNamesOfTheirOwn) {
-  for (const auto& [keys, horizontal, vertical] :
-       {std::tuple{"Unit=1\nVertUnit=0.3048\n", "meter", "foot (int.)"}, {"Unit=0.3048\n", "foot (int.)", "foot (int.)"}}) {
+  for (const auto& [keys, horizontal, vertical] : {std::tuple{"Unit=1\nVertUnit=0.3048\n", "meter", "foot (int.)"},
+                                                   {"Unit=0.3048\n", "foot (int.)", "foot (int.)"}}) {
     const Object object = Opened(std::string(Utm) + keys);
     char name[20];
     GetLocalName(object.get(), 1, "", name, sizeof name);

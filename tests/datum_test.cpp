@@ -206,8 +206,9 @@ TEST_F(DatumTest, CartesianExportsStayOnTheObjectsOwnEllipsoid) {
   double x = 0;
   double y = 0;
   double z = 0;
-  EXPECT_EQ(GeoECEF(airy.get(), &x, &y, &z, Rad(52 + 39 / 60.0 + 27.2531 / 3600), Rad(1 + 43 / 60.0 + 4.5177 / 3600), 24.7),
-            1);
+  EXPECT_EQ(
+      GeoECEF(airy.get(), &x, &y, &z, Rad(52 + 39 / 60.0 + 27.2531 / 3600), Rad(1 + 43 / 60.0 + 4.5177 / 3600), 24.7),
+      1);
   EXPECT_NEAR(x, 3874938.849, 2e-3);
   EXPECT_NEAR(y, 116218.624, 2e-3);
   EXPECT_NEAR(z, 5047168.208, 2e-3);

@@ -19,9 +19,9 @@ struct Outcome {
 };
 
 TEST_F(ErrcodeTest, AnUnreadValueIsLoggedAndThrownAsItsSeverityAsks) {
-  for (const auto& [severity, logged, thrown] : {Outcome{-1, false, false}, Outcome{0, false, false},
-                                                 Outcome{1, false, false}, Outcome{2, false, false},
-                                                 Outcome{3, true, false}, Outcome{4, true, true}, Outcome{5, true, true}}) {
+  for (const auto& [severity, logged, thrown] :
+       {Outcome{-1, false, false}, Outcome{0, false, false}, Outcome{1, false, false}, Outcome{2, false, false},
+        Outcome{3, true, false}, Outcome{4, true, true}, Outcome{5, true, true}}) {
     SCOPED_TRACE(severity);
     std::int32_t caught = 0;
     try {

@@ -29,19 +29,30 @@ TEST(NamesTest, UnitsHaveNamesInThreeLanguagesAndFallBackToEnglish) {
     const char* name;
   };
   // Accents are Windows-1252.
-  for (const auto& [unit, request, language, name] :
-       {Case{0.3048, 1, "fra", "pied (int.)"}, Case{0.3048, 1, "FRA", "pied (int.)"},
-        Case{0.3048, 1, "esp", "pie (int.)"},  Case{0.3048, 1, "jpn", "foot (int.)"},
-        Case{0.3048, 1, "fr", "foot (int.)"},  Case{0.3048, 3, "fra", "ft"},
-        Case{0.3048, 2, "", "feet (int.)"},    Case{1852, 2, "esp", "millas nauticas"},
-        Case{1, 1, "fra", "m\xE8tre"},         Case{1, 2, "fra", "m\xE8tres"},
-        Case{1, 5, "esp", "metros"},           Case{20.11678249, 4, "fra", "cha\xEEne"},
-        Case{20.1167651216, 6, "chs", "chSea"}, Case{0.3048006096, 3, "", "ftUS"},
-        Case{0.211676512, 1, "esp", "link (Sears)"}, Case{0.914402, 1, "", "yard"},
-        Case{0.201167651, 1, "", "[12]"},      Case{0.3048006096012192, 2, "", "[12]"},
-        Case{0.31, 3, "", "[12]"},             Case{0.31, 1, "", "[12]"},
-        Case{1, 7, "fra", "est"},              Case{1, 8, "fra", "X"},
-        Case{1, 9, "esp", "norte"},            Case{1, 10, "esp", "Y"}}) {
+  for (const auto& [unit, request, language, name] : {Case{0.3048, 1, "fra", "pied (int.)"},
+                                                      Case{0.3048, 1, "FRA", "pied (int.)"},
+                                                      Case{0.3048, 1, "esp", "pie (int.)"},
+                                                      Case{0.3048, 1, "jpn", "foot (int.)"},
+                                                      Case{0.3048, 1, "fr", "foot (int.)"},
+                                                      Case{0.3048, 3, "fra", "ft"},
+                                                      Case{0.3048, 2, "", "feet (int.)"},
+                                                      Case{1852, 2, "esp", "millas nauticas"},
+                                                      Case{1, 1, "fra", "m\xE8tre"},
+                                                      Case{1, 2, "fra", "m\xE8tres"},
+                                                      Case{1, 5, "esp", "metros"},
+                                                      Case{20.11678249, 4, "fra", "cha\xEEne"},
+                                                      Case{20.1167651216, 6, "chs", "chSea"},
+                                                      Case{0.3048006096, 3, "", "ftUS"},
+                                                      Case{0.211676512, 1, "esp", "link (Sears)"},
+                                                      Case{0.914402, 1, "", "yard"},
+                                                      Case{0.201167651, 1, "", "[12]"},
+                                                      Case{0.3048006096012192, 2, "", "[12]"},
+                                                      Case{0.31, 3, "", "[12]"},
+                                                      Case{0.31, 1, "", "[12]"},
+                                                      Case{1, 7, "fra", "est"},
+                                                      Case{1, 8, "fra", "X"},
+                                                      Case{1, 9, "esp", "norte"},
+                                                      Case{1, 10, "esp", "Y"}}) {
     EXPECT_EQ(Name(WithUnit(unit), request, language), name) << unit << " " << request << " " << language;
   }
 }
@@ -56,7 +67,9 @@ TEST(NamesTest, UnknownRequestsLeaveTheBufferUntouched) {
   }
 }
 
-TEST(NamesTest, SmallBuffersCutTheText) { EXPECT_EQ(Name(WithUnit(1), 1, "", 3), "me"); }
+TEST(NamesTest, SmallBuffersCutTheText) {
+  EXPECT_EQ(Name(WithUnit(1), 1, "", 3), "me");
+}
 
 TEST(NamesTest, ReversedAxesChangeTheirNames) {
   const Object object = WithUnit(1);

@@ -26,7 +26,9 @@ inline constexpr double Second = Pi / 648000;
 inline constexpr double NaN = std::numeric_limits<double>::quiet_NaN();
 inline constexpr double Infinity = std::numeric_limits<double>::infinity();
 
-constexpr double Rad(double degrees) { return degrees * Pi / 180; }
+constexpr double Rad(double degrees) {
+  return degrees * Pi / 180;
+}
 
 enum Kind : std::int32_t { LambertKind = 1, MercatorKind = 2, TransverseKind = 3, SMercKind = 9 };
 
@@ -122,9 +124,10 @@ class Scratch : public testing::Test {
 
 using Lines = std::vector<std::string>;
 
-// The bytes of a grid file. Node values come from a function of row, column and index.
+// The bytes of a grid file: 3 rows of 23 columns, so that a record just holds the header. Node values come from a
+// function of row, column and index.
 struct Grid {
-  std::int32_t nc = 3, nr = 3, nz = 1;
+  std::int32_t nc = 23, nr = 3, nz = 1;
   float west = 10, lonstep = 0.25F, south = 50, latstep = 0.25F;
   std::string magic = "TIDEWRAK";
   std::function<float(int row, int col, int i)> value = [](int row, int col, int i) {
@@ -156,7 +159,8 @@ struct Grid {
       for (int col = 0; col < nc; ++col) {
         for (int i = 0; i < nz; ++i) {
           const float word = value(row, col, i);
-          const auto place = record * static_cast<std::size_t>(row + 1) + 4 + static_cast<std::size_t>(col * nz + i) * 4;
+          const auto place =
+              record * static_cast<std::size_t>(row + 1) + 4 + static_cast<std::size_t>(col * nz + i) * 4;
           std::memcpy(&bytes[place], &word, 4);
         }
       }

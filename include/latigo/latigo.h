@@ -36,7 +36,7 @@ extern "C" {
 #endif
 
 /* The object behind a handle; its contents are the library's own. */
-typedef struct GeodesyObject *GeodesyHandle;
+typedef struct GeodesyObject* GeodesyHandle;
 
 /* Records are packed on 4-byte boundaries, the same for every compiler and language. */
 #pragma pack(push, 4)
@@ -101,11 +101,11 @@ typedef struct Adjustment {
  * Gives the handle, or null. Codes: 1 datum grid cannot be opened, or memory ran out; 2, 3 datum grid header bad or
  * short; 3 "Flattening" missing; 5 file, section or "Projection" missing or unknown; 7 parameters give no usable
  * projection. Code 9 comes with a handle: the geoid grid is missing, and all else works. */
-LATIGO_API GeodesyHandle CreateFileGeodesy(const char *fileName, const char *section);
+LATIGO_API GeodesyHandle CreateFileGeodesy(const char* fileName, const char* section);
 
 /* Makes an object from a record. Gives the handle, or null. Codes, in the order of testing: 3 `InvFlattening` is 0;
  * 4 `Unit` is 0; 5 unknown `Kind`; 7 parameters give no usable projection; 1 memory ran out. */
-LATIGO_API GeodesyHandle CreateGeodesy(const GeodesyParams *params);
+LATIGO_API GeodesyHandle CreateGeodesy(const GeodesyParams* params);
 
 /* Ends an object and all that it owns. The handle must not be used afterwards. */
 LATIGO_API int32_t DestroyGeodesy(GeodesyHandle handle);
@@ -113,8 +113,8 @@ LATIGO_API int32_t DestroyGeodesy(GeodesyHandle handle);
 /* Gives the record back, as the object uses it: `InvFlattening` is computed anew and a `ScaleFactor` of 0 is 1.0.
  *   ellipsoidName   may be null; LATIGO_ELLIPSOID_NAME_SIZE bytes; empty for an ellipsoid without a name
  *   projectionCode  may be null; LATIGO_PROJECTION_CODE_SIZE bytes; three letters */
-LATIGO_API int32_t GetGeodesyParams(GeodesyHandle handle, GeodesyParams *params, char *ellipsoidName,
-                                    char *projectionCode);
+LATIGO_API int32_t GetGeodesyParams(GeodesyHandle handle, GeodesyParams* params, char* ellipsoidName,
+                                    char* projectionCode);
 
 /* Gives the code that the last call on this thread left, 0 for success or if there was none. */
 LATIGO_API int32_t GetGeodesyError(void);
@@ -124,11 +124,11 @@ LATIGO_API int32_t GetGeodesyVersion(void);
 
 /* Geographic to grid, on the object's datum. Codes: 6 the latitude is a pole that the projection cannot show.
  * On failure x and y are not defined. */
-LATIGO_API int32_t GeoXY(GeodesyHandle handle, double *x, double *y, double latitude, double longitude);
+LATIGO_API int32_t GeoXY(GeodesyHandle handle, double* x, double* y, double latitude, double longitude);
 
 /* Grid to geographic, on the object's datum. Codes: 10 the position lies beyond the projection's domain; 11 the
  * latitude iteration ran out of steps. On failure latitude and longitude are not defined. */
-LATIGO_API int32_t XYGeo(GeodesyHandle handle, double x, double y, double *latitude, double *longitude);
+LATIGO_API int32_t XYGeo(GeodesyHandle handle, double x, double y, double* latitude, double* longitude);
 
 /* Gives the point scale factor k of the projection at its own grid coordinates: x and y are those before any local
  * grid adjustment. Gives 1.0 on failure, which is a valid factor too: read the code. Codes: 10, 11 as for `XYGeo`. */
@@ -138,76 +138,76 @@ LATIGO_API double Scale(GeodesyHandle handle, double x, double y);
 
 /* Puts the seven values in force and ends a datum grid. A record whose translations and rotations are all 0 shifts
  * nothing, whatever its scale. */
-LATIGO_API int32_t SetEllDiff(GeodesyHandle handle, const EllDiff *diff);
+LATIGO_API int32_t SetEllDiff(GeodesyHandle handle, const EllDiff* diff);
 
 /* Gives the seven values. With a datum grid in use all are 0 and `DeltaScale` is -1.0. */
-LATIGO_API int32_t GetEllDiff(GeodesyHandle handle, EllDiff *diff);
+LATIGO_API int32_t GetEllDiff(GeodesyHandle handle, EllDiff* diff);
 
-/* Puts a datum grid file in force (docs/grid-files.md), or removes it if fileName is null; either ends the seven values.
- * Codes: 1 cannot be opened; 2 header out of range; 3 header short. After a failure there is neither grid nor seven
- * values, but a shift that was in force still carries positions between the ellipsoids. */
-LATIGO_API int32_t SetEllModel(GeodesyHandle handle, const char *fileName);
+/* Puts a datum grid file in force (docs/grid-files.md), or removes it if fileName is null; either ends the seven
+ * values. Codes: 1 cannot be opened; 2 header out of range; 3 header short. After a failure there is neither grid nor
+ * seven values, but a shift that was in force still carries positions between the ellipsoids. */
+LATIGO_API int32_t SetEllModel(GeodesyHandle handle, const char* fileName);
 
 /* Gives the path of the datum grid, or an empty text. At most size - 1 bytes are written (size at least 1), filled up
  * with zeros; a path of size - 1 bytes or more leaves no terminator, so clear the buffer first or make it large. */
-LATIGO_API int32_t GetEllModel(GeodesyHandle handle, char *buffer, int32_t size);
+LATIGO_API int32_t GetEllModel(GeodesyHandle handle, char* buffer, int32_t size);
 
 /* Moves a position from another ellipsoid to the object's datum by the seven values.
  *   latitude, longitude  read and written, radians
  *   height               read and written, metres; may be null for height 0
  *   a, f                 the other ellipsoid: semi-major axis in metres, the flattening itself (not its reciprocal)
  * Changes nothing if no seven values are in force or the two ellipsoids are equal. */
-LATIGO_API int32_t EllConv(GeodesyHandle handle, double *latitude, double *longitude, double *height, double a,
+LATIGO_API int32_t EllConv(GeodesyHandle handle, double* latitude, double* longitude, double* height, double a,
                            double f);
 
 /* Moves a position from the object's datum to another ellipsoid; arguments as for `EllConv`. */
-LATIGO_API int32_t InvEllConv(GeodesyHandle handle, double *latitude, double *longitude, double *height, double a,
+LATIGO_API int32_t InvEllConv(GeodesyHandle handle, double* latitude, double* longitude, double* height, double a,
                               double f);
 
 /* Moves a WGS-84 position to the object's datum. Latitude, longitude (radians) and height (metres, may be null for
  * height 0) are read and written. Without a shift in force nothing changes. A point outside the datum grid is carried
  * between the ellipsoids unshifted. */
-LATIGO_API int32_t WGS84Conv(GeodesyHandle handle, double *latitude, double *longitude, double *height);
+LATIGO_API int32_t WGS84Conv(GeodesyHandle handle, double* latitude, double* longitude, double* height);
 
 /* Moves a position from the object's datum to WGS-84; arguments as for `WGS84Conv`. */
-LATIGO_API int32_t InvWGS84Conv(GeodesyHandle handle, double *latitude, double *longitude, double *height);
+LATIGO_API int32_t InvWGS84Conv(GeodesyHandle handle, double* latitude, double* longitude, double* height);
 
 /* Geographic to earth-centred cartesian on the object's ellipsoid; no datum shift. */
-LATIGO_API int32_t GeoECEF(GeodesyHandle handle, double *x, double *y, double *z, double latitude, double longitude,
+LATIGO_API int32_t GeoECEF(GeodesyHandle handle, double* x, double* y, double* z, double latitude, double longitude,
                            double height);
 
 /* Earth-centred cartesian to geographic on the object's ellipsoid; no datum shift. */
-LATIGO_API int32_t ECEFGeo(GeodesyHandle handle, double x, double y, double z, double *latitude, double *longitude,
-                           double *height);
+LATIGO_API int32_t ECEFGeo(GeodesyHandle handle, double x, double y, double z, double* latitude, double* longitude,
+                           double* height);
 
 /* ---- Heights ---- */
 
 /* Puts a geoid grid file in force, or none if fileName is null, and the constant that is added to every undulation,
  * in the unit of the grid's values. Code 9: the file could not be loaded; then there is no grid, and the constant has
  * its new value. */
-LATIGO_API int32_t SetGeoid(GeodesyHandle handle, const char *fileName, double orthoHCorr);
+LATIGO_API int32_t SetGeoid(GeodesyHandle handle, const char* fileName, double orthoHCorr);
 
 /* Gives the path of the geoid grid, or an empty text, and the constant (orthoHCorr may be null). At most size bytes are
  * written, filled up with zeros; a path of size bytes or more leaves no terminator. */
-LATIGO_API int32_t GetGeoid(GeodesyHandle handle, char *buffer, int32_t size, double *orthoHCorr);
+LATIGO_API int32_t GetGeoid(GeodesyHandle handle, char* buffer, int32_t size, double* orthoHCorr);
 
 /* Gives the geoid undulation at a point, constant included. Code 8: the point lies outside the grid, and code 13: the
  * grid's rows cannot be read; undulation is then the constant alone. */
-LATIGO_API int32_t Undulation(GeodesyHandle handle, double latitude, double longitude, double *undulation);
+LATIGO_API int32_t Undulation(GeodesyHandle handle, double latitude, double longitude, double* undulation);
 
 /* Converts a horizontal length in place: to metres if direction is not 0, to grid units if it is 0. */
-LATIGO_API int32_t HConvert(GeodesyHandle handle, double *value, uint8_t direction);
+LATIGO_API int32_t HConvert(GeodesyHandle handle, double* value, uint8_t direction);
 
 /* Converts a vertical length in place: to metres if direction is not 0, to vertical units if it is 0. */
-LATIGO_API int32_t VConvert(GeodesyHandle handle, double *value, uint8_t direction);
+LATIGO_API int32_t VConvert(GeodesyHandle handle, double* value, uint8_t direction);
 
 /* ---- Local grid ---- */
 
 /* Replaces the adjustment record as a whole. Code 7: `AdjustScale` is 0, and nothing has changed. */
-LATIGO_API int32_t SetAdjustment(GeodesyHandle handle, const Adjustment *adjustment);
+LATIGO_API int32_t SetAdjustment(GeodesyHandle handle, const Adjustment* adjustment);
 
 /* Gives the adjustment record as it was set. */
-LATIGO_API int32_t GetAdjustment(GeodesyHandle handle, Adjustment *adjustment);
+LATIGO_API int32_t GetAdjustment(GeodesyHandle handle, Adjustment* adjustment);
 
 /* ---- Names ---- */
 
@@ -216,7 +216,7 @@ LATIGO_API int32_t GetAdjustment(GeodesyHandle handle, Adjustment *adjustment);
  *             7 word, 8 letter of the first axis; 9, 10 the same of the second
  *   language  "fra", "esp", in any mix of capitals; any other text is English
  * Code 12: unknown request, or a unit that has no name. */
-LATIGO_API int32_t GetLocalName(GeodesyHandle handle, int32_t request, const char *language, char *buffer,
+LATIGO_API int32_t GetLocalName(GeodesyHandle handle, int32_t request, const char* language, char* buffer,
                                 int32_t size);
 
 #ifdef __cplusplus

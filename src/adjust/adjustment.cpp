@@ -9,7 +9,9 @@ namespace {
 constexpr std::uint32_t TypeMask = 0xFFFF;
 constexpr std::uint32_t SimilarityType = 1;
 
-std::uint32_t TypeOf(const Adjustment& adjustment) { return adjustment.AdjustType & TypeMask; }
+std::uint32_t TypeOf(const Adjustment& adjustment) {
+  return adjustment.AdjustType & TypeMask;
+}
 
 }  // namespace
 
@@ -26,7 +28,9 @@ errcode Geodesy::SetAdjust(const Adjustment& adjustment) {
   return errcode();
 }
 
-void Geodesy::GetAdjust(Adjustment& adjustment) const { adjustment = Adjust; }
+void Geodesy::GetAdjust(Adjustment& adjustment) const {
+  adjustment = Adjust;
+}
 
 void Geodesy::AdjustForward(double& x, double& y) const {
   if (TypeOf(Adjust) == SimilarityType) {

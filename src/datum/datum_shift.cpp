@@ -16,9 +16,13 @@ constexpr EllDiff Identity = {0, 0, 0, 1, 0, 0, 0};
 // GetEllDiff gives this scale while a datum grid is in use.
 constexpr double GridMarker = -1.0;
 
-double ArcSeconds(double value) { return value * Pi / 648000.0; }
+double ArcSeconds(double value) {
+  return value * Pi / 648000.0;
+}
 
-EllDiff Translation(double dX, double dY, double dZ) { return {dX, dY, dZ, 1, 0, 0, 0}; }
+EllDiff Translation(double dX, double dY, double dZ) {
+  return {dX, dY, dZ, 1, 0, 0, 0};
+}
 
 // From the other datum to the object's.
 Cartesian Forward(const EllDiff& d, const Cartesian& p) {
@@ -57,7 +61,9 @@ void Geodesy::SetEllDiff(const EllDiff& diff) {
   DatumFile.reset();
 }
 
-void Geodesy::GetEllDiff(EllDiff& diff) const { diff = DatumFile ? EllDiff{0, 0, 0, GridMarker, 0, 0, 0} : Diff; }
+void Geodesy::GetEllDiff(EllDiff& diff) const {
+  diff = DatumFile ? EllDiff{0, 0, 0, GridMarker, 0, 0, 0} : Diff;
+}
 
 void Geodesy::SetEllModel(const char* path) {
   DatumFile.reset();
@@ -122,7 +128,9 @@ void Geodesy::InvWGS84Conv(double& latitude, double& longitude, double* h) {
 }
 
 // The seven values tell how to reach any other ellipsoid; a datum grid tells it for WGS-84 only.
-bool Geodesy::ShiftsFrom(const Ellipsoid& other) const { return !DatumFile && DatumActive && other != *Proj; }
+bool Geodesy::ShiftsFrom(const Ellipsoid& other) const {
+  return !DatumFile && DatumActive && other != *Proj;
+}
 
 void Geodesy::EllConv(double& latitude, double& longitude, double* h, double a, double f) const {
   const Ellipsoid other(a, f);

@@ -20,10 +20,7 @@ constexpr int MaxPasses = 1000;
 const Ellipsoid WGS84Ellipsoid(6378137.0, 1 / 298.257223563);
 
 Ellipsoid::Ellipsoid(double semiMajorAxis, double flattening)
-    : a_(semiMajorAxis),
-      f_(flattening),
-      e2_((flattening + flattening) - flattening * flattening),
-      e_(std::sqrt(e2_)) {}
+    : a_(semiMajorAxis), f_(flattening), e2_((flattening + flattening) - flattening * flattening), e_(std::sqrt(e2_)) {}
 
 Ellipsoid Ellipsoid::FromInvFlattening(double semiMajorAxis, double invFlattening) {
   return {semiMajorAxis, invFlattening == 0 ? 0 : 1 / invFlattening};

@@ -36,8 +36,8 @@ class Ellipsoid {
 
   Cartesian GeoECEF(const Geographic& position) const;
 
-  // The way back, by iteration on the latitude. On the polar axis the longitude is 0, and the centre of the earth counts
-  // as south. Longitudes lie from -pi to pi.
+  // The way back, by iteration on the latitude. On the polar axis the longitude is 0, and the centre of the earth
+  // counts as south. Longitudes lie from -pi to pi.
   Geographic ECEFGeo(const Cartesian& position) const;
 
   // Exact comparison of a and f.

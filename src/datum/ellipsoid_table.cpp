@@ -12,7 +12,7 @@ constexpr double InvFlatteningTolerance = 1e-10;
 
 struct NamedEllipsoid {
   const char* name;
-  double a;             // semi-major axis, metres
+  double a;              // semi-major axis, metres
   double invFlattening;  // 1/f
 };
 

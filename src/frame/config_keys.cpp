@@ -81,7 +81,9 @@ constexpr ProjectionKeyword ProjectionKeywords[] = {
 
 }  // namespace
 
-std::span<const ConfigKey> ConfigKeys() { return Keys; }
+std::span<const ConfigKey> ConfigKeys() {
+  return Keys;
+}
 
 double Convert(Conversion conversion, double value) {
   switch (conversion) {

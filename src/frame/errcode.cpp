@@ -50,6 +50,8 @@ void errfacility::report(errcode& value) {
   }
 }
 
-void errfacility::log(const errcode& value) { LogLine("Log --- %s %d\n", name_.c_str(), value.code_); }
+void errfacility::log(const errcode& value) {
+  LogLine("Log --- %s %d\n", name_.c_str(), value.code_);
+}
 
 }  // namespace latigo

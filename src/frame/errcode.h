@@ -60,8 +60,8 @@ class errcode {
 
   std::int32_t code_;
   std::int16_t severity_;
-  bool thrown_ = false;   // the facility is about to throw the value
-  bool pending_ = true;   // neither read nor handed on
+  bool thrown_ = false;    // the facility is about to throw the value
+  bool pending_ = true;    // neither read nor handed on
   errfacility* facility_;  // never null
 };
 

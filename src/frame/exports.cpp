@@ -15,8 +15,12 @@ using latigo::Geodesy;
 
 namespace {
 
-Geodesy* ObjectOf(GeodesyHandle handle) { return reinterpret_cast<Geodesy*>(handle); }
-GeodesyHandle HandleOf(Geodesy* object) { return reinterpret_cast<GeodesyHandle>(object); }
+Geodesy* ObjectOf(GeodesyHandle handle) {
+  return reinterpret_cast<Geodesy*>(handle);
+}
+GeodesyHandle HandleOf(Geodesy* object) {
+  return reinterpret_cast<GeodesyHandle>(object);
+}
 
 // Leaves a code in LastError; gives 1 for the code 0 and 0 for any other.
 std::int32_t Leave(std::int32_t code) {
@@ -97,9 +101,13 @@ int32_t GetGeodesyParams(GeodesyHandle handle, GeodesyParams* params, char* elli
   });
 }
 
-int32_t GetGeodesyError(void) { return latigo::LastError(); }
+int32_t GetGeodesyError(void) {
+  return latigo::LastError();
+}
 
-int32_t GetGeodesyVersion(void) { return 100 * LATIGO_VERSION_MAJOR + LATIGO_VERSION_MINOR; }
+int32_t GetGeodesyVersion(void) {
+  return 100 * LATIGO_VERSION_MAJOR + LATIGO_VERSION_MINOR;
+}
 
 int32_t GeoXY(GeodesyHandle handle, double* x, double* y, double latitude, double longitude) {
   return Guarded(handle, [=](const Geodesy& object) { return object.GeoXY(*x, *y, latitude, longitude); });

@@ -13,10 +13,7 @@ std::atomic<std::int32_t> LiveCount = 0;  // objects alive in the process
 }
 
 Geodesy::Geodesy(const GeodesyParams& params)
-    : Proj(MakeProjection(params)),
-      VertUnit(params.Unit),
-      UnitId(FindUnit(params.Unit)),
-      VertUnitId(UnitId) {
+    : Proj(MakeProjection(params)), VertUnit(params.Unit), UnitId(FindUnit(params.Unit)), VertUnitId(UnitId) {
   ++LiveCount;
 }
 
@@ -43,7 +40,9 @@ errcode Geodesy::XYGeo(double x, double y, double& latitude, double& longitude) 
 }
 
 // The projection's own coordinates: the local grid takes no part.
-errcode Geodesy::Scale(double x, double y, double& k) const { return Proj->Scale(x, y, k); }
+errcode Geodesy::Scale(double x, double y, double& k) const {
+  return Proj->Scale(x, y, k);
+}
 
 void Geodesy::GetParams(GeodesyParams& params) const {
   params = {.SemiMajorAxis = Proj->a(),

@@ -46,8 +46,8 @@ class Geodesy {
   void InvEllConv(double& latitude, double& longitude, double* h, double a, double f) const;
 
   // Heights.
-  errcode LoadGeoid(const char* path);                   // null for none
-  void SetGeoid(const char* path, double orthoHCorr);    // throws errcode
+  errcode LoadGeoid(const char* path);                 // null for none
+  void SetGeoid(const char* path, double orthoHCorr);  // throws errcode
   void SetOrthoHCorr(double value) { OrthoHCorr = value; }
   const char* GeoidPath() const;  // null without a grid
   void GetGeoid(char* buffer, std::int32_t size, double* orthoHCorr) const;

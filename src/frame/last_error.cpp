@@ -8,7 +8,9 @@ namespace {
 DWORD Slot;
 }
 
-void AllocateLastError() { Slot = TlsAlloc(); }
+void AllocateLastError() {
+  Slot = TlsAlloc();
+}
 
 // The slot holds a pointer-sized value; the code travels in it as a number.
 void SetLastError(std::int32_t code) noexcept {

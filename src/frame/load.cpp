@@ -26,7 +26,9 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID) {
 }
 #else
 // There is no handle to the module, and the string table needs none.
-[[gnu::constructor]] void Loaded() { LibraryLoaded(nullptr); }
+[[gnu::constructor]] void Loaded() {
+  LibraryLoaded(nullptr);
+}
 #endif
 
 }  // namespace latigo

@@ -9,21 +9,21 @@ namespace {
 // Metres per unit, in the order of the ids from 1 on. The texts of the names hang on the ids, and the comparison is
 // exact, so every digit counts: these are the values that surveys have in their files, not values worked out anew.
 constexpr double UnitTable[] = {
-    1.0,           //  1 m
-    0.3048006096,  //  2 ftUS
-    0.3048,        //  3 ft
-    0.914402,      //  4 yd
-    20.11678249,   //  5 ch
-    1852.0,        //  6 NM
-    1.8288,        //  7 f
-    0.3047972654,  //  8 ftCla
-    0.3047995142,  //  9 ftInd
-    0.91439841,    // 10 ydSea
-    0.91439855,    // 11 ydInd
-    0.2011678249,  // 12 lkBen
-    0.201166195,   // 13 lkCla
-    0.211676512,   // 14 lkSea
-    20.1167651216, // 15 chSea
+    1.0,            //  1 m
+    0.3048006096,   //  2 ftUS
+    0.3048,         //  3 ft
+    0.914402,       //  4 yd
+    20.11678249,    //  5 ch
+    1852.0,         //  6 NM
+    1.8288,         //  7 f
+    0.3047972654,   //  8 ftCla
+    0.3047995142,   //  9 ftInd
+    0.91439841,     // 10 ydSea
+    0.91439855,     // 11 ydInd
+    0.2011678249,   // 12 lkBen
+    0.201166195,    // 13 lkCla
+    0.211676512,    // 14 lkSea
+    20.1167651216,  // 15 chSea
 };
 
 }  // namespace

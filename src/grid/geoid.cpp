@@ -28,7 +28,9 @@ void Geodesy::SetGeoid(const char* path, double orthoHCorr) {
   LoadGeoid(path);          // a failure dies unread and is thrown
 }
 
-const char* Geodesy::GeoidPath() const { return GeoidFile ? GeoidFile->Path().c_str() : nullptr; }
+const char* Geodesy::GeoidPath() const {
+  return GeoidFile ? GeoidFile->Path().c_str() : nullptr;
+}
 
 void Geodesy::GetGeoid(char* buffer, std::int32_t size, double* orthoHCorr) const {
   if (const char* path = GeoidPath(); path == nullptr) {
@@ -61,8 +63,12 @@ void Convert(double& value, double metresPerUnit, bool toMetres) {
 }
 }  // namespace
 
-void Geodesy::HConvert(double& value, bool toMetres) const { Convert(value, Proj->Unit, toMetres); }
+void Geodesy::HConvert(double& value, bool toMetres) const {
+  Convert(value, Proj->Unit, toMetres);
+}
 
-void Geodesy::VConvert(double& value, bool toMetres) const { Convert(value, VertUnit, toMetres); }
+void Geodesy::VConvert(double& value, bool toMetres) const {
+  Convert(value, VertUnit, toMetres);
+}
 
 }  // namespace latigo

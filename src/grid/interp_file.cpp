@@ -17,8 +17,8 @@ static_assert(std::endian::native == std::endian::little, "grid files are little
 
 // The first 96 bytes of the file.
 struct InterpFile::Header {
-  char text[56];   // description; with the magic only its first 30 bytes, and two doubles at 32 and 40
-  char magic[8];   // "TIDEWRAK" in any mix of capitals, or anything else
+  char text[56];    // description; with the magic only its first 30 bytes, and two doubles at 32 and 40
+  char magic[8];    // "TIDEWRAK" in any mix of capitals, or anything else
   std::int32_t nc;  // nodes per row
   std::int32_t nr;  // rows
   std::int32_t nz;  // values per node
@@ -41,7 +41,9 @@ double RoundedStep(float degrees) {
 }
 
 // The weight of the corner at (1, 1): S(x) S(y) with S(t) = t^2 (3 - 2t).
-double CornerWeight(double x, double y) { return x * x * y * y * (9 - 6 * x - 6 * y + 4 * x * y); }
+double CornerWeight(double x, double y) {
+  return x * x * y * y * (9 - 6 * x - 6 * y + 4 * x * y);
+}
 
 // A cell along one axis: the index of its first node and of its second, and the fraction between them.
 struct Cell {
@@ -61,7 +63,9 @@ Cell CellOf(double position, double origin, double step, std::int32_t nodes) {
   return {first, first + 1, (position - (first * step + origin)) / step};
 }
 
-errcode Failure(ErrorNumber code) { return errcode(code, Fatal, GridFacility); }
+errcode Failure(ErrorNumber code) {
+  return errcode(code, Fatal, GridFacility);
+}
 
 }  // namespace
 

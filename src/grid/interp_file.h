@@ -1,5 +1,5 @@
-// A binary grid of corrections on a lattice of latitudes and longitudes, blended between its nodes. The format stands in
-// docs/grid-files.md.
+// A binary grid of corrections on a lattice of latitudes and longitudes, blended between its nodes. The format stands
+// in docs/grid-files.md.
 //
 // The file stays open for the object's life, and two of its rows are in memory. A lookup may read the file, so one
 // object serves one thread at a time. Angles are radians, north and east positive.
@@ -64,8 +64,8 @@ class InterpFile {
   double headerValueA_ = 0, headerValueB_ = 0;
   std::int32_t rows_ = 0, cols_ = 0, depth_ = 0;
   std::int32_t recordBytes_ = 0;
-  std::unique_ptr<float[]> rowLow_, rowHigh_;      // the rows of the cell at hand, each behind a word of no meaning
-  std::int32_t cachedRow_ = -1, cachedCol_ = -1;   // the cell at hand, -1 for none
+  std::unique_ptr<float[]> rowLow_, rowHigh_;     // the rows of the cell at hand, each behind a word of no meaning
+  std::int32_t cachedRow_ = -1, cachedCol_ = -1;  // the cell at hand, -1 for none
   std::array<double, 4> corners_{};
   std::string description_;
 };

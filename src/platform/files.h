@@ -10,6 +10,9 @@ namespace latigo {
 // than on Windows backslashes in the path are taken as slashes. Gives null if the file cannot be opened.
 std::FILE* OpenForReading(const char* path);
 
+// Removes a file; the path is taken as above.
+void RemoveFile(const char* path);
+
 // Moves to a position in bytes from the start of the file. Gives false if that cannot be done.
 bool SeekTo(std::FILE* file, std::int64_t position);
 

@@ -35,8 +35,8 @@ void OutputDebugStringA(const char* text);
 int LoadStringA(HMODULE module, UINT id, char* buffer, int size);
 
 // Profile (INI) files; see profile_file.h for what counts as a section and a key.
-// With a key: copies its value, or the default (null is an empty text), cut to size - 1 characters, and gives the number
-// of characters copied. With a null key: the names of the section's keys, each with its NUL, and a further NUL.
+// With a key: copies its value, or the default (null is an empty text), cut to size - 1 characters, and gives the
+// number of characters copied. With a null key: the names of the section's keys, each with its NUL, and a further NUL.
 DWORD GetPrivateProfileStringA(const char* section, const char* key, const char* defaultText, char* buffer, DWORD size,
                                const char* fileName);
 // Sets a value, making section and file as needed. A null value deletes the key, a null key the section.

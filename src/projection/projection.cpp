@@ -9,7 +9,9 @@ namespace {
 // Beyond so many turns repeated subtraction would take long, or never end.
 constexpr double ManyTurns = 1000 * TwoPi;
 
-double OneIfZero(double value) { return value == 0 ? 1.0 : value; }
+double OneIfZero(double value) {
+  return value == 0 ? 1.0 : value;
+}
 
 }  // namespace
 

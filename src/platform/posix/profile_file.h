@@ -1,0 +1,49 @@
+// The text of a profile (INI) file: sections in brackets, keys with values.
+//
+// Names compare without case. The first section of a name counts, and the first key of a name in it. Blanks around
+// names and values do not count, nor does one pair of quotes around a value. A line that begins with `;` is a comment;
+// a line without `=` is no key. Lines end with LF or CRLF, and a UTF-8 byte order mark may stand in front.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace latigo {
+
+struct ProfileLine {
+  enum class Is { Section, Key, Other };
+  Is is = Is::Other;
+  std::string_view name;   // of the section or the key
+  std::string_view value;  // of the key
+  std::size_t begin = 0;   // where the line begins in the file
+  std::size_t end = 0;     // where the next one does
+};
+
+// Walks the lines of a file.
+class ProfileLines {
+ public:
+  explicit ProfileLines(std::string_view bytes);
+
+  // Gives false at the end of the file.
+  bool Next(ProfileLine& line);
+  // Goes on to the head of a section; false if the file has none of that name.
+  bool ToSection(std::string_view section, ProfileLine& head);
+  // Goes on to the next key of the section at hand; false at its end.
+  bool NextKey(ProfileLine& key);
+
+ private:
+  std::string_view bytes_;
+  std::size_t place_;
+};
+
+// The value of a key, or nothing.
+std::optional<std::string_view> ProfileValue(std::string_view bytes, std::string_view section, std::string_view key);
+
+// The bytes of the file with a value set, a key deleted (no value), or a section deleted (no key). All other lines stay
+// as they are.
+std::string ProfileEdited(std::string_view bytes, std::string_view section, std::optional<std::string_view> key,
+                          std::optional<std::string_view> value);
+
+}  // namespace latigo

@@ -1,0 +1,196 @@
+// The services of profile files. A file is read whole at each call. One that is no regular file, or beyond the limit of
+// size, counts as missing.
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <atomic>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <exception>
+#include <memory>
+
+#include "platform/platform.h"
+#include "platform/posix/native_file.h"
+#include "platform/posix/profile_file.h"
+
+namespace latigo {
+namespace {
+
+constexpr std::size_t SizeLimit = 16U << 20U;  // bytes
+
+// Empty for a missing file, which has no sections.
+std::string ReadProfile(const NativePath& path) {
+  std::string bytes;
+  const int file = OpenRegularFile(path);
+  if (file < 0) {
+    return bytes;
+  }
+  const auto close = [](const int* descriptor) { ::close(*descriptor); };
+  const std::unique_ptr<const int, decltype(close)> closer(&file, close);
+  struct stat status;
+  if (fstat(file, &status) != 0 || static_cast<std::size_t>(status.st_size) > SizeLimit) {
+    return bytes;
+  }
+  bytes.resize(static_cast<std::size_t>(status.st_size));
+  std::size_t length = 0;
+  while (length < bytes.size()) {
+    const ssize_t more = read(file, bytes.data() + length, bytes.size() - length);
+    if (more <= 0) {
+      break;
+    }
+    length += static_cast<std::size_t>(more);
+  }
+  bytes.resize(length);
+  return bytes;
+}
+
+// Copies as much as there is room for, with a NUL behind it; gives the number of characters.
+DWORD CopyText(std::string_view text, char* buffer, DWORD size) {
+  if (size == 0) {
+    return 0;
+  }
+  const std::size_t length = std::min<std::size_t>(text.size(), size - 1);
+  std::memcpy(buffer, text.data(), length);
+  buffer[length] = '\0';
+  return static_cast<DWORD>(length);
+}
+
+// Names one behind the other, each with its NUL, and a NUL behind the last. A list that is too long is cut so that two
+// NULs still end it.
+class NameList {
+ public:
+  NameList(char* buffer, DWORD size) : buffer_(buffer), size_(size) {}
+
+  void Add(std::string_view name) {
+    if (full_ || size_ < 2) {
+      return;
+    }
+    const std::size_t room = size_ - 1 - length_;
+    full_ = name.size() + 1 > room;
+    if (room == 0) {
+      return;
+    }
+    const std::size_t taken = full_ ? room - 1 : name.size();
+    std::memcpy(buffer_ + length_, name.data(), taken);
+    buffer_[length_ + taken] = '\0';
+    length_ += taken + 1;
+  }
+
+  // Ends the list; gives the number of characters before the last NUL, and one less for a list that was cut.
+  DWORD End() {
+    if (size_ == 0) {
+      return 0;
+    }
+    buffer_[length_] = '\0';
+    if (length_ == 0 && size_ > 1) {
+      buffer_[1] = '\0';
+    }
+    return static_cast<DWORD>(full_ ? size_ - 2 : length_);
+  }
+
+ private:
+  char* buffer_;
+  DWORD size_;
+  std::size_t length_ = 0;
+  bool full_ = false;
+};
+
+bool WriteAll(int file, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t written = write(file, bytes.data(), bytes.size());
+    if (written <= 0) {
+      return false;
+    }
+    bytes.remove_prefix(static_cast<std::size_t>(written));
+  }
+  return true;
+}
+
+// Writes beside the file and renames, so that a crash leaves the old file or the new one.
+bool ReplaceFile(const NativePath& path, std::string_view bytes) {
+  static std::atomic<unsigned> counter = 0;
+  struct stat status;
+  const bool exists = stat(path.c_str(), &status) == 0;
+  if (exists && !S_ISREG(status.st_mode)) {
+    return false;
+  }
+  char resolved[PATH_MAX];  // a link stays a link
+  const std::string target = exists && realpath(path.c_str(), resolved) != nullptr ? resolved : path.c_str();
+  const std::string beside = target + "." + std::to_string(getpid()) + "-" + std::to_string(counter++) + ".new";
+  const int file = open(beside.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+  if (file < 0) {
+    return false;
+  }
+  bool done = !exists || fchmod(file, status.st_mode & 07777) == 0;
+  done = done && WriteAll(file, bytes) && fsync(file) == 0;
+  done = close(file) == 0 && done;
+  done = done && std::rename(beside.c_str(), target.c_str()) == 0;
+  if (!done) {
+    unlink(beside.c_str());
+  }
+  return done;
+}
+
+bool HasLineBreak(const char* text) {
+  return text != nullptr && std::strpbrk(text, "\r\n") != nullptr;
+}
+
+std::optional<std::string_view> Optional(const char* text) {
+  return text != nullptr ? std::optional<std::string_view>(text) : std::nullopt;
+}
+
+}  // namespace
+}  // namespace latigo
+
+DWORD GetPrivateProfileStringA(const char* section, const char* key, const char* defaultText, char* buffer, DWORD size,
+                               const char* fileName) {
+  using namespace latigo;
+  if (section == nullptr) {
+    return GetPrivateProfileSectionNamesA(buffer, size, fileName);
+  }
+  const std::string bytes = ReadProfile(NativePath(fileName));
+  if (key != nullptr) {
+    const auto value = ProfileValue(bytes, section, key);
+    return CopyText(value ? *value : (defaultText != nullptr ? defaultText : ""), buffer, size);
+  }
+  NameList names(buffer, size);
+  ProfileLines lines(bytes);
+  ProfileLine line;
+  if (lines.ToSection(section, line)) {
+    while (lines.NextKey(line)) {
+      names.Add(line.name);
+    }
+  }
+  return names.End();
+}
+
+DWORD GetPrivateProfileSectionNamesA(char* buffer, DWORD size, const char* fileName) {
+  using namespace latigo;
+  const std::string bytes = ReadProfile(NativePath(fileName));
+  NameList names(buffer, size);
+  ProfileLines lines(bytes);
+  ProfileLine line;
+  while (lines.Next(line)) {
+    if (line.is == ProfileLine::Is::Section && !line.name.empty()) {
+      names.Add(line.name);
+    }
+  }
+  return names.End();
+}
+
+BOOL WritePrivateProfileStringA(const char* section, const char* key, const char* value, const char* fileName) {
+  using namespace latigo;
+  if (section == nullptr || HasLineBreak(section) || HasLineBreak(key) || HasLineBreak(value)) {
+    return 0;
+  }
+  try {
+    const NativePath path(fileName);
+    const std::string bytes = ReadProfile(path);
+    const std::string edited = ProfileEdited(bytes, section, Optional(key), Optional(value));
+    return edited == bytes || ReplaceFile(path, edited) ? 1 : 0;
+  } catch (const std::exception&) {
+    return 0;
+  }
+}
