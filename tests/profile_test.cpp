@@ -93,8 +93,8 @@ TEST_F(ProfileTest, TextsAndListsAreCutToAnyBuffer) {
     const std::int32_t length = profile.GetString(buffer, size, nullptr, "One", "");
     EXPECT_EQ(length, size >= 8 ? 7 : std::max(size - 2, 0));
     EXPECT_EQ(Shown(buffer + size, 3), "###");
-    if (size >= 2) {
-      EXPECT_EQ(Shown(buffer + length, 2).back(), '|');
+    if (size > 0) {
+      EXPECT_EQ(buffer[length], 0);
     }
     std::fill(std::begin(buffer), std::end(buffer), '#');
     EXPECT_EQ(profile.GetString(buffer, size, "ab", "One", ""), std::clamp(size - 1, 0, 3));
@@ -173,12 +173,12 @@ TEST_F(ProfileTest, NumbersAndBooleansCountTheFirst79Characters) {
 
 // atof and atoi of the C library, in the C locale, say what is right.
 TEST(CNumbersTest, NumbersAreReadAsInTheCLocaleWhateverTheHostHasSet) {
-  const char* const texts[] = {
-      "0",   "1.5",        "-2.25e2",    "+3",         " \t 4", "1,5",    "1.5abc",
-      "abc", "",           "-",          "+-5",        "--5", "-x", "-0x",   ".5",     "5.",
-      ".",   "1e",         "1e+",        "1e5",        "1e400", "-1e400", "1e-400",
-      "inf", "-INF",       "infinity",   "0x1p4",      "0X.8",  "0x",     "123456789012345678901",
-      "-0",  "4294967296", "2147483647", "-2147483648"};
+  const char* const texts[] = {"0",      "1.5",        "-2.25e2",    "+3",         " \t 4",  "1,5",
+                               "1.5abc", "abc",        "",           "-",          "+-5",    "--5",
+                               "-x",     "-0x",        ".5",         "5.",         ".",      "1e",
+                               "1e+",    "1e5",        "1e400",      "-1e400",     "1e-400", "inf",
+                               "-INF",   "infinity",   "0x1p4",      "0X.8",       "0x",     "123456789012345678901",
+                               "-0",     "4294967296", "2147483647", "-2147483648"};
   for (const char* text : texts) {
     const double expected = std::atof(text);
     ASSERT_NE(std::setlocale(LC_ALL, "de_DE.UTF-8"), nullptr) << "scripts/install-deps makes this locale";

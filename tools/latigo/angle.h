@@ -1,0 +1,27 @@
+// Angles as people write them, in degrees.
+#pragma once
+
+#include <string_view>
+
+namespace latigo::cli {
+
+enum class Axis { Latitude, Longitude };
+
+// A parsed number, or the reason why the text is none.
+struct Parsed {
+  double value = 0;
+  const char* fault = nullptr;  // null for success
+};
+
+// A whole text that is a finite number with a decimal point.
+Parsed ParseNumber(std::string_view text);
+
+// Decimal degrees, or degrees, minutes and seconds: 52.5, -1.5, 52:30:00N, 52:30.5, 52°30'00"N. Either a sign or a
+// hemisphere letter behind. Latitudes up to 90 degrees, longitudes up to 360.
+Parsed ParseAngle(std::string_view text, Axis axis);
+
+// Writes D:MM:SS.sss with the hemisphere letter, rounded as a whole so that no 60 appears. Gives the end of the text; a
+// buffer of 64 characters is enough.
+char* WriteDms(char* buffer, double degrees, Axis axis, int precision);
+
+}  // namespace latigo::cli

@@ -1,0 +1,32 @@
+// The commands that convert points, a line at a time.
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace latigo::cli {
+
+struct Options {
+  std::string file;
+  std::string section = "Geodesy";
+  std::string language = "eng";
+  std::vector<std::string> points;  // files; none means standard input
+  bool wgs84 = false;               // the geographic side is WGS-84, behind the datum shift
+  bool dms = false;                 // write degrees, minutes and seconds
+  bool lonlat = false;              // longitude before latitude, in and out
+  bool inverse = false;             // of ecef
+  bool grid = false;                // scale: read projection coordinates
+  int precision = -1;               // digits behind the point; -1 for the command's own
+};
+
+// Each gives the exit status: 0, or 1 if a point failed. Throws UsageError.
+int RunForward(const Options& options);
+int RunInverse(const Options& options);
+int RunScale(const Options& options);
+int RunUndulation(const Options& options);
+int RunEcef(const Options& options);
+
+// Describes the section, or every section of the file if sectionGiven is false.
+int RunInfo(const Options& options, bool sectionGiven);
+
+}  // namespace latigo::cli

@@ -1,0 +1,165 @@
+// What a section describes, in words.
+#include <cmath>
+#include <cstdio>
+
+#include "commands.h"
+#include "coordinate_system.h"
+
+namespace latigo::cli {
+
+namespace {
+
+constexpr double Pi = 3.141592653589793;
+
+double Degrees(double radians) {
+  return radians * 180 / Pi;
+}
+double Seconds(double radians) {
+  return radians * 648000 / Pi;
+}
+
+const char* ProjectionName(std::int32_t kind) {
+  constexpr const char* Names[] = {"",
+                                   "Lambert conformal conic",
+                                   "Mercator",
+                                   "transverse Mercator",
+                                   "oblique stereographic",
+                                   "oblique cylindrical",
+                                   "oblique Mercator (Hotine)",
+                                   "rectified skew orthomorphic",
+                                   "azimuthal equidistant",
+                                   "Mercator on a sphere",
+                                   "Albers equal-area",
+                                   "Cassini",
+                                   "polar stereographic"};
+  return Names[kind];
+}
+
+// The library's names are Windows-1252; their accented letters are numbered as in Unicode.
+std::string LocalName(GeodesyHandle handle, std::int32_t request, const std::string& language) {
+  char name[64];
+  if (GetLocalName(handle, request, language.c_str(), name, sizeof name) == 0) {
+    return "without a name";
+  }
+  std::string text;
+  for (const char* c = name; *c != '\0'; ++c) {
+    const auto byte = static_cast<unsigned char>(*c);
+    if (byte < 0x80) {
+      text += *c;
+    } else {
+      text += static_cast<char>(0xC0U | (byte >> 6U));
+      text += static_cast<char>(0x80U | (byte & 0x3FU));
+    }
+  }
+  return text;
+}
+
+void PrintProjection(GeodesyHandle handle) {
+  GeodesyParams p;
+  char ellipsoid[LATIGO_ELLIPSOID_NAME_SIZE];
+  char code[LATIGO_PROJECTION_CODE_SIZE];
+  GetGeodesyParams(handle, &p, ellipsoid, code);
+  std::printf("  projection      %s (%s)\n", ProjectionName(p.Kind), code);
+  std::printf("  ellipsoid       %s, a = %.10g m, 1/f = %.12g\n", ellipsoid[0] != '\0' ? ellipsoid : "without a name",
+              p.SemiMajorAxis, p.InvFlattening);
+  std::printf("  origin          latitude %.10g, longitude %.10g degrees\n", Degrees(p.RefLatitude),
+              Degrees(p.CentralMeridian));
+  std::printf("  parallels       %.10g, %.10g degrees\n", Degrees(p.NorthParallel), Degrees(p.SouthParallel));
+  std::printf("  scale factor    %.12g\n", p.ScaleFactor);
+  std::printf("  false origin    easting %.12g, northing %.12g\n", p.FalseEasting, p.FalseNorthing);
+}
+
+void PrintNames(GeodesyHandle handle, const std::string& language) {
+  const auto name = [&](std::int32_t request) { return LocalName(handle, request, language); };
+  double unit = 1;
+  double vertical = 1;
+  HConvert(handle, &unit, 1);
+  VConvert(handle, &vertical, 1);
+  std::printf("  unit            %s, %s (%s), %.12g m\n", name(1).c_str(), name(2).c_str(), name(3).c_str(), unit);
+  std::printf("  vertical unit   %s, %s (%s), %.12g m\n", name(4).c_str(), name(5).c_str(), name(6).c_str(), vertical);
+  std::printf("  axes            %s (%s), %s (%s)\n", name(7).c_str(), name(8).c_str(), name(9).c_str(),
+              name(10).c_str());
+}
+
+void PrintDatum(GeodesyHandle handle) {
+  EllDiff d;
+  char path[512] = "";
+  GetEllModel(handle, path, sizeof path);
+  GetEllDiff(handle, &d);
+  if (path[0] != '\0') {
+    std::printf("  datum           grid %s\n", path);
+  } else if (d.DeltaX == 0 && d.DeltaY == 0 && d.DeltaZ == 0 && d.DeltaRX == 0 && d.DeltaRY == 0 && d.DeltaRZ == 0) {
+    std::printf("  datum           no shift to WGS-84\n");
+  } else {
+    std::printf("  datum           from WGS-84: dX %.10g, dY %.10g, dZ %.10g m, scale %.10g ppm,\n", d.DeltaX, d.DeltaY,
+                d.DeltaZ, std::round((d.DeltaScale - 1) * 1e12) / 1e6);
+    std::printf("                  rX %.10g, rY %.10g, rZ %.10g arc seconds\n", Seconds(d.DeltaRX), Seconds(d.DeltaRY),
+                Seconds(d.DeltaRZ));
+    std::printf("                  (coordinate frame rotation, not position vector)\n");
+  }
+}
+
+void PrintAdjustment(GeodesyHandle handle) {
+  Adjustment a;
+  GetAdjustment(handle, &a);
+  const std::uint32_t type = a.AdjustType & 0xFFFFU;
+  if (type == 0) {
+    std::printf("  local grid      none\n");
+  } else if (type != 1) {
+    std::printf("  local grid      type %u, which does nothing\n", static_cast<unsigned>(type));
+  } else {
+    std::printf("  local grid      similarity about %.12g, %.12g: turn %.10g degrees, scale %.12g,\n", a.AdjustOrigX,
+                a.AdjustOrigY, Degrees(a.AdjustRotation), a.AdjustScale);
+    std::printf("                  to %.12g, %.12g%s%s\n", a.AdjustX, a.AdjustY,
+                (a.AdjustType & LATIGO_REVERSE_X) != 0 ? ", X reversed" : "",
+                (a.AdjustType & LATIGO_REVERSE_Y) != 0 ? ", Y reversed" : "");
+  }
+}
+
+void PrintGeoid(GeodesyHandle handle) {
+  char path[512] = "";
+  double constant = 0;
+  GetGeoid(handle, path, sizeof path, &constant);
+  std::printf("  geoid           %s%s, constant %.10g\n", path[0] != '\0' ? "grid " : "no grid", path, constant);
+}
+
+// False if the section does not open, or not whole.
+bool Describe(const Options& options, const std::string& section) {
+  std::printf("[%s]\n", section.c_str());
+  std::fflush(stdout);  // so that warnings stand below the name
+  WarnOfUnknownKeys(options.file, section);
+  const Opened opened = OpenSection(options.file, section);
+  if (opened.code != 0) {
+    std::fprintf(stderr, "latigo: %s [%s]: %s%s\n", options.file.c_str(), section.c_str(),
+                 opened.object ? "warning: " : "", opened.explanation.c_str());
+  }
+  if (!opened.object) {
+    return false;
+  }
+  PrintProjection(opened.object.get());
+  PrintNames(opened.object.get(), options.language);
+  PrintDatum(opened.object.get());
+  PrintAdjustment(opened.object.get());
+  PrintGeoid(opened.object.get());
+  return true;
+}
+
+}  // namespace
+
+int RunInfo(const Options& options, bool sectionGiven) {
+  if (sectionGiven) {
+    RequireSection(options.file, options.section);
+    return Describe(options, options.section) ? 0 : 2;
+  }
+  const std::vector<std::string> sections = SectionsOf(options.file);
+  if (sections.empty()) {
+    RequireSection(options.file, options.section);
+  }
+  bool all = true;
+  for (const std::string& section : sections) {
+    all = Describe(options, section) && all;
+  }
+  return all ? 0 : 1;
+}
+
+}  // namespace latigo::cli

@@ -1,0 +1,102 @@
+// The command-line program: describes coordinate systems and converts points.
+#include <latigo/latigo.h>
+
+#include <CLI/CLI.hpp>
+#include <cstdio>
+#include <functional>
+
+#include "commands.h"
+#include "error_text.h"
+
+namespace {
+
+using latigo::cli::Options;
+
+constexpr const char* PointsHelp =
+    "Points are read from files or standard input, one a line: two coordinates, perhaps a height, and anything else, "
+    "which "
+    "is carried through. Fields are separated by blanks or by commas. Angles are decimal degrees or degrees, minutes "
+    "and "
+    "seconds (52.5, 52:30:00N, 52\u00B030'00\"N). Blank lines and lines that begin with # pass through. A line that is "
+    "no "
+    "point, or a point that fails, gives * for each value and a message, and the exit status is 1 at the end; a wrong "
+    "file, section or argument gives exit status 2.";
+
+void AddSystem(CLI::App& command, Options& options) {
+  command.add_option("FILE", options.file, "configuration file")->required();
+  command.add_option("-s,--section", options.section, "section of the file")->capture_default_str();
+}
+
+// Options of the commands that read points.
+CLI::App* AddPointCommand(CLI::App& app, Options& options, const char* name, const std::string& description) {
+  CLI::App* command = app.add_subcommand(name, description);
+  command->footer(PointsHelp);
+  AddSystem(*command, options);
+  command->add_option("POINTS", options.points, "files of points; none or - for standard input");
+  command->add_option("--precision", options.precision, "digits behind the point")->check(CLI::Range(0, 15));
+  command->add_flag("--dms", options.dms, "write angles as degrees, minutes and seconds");
+  command->add_flag("--lonlat", options.lonlat, "longitude before latitude, in input and output");
+  return command;
+}
+
+int Run(int argc, char** argv) {
+  Options options;
+  std::function<int()> run;
+  CLI::App app("LATIGO: geodesy for survey and mapping programs", "latigo");
+  app.set_version_flag("--version", "latigo " + std::to_string(GetGeodesyVersion() / 100) + "." +
+                                        std::to_string(GetGeodesyVersion() % 100));
+  app.require_subcommand(1);
+
+  CLI::App* info = app.add_subcommand("info", "Tells what a section describes, or every section of the file.");
+  AddSystem(*info, options);
+  info->add_option("--lang", options.language, "language of the names: eng, fra, esp")
+      ->check(CLI::IsMember({"eng", "fra", "esp"}));
+  info->callback([&] { run = [&, info] { return RunInfo(options, info->count("--section") > 0); }; });
+
+  CLI::App* forward = AddPointCommand(app, options, "forward",
+                                      "Latitude and longitude to easting and northing (x and y), and an ellipsoidal "
+                                      "height to the height less the undulation if the section has a geoid.");
+  forward->add_flag("--wgs84", options.wgs84, "the input is WGS-84 and goes through the datum shift first");
+  forward->callback([&] { run = [&] { return RunForward(options); }; });
+
+  CLI::App* inverse = AddPointCommand(app, options, "inverse",
+                                      "Easting and northing (x and y) to latitude and longitude, and a height to the "
+                                      "height plus the undulation if the section has a geoid.");
+  inverse->add_flag("--wgs84", options.wgs84, "the output is WGS-84, behind the datum shift");
+  inverse->callback([&] { run = [&] { return RunInverse(options); }; });
+
+  CLI::App* scale = AddPointCommand(app, options, "scale", "Latitude and longitude to the point scale factor.");
+  scale->add_flag("--wgs84", options.wgs84, "the input is WGS-84 and goes through the datum shift first");
+  scale->add_flag("--grid", options.grid, "read x and y of the projection, before any local grid");
+  scale->callback([&] { run = [&] { return RunScale(options); }; });
+
+  CLI::App* undulation = AddPointCommand(app, options, "undulation", "Latitude and longitude to the geoid undulation.");
+  undulation->add_flag("--wgs84", options.wgs84, "the input is WGS-84 and goes through the datum shift first");
+  undulation->callback([&] { run = [&] { return RunUndulation(options); }; });
+
+  CLI::App* ecef = AddPointCommand(app, options, "ecef",
+                                   "Latitude, longitude and height (0 if there is none) to earth-centred X, Y, Z in "
+                                   "metres, on the section's own ellipsoid.");
+  ecef->add_flag("--inverse", options.inverse, "X, Y, Z to latitude, longitude and height");
+  ecef->callback([&] { run = [&] { return RunEcef(options); }; });
+
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::Success& help) {
+    return app.exit(help);
+  } catch (const CLI::ParseError& wrong) {
+    throw latigo::cli::UsageError(wrong.what());
+  }
+  return run();
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  try {
+    return Run(argc, argv);
+  } catch (const std::exception& failure) {
+    std::fprintf(stderr, "latigo: %s\n", failure.what());
+    return 2;
+  }
+}

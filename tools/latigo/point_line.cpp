@@ -1,0 +1,126 @@
+#include "point_line.h"
+
+#include <algorithm>
+
+#include "platform/ascii.h"
+
+namespace latigo::cli {
+
+namespace {
+
+constexpr std::string_view Blanks = " \t";
+
+std::string_view TrimLeft(std::string_view text) {
+  text.remove_prefix(std::min(text.find_first_not_of(Blanks), text.size()));
+  return text;
+}
+
+std::string_view TrimRight(std::string_view text) {
+  return text.substr(0, text.find_last_not_of(Blanks) + 1);
+}
+
+// Walks the fields of a line; what is left begins with the separator.
+class Fields {
+ public:
+  explicit Fields(std::string_view line) : left_(TrimLeft(line)) {
+    const std::size_t end = std::min(left_.find_first_of(" \t,"), left_.size());
+    separator_ = TrimLeft(left_.substr(end)).starts_with(',') ? ',' : ' ';
+  }
+
+  std::string_view Next() {
+    left_ = TrimLeft(left_);
+    if (begun_ && separator_ == ',' && !left_.empty()) {
+      left_ = TrimLeft(left_.substr(1));
+    }
+    begun_ = true;
+    const std::size_t end = std::min(left_.find_first_of(separator_ == ',' ? "," : Blanks), left_.size());
+    const std::string_view field = TrimRight(left_.substr(0, end));
+    left_.remove_prefix(end);
+    return field;
+  }
+
+  char Separator() const { return separator_; }
+  std::string_view Left() const { return left_; }
+
+ private:
+  std::string_view left_;
+  char separator_;
+  bool begun_ = false;
+};
+
+bool IsWhole(std::string_view field) {
+  return !field.empty() && field.find_first_not_of("+-0123456789") == std::string_view::npos;
+}
+
+// A text that was meant as a number, though it is none.
+bool LooksLikeNumber(std::string_view field) {
+  const auto is = [field](std::string_view word) { return EqualIgnoringCase(field, word); };
+  return (!field.empty() && field.find_first_not_of("+-0123456789.,") == std::string_view::npos &&
+          field.find_first_of("0123456789") != std::string_view::npos) ||
+         is("nan") || is("inf") || is("-inf") || is("infinity");
+}
+
+// A height, if the next field is one.
+void ParseThird(Fields& fields, PointLine& point) {
+  Fields ahead = fields;
+  const std::string_view field = ahead.Next();
+  const Parsed parsed = ParseNumber(field);
+  if (parsed.fault == nullptr) {
+    point.third = parsed.value;
+    fields = ahead;
+  } else if (LooksLikeNumber(field)) {
+    point.fault = parsed.fault;
+  }
+}
+
+}  // namespace
+
+bool IsComment(std::string_view line) {
+  const std::string_view text = TrimLeft(line);
+  return text.empty() || text.front() == '#';
+}
+
+PointLine ParsePointLine(std::string_view line, Order order) {
+  Fields fields(line);
+  const std::string_view first = fields.Next();
+  const bool tight = fields.Left().size() > 1 && fields.Left()[0] == ',' && fields.Left()[1] != ' ';
+  const std::string_view second = fields.Next();
+
+  PointLine point;
+  point.separator = fields.Separator();
+  point.rest = fields.Left();
+  if (second.empty()) {
+    point.fault = "a field too few";
+    return point;
+  }
+  if (tight && IsWhole(first) && IsWhole(second)) {
+    point.fault = "a comma between whole numbers could be a decimal comma: write a point, or a blank behind the comma";
+    return point;
+  }
+  Parsed one;
+  Parsed two;
+  switch (order) {
+    case Order::LatitudeLongitude:
+      one = ParseAngle(first, Axis::Latitude);
+      two = ParseAngle(second, Axis::Longitude);
+      break;
+    case Order::LongitudeLatitude:
+      one = ParseAngle(second, Axis::Latitude);
+      two = ParseAngle(first, Axis::Longitude);
+      break;
+    case Order::Grid:
+      one = ParseNumber(first);
+      two = ParseNumber(second);
+      break;
+  }
+  point.first = one.value;
+  point.second = two.value;
+  point.fault = one.fault != nullptr ? one.fault : two.fault;
+  if (point.fault == nullptr) {
+    ParseThird(fields, point);
+    point.rest = fields.Left();
+  }
+  return point;
+}
+
+}  // namespace latigo::cli
