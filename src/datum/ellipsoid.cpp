@@ -61,8 +61,8 @@ Geographic Ellipsoid::ECEFGeo(const Cartesian& position) const {
     return {Z > 0 ? HalfPi : -HalfPi, 0, std::fabs(Z) - (1 - f_) * a_};
   }
   double phi = std::atan((Z / (1 - e2_)) / p);
-  double N = a_;
-  double change = 0;
+  double N;
+  double change;
   int passes = 0;
   do {
     const double s = std::sin(phi);

@@ -118,7 +118,7 @@ int32_t XYGeo(GeodesyHandle handle, double x, double y, double* latitude, double
 }
 
 double Scale(GeodesyHandle handle, double x, double y) {
-  double k = 1.0;
+  double k = 0;
   return Read(handle, [&](const Geodesy& object) { return object.Scale(x, y, k); }) != 0 ? k : 1.0;
 }
 

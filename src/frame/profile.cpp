@@ -68,7 +68,7 @@ std::int32_t Profile::ListSections(char* buffer, std::int32_t size) const {
 }
 
 Profile::Value Profile::Read(const char* key, const char* section) const {
-  Value value;
+  Value value{};
   GetString(value.text, sizeof value.text, key, section, "");
   return value;
 }

@@ -16,7 +16,7 @@ using LONG = std::int32_t;
 using HMODULE = void*;
 using HKEY = void*;
 
-inline const HKEY HKEY_LOCAL_MACHINE = nullptr;
+inline void* const HKEY_LOCAL_MACHINE = nullptr;
 inline constexpr DWORD KEY_QUERY_VALUE = 1;
 inline constexpr LONG ERROR_SUCCESS = 0;
 

@@ -47,7 +47,7 @@ std::string Explain(std::int32_t code, const Profile& profile, const std::string
   if (code <= 3 && hasFlattening && profile.HasKey("DynDatum", section.c_str())) {
     return ErrorText(code, "SetEllModel") + " (" + PathTried(profile, section, "DynDatum") + ")";
   }
-  const std::string text = ErrorText(code, "CreateGeodesy");
+  std::string text = ErrorText(code, "CreateGeodesy");
   switch (code) {
     case NoFlattening:
       return text + " (key Flattening)";

@@ -1,7 +1,7 @@
 // Paths and files as this system has them.
 #pragma once
 
-#include <limits.h>
+#include <climits>
 
 namespace latigo {
 
