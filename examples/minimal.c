@@ -21,7 +21,7 @@ int main(void) {
     return 1;
   }
   printf("easting %.3f, northing %.3f\n", x, y);
-  printf("latitude %.9f, longitude %.9f\n", latitude / RADIANS, longitude / RADIANS);
+  printf("latitude %.7f, longitude %.7f\n", latitude / RADIANS, longitude / RADIANS);
   DestroyGeodesy(handle);
   return 0;
 }

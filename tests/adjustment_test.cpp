@@ -8,26 +8,15 @@ using namespace support;
 // On the sphere x is 6378388 times the longitude and y 0 on the equator, so grid points are easy to hit.
 class AdjustmentTest : public Scratch {
  protected:
-  std::pair<double, double> Forward(double latitude, double longitude) const {
-    double x = 0;
-    double y = 0;
-    EXPECT_EQ(GeoXY(object_.get(), &x, &y, latitude, longitude), 1);
-    return {x, y};
-  }
-
   Object object_ = Make(WGS84(SMercKind));
   static constexpr double Radius = 6378388.0;
   static constexpr Adjustment Turned = {1, 1000, 2000, Pi / 6, 2, 10, 20};
 };
 
-bool Same(const Adjustment& left, const Adjustment& right) {
-  return std::memcmp(&left, &right, sizeof left) == 0;
-}
-
 TEST_F(AdjustmentTest, ANewObjectHasNone) {
   Adjustment found = Turned;
   EXPECT_EQ(GetAdjustment(object_.get(), &found), 1);
-  EXPECT_TRUE(Same(found, {0, 0, 0, 0, 1, 0, 0}));
+  EXPECT_TRUE(Same(found, Adjustment{0, 0, 0, 0, 1, 0, 0}));
 }
 
 TEST_F(AdjustmentTest, TheSimilarityTurnsScalesShiftsAndMirrors) {
@@ -41,14 +30,12 @@ TEST_F(AdjustmentTest, TheSimilarityTurnsScalesShiftsAndMirrors) {
     Adjustment adjustment = Turned;
     adjustment.AdjustType |= flags;
     ASSERT_EQ(SetAdjustment(object_.get(), &adjustment), 1);
-    const auto [x, y] = Forward(latitude, longitude);
+    const auto [x, y, code] = Forward(object_, latitude, longitude);
     EXPECT_NEAR(x, signX * X, 4e-9);
     EXPECT_NEAR(y, signY * Y, 4e-9);
-    double phi = 0;
-    double lambda = 0;
-    EXPECT_EQ(XYGeo(object_.get(), x, y, &phi, &lambda), 1);
-    EXPECT_NEAR(phi, latitude, 1e-15);
-    EXPECT_NEAR(lambda, longitude, 1e-15);
+    const LatLon back = Inverse(object_, x, y);
+    EXPECT_NEAR(back.latitude, latitude, 1e-15);
+    EXPECT_NEAR(back.longitude, longitude, 1e-15);
     Adjustment found{};
     GetAdjustment(object_.get(), &found);
     EXPECT_TRUE(Same(found, adjustment));
@@ -58,10 +45,10 @@ TEST_F(AdjustmentTest, TheSimilarityTurnsScalesShiftsAndMirrors) {
 TEST_F(AdjustmentTest, PositiveTurnsAreAnticlockwiseAndNegativeScalesTurnHalfWay) {
   const Adjustment quarter = {1, 0, 0, HalfPi, 1, 0, 0};
   SetAdjustment(object_.get(), &quarter);
-  EXPECT_NEAR(Forward(0, 1).second, -Radius, 1e-8) << "the x axis goes to negative Y";
+  EXPECT_NEAR(Forward(object_, 0, 1).y, -Radius, 1e-8) << "the x axis goes to negative Y";
   const Adjustment negative = {1, 0, 0, 0, -1, 0, 0};
   SetAdjustment(object_.get(), &negative);
-  EXPECT_EQ(Forward(0, 1).first, -Radius);
+  EXPECT_EQ(Forward(object_, 0, 1).x, -Radius);
 }
 
 TEST_F(AdjustmentTest, OtherTypesAreStoredAndDoNothing) {
@@ -69,11 +56,8 @@ TEST_F(AdjustmentTest, OtherTypesAreStoredAndDoNothing) {
     Adjustment adjustment = Turned;
     adjustment.AdjustType = type;
     ASSERT_EQ(SetAdjustment(object_.get(), &adjustment), 1);
-    EXPECT_EQ(Forward(0, 1).first, Radius);
-    double phi = 0;
-    double lambda = 0;
-    XYGeo(object_.get(), Radius, 0, &phi, &lambda);
-    EXPECT_EQ(lambda, 1);
+    EXPECT_EQ(Forward(object_, 0, 1).x, Radius);
+    EXPECT_EQ(Inverse(object_, Radius, 0).longitude, 1);
     Adjustment found{};
     GetAdjustment(object_.get(), &found);
     EXPECT_TRUE(Same(found, adjustment));
@@ -88,9 +72,7 @@ TEST_F(AdjustmentTest, AScaleOfZeroIsRefusedAndNothingHasChanged) {
   Adjustment found{};
   GetAdjustment(object_.get(), &found);
   EXPECT_TRUE(Same(found, Turned));
-  char word[20];
-  GetLocalName(object_.get(), 7, "", word, sizeof word);
-  EXPECT_STREQ(word, "easting");
+  EXPECT_EQ(Name(object_, 7), "easting");
   EXPECT_EQ(Log(), Lines{}) << "the code is read";
 }
 
@@ -98,11 +80,8 @@ TEST_F(AdjustmentTest, ScaleAndFailedConversionsGoRoundTheLocalGrid) {
   const Object utm = Make(Utm31());
   ASSERT_EQ(SetAdjustment(utm.get(), &Turned), 1);
   EXPECT_NEAR(Scale(utm.get(), 637294.3658945, 5762926.8129141), 0.9998314066, 1e-10);
-  double x = 1;
-  double y = 2;
-  EXPECT_EQ(GeoXY(utm.get(), &x, &y, HalfPi, 0), 0);
-  EXPECT_EQ(x, 1);
-  EXPECT_EQ(y, 2);
+  const XY failed = Forward(utm, HalfPi, 0);
+  EXPECT_TRUE(failed.x == Untouched && failed.y == Untouched);
 }
 
 }  // namespace

@@ -6,9 +6,7 @@ namespace {
 using namespace support;
 
 struct Position {
-  double latitude = 0.7;
-  double longitude = -1.2;
-  double h = 100;
+  double latitude = 0.7, longitude = -1.2, h = 100;
 };
 
 void ExpectPosition(const Position& found, const Position& expected, double angle = 1e-14, double height = 2e-8) {
@@ -17,178 +15,149 @@ void ExpectPosition(const Position& found, const Position& expected, double angl
   EXPECT_NEAR(found.h, expected.h, height);
 }
 
+// Objects on the Clarke ellipsoid of 1866, at a start position of 40.107 and -68.755 degrees.
 class DatumTest : public Scratch {
  protected:
-  Position ToObject(Position p) const {
+  Position ToObject(Position p = {}) const {
     EXPECT_EQ(WGS84Conv(object_.get(), &p.latitude, &p.longitude, &p.h), 1);
-    EXPECT_EQ(GetGeodesyError(), 0);
     return p;
   }
-  Position ToWgs84(Position p) const {
+  Position ToWgs84(Position p = {}) const {
     EXPECT_EQ(InvWGS84Conv(object_.get(), &p.latitude, &p.longitude, &p.h), 1);
-    EXPECT_EQ(GetGeodesyError(), 0);
     return p;
   }
-  std::string WriteGrid(const char* name, std::vector<float> values, float west = -69, float south = 40) const {
+  Position FromOther(double a, double f, Position p = {}) const {
+    EXPECT_EQ(EllConv(object_.get(), &p.latitude, &p.longitude, &p.h, a, f), 1);
+    return p;
+  }
+  Position ToOther(double a, double f, Position p = {}) const {
+    EXPECT_EQ(InvEllConv(object_.get(), &p.latitude, &p.longitude, &p.h, a, f), 1);
+    return p;
+  }
+  // A grid of the same values at all nodes, around the start position.
+  std::string WriteGrid(const char* name, std::vector<float> values, float west = -69) const {
     Grid grid;
     grid.west = west;
-    grid.south = south;
+    grid.south = 40;
     grid.nz = static_cast<std::int32_t>(values.size());
     grid.value = [values](int, int, int i) { return values[static_cast<std::size_t>(i)]; };
     return Write(name, grid.Bytes());
+  }
+  void Set(const EllDiff& diff) const { EXPECT_EQ(SetEllDiff(object_.get(), &diff), 1); }
+  std::int32_t SetGrid(const std::string& path) const {
+    SetEllModel(object_.get(), path.c_str());
+    return GetGeodesyError();
   }
   EllDiff Current() const {
     EllDiff diff{};
     EXPECT_EQ(GetEllDiff(object_.get(), &diff), 1);
     return diff;
   }
-  bool Shifts() const { return ToObject({}).latitude != 0.7; }
 
-  static GeodesyParams Clarke1866() {
+  static constexpr EllDiff None = {0, 0, 0, 1, 0, 0, 0};
+  static constexpr EllDiff Seven = {-8, 160, 176, 1.000005, 1 * Second, -2 * Second, 3 * Second};
+  static constexpr Position CarriedAcross = {0.7000368309881134, -1.2, 129.14758708979934};
+  static constexpr double WgsF = 1 / 298.257223563;
+  Object object_ = Make([] {
     GeodesyParams params = Texas();
     params.Unit = 1;
     return params;
-  }
-
-  // The start position of the tests lies in the middle of this grid: 0.7 and -1.2 are 40.107 and -68.755 degrees.
-  const EllDiff seven_ = {-8, 160, 176, 1.000005, 1 * Second, -2 * Second, 3 * Second};
-  const Position unshifted_ = {0.7000368309881134, -1.2, 129.14758708979934};
-  Object object_ = Make(Clarke1866());
+  }());
 };
 
 TEST_F(DatumTest, SevenValuesRotateTheCoordinateFrame) {
-  ASSERT_EQ(SetEllDiff(object_.get(), &seven_), 1);
-  const Position there = ToObject({});
-  ExpectPosition(there, {0.7000743735463736, -1.1999951716879336, 158.13603119924664});
+  Set(Seven);
+  const Position there = {0.7000743735463736, -1.1999951716879336, 158.13603119924664};
+  ExpectPosition(ToObject(), there);
   // The way back turns the signs, and misses the start by a few millimetres.
   ExpectPosition(ToWgs84(there), {0.699999999885147, -1.200000000916291, 100.00015627592802});
+  // Another ellipsoid is reached by the same values, unless it is the object's own.
+  ExpectPosition(FromOther(6378137, WgsF), there);
+  ExpectPosition(ToOther(6378137, WgsF, there), ToWgs84(there));
+  ExpectPosition(ToOther(6378206.4, 1 / 294.9786982, FromOther(6378206.4, 1 / 294.9786982)), {}, 0, 0);
 }
 
-TEST_F(DatumTest, WithoutAShiftNothingChangesThoughTheEllipsoidsDiffer) {
-  EllDiff scaleOnly = {0, 0, 0, 1.000005, 0, 0, 0};
-  for (int i = 0; i < 2; ++i) {
-    ExpectPosition(ToObject({}), {}, 0, 0);
-    ExpectPosition(ToWgs84({}), {}, 0, 0);
-    ASSERT_EQ(SetEllDiff(object_.get(), &scaleOnly), 1);
-    EXPECT_EQ(Current().DeltaScale, 1.000005);
-  }
-}
-
-TEST_F(DatumTest, EachTranslationAndRotationAloneMakesAShift) {
-  for (const int field : {0, 1, 2, 4, 5, 6}) {
+TEST_F(DatumTest, EachTranslationAndRotationAloneMakesAShiftAndTheScaleNone) {
+  for (int field = 0; field < 7; ++field) {
+    Set(None);
+    ExpectPosition(ToObject(), {}, 0, 0);
+    ExpectPosition(ToWgs84(), {}, 0, 0);
     double values[7] = {0, 0, 0, 1, 0, 0, 0};
+    values[field] += 1e-9;
     EllDiff diff;
     std::memcpy(&diff, values, sizeof diff);
-    SetEllDiff(object_.get(), &diff);
-    EXPECT_FALSE(Shifts());
-    values[field] = 1e-9;
-    std::memcpy(&diff, values, sizeof diff);
-    SetEllDiff(object_.get(), &diff);
-    EXPECT_TRUE(Shifts());
+    Set(diff);
+    EXPECT_EQ(ToObject().latitude != 0.7, field != 3);
+    EXPECT_TRUE(Same(Current(), diff));
   }
 }
 
-TEST_F(DatumTest, GridsOfTwoValuesAreShiftsInArcSeconds) {
-  ASSERT_EQ(SetEllModel(object_.get(), WriteGrid("two", {1.5F, -2.5F}).c_str()), 1);
-  ExpectPosition(ToWgs84({}), {0.7 + 1.5 * Second, -1.2 - 2.5 * Second, 100}, 1e-11, 1e-8);
-  ExpectPosition(ToObject({}), {0.7 - 1.5 * Second, -1.2 + 2.5 * Second, 100}, 1e-9, 0.01);
-}
-
-TEST_F(DatumTest, GridsOfThreeValuesOrMoreAreTranslations) {
-  const EllDiff translation = {10, 20, 30, 1, 0, 0, 0};
-  ASSERT_EQ(SetEllDiff(object_.get(), &translation), 1);
-  const Position there = ToObject({});
-  const Position back = ToWgs84({});
+TEST_F(DatumTest, GridsHoldShiftsInSecondsOrTranslations) {
+  ASSERT_EQ(SetGrid(WriteGrid("two", {1.5F, -2.5F})), 0);
+  ExpectPosition(ToWgs84(), {0.7 + 1.5 * Second, -1.2 - 2.5 * Second, 100}, 1e-11, 1e-8);
+  ExpectPosition(ToObject(), {0.7 - 1.5 * Second, -1.2 + 2.5 * Second, 100}, 1e-9, 0.01);
+  Set({10, 20, 30, 1, 0, 0, 0});
+  const Position there = ToObject();
+  const Position back = ToWgs84();
   for (const auto& values : {std::vector<float>{10, 20, 30}, {10, 20, 30, 99, 98}}) {
-    ASSERT_EQ(SetEllModel(object_.get(), WriteGrid("grid", values).c_str()), 1);
-    ExpectPosition(ToObject({}), there);
-    ExpectPosition(ToWgs84({}), back);
+    ASSERT_EQ(SetGrid(WriteGrid("grid", values)), 0);
+    ExpectPosition(ToObject(), there);
+    ExpectPosition(ToWgs84(), back);
   }
 }
 
 TEST_F(DatumTest, PointsOutsideTheGridOrInRowsThatCannotBeReadAreCarriedAcross) {
-  const std::string far = WriteGrid("far", {1, 1}, 100, 0);
-  ASSERT_EQ(SetEllModel(object_.get(), far.c_str()), 1);
-  ExpectPosition(ToObject({}), unshifted_);
+  ASSERT_EQ(SetGrid(WriteGrid("far", {1, 1}, 100)), 0);
+  ExpectPosition(ToObject(), CarriedAcross);
   const std::string near = WriteGrid("near", {1, 1});
   std::filesystem::resize_file(near, 100);
-  ASSERT_EQ(SetEllModel(object_.get(), near.c_str()), 1);
-  ExpectPosition(ToObject({}), unshifted_);
+  ASSERT_EQ(SetGrid(near), 0);
+  ExpectPosition(ToObject(), CarriedAcross);
+  EXPECT_EQ(GetGeodesyError(), 0);
   EXPECT_EQ(Log(), Lines{});
 }
 
 TEST_F(DatumTest, AGridAndTheSevenValuesEndEachOther) {
   const std::string grid = WriteGrid("grid", {1, 1});
-  SetEllDiff(object_.get(), &seven_);
-  ASSERT_EQ(SetEllModel(object_.get(), grid.c_str()), 1);
-  EXPECT_EQ(Current().DeltaScale, -1.0);
-  EXPECT_EQ(Current().DeltaX, 0);
-  char text[200] = "";
-  EXPECT_EQ(GetEllModel(object_.get(), text, sizeof text), 1);
-  EXPECT_EQ(text, grid);
-  Position p;
-  EXPECT_EQ(EllConv(object_.get(), &p.latitude, &p.longitude, &p.h, 6378388, 1 / 297.0), 1);
-  ExpectPosition(p, {}, 0, 0);
-
+  Set(Seven);
+  ASSERT_EQ(SetGrid(grid), 0);
+  EXPECT_TRUE(Same(Current(), EllDiff{0, 0, 0, -1.0, 0, 0, 0}));
+  ExpectPosition(FromOther(6378388, 1 / 297.0), {}, 0, 0);
   EXPECT_EQ(SetEllModel(object_.get(), nullptr), 1);
-  EXPECT_FALSE(Shifts());
-  EXPECT_EQ(Current().DeltaScale, 1) << "the seven values do not come back";
-  EXPECT_EQ(Current().DeltaX, 0);
-  SetEllModel(object_.get(), grid.c_str());
-  SetEllDiff(object_.get(), &seven_);
-  EXPECT_EQ(Current().DeltaX, -8);
+  ExpectPosition(ToObject(), {}, 0, 0);
+  EXPECT_TRUE(Same(Current(), None)) << "the seven values do not come back";
+  ASSERT_EQ(SetGrid(grid), 0);
+  Set(Seven);
+  EXPECT_TRUE(Same(Current(), Seven));
+  char text[8] = "x";
   EXPECT_EQ(GetEllModel(object_.get(), text, sizeof text), 1);
   EXPECT_STREQ(text, "");
 }
 
 TEST_F(DatumTest, ARefusedGridLeavesTheShiftActiveWithIdentityValues) {
-  struct Case {
-    std::string path;
-    std::int32_t code;
-  };
   for (const auto& [path, code] :
-       {Case{Path("nothing"), 1}, Case{WriteGrid("one", {1}), 2}, Case{Write("short", "short"), 3}}) {
-    EllDiff none = {0, 0, 0, 1, 0, 0, 0};
-    for (const EllDiff& before : {none, seven_}) {
-      SetEllDiff(object_.get(), &before);
-      EXPECT_EQ(SetEllModel(object_.get(), path.c_str()), 0);
-      EXPECT_EQ(GetGeodesyError(), code);
+       {std::pair{Path("nothing"), 1}, {WriteGrid("one", {1}), 2}, {Write("short", "short"), 3}}) {
+    for (const EllDiff& before : {None, Seven}) {
+      Set(before);
+      EXPECT_EQ(SetGrid(path), code);
       EXPECT_EQ(Log(), Lines{"Log --- Error " + std::to_string(code)});
-      EXPECT_EQ(Current().DeltaX, 0);
-      EXPECT_EQ(Current().DeltaScale, 1);
-      ExpectPosition(ToObject({}), before.DeltaX == 0 ? Position{} : unshifted_);
+      EXPECT_TRUE(Same(Current(), None));
+      ExpectPosition(ToObject(), Same(before, None) ? Position{} : CarriedAcross);
     }
   }
 }
 
-TEST_F(DatumTest, OtherEllipsoidsAreReachedByTheSevenValues) {
-  SetEllDiff(object_.get(), &seven_);
-  const double wgs84F = 1 / 298.257223563;
-  Position p;
-  EXPECT_EQ(EllConv(object_.get(), &p.latitude, &p.longitude, &p.h, 6378137, wgs84F), 1);
-  ExpectPosition(p, ToObject({}));
-  EXPECT_EQ(InvEllConv(object_.get(), &p.latitude, &p.longitude, &p.h, 6378137, wgs84F), 1);
-  ExpectPosition(p, ToWgs84(ToObject({})));
-
-  p = {};
-  EXPECT_EQ(EllConv(object_.get(), &p.latitude, &p.longitude, &p.h, 6378206.4, 1 / 294.9786982), 1);
-  EXPECT_EQ(InvEllConv(object_.get(), &p.latitude, &p.longitude, &p.h, 6378206.4, 1 / 294.9786982), 1);
-  ExpectPosition(p, {}, 0, 0);
-}
-
 TEST_F(DatumTest, WithoutAHeightConversionsRunAtHeightZero) {
-  SetEllDiff(object_.get(), &seven_);
+  Set(Seven);
   Position p;
   EXPECT_EQ(WGS84Conv(object_.get(), &p.latitude, &p.longitude, nullptr), 1);
-  EXPECT_EQ(p.h, 100);
-  const Position ground = ToObject({0.7, -1.2, 0});
-  EXPECT_EQ(p.latitude, ground.latitude);
-  EXPECT_EQ(p.longitude, ground.longitude);
+  ExpectPosition({p.latitude, p.longitude, 0},
+                 {ToObject({0.7, -1.2, 0}).latitude, ToObject({0.7, -1.2, 0}).longitude, 0}, 0);
 }
 
 TEST_F(DatumTest, PathsAreCopiedUpToOneByteLessThanTheBuffer) {
   const std::string path = WriteGrid("grid", {1, 1});
-  ASSERT_EQ(SetEllModel(object_.get(), path.c_str()), 1);
+  ASSERT_EQ(SetGrid(path), 0);
   std::string text(path.size() + 4, '#');
   EXPECT_EQ(GetEllModel(object_.get(), text.data(), static_cast<std::int32_t>(path.size())), 1);
   EXPECT_EQ(text, path.substr(0, path.size() - 1) + "#####") << "no terminator, and the last byte is not touched";
@@ -202,19 +171,18 @@ TEST_F(DatumTest, CartesianExportsStayOnTheObjectsOwnEllipsoid) {
   params.SemiMajorAxis = 6377563.396;
   params.InvFlattening = 299.3249646;
   const Object airy = Make(params);
-  SetEllDiff(airy.get(), &seven_);
+  SetEllDiff(airy.get(), &Seven);
+  const Position tower = {Rad(52 + 39 / 60.0 + 27.2531 / 3600), Rad(1 + 43 / 60.0 + 4.5177 / 3600), 24.7};
   double x = 0;
   double y = 0;
   double z = 0;
-  EXPECT_EQ(
-      GeoECEF(airy.get(), &x, &y, &z, Rad(52 + 39 / 60.0 + 27.2531 / 3600), Rad(1 + 43 / 60.0 + 4.5177 / 3600), 24.7),
-      1);
+  EXPECT_EQ(GeoECEF(airy.get(), &x, &y, &z, tower.latitude, tower.longitude, tower.h), 1);
   EXPECT_NEAR(x, 3874938.849, 2e-3);
   EXPECT_NEAR(y, 116218.624, 2e-3);
   EXPECT_NEAR(z, 5047168.208, 2e-3);
   Position p;
-  EXPECT_EQ(ECEFGeo(airy.get(), 3874938.849, 116218.624, 5047168.208, &p.latitude, &p.longitude, &p.h), 1);
-  ExpectPosition(p, {Rad(52 + 39 / 60.0 + 27.2531 / 3600), Rad(1 + 43 / 60.0 + 4.5177 / 3600), 24.7}, 5e-10, 2e-3);
+  EXPECT_EQ(ECEFGeo(airy.get(), x, y, z, &p.latitude, &p.longitude, &p.h), 1);
+  ExpectPosition(p, tower, 1e-11, 1e-8);
 }
 
 }  // namespace

@@ -11,17 +11,10 @@ using support::Lines;
 
 class ErrcodeTest : public support::Scratch {};
 
-// What happens to a value that dies unread.
-struct Outcome {
-  std::int16_t severity;
-  bool logged;
-  bool thrown;
-};
-
 TEST_F(ErrcodeTest, AnUnreadValueIsLoggedAndThrownAsItsSeverityAsks) {
-  for (const auto& [severity, logged, thrown] :
-       {Outcome{-1, false, false}, Outcome{0, false, false}, Outcome{1, false, false}, Outcome{2, false, false},
-        Outcome{3, true, false}, Outcome{4, true, true}, Outcome{5, true, true}}) {
+  for (std::int16_t severity = -1; severity <= 5; ++severity) {
+    const bool logged = severity >= 3;
+    const bool thrown = severity >= 4;
     SCOPED_TRACE(severity);
     std::int32_t caught = 0;
     try {

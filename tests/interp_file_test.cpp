@@ -36,15 +36,14 @@ TEST_F(InterpFileTest, HeadersAreRefusedWithTheCodeOfTheirFault) {
     std::function<void(Grid&)> spoil;
     std::int32_t code;
   };
-  const float limit = std::nextafter(180.0F, 200.0F);
+  // clang-format off
   const Case cases[] = {
       {"good", [](Grid&) {}, 0},
-      {"from the south pole", [](Grid& g) { g.south = -90; }, 0},
-      {"from 180 west", [](Grid& g) { g.west = -180; }, 0},
+      {"from the south pole at 180 west", [](Grid& g) { g.south = -90, g.west = -180; }, 0},
       {"beyond the south pole", [](Grid& g) { g.south = std::nextafter(-90.0F, -100.0F); }, 2},
       {"beyond the north pole", [](Grid& g) { g.south = std::nextafter(90.0F, 100.0F); }, 2},
-      {"beyond 180 west", [limit](Grid& g) { g.west = -limit; }, 2},
-      {"beyond 180 east", [limit](Grid& g) { g.west = limit; }, 2},
+      {"beyond 180 west", [](Grid& g) { g.west = std::nextafter(-180.0F, -200.0F); }, 2},
+      {"beyond 180 east", [](Grid& g) { g.west = std::nextafter(180.0F, 200.0F); }, 2},
       {"no latitude", [](Grid& g) { g.south = static_cast<float>(NaN); }, 2},
       {"no columns", [](Grid& g) { g.nc = 0; }, 2},
       {"negative rows", [](Grid& g) { g.nr = -1; }, 2},
@@ -54,6 +53,7 @@ TEST_F(InterpFileTest, HeadersAreRefusedWithTheCodeOfTheirFault) {
       {"an endless step", [](Grid& g) { g.latstep = static_cast<float>(Infinity); }, 2},
       {"a record beyond 32 bits", [](Grid& g) { g.nc = g.nz = 40000; }, 2},
   };
+  // clang-format on
   for (const auto& [what, spoil, code] : cases) {
     Grid grid;
     spoil(grid);

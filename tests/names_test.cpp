@@ -5,16 +5,6 @@ namespace {
 
 using namespace support;
 
-// The name, or the code in brackets.
-std::string Name(const Object& object, std::int32_t request, const char* language = "", std::int32_t size = 40) {
-  char text[40] = "untouched";
-  if (GetLocalName(object.get(), request, language, text, size) == 1) {
-    EXPECT_EQ(GetGeodesyError(), 0);
-    return text;
-  }
-  return "[" + std::to_string(GetGeodesyError()) + "]";
-}
-
 Object WithUnit(double unit) {
   GeodesyParams params = Utm31();
   params.Unit = unit;

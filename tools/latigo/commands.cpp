@@ -1,7 +1,6 @@
 #include "commands.h"
 
 #include <cmath>
-#include <optional>
 
 #include "coordinate_system.h"
 #include "lines.h"
@@ -26,23 +25,19 @@ struct Value {
   Quantity quantity;
 };
 
-// A failure of one point: a library call with its code, or a result that is no number.
-struct PointFailure {
-  std::int32_t code;
-  const char* function;
-};
-
 // What a command makes of a point; up to three values.
 struct Result {
   Value values[3];
   int count = 0;
-  std::optional<PointFailure> failure;
+  std::int32_t code = 0;           // of the library call that failed
+  const char* function = nullptr;  // that call; null if all succeeded
 
   void Add(double value, Quantity quantity) { values[count++] = {value, quantity}; }
   // Takes the outcome of a library call; true if it succeeded.
-  bool Call(std::int32_t success, const char* function) {
+  bool Call(std::int32_t success, const char* name) {
     if (success == 0) {
-      failure = {GetGeodesyError(), function};
+      code = GetGeodesyError();
+      function = name;
     }
     return success != 0;
   }
@@ -70,15 +65,14 @@ class Converter {
   }
 
   GeodesyHandle Handle() const { return object_.get(); }
-  const Options& options() const { return options_; }
   bool HasGeoid() const { return hasGeoid_; }
 
   Order GeographicOrder() const { return options_.lonlat ? Order::LongitudeLatitude : Order::LatitudeLongitude; }
 
   // The geographic position of a line on the object's datum, radians.
   bool ReadGeographic(const PointLine& point, double& latitude, double& longitude, double& h, Result& result) const {
-    latitude = (options_.lonlat ? point.second : point.first) * RadiansPerDegree;
-    longitude = (options_.lonlat ? point.first : point.second) * RadiansPerDegree;
+    latitude = point.first * RadiansPerDegree;
+    longitude = point.second * RadiansPerDegree;
     h = point.third.value_or(0);
     if (options_.wgs84 && !result.Call(WGS84Conv(Handle(), &latitude, &longitude, &h), "WGS84Conv")) {
       return false;
@@ -91,10 +85,11 @@ class Converter {
   }
 
   void WriteGeographic(double latitude, double longitude, Result& result) const {
-    const Value first = {latitude / RadiansPerDegree, Quantity::Latitude};
-    const Value second = {std::remainder(longitude / RadiansPerDegree, 360), Quantity::Longitude};
-    result.Add((options_.lonlat ? second : first).value, (options_.lonlat ? second : first).quantity);
-    result.Add((options_.lonlat ? first : second).value, (options_.lonlat ? first : second).quantity);
+    result.Add(latitude / RadiansPerDegree, Quantity::Latitude);
+    result.Add(std::remainder(longitude / RadiansPerDegree, 360), Quantity::Longitude);
+    if (options_.lonlat) {
+      std::swap(result.values[0], result.values[1]);
+    }
   }
 
  private:
@@ -108,18 +103,24 @@ class Converter {
   bool hasGeoid_ = false;
 };
 
-// Runs over all lines of all files. The operation makes a Result of a PointLine.
+// What the third number of a line is to a command: carried through with the rest, a height that gives one value more, part
+// of the point, or part of the point that must be there.
+enum class Third { Carried, Height, Used, Needed };
+
+// Runs over all lines of all files. The operation makes a Result of a PointLine: so many values, and a height if the
+// line has one and the command takes it.
 class PointLoop {
  public:
-  PointLoop(const Options& options, Order order) : options_(options), order_(order) {}
+  PointLoop(const Options& options, Order order, int values, Third third)
+      : options_(options), order_(order), values_(values), third_(third) {}
 
   template <typename Operation>
-  int Run(int values, Operation operation) {
+  int Run(Operation operation) {
     const std::vector<std::string> standardInput = {"-"};
     for (const std::string& path : options_.points.empty() ? standardInput : options_.points) {
       LineReader reader(path);
       for (std::string_view line; reader.Next(line);) {
-        DoLine(reader, line, values, operation);
+        DoLine(reader, line, operation);
       }
     }
     writer_.Flush();
@@ -128,7 +129,7 @@ class PointLoop {
 
  private:
   template <typename Operation>
-  void DoLine(const LineReader& reader, std::string_view line, int values, Operation operation) {
+  void DoLine(const LineReader& reader, std::string_view line, Operation operation) {
     if (!reader.TooLong() && IsComment(line)) {
       writer_.Text(line);
       writer_.Char('\n');
@@ -139,24 +140,23 @@ class PointLoop {
       point.fault = "the line is too long";
     } else {
       point = ParsePointLine(line, order_);
-      if (point.fault == nullptr && order_ == Order::Grid && values == 3 && !point.third) {
+      if (point.fault == nullptr && third_ == Third::Needed && !point.third) {
         point.fault = "a field too few";
       }
     }
     if (point.fault != nullptr) {
-      Fail(reader, point, values, point.fault);
+      Fail(reader, point, point.fault);
       return;
     }
     Result result;
     operation(point, result);
-    if (result.failure) {
-      Fail(reader, point, result.count > 0 ? result.count : values + (point.third && values == 2 ? 1 : 0),
-           ErrorText(result.failure->code, result.failure->function));
+    if (result.function != nullptr) {
+      Fail(reader, point, ErrorText(result.code, result.function));
       return;
     }
     for (int i = 0; i < result.count; ++i) {
       if (!std::isfinite(result.values[i].value)) {
-        Fail(reader, point, result.count, "the result is not a finite number");
+        Fail(reader, point, "the result is not a finite number");
         return;
       }
     }
@@ -180,9 +180,10 @@ class PointLoop {
     }
   }
 
-  void Fail(const LineReader& reader, const PointLine& point, int values, const std::string& reason) {
+  void Fail(const LineReader& reader, const PointLine& point, const std::string& reason) {
     failed_ = true;
     std::fprintf(stderr, "latigo: %s:%zu: %s\n", reader.Name().c_str(), reader.Number(), reason.c_str());
+    const int values = values_ + (third_ == Third::Height && point.third ? 1 : 0);
     for (int i = 0; i < values; ++i) {
       Separate(point, i);
       writer_.Char('*');
@@ -197,12 +198,14 @@ class PointLoop {
   }
 
   void End(const PointLine& point) {
-    writer_.Text(point.rest);
+    writer_.Text(third_ == Third::Carried ? point.restWithThird : point.rest);
     writer_.Char('\n');
   }
 
   const Options& options_;
   Order order_;
+  int values_;
+  Third third_;
   Writer writer_;
   bool failed_ = false;
 };
@@ -211,30 +214,31 @@ class PointLoop {
 
 int RunForward(const Options& options) {
   const Converter converter(options);
-  return PointLoop(options, converter.GeographicOrder()).Run(2, [&](const PointLine& point, Result& result) {
-    double latitude = 0;
-    double longitude = 0;
-    double h = 0;
-    double x = 0;
-    double y = 0;
-    double undulation = 0;
-    if (!converter.ReadGeographic(point, latitude, longitude, h, result) ||
-        !result.Call(GeoXY(converter.Handle(), &x, &y, latitude, longitude), "GeoXY") ||
-        (point.third && converter.HasGeoid() &&
-         !result.Call(Undulation(converter.Handle(), latitude, longitude, &undulation), "Undulation"))) {
-      return;
-    }
-    result.Add(x, Quantity::Length);
-    result.Add(y, Quantity::Length);
-    if (point.third) {
-      result.Add(h - undulation, Quantity::Length);
-    }
-  });
+  return PointLoop(options, converter.GeographicOrder(), 2, Third::Height)
+      .Run([&](const PointLine& point, Result& result) {
+        double latitude = 0;
+        double longitude = 0;
+        double h = 0;
+        double x = 0;
+        double y = 0;
+        double undulation = 0;
+        if (!converter.ReadGeographic(point, latitude, longitude, h, result) ||
+            !result.Call(GeoXY(converter.Handle(), &x, &y, latitude, longitude), "GeoXY") ||
+            (point.third && converter.HasGeoid() &&
+             !result.Call(Undulation(converter.Handle(), latitude, longitude, &undulation), "Undulation"))) {
+          return;
+        }
+        result.Add(x, Quantity::Length);
+        result.Add(y, Quantity::Length);
+        if (point.third) {
+          result.Add(h - undulation, Quantity::Length);
+        }
+      });
 }
 
 int RunInverse(const Options& options) {
   const Converter converter(options);
-  return PointLoop(options, Order::Grid).Run(2, [&](const PointLine& point, Result& result) {
+  return PointLoop(options, Order::Grid, 2, Third::Height).Run([&](const PointLine& point, Result& result) {
     double latitude = 0;
     double longitude = 0;
     double h = point.third.value_or(0);
@@ -261,7 +265,7 @@ int RunScale(const Options& options) {
   const Adjustment none = {0, 0, 0, 0, 1, 0, 0};
   SetAdjustment(converter.Handle(), &none);
   const Order order = options.grid ? Order::Grid : converter.GeographicOrder();
-  return PointLoop(options, order).Run(1, [&](const PointLine& point, Result& result) {
+  return PointLoop(options, order, 1, Third::Carried).Run([&](const PointLine& point, Result& result) {
     double x = point.first;
     double y = point.second;
     if (!options.grid) {
@@ -282,22 +286,24 @@ int RunScale(const Options& options) {
 
 int RunUndulation(const Options& options) {
   const Converter converter(options);
-  return PointLoop(options, converter.GeographicOrder()).Run(1, [&](const PointLine& point, Result& result) {
-    double latitude = 0;
-    double longitude = 0;
-    double h = 0;
-    double undulation = 0;
-    if (converter.ReadGeographic(point, latitude, longitude, h, result) &&
-        result.Call(Undulation(converter.Handle(), latitude, longitude, &undulation), "Undulation")) {
-      result.Add(undulation, Quantity::Length);
-    }
-  });
+  return PointLoop(options, converter.GeographicOrder(), 1, Third::Carried)
+      .Run([&](const PointLine& point, Result& result) {
+        double latitude = 0;
+        double longitude = 0;
+        double h = 0;
+        double undulation = 0;
+        if (converter.ReadGeographic(point, latitude, longitude, h, result) &&
+            result.Call(Undulation(converter.Handle(), latitude, longitude, &undulation), "Undulation")) {
+          result.Add(undulation, Quantity::Length);
+        }
+      });
 }
 
 int RunEcef(const Options& options) {
   const Converter converter(options);
   const Order order = options.inverse ? Order::Grid : converter.GeographicOrder();
-  return PointLoop(options, order).Run(3, [&](const PointLine& point, Result& result) {
+  const Third third = options.inverse ? Third::Needed : Third::Used;
+  return PointLoop(options, order, 3, third).Run([&](const PointLine& point, Result& result) {
     double latitude = 0;
     double longitude = 0;
     double h = 0;

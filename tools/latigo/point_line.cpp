@@ -88,7 +88,7 @@ PointLine ParsePointLine(std::string_view line, Order order) {
 
   PointLine point;
   point.separator = fields.Separator();
-  point.rest = fields.Left();
+  point.rest = point.restWithThird = fields.Left();
   if (second.empty()) {
     point.fault = "a field too few";
     return point;

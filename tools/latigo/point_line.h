@@ -17,6 +17,7 @@ struct PointLine {
   std::optional<double> third;  // height, or z
   char separator = ' ';         // ' ' or ',': as in the line
   std::string_view rest;        // what stands behind, from its separator on
+  std::string_view restWithThird;
   const char* fault = nullptr;  // why the line is no point; null for a point
 };
 

@@ -51,8 +51,7 @@ DWORD CopyText(std::string_view text, char* buffer, DWORD size) {
   if (size == 0) {
     return 0;
   }
-  const std::size_t length = std::min<std::size_t>(text.size(), size - 1);
-  std::memcpy(buffer, text.data(), length);
+  const std::size_t length = text.copy(buffer, size - 1);
   buffer[length] = '\0';
   return static_cast<DWORD>(length);
 }
@@ -73,7 +72,7 @@ class NameList {
       return;
     }
     const std::size_t taken = full_ ? room - 1 : name.size();
-    std::memcpy(buffer_ + length_, name.data(), taken);
+    name.copy(buffer_ + length_, taken);
     buffer_[length_ + taken] = '\0';
     length_ += taken + 1;
   }
