@@ -103,8 +103,8 @@ class Converter {
   bool hasGeoid_ = false;
 };
 
-// What the third number of a line is to a command: carried through with the rest, a height that gives one value more, part
-// of the point, or part of the point that must be there.
+// What the third number of a line is to a command: carried through with the rest, a height that gives one value more,
+// part of the point, or part of the point that must be there.
 enum class Third { Carried, Height, Used, Needed };
 
 // Runs over all lines of all files. The operation makes a Result of a PointLine: so many values, and a height if the
