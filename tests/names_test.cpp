@@ -12,39 +12,34 @@ Object WithUnit(double unit) {
 }
 
 TEST(NamesTest, UnitsHaveNamesInThreeLanguagesAndFallBackToEnglish) {
-  struct Case {
-    double unit;
-    std::int32_t request;
-    const char* language;
-    const char* name;
-  };
   // Accents are Windows-1252.
-  for (const auto& [unit, request, language, name] : {Case{0.3048, 1, "fra", "pied (int.)"},
-                                                      Case{0.3048, 1, "FRA", "pied (int.)"},
-                                                      Case{0.3048, 1, "esp", "pie (int.)"},
-                                                      Case{0.3048, 1, "jpn", "foot (int.)"},
-                                                      Case{0.3048, 1, "fr", "foot (int.)"},
-                                                      Case{0.3048, 3, "fra", "ft"},
-                                                      Case{0.3048, 2, "", "feet (int.)"},
-                                                      Case{1852, 2, "esp", "millas nauticas"},
-                                                      Case{1, 1, "fra", "m\xE8tre"},
-                                                      Case{1, 2, "fra", "m\xE8tres"},
-                                                      Case{1, 5, "esp", "metros"},
-                                                      Case{20.11678249, 4, "fra", "cha\xEEne"},
-                                                      Case{20.1167651216, 6, "chs", "chSea"},
-                                                      Case{0.3048006096, 3, "", "ftUS"},
-                                                      Case{0.211676512, 1, "esp", "link (Sears)"},
-                                                      Case{0.914402, 1, "", "yard"},
-                                                      Case{0.201167651, 1, "", "[12]"},
-                                                      Case{0.3048006096012192, 2, "", "[12]"},
-                                                      Case{0.31, 3, "", "[12]"},
-                                                      Case{0.31, 1, "", "[12]"},
-                                                      Case{1, 7, "fra", "est"},
-                                                      Case{1, 8, "fra", "X"},
-                                                      Case{1, 9, "esp", "norte"},
-                                                      Case{1, 10, "esp", "Y"}}) {
+  for (const auto& [unit, request, language, name] : {std::tuple{0.3048, 1, "fra", "pied (int.)"},
+                                                      {0.3048, 1, "FRA", "pied (int.)"},
+                                                      {0.3048, 1, "esp", "pie (int.)"},
+                                                      {0.3048, 1, "jpn", "foot (int.)"},
+                                                      {0.3048, 1, "fr", "foot (int.)"},
+                                                      {0.3048, 3, "fra", "ft"},
+                                                      {0.3048, 2, "", "feet (int.)"},
+                                                      {1852.0, 2, "esp", "millas nauticas"},
+                                                      {1.0, 1, "fra", "m\xE8tre"},
+                                                      {1.0, 2, "fra", "m\xE8tres"},
+                                                      {1.0, 5, "esp", "metros"},
+                                                      {20.11678249, 4, "fra", "cha\xEEne"},
+                                                      {20.1167651216, 6, "chs", "chSea"},
+                                                      {0.3048006096, 3, "", "ftUS"},
+                                                      {0.211676512, 1, "esp", "link (Sears)"},
+                                                      {0.914402, 1, "", "yard"},
+                                                      {0.201167651, 1, "", "[12]"},
+                                                      {0.3048006096012192, 2, "", "[12]"},
+                                                      {0.31, 3, "", "[12]"},
+                                                      {0.31, 1, "", "[12]"},
+                                                      {1.0, 7, "fra", "est"},
+                                                      {1.0, 8, "fra", "X"},
+                                                      {1.0, 9, "esp", "norte"},
+                                                      {1.0, 10, "esp", "Y"}}) {
     EXPECT_EQ(Name(WithUnit(unit), request, language), name) << unit << " " << request << " " << language;
   }
+  EXPECT_EQ(Name(WithUnit(1), 1, "", 3), "me") << "small buffers cut the text";
 }
 
 TEST(NamesTest, UnknownRequestsLeaveTheBufferUntouched) {
@@ -57,27 +52,17 @@ TEST(NamesTest, UnknownRequestsLeaveTheBufferUntouched) {
   }
 }
 
-TEST(NamesTest, SmallBuffersCutTheText) {
-  EXPECT_EQ(Name(WithUnit(1), 1, "", 3), "me");
-}
-
 TEST(NamesTest, ReversedAxesChangeTheirNames) {
   const Object object = WithUnit(1);
-  struct Case {
-    std::uint32_t type;
-    const char *firstWord, *firstLetter, *secondWord, *secondLetter;
-  };
-  for (const auto& [type, firstWord, firstLetter, secondWord, secondLetter] :
-       {Case{0, "easting", "X", "northing", "Y"}, Case{0x10002, "easting", "X", "northing", "Y"},
-        Case{0x10001, "westing", "Y", "northing", "Y"}, Case{1, "easting", "X", "northing", "Y"},
-        Case{0x30001, "westing", "Y", "southing", "X"}, Case{2, "westing", "Y", "southing", "X"},
-        Case{0, "westing", "Y", "southing", "X"}}) {
+  for (const auto& [type, names] : {std::pair{0u, "easting X northing Y"},
+                                    {0x10002u, "easting X northing Y"},
+                                    {0x10001u, "westing Y northing Y"},
+                                    {1u, "easting X northing Y"},
+                                    {0x30001u, "westing Y southing X"},
+                                    {2u, "westing Y southing X"}}) {
     const Adjustment adjustment = {type, 0, 0, 0, 1, 0, 0};
     ASSERT_EQ(SetAdjustment(object.get(), &adjustment), 1);
-    EXPECT_EQ(Name(object, 7), firstWord);
-    EXPECT_EQ(Name(object, 8), firstLetter);
-    EXPECT_EQ(Name(object, 9), secondWord);
-    EXPECT_EQ(Name(object, 10), secondLetter);
+    EXPECT_EQ(Name(object, 7) + " " + Name(object, 8) + " " + Name(object, 9) + " " + Name(object, 10), names);
   }
   EXPECT_EQ(Name(object, 7, "fra"), "ouest");
   EXPECT_EQ(Name(object, 9, "esp"), "sur");

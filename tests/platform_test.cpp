@@ -36,9 +36,8 @@ TEST_F(PlatformTest, BackslashesAreSlashesAndOnlyRegularFilesOpen) {
 }
 
 TEST_F(PlatformTest, TheHostProgramHasAPathWithBackslashes) {
-  char path[4096];
-  const DWORD length = GetModuleFileNameA(nullptr, path, sizeof path);
-  EXPECT_EQ(length, std::strlen(path));
+  char path[4096] = "";
+  EXPECT_EQ(GetModuleFileNameA(nullptr, path, sizeof path), std::strlen(path));
   EXPECT_STREQ(std::strrchr(path, '\\'), "\\latigo_core_tests");
   EXPECT_EQ(std::strchr(path, '/'), nullptr);
   EXPECT_EQ(GetModuleFileNameA(nullptr, path, 5), 4u);
