@@ -11,35 +11,21 @@ std::atomic<long> Allocations = 0;
 std::atomic<long> FailAt = -1;  // the allocation that fails, counted from 0; -1 for none
 
 void* Allocate(std::size_t size) {
-  if (Allocations++ == FailAt) {
-    return nullptr;
-  }
+  if (Allocations++ == FailAt) { return nullptr; }
   return std::malloc(size == 0 ? 1 : size);
 }
 
 }  // namespace
 
 [[gnu::noinline]] void* operator new(std::size_t size) {
-  if (void* block = Allocate(size)) {
-    return block;
-  }
+  if (void* block = Allocate(size)) { return block; }
   throw std::bad_alloc();
 }
-[[gnu::noinline]] void* operator new[](std::size_t size) {
-  return operator new(size);
-}
-[[gnu::noinline]] void operator delete(void* block) noexcept {
-  std::free(block);
-}
-[[gnu::noinline]] void operator delete[](void* block) noexcept {
-  std::free(block);
-}
-[[gnu::noinline]] void operator delete(void* block, std::size_t) noexcept {
-  std::free(block);
-}
-[[gnu::noinline]] void operator delete[](void* block, std::size_t) noexcept {
-  std::free(block);
-}
+[[gnu::noinline]] void* operator new[](std::size_t size) { return operator new(size); }
+[[gnu::noinline]] void operator delete(void* block) noexcept { std::free(block); }
+[[gnu::noinline]] void operator delete[](void* block) noexcept { std::free(block); }
+[[gnu::noinline]] void operator delete(void* block, std::size_t) noexcept { std::free(block); }
+[[gnu::noinline]] void operator delete[](void* block, std::size_t) noexcept { std::free(block); }
 
 namespace {
 

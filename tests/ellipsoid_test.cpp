@@ -34,15 +34,15 @@ TEST(EllipsoidTest, CartesianThereAndBack) {
 
 TEST(EllipsoidTest, CartesianOnTheLinesOfSymmetry) {
   const double b = 6378137.0 * (1 - 1 / 298.257223563);
-  struct Case {
-    Cartesian from;
-    Geographic to;
-  };
-  for (const auto& [from, to] :
-       {Case{{0, 0, 0}, {-HalfPi, 0, -b}}, Case{{0, 0, -6356752.0}, {-HalfPi, 0, -0.314245179}},
-        Case{{0, 0, 6356752.0}, {HalfPi, 0, -0.314245179}}, Case{{6378137, 0, 0}, {0, 0, 0}},
-        Case{{-6378137, 0, 0}, {0, support::Pi, 0}}, Case{{-6378137, -0.0, 0}, {0, -support::Pi, 0}},
-        Case{{0, 6378147, 0}, {0, HalfPi, 10}}, Case{{0, -6378147, -0.0}, {0, -HalfPi, 10}}}) {
+  using support::Pi;
+  for (const auto& [from, to] : {std::pair<Cartesian, Geographic>{{0, 0, 0}, {-HalfPi, 0, -b}},
+                                 {{0, 0, -6356752}, {-HalfPi, 0, -0.314245179}},
+                                 {{0, 0, 6356752}, {HalfPi, 0, -0.314245179}},
+                                 {{6378137, 0, 0}, {0, 0, 0}},
+                                 {{-6378137, 0, 0}, {0, Pi, 0}},
+                                 {{-6378137, -0.0, 0}, {0, -Pi, 0}},
+                                 {{0, 6378147, 0}, {0, HalfPi, 10}},
+                                 {{0, -6378147, 0}, {0, -HalfPi, 10}}}) {
     const Geographic found = WGS84Ellipsoid.ECEFGeo(from);
     EXPECT_EQ(found.phi, to.phi);
     EXPECT_EQ(found.lambda, to.lambda);
@@ -69,16 +69,14 @@ TEST(EllipsoidTest, IterationEndsOnWhateverComes) {
 }
 
 TEST(EllipsoidTest, NamesAreFoundWithinTheTolerances) {
-  struct Case {
-    double a, f;
-    const char* name;
-  };
-  for (const auto& [a, f, name] :
-       {Case{6378137.0, 1 / 298.257222101, "GRS-1980"}, Case{6378137.0, 1 / 298.257223563, "WGS-84"},
-        Case{6378137.00005, 1 / 298.25722356305, "WGS-84"}, Case{6377563.396, 1 / 299.3249646, "Airy"},
-        Case{6378135.0, 1 / 298.257, "ATS-77"}, Case{6378249.145, 1 / 293.4663077, "Clarke-1880 (Arc)"},
-        Case{6377304.063, 1 / 300.8017, "Everest (Malay. & Sing)"}}) {
-    EXPECT_STREQ(EllipsoidName(a, f), name);
+  for (const auto& [a, invF, name] : {std::tuple{6378137.0, 298.257222101, "GRS-1980"},
+                                      {6378137.0, 298.257223563, "WGS-84"},
+                                      {6378137.00005, 298.25722356305, "WGS-84"},
+                                      {6377563.396, 299.3249646, "Airy"},
+                                      {6378135.0, 298.257, "ATS-77"},
+                                      {6378249.145, 293.4663077, "Clarke-1880 (Arc)"},
+                                      {6377304.063, 300.8017, "Everest (Malay. & Sing)"}}) {
+    EXPECT_STREQ(EllipsoidName(a, 1 / invF), name);
   }
   EXPECT_EQ(EllipsoidName(6378137.0002, 1 / 298.257223563), nullptr);
   EXPECT_EQ(EllipsoidName(6378137.0, 1 / 298.2572235632), nullptr);

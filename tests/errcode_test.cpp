@@ -19,9 +19,7 @@ TEST_F(ErrcodeTest, AnUnreadValueIsLoggedAndThrownAsItsSeverityAsks) {
     std::int32_t caught = 0;
     try {
       errcode(42, severity);
-    } catch (errcode& failure) {
-      caught = failure.code();
-    }
+    } catch (errcode& failure) { caught = failure.code(); }
     EXPECT_EQ(caught, thrown ? 42 : 0);
     EXPECT_EQ(Log(), logged ? Lines{"Log --- Error 42"} : Lines{});
   }
@@ -57,42 +55,33 @@ TEST_F(ErrcodeTest, AssignmentReportsThePendingTargetFirst) {
   EXPECT_EQ(Log(), Lines{});
 }
 
-TEST_F(ErrcodeTest, AValueThrownByTheFacilityMayGoUnread) {
+TEST_F(ErrcodeTest, AValueThrownDirectlyIsStillPendingWhenCaughtAndOneOfTheFacilityIsNot) {
   try {
-    errcode(3, 4);
-    FAIL();
-  } catch (errcode&) {
-  }
-  EXPECT_EQ(Log(), Lines{"Log --- Error 3"});
-}
-
-TEST_F(ErrcodeTest, AValueThrownDirectlyIsStillPendingWhenCaught) {
+    errcode(2, 4);
+  } catch (errcode&) {}
+  EXPECT_EQ(Log(), Lines{"Log --- Error 2"}) << "logged as it was thrown, and not again";
   try {
     throw errcode(3, 3);
-  } catch (errcode&) {
-  }
+  } catch (errcode&) {}
   EXPECT_EQ(Log(), Lines{"Log --- Error 3"}) << "left unread, it reports as the exception object dies";
   try {
     throw errcode(3, 4);
-  } catch (errcode& failure) {
-    EXPECT_EQ(failure.code(), 3);
-  }
+  } catch (errcode& failure) { EXPECT_EQ(failure.code(), 3); }
   EXPECT_EQ(Log(), Lines{});
 }
 
 TEST_F(ErrcodeTest, FacilitiesHaveNamesAndJudgeTheirOwnValues) {
-  struct Counting : errfacility {
+  struct Silent : errfacility {
     using errfacility::errfacility;
-    void log(const errcode& value) override {
-      ++lines;
-      errfacility::log(value);
-    }
+    void log(const errcode&) override { ++lines; }
     int lines = 0;
   };
-  Counting facility("Grid");
-  errcode(11, 3, &facility);
-  EXPECT_EQ(facility.lines, 1);
-  EXPECT_EQ(Log(), Lines{"Log --- Grid 11"});
+  Silent silent("Silent");
+  errfacility grid("Grid");
+  errcode(11, 3, &silent);
+  errcode(12, 3, &grid);
+  EXPECT_EQ(silent.lines, 1);
+  EXPECT_EQ(Log(), Lines{"Log --- Grid 12"});
   EXPECT_EQ(GridFacility, DefaultFacility);
 }
 

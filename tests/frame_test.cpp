@@ -153,15 +153,9 @@ TEST_F(FrameTest, ThreadsWithObjectsOfTheirOwnDoNotMeet) {
   };
   double results[3] = {};
   std::vector<std::thread> threads;
-  for (double& result : results) {
-    threads.emplace_back(work, &result);
-  }
-  for (std::thread& thread : threads) {
-    thread.join();
-  }
-  for (const double result : results) {
-    EXPECT_NEAR(result, 110, 1e-9);
-  }
+  for (double& result : results) { threads.emplace_back(work, &result); }
+  for (std::thread& thread : threads) { thread.join(); }
+  for (const double result : results) { EXPECT_NEAR(result, 110, 1e-9); }
 }
 
 }  // namespace

@@ -33,13 +33,9 @@ TEST_F(GeoidTest, AFailedLoadLeavesNoGridAndTheNewConstant) {
   Grid two;
   two.nz = 2;
   const std::string good = Write("grid", Grid{}.Bytes());
-  struct Case {
-    std::string path;
-    const char* first;
-  };
-  for (const auto& [path, first] :
-       {Case{Path("nothing"), "Log --- Error 1"}, Case{Write("short", "x"), "Log --- Error 3"},
-        Case{Write("two", two.Bytes()), "Log --- Error 2"}}) {
+  for (const auto& [path, first] : {std::pair{Path("nothing"), "Log --- Error 1"},
+                                    {Write("short", "x"), "Log --- Error 3"},
+                                    {Write("two", two.Bytes()), "Log --- Error 2"}}) {
     ASSERT_EQ(SetGeoid(object_.get(), good.c_str(), 1), 1);
     EXPECT_EQ(SetGeoid(object_.get(), path.c_str(), 2.0), 0);
     EXPECT_EQ(GetGeodesyError(), 9);

@@ -18,9 +18,7 @@ class InterpFileTest : public support::Scratch {
     try {
       const InterpFile file(Write("grid", bytes).c_str(), false);
       return 0;
-    } catch (errcode& failure) {
-      return failure.code();
-    }
+    } catch (errcode& failure) { return failure.code(); }
   }
 };
 

@@ -12,23 +12,14 @@ GeodesyParams Changed(GeodesyParams params, const std::function<void(GeodesyPara
   return params;
 }
 
-const GeodesyParams OneParallel = Changed(WGS84(LambertKind), [](auto& p) {
-  p.NorthParallel = p.SouthParallel = p.RefLatitude = Rad(45);
-  p.ScaleFactor = 0.9999;
-});
-const GeodesyParams SouthernCone = Changed(WGS84(LambertKind), [](auto& p) {
-  p.NorthParallel = Rad(-45), p.SouthParallel = Rad(-40), p.RefLatitude = Rad(-42), p.CentralMeridian = Rad(-70);
-  p.FalseEasting = 1000;
-});
-const GeodesyParams Clarke = Changed(WGS84(MercatorKind), [](auto& p) {
-  p.SemiMajorAxis = 6378206.4, p.InvFlattening = 294.9786982, p.CentralMeridian = Rad(-180);
-});
-const GeodesyParams ClarkeUtm18 =
-    Changed(Clarke, [](auto& p) { p.Kind = TransverseKind, p.ScaleFactor = 0.9996, p.CentralMeridian = Rad(-75); });
-const GeodesyParams ClarkeLambert = Changed(Clarke, [](auto& p) {
-  p.Kind = LambertKind, p.NorthParallel = Rad(33), p.SouthParallel = Rad(45), p.RefLatitude = Rad(23);
-  p.CentralMeridian = Rad(-96);
-});
+constexpr double A = 6378137.0;
+constexpr double Rf = 298.257223563;
+const GeodesyParams OneParallel = {A, Rf, LambertKind, 1, 0.9999, 0, Rad(45), Rad(45), Rad(45), 0, 0, 0};
+const GeodesyParams SouthernCone = {A, Rf, LambertKind, 1, 0, Rad(-70), Rad(-42), Rad(-45), Rad(-40), 0, 1000, 0};
+const GeodesyParams Clarke = {6378206.4, 294.9786982, MercatorKind, 1, 0, Rad(-180), 0, 0, 0, 0, 0, 0};
+const GeodesyParams ClarkeUtm18 = {6378206.4, 294.9786982, TransverseKind, 1, 0.9996, Rad(-75), 0, 0, 0, 0, 0, 0};
+const GeodesyParams ClarkeLambert = {6378206.4, 294.9786982, LambertKind, 1, 0, Rad(-96),
+                                     Rad(23),   Rad(33),     Rad(45),     0, 0, 0};
 const GeodesyParams Sphere = WGS84(SMercKind);
 
 TEST_F(ProjectionTest, WorkedValues) {

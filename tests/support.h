@@ -6,7 +6,6 @@
 #include <unistd.h>
 
 #include <cmath>
-#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
@@ -14,7 +13,6 @@
 #include <functional>
 #include <limits>
 #include <memory>
-#include <sstream>
 #include <string>
 #include <vector>
 
@@ -26,51 +24,33 @@ inline constexpr double Second = Pi / 648000;
 inline constexpr double NaN = std::numeric_limits<double>::quiet_NaN();
 inline constexpr double Infinity = std::numeric_limits<double>::infinity();
 
-constexpr double Rad(double degrees) {
-  return degrees * Pi / 180;
-}
+constexpr double Rad(double degrees) { return degrees * Pi / 180; }
 
 enum Kind : std::int32_t { LambertKind = 1, MercatorKind = 2, TransverseKind = 3, SMercKind = 9 };
 
-inline GeodesyParams WGS84(std::int32_t kind) {
-  GeodesyParams params{};
-  params.SemiMajorAxis = 6378137.0;
-  params.InvFlattening = 298.257223563;
-  params.Kind = kind;
-  params.Unit = 1;
-  return params;
-}
-
+// SemiMajorAxis, InvFlattening, Kind, Unit; ScaleFactor; CentralMeridian, RefLatitude; NorthParallel, SouthParallel;
+// SkewAzimuth; FalseEasting, FalseNorthing.
+inline GeodesyParams WGS84(std::int32_t kind) { return {6378137.0, 298.257223563, kind, 1, 0, 0, 0, 0, 0, 0, 0, 0}; }
 inline GeodesyParams MercatorAt30() {
-  GeodesyParams params = WGS84(MercatorKind);
-  params.RefLatitude = Rad(30);
-  params.CentralMeridian = Rad(10);
-  params.FalseEasting = 1000;
-  params.FalseNorthing = 2000;
-  return params;
+  return {6378137.0, 298.257223563, MercatorKind, 1, 0, Rad(10), Rad(30), 0, 0, 0, 1000, 2000};
 }
-
 inline GeodesyParams Utm31() {
-  GeodesyParams params = WGS84(TransverseKind);
-  params.ScaleFactor = 0.9996;
-  params.CentralMeridian = Rad(3);
-  params.FalseEasting = 500000;
-  return params;
+  return {6378137.0, 298.257223563, TransverseKind, 1, 0.9996, Rad(3), 0, 0, 0, 0, 500000, 0};
 }
-
 // NAD27 / Texas South Central, in US survey feet.
 inline GeodesyParams Texas() {
-  GeodesyParams params{};
-  params.SemiMajorAxis = 6378206.4;
-  params.InvFlattening = 294.9786982;
-  params.Kind = LambertKind;
-  params.Unit = 0.3048006096012192;
-  params.RefLatitude = Rad(27 + 50.0 / 60);
-  params.CentralMeridian = Rad(-99);
-  params.NorthParallel = Rad(28 + 23.0 / 60);
-  params.SouthParallel = Rad(30 + 17.0 / 60);
-  params.FalseEasting = 2000000;
-  return params;
+  return {6378206.4,
+          294.9786982,
+          LambertKind,
+          0.3048006096012192,
+          0,
+          Rad(-99),
+          Rad(27 + 50.0 / 60),
+          Rad(28 + 23.0 / 60),
+          Rad(30 + 17.0 / 60),
+          0,
+          2000000,
+          0};
 }
 
 struct Destroy {
@@ -148,9 +128,7 @@ class Scratch : public testing::Test {
     std::ifstream file(Path("log"));
     std::vector<std::string> lines;
     for (std::string line; std::getline(file, line);) {
-      if (!line.empty()) {
-        lines.push_back(line.substr(line.find("] ") + 2));
-      }
+      if (!line.empty()) { lines.push_back(line.substr(line.find("] ") + 2)); }
     }
     file.close();
     std::filesystem::remove(Path("log"));
@@ -176,32 +154,23 @@ struct Grid {
   std::string Header() const {
     std::string bytes = "A grid of corrections for test";
     bytes.resize(56, '\0');
-    const double a = 1.5;
-    const double b = -2.5;
-    std::memcpy(&bytes[32], &a, 8);
-    std::memcpy(&bytes[40], &b, 8);
+    const double values[] = {1.5, -2.5};
+    std::memcpy(&bytes[32], values, sizeof values);
     bytes += (magic + std::string(8, ' ')).substr(0, 8);
-    for (const std::int32_t count : {nc, nr, nz}) {
-      bytes.append(reinterpret_cast<const char*>(&count), 4);
-    }
-    for (const float place : {west, lonstep, south, latstep, 0.0F}) {
-      bytes.append(reinterpret_cast<const char*>(&place), 4);
-    }
-    return bytes;
+    const std::int32_t counts[] = {nc, nr, nz};
+    const float places[] = {west, lonstep, south, latstep, 0};
+    bytes.append(reinterpret_cast<const char*>(counts), sizeof counts);
+    return bytes.append(reinterpret_cast<const char*>(places), sizeof places);
   }
 
   std::string Bytes() const {
-    const auto record = static_cast<std::size_t>(nc * nz * 4 + 4);
     std::string bytes = Header();
-    bytes.resize(std::max<std::size_t>(record * static_cast<std::size_t>(nr + 1), 96), '\x7F');
+    bytes.resize(std::max<std::size_t>(static_cast<std::size_t>(nc * nz * 4 + 4), 96), '\x7F');
     for (int row = 0; row < nr; ++row) {
-      for (int col = 0; col < nc; ++col) {
-        for (int i = 0; i < nz; ++i) {
-          const float word = value(row, col, i);
-          const auto place =
-              record * static_cast<std::size_t>(row + 1) + 4 + static_cast<std::size_t>(col * nz + i) * 4;
-          std::memcpy(&bytes[place], &word, 4);
-        }
+      bytes.append("lead");
+      for (int node = 0; node < nc * nz; ++node) {
+        const float word = value(row, node / nz, node % nz);
+        bytes.append(reinterpret_cast<const char*>(&word), sizeof word);
       }
     }
     return bytes;
