@@ -16,10 +16,6 @@ constexpr double A = 6378137.0;
 constexpr double Rf = 298.257223563;
 const GeodesyParams OneParallel = {A, Rf, LambertKind, 1, 0.9999, 0, Rad(45), Rad(45), Rad(45), 0, 0, 0};
 const GeodesyParams SouthernCone = {A, Rf, LambertKind, 1, 0, Rad(-70), Rad(-42), Rad(-45), Rad(-40), 0, 1000, 0};
-const GeodesyParams Clarke = {6378206.4, 294.9786982, MercatorKind, 1, 0, Rad(-180), 0, 0, 0, 0, 0, 0};
-const GeodesyParams ClarkeUtm18 = {6378206.4, 294.9786982, TransverseKind, 1, 0.9996, Rad(-75), 0, 0, 0, 0, 0, 0};
-const GeodesyParams ClarkeLambert = {6378206.4, 294.9786982, LambertKind, 1, 0, Rad(-96),
-                                     Rad(23),   Rad(33),     Rad(45),     0, 0, 0};
 const GeodesyParams Sphere = WGS84(SMercKind);
 
 TEST_F(ProjectionTest, WorkedValues) {
@@ -28,15 +24,11 @@ TEST_F(ProjectionTest, WorkedValues) {
     GeodesyParams params;
     double latitude, longitude, x, y, tolerance, k, kTolerance;
   };
-  // Snyder's examples (USGS PP 1395) are given to 0.1 m.
   // clang-format off
   for (const auto& [what, params, latitude, longitude, x, y, tolerance, k, kTolerance] : {
            Case{"Mercator", MercatorAt30(), 45, 12, 193972.560502, 4848261.343084, 1e-6, 1.223717859, 1e-9},
            Case{"UTM 31", Utm31(), 52, 5, 637294.3658945, 5762926.8129141, 1e-7, 0.9998314066, 1e-10},
            Case{"Texas South Central", Texas(), 28.5, -96, 2963503.9128, 254759.8006, 1e-4, 0.9999685592, 1e-10},
-           Case{"PP 1395 p. 267", Clarke, 35, -75, 11688673.7, 4139145.6, 0.1, 1.2194146, 1e-7},
-           Case{"PP 1395 p. 269", ClarkeUtm18, 40.5, -73.5, 127106.5, 4484124.4, 0.1, 0.9997989, 1e-7},
-           Case{"PP 1395 p. 296", ClarkeLambert, 35, -75, 1894410.9, 1564649.5, 0.1, 0.9970171, 1e-7},
            Case{"one parallel, at the origin", OneParallel, 45, 0, 0, 0, 0, 0.99989999987, 1e-11},
            Case{"sphere", Sphere, 0, 90, 6378388 * HalfPi, 0, 2e-9, 1, 0},
            Case{"sphere, at the Gudermannian of 1", Sphere, 49.60493742085468, 0, 0, 6378388, 1e-6, 1, 0},
