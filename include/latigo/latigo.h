@@ -69,11 +69,11 @@ typedef struct EllDiff {
   double DeltaRZ;    /* rotation about Z, radians */
 } EllDiff;
 
-/* The local grid behind the projection. Type 0: none; type 1: similarity; other types: none.
- * For type 1, with p = s sin r and q = s cos r:
- *   X = q (x - AdjustOrigX) + p (y - AdjustOrigY) + AdjustX
- *   Y = q (y - AdjustOrigY) - p (x - AdjustOrigX) + AdjustY
- * and the reverse flags negate the final X or Y. */
+/* The local grid behind the projection. Type 0: none; type 1: similarity; types 2 and 3: fixed polynomial grids of
+ * degree 5 and 7, plain numbers whatever the unit; types 4 to 16: fixed quadratic grids in chains; other types: none.
+ * Only type 1 reads the doubles and the flags. For type 1, with p = s sin r and q = s cos r: X = q (x - AdjustOrigX) +
+ * p (y - AdjustOrigY) + AdjustX Y = q (y - AdjustOrigY) - p (x - AdjustOrigX) + AdjustY and the reverse flags negate
+ * the final X or Y. */
 typedef struct Adjustment {
   uint32_t AdjustType;   /* low 16 bits: type; LATIGO_REVERSE_X, LATIGO_REVERSE_Y; other bits are kept */
   double AdjustOrigX;    /* x of the point about which the grid turns and scales, projection grid units */
@@ -179,6 +179,17 @@ LATIGO_API int32_t GeoECEF(GeodesyHandle handle, double* x, double* y, double* z
 /* Earth-centred cartesian to geographic on the object's ellipsoid; no datum shift. */
 LATIGO_API int32_t ECEFGeo(GeodesyHandle handle, double x, double y, double z, double* latitude, double* longitude,
                            double* height);
+
+/* ---- Lines ---- */
+
+/* Give the distance in grid units between two positions on the object's ellipsoid, by the mid-latitude formulas of
+ * Gauss for the great circle, or along the rhumb line. The azimuth at the first position towards the second (may be
+ * null) is radians, clockwise from north, not normalised. The longitude difference is taken as it stands. Give 0.0 on a
+ * null handle. */
+LATIGO_API double GCircLL(GeodesyHandle handle, double latitude1, double longitude1, double latitude2,
+                          double longitude2, double* azimuth);
+LATIGO_API double RLineLL(GeodesyHandle handle, double latitude1, double longitude1, double latitude2,
+                          double longitude2, double* azimuth);
 
 /* ---- Heights ---- */
 

@@ -40,6 +40,12 @@ class Ellipsoid {
   // counts as south. Longitudes lie from -pi to pi.
   Geographic ECEFGeo(const Cartesian& position) const;
 
+  // Distance between two positions, metres, along the shortest line or along the line of constant bearing (lines.cpp).
+  // The azimuth at the first position, radians clockwise from north, goes to az, which may be null; it is not
+  // normalised.
+  double GCircLL(double phi1, double lambda1, double phi2, double lambda2, double* az) const;
+  double RLineLL(double phi1, double lambda1, double phi2, double lambda2, double* az) const;
+
   // Exact comparison of a and f.
   bool operator!=(const Ellipsoid& other) const { return a_ != other.a_ || f_ != other.f_; }
 

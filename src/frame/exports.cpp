@@ -1,4 +1,4 @@
-// The exported functions, each behind one of four frames: what it does on a null handle, on a failure and on success.
+// The exported functions, each behind one of five frames: what it does on a null handle, on a failure and on success.
 // No exception leaves them. include/latigo/latigo.h documents them, exports.list lists them.
 #include <latigo/latigo.h>
 
@@ -61,6 +61,16 @@ std::int32_t Guarded(GeodesyHandle handle, Operation operation) {
   } catch (...) {
     return Leave(latigo::OtherException);
   }
+}
+
+// For lines, which cannot fail: metres become grid units.
+template <typename Operation>
+double Distance(GeodesyHandle handle, Operation operation) {
+  if (Plain(handle, [](const Geodesy&) {}) == 0) {
+    return 0.0;
+  }
+  const latigo::Projection& projection = ObjectOf(handle)->GetProjection();
+  return operation(projection) / projection.Unit;
 }
 
 }  // namespace
@@ -171,6 +181,20 @@ int32_t ECEFGeo(GeodesyHandle handle, double x, double y, double z, double* lati
     *latitude = position.phi;
     *longitude = position.lambda;
     *height = position.h;
+  });
+}
+
+double GCircLL(GeodesyHandle handle, double latitude1, double longitude1, double latitude2, double longitude2,
+               double* azimuth) {
+  return Distance(handle, [=](const latigo::Ellipsoid& ellipsoid) {
+    return ellipsoid.GCircLL(latitude1, longitude1, latitude2, longitude2, azimuth);
+  });
+}
+
+double RLineLL(GeodesyHandle handle, double latitude1, double longitude1, double latitude2, double longitude2,
+               double* azimuth) {
+  return Distance(handle, [=](const latigo::Ellipsoid& ellipsoid) {
+    return ellipsoid.RLineLL(latitude1, longitude1, latitude2, longitude2, azimuth);
   });
 }
 
