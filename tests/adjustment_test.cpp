@@ -52,7 +52,7 @@ TEST_F(AdjustmentTest, PositiveTurnsAreAnticlockwiseAndNegativeScalesTurnHalfWay
 }
 
 TEST_F(AdjustmentTest, OtherTypesAreStoredAndDoNothing) {
-  for (const std::uint32_t type : {0u, 0x10000u, 2u, 3u, 4u, 16u, 17u, 65535u, 0x30002u}) {
+  for (const std::uint32_t type : {0u, 0x10000u, 17u, 65535u, 0x30011u}) {
     Adjustment adjustment = Turned;
     adjustment.AdjustType = type;
     ASSERT_EQ(SetAdjustment(object_.get(), &adjustment), 1);
@@ -64,24 +64,25 @@ TEST_F(AdjustmentTest, OtherTypesAreStoredAndDoNothing) {
   }
 }
 
-TEST_F(AdjustmentTest, AScaleOfZeroIsRefusedAndNothingHasChanged) {
-  SetAdjustment(object_.get(), &Turned);
-  Adjustment zero = {0x30001, 1, 2, 3, 0, 4, 5};
-  EXPECT_EQ(SetAdjustment(object_.get(), &zero), 0);
-  EXPECT_EQ(GetGeodesyError(), 7);
-  Adjustment found{};
-  GetAdjustment(object_.get(), &found);
-  EXPECT_TRUE(Same(found, Turned));
-  EXPECT_EQ(Name(object_, 7), "easting");
-  EXPECT_EQ(Log(), Lines{}) << "the code is read";
-}
-
-TEST_F(AdjustmentTest, ScaleAndFailedConversionsGoRoundTheLocalGrid) {
-  const Object utm = Make(Utm31());
-  ASSERT_EQ(SetAdjustment(utm.get(), &Turned), 1);
-  EXPECT_NEAR(Scale(utm.get(), 637294.3658945, 5762926.8129141), 0.9998314066, 1e-10);
-  const XY failed = Forward(utm, HalfPi, 0);
-  EXPECT_TRUE(failed.x == Untouched && failed.y == Untouched);
+TEST_F(AdjustmentTest, FixedGridsAreKnownByTheirTypeAloneAndOnlyChainsReadTheUnit) {
+  constexpr double C = 20.1167651216;
+  for (const auto& [type, unit, x, y, toX, toY] :
+       {std::tuple{0x30002u, 1.0, 678360.656, 6140437.158, -118722.22369, 106064.77821},
+        {2u, 0.9, 678360.656, 6140437.158, -118722.22369, 106064.77821},
+        {3u, 1.0, 600000.0, 6100000.0, -197902.01576041913, 67164.37349466156},
+        {0x10004u, C, 20000.0, 40000.0, 5317.180440564191, 7206.568234031237},
+        {4u, 1.0, 20000 * C, 40000 * C, 5317.180440564191 * C, 7206.568234031237 * C}}) {
+    GeodesyParams params = WGS84(MercatorKind);
+    params.Unit = unit;
+    const Object object = Make(params);
+    const LatLon position = Inverse(object, x, y);
+    const Adjustment adjustment = {type, 1, 2, 3, 4, 5, 6};
+    SetAdjustment(object.get(), &adjustment);
+    const XY local = Forward(object, position.latitude, position.longitude);
+    EXPECT_NEAR(local.x, toX, 2e-3) << type;
+    EXPECT_NEAR(local.y, toY, 2e-3) << type;
+    EXPECT_NEAR(Inverse(object, local.x, local.y).latitude, position.latitude, 1e-6) << type;
+  }
 }
 
 }  // namespace

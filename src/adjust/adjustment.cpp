@@ -1,4 +1,6 @@
 // The stage between the projection and the caller: the local grid of a Geodesy object.
+#include "adjust/poly_grids.h"
+#include "adjust/poly_tables.h"
 #include "adjust/similarity.h"
 #include "frame/geodesy.h"
 
@@ -8,6 +10,8 @@ namespace {
 
 constexpr std::uint32_t TypeMask = 0xFFFF;
 constexpr std::uint32_t SimilarityType = 1;
+constexpr std::uint32_t Poly5Type = 2;
+constexpr std::uint32_t Poly7Type = 3;
 
 std::uint32_t TypeOf(const Adjustment& adjustment) {
   return adjustment.AdjustType & TypeMask;
@@ -33,14 +37,24 @@ void Geodesy::GetAdjust(Adjustment& adjustment) const {
 }
 
 void Geodesy::AdjustForward(double& x, double& y) const {
-  if (TypeOf(Adjust) == SimilarityType) {
+  const std::uint32_t type = TypeOf(Adjust);
+  if (type == SimilarityType) {
     SimilarityForward(Adjust, x, y);
+  } else if (type == Poly5Type || type == Poly7Type) {
+    PolyGridForward(type, x, y);
+  } else if (FirstChainGrid <= type && type <= LastChainGrid) {
+    ChainGridForward(type, Proj->Unit, x, y);
   }
 }
 
 void Geodesy::AdjustInverse(double& x, double& y) const {
-  if (TypeOf(Adjust) == SimilarityType) {
+  const std::uint32_t type = TypeOf(Adjust);
+  if (type == SimilarityType) {
     SimilarityInverse(Adjust, x, y);
+  } else if (type == Poly5Type || type == Poly7Type) {
+    PolyGridInverse(type, x, y);
+  } else if (FirstChainGrid <= type && type <= LastChainGrid) {
+    ChainGridInverse(type, Proj->Unit, x, y);
   }
 }
 

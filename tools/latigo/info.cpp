@@ -106,7 +106,10 @@ void PrintAdjustment(GeodesyHandle handle) {
   if (type == 0) {
     std::printf("  local grid      none\n");
   } else if (type != 1) {
-    std::printf("  local grid      type %u, which does nothing\n", static_cast<unsigned>(type));
+    std::printf("  local grid      type %u: %s\n", static_cast<unsigned>(type),
+                type <= 3    ? "fixed polynomial grid"
+                : type <= 16 ? "fixed quadratic grid in chains"
+                             : "does nothing");
   } else {
     std::printf("  local grid      similarity about %.12g, %.12g: turn %.10g degrees, scale %.12g,\n", a.AdjustOrigX,
                 a.AdjustOrigY, Degrees(a.AdjustRotation), a.AdjustScale);

@@ -1,0 +1,71 @@
+// The fixed local grids. The far-off points are worked out from the printed tables in exact fractions; they lie so far
+// out that a change in the last digit of any coefficient shows.
+#include "adjust/poly_grids.h"
+
+#include "support.h"
+
+namespace latigo {
+namespace {
+
+struct Case {
+  std::uint32_t type;
+  bool forward;
+  double x, y, toX, toY;
+};
+
+constexpr double Chain = 20.1167651216;
+
+void ConvertPoint(const Case& c, double unit, double& x, double& y) {
+  if (c.type <= 3) {
+    c.forward ? PolyGridForward(c.type, x, y) : PolyGridInverse(c.type, x, y);
+  } else {
+    c.forward ? ChainGridForward(c.type, unit, x, y) : ChainGridInverse(c.type, unit, x, y);
+  }
+}
+
+TEST(PolyGridsTest, EveryCoefficientCounts) {
+  // clang-format off
+  for (const Case& c : {
+           Case{2, true, 700000, 6200000, -95913.06489724529, 165186.33215481637},
+           Case{3, true, 600000, 6100000, -197902.01576041913, 67164.37349466156},
+           Case{4, true, 20000, 40000, 5317.180440564191, 7206.568234031237},
+           Case{2, true, 1500000, 6900000, 635919.4657208801, 873169.5461715445},
+           Case{2, true, -200000, 5400000, -916334.7996360479, -653034.0525888366},
+           Case{2, false, -900000, 900000, -102278.00302675387, 6770433.528918319},
+           Case{2, false, 700000, -800000, 1474847.1091813652, 5519262.065959428},
+           Case{3, true, 1300000, 6800000, 1283018.1135584062, 952491.807506076},
+           Case{3, true, -300000, 5600000, -2808467.170811531, -721122.4350873212},
+           Case{3, false, -1000000, 900000, 53100.08515611487, 7905163.034344612},
+           Case{3, false, 600000, -600000, 1344422.7723767979, 2753090.548595096},
+           Case{4, true, 61000, -23000, 46590.711074922256, -55624.25511454356}, Case{4, false, -31000, 52000, -16109.737254200001, 84937.8680709},
+           Case{5, true, 61000, -23000, 37941.33599393524, -55307.145026114464}, Case{5, false, -31000, 52000, -7762.933302600001, 84436.8730895},
+           Case{6, true, 61000, -23000, 36527.03444819821, -43307.25326189136}, Case{6, false, -31000, 52000, -6350.564480099999, 72398.0553783},
+           Case{7, true, 61000, -23000, 36567.091611440745, -43340.44934018886}, Case{7, false, -31000, 52000, -6414.124981799999, 72427.4720087},
+           Case{8, true, 61000, -23000, 36525.00135870486, -43358.446048481295}, Case{8, false, -31000, 52000, -6351.5473686999985, 72437.16487760001},
+           Case{9, true, 61000, -23000, 36527.30921256806, -43405.08020617223}, Case{9, false, -31000, 52000, -6352.230108599999, 72514.4690092},
+           Case{10, true, 61000, -23000, 45557.4055616372, -42994.741421834675}, Case{10, false, -31000, 52000, -15181.235905093365, 72255.61413527251},
+           Case{11, true, 61000, -23000, 45503.248462490286, -43040.991337994026}, Case{11, false, -31000, 52000, -15135.756693238662, 72279.32675060687},
+           Case{12, true, 61000, -23000, 30274.87249049959, -34221.87680337886}, Case{12, false, -31000, 52000, -211.2187928000002, 63229.3110863},
+           Case{13, true, 61000, -23000, 39214.462466583755, -37967.382484584356}, Case{13, false, -31000, 52000, -8990.51235912237, 67086.16984561502},
+           Case{14, true, 61000, -23000, 40557.15254636815, -40418.124529783025}, Case{14, false, -31000, 52000, -10281.358406856341, 69561.355297328},
+           Case{15, true, 61000, -23000, 48225.06293981422, -52806.97658186683}, Case{15, false, -31000, 52000, -17715.376301, 82109.8149676},
+           Case{16, true, 61000, -23000, 34067.459137726546, -50100.155631750335}, Case{16, false, -31000, 52000, -3985.8241984000006, 79168.4642927},
+       }) {
+    // clang-format on
+    double x = c.x;
+    double y = c.y;
+    ConvertPoint(c, Chain, x, y);
+    EXPECT_NEAR(x, c.toX, c.type <= 3 ? 2e-7 : 2e-10) << c.type << c.forward;
+    EXPECT_NEAR(y, c.toY, c.type <= 3 ? 2e-7 : 2e-10) << c.type << c.forward;
+    if (c.type > 3) {
+      x = c.x * Chain;
+      y = c.y * Chain;
+      ConvertPoint(c, 1, x, y);
+      EXPECT_NEAR(x, c.toX * Chain, 2e-8) << "the same ground position in metres";
+      EXPECT_NEAR(y, c.toY * Chain, 2e-8);
+    }
+  }
+}
+
+}  // namespace
+}  // namespace latigo
