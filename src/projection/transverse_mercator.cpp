@@ -15,7 +15,7 @@ double RectifyingRatio(double n) {
 }  // namespace
 
 // The meridian arc: coefficients of sin 2 phi to sin 8 phi.
-TransverseMercator::FourTerms TransverseMercator::ArcSeries(double n) {
+FourTerms TransverseMercator::ArcSeries(double n) {
   const double n2 = n * n;
   const double n3 = n2 * n;
   const double n4 = n2 * n2;
@@ -25,18 +25,7 @@ TransverseMercator::FourTerms TransverseMercator::ArcSeries(double n) {
           315.0 / 512 * n4};                 // A8
 }
 
-// The footpoint latitude: coefficients of sin 2 mu to sin 8 mu.
-TransverseMercator::FourTerms TransverseMercator::FootpointSeries(double n) {
-  const double n2 = n * n;
-  const double n3 = n2 * n;
-  const double n4 = n2 * n2;
-  return {3.0 / 2 * n + -27.0 / 32 * n3,     // B2
-          21.0 / 16 * n2 + -55.0 / 32 * n4,  // B4
-          151.0 / 96 * n3,                   // B6
-          1097.0 / 512 * n4};                // B8
-}
-
-TransverseMercator::FourTerms TransverseMercator::Fold(const FourTerms& multipleAngles) {
+FourTerms TransverseMercator::Fold(const FourTerms& multipleAngles) {
   const auto [A2, A4, A6, A8] = multipleAngles;
   return {2 * (A2 - 2 * A4 + 3 * A6 - 4 * A8),  //
           8 * (A4 - 4 * A6 + 10 * A8),          //

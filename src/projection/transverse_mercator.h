@@ -12,8 +12,7 @@
 // Failures: 7 from the constructor, 6 from GeoXY, 10 from XYGeo and Scale.
 #pragma once
 
-#include <array>
-
+#include "projection/footpoint.h"
 #include "projection/projection.h"
 
 namespace latigo {
@@ -29,11 +28,9 @@ class TransverseMercator : public Projection {
   errcode Scale(double x, double y, double& k) const override;
 
  private:
-  // Four terms of a series: coefficients of sin 2u, 4u, 6u, 8u, or of the powers 0, 2, 4, 6 of cos u that they fold to.
-  using FourTerms = std::array<double, 4>;
-
+  // The meridian arc as a series in multiple angles, and the polynomial in the powers 0, 2, 4, 6 of the cosine that
+  // such a series folds to.
   static FourTerms ArcSeries(double n);
-  static FourTerms FootpointSeries(double n);
   static FourTerms Fold(const FourTerms& multipleAngles);
   // u + sin u cos u (C0 + C1 cos^2 u + C2 cos^4 u + C3 cos^6 u)
   static double Series(const FourTerms& C, double u, double sinU, double cosU);

@@ -1,0 +1,43 @@
+// Albers equal-area conic on the ellipsoid, with two standard parallels or one. Snyder, USGS PP 1395, chapter 14,
+// (14-12) to (14-21).
+//
+// Reads NorthParallel and SouthParallel (in either order), RefLatitude, CentralMeridian, Unit and the false origin.
+// ScaleFactor is not read: the cone and its scale follow from the parallels and the ellipsoid. With one parallel the
+// cone constant is its sine. Domain: latitudes where the radius is real (elsewhere coordinates are no numbers, with
+// code 0); XYGeo sees cone angles within 90 degrees of the central meridian. Accuracy: forward and inverse close to
+// better than 1e-12 radians up to 80 degrees of latitude; beyond 89.92 degrees the inverse gives code 11. Failures: 7
+// from the constructor; 10 and 11 from XYGeo, 10 from Scale. Scale works from the first latitude of the iteration and
+// is not exactly 1 on a standard parallel.
+#pragma once
+
+#include "projection/projection.h"
+
+namespace latigo {
+
+class Albers : public Projection {
+ public:
+  explicit Albers(const GeodesyParams& params);
+
+  const char* Code() const override { return "ALA"; }
+  std::int32_t Kind() const override { return 10; }
+  errcode XYGeo(double x, double y, double& phi, double& lambda) const override;
+  errcode GeoXY(double& x, double& y, double phi, double lambda) const override;
+  errcode Scale(double x, double y, double& k) const override;
+
+ private:
+  // L = ln((1 - e s) / (1 + e s)) / (2 e), and q (3-12), of the sine of a latitude.
+  double L(double s) const;
+  double Q(double s) const;
+  // The radius of a latitude, grid units, from its q.
+  double Radius(double q) const;
+  // q of a radius.
+  double QOfRadius(double rho) const;
+  double MakeConeConstant() const;
+
+  const double SemiMajor;     // a, grid units
+  const double ConeConstant;  // n, negative for a southern cone
+  const double ConeRoot;      // C
+  const double OriginRadius;  // rho0, grid units, with the sign of n
+};
+
+}  // namespace latigo

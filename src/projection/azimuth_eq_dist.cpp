@@ -1,0 +1,93 @@
+#include "projection/azimuth_eq_dist.h"
+
+#include <cmath>
+
+namespace latigo {
+
+namespace {
+
+// An origin nearer to a pole than this is the pole, radians.
+constexpr double PoleTolerance = 1e-6;
+
+// Nearer to the opposite meridian than this the azimuth is nothing but rounding, radians (6 mm).
+constexpr double OppositeTolerance = 1e-9;
+
+}  // namespace
+
+AzimuthEqDist::AzimuthEqDist(const GeodesyParams& params)
+    : Projection(params),
+      SinLat0(std::sin(RefLatitude)),
+      CosLat0(std::cos(RefLatitude)),
+      N0(PrimeVerticalRadius(RefLatitude) / Unit),
+      SecondEcc(e() / std::sqrt(1 - e2())),
+      G(SecondEcc * SinLat0),
+      NorthPole(std::fabs(RefLatitude - HalfPi) < PoleTolerance),
+      SouthPole(std::fabs(RefLatitude + HalfPi) < PoleTolerance) {}
+
+errcode AzimuthEqDist::GeoXY(double& x, double& y, double phi, double lambda) const {
+  const double dLambda = lambda - CentralMeridian;
+  const double sinD = std::sin(dLambda);
+  const double cosD = std::cos(dLambda);
+  const double sinPhi = std::sin(phi);
+  const double cosPhi = std::cos(phi);
+  const double N = a() / std::sqrt(1 - e2() * sinPhi * sinPhi) / Unit;
+  const double tanPsi = (1 - e2()) * (sinPhi / cosPhi) + e2() * N0 * SinLat0 / (N * cosPhi);
+  const double psi = std::atan(tanPsi);
+  const double sinPsi = std::sin(psi);
+  const double cosPsi = std::cos(psi);
+  const double Az = std::atan2(sinD, CosLat0 * tanPsi - SinLat0 * cosD);
+  const double sinAz = std::sin(Az);
+  const double cosAz = std::cos(Az);
+
+  double s = 0;  // angular distance
+  if (sinD == 0 || (cosD < 0 && std::fabs(sinD) < OppositeTolerance)) {
+    s = std::asin(CosLat0 * sinPsi - SinLat0 * cosPsi * (cosD < 0 ? -1 : 1));
+    s = cosAz < 0 ? -s : s;
+  } else {
+    s = std::asin(cosPsi * sinD / sinAz);
+  }
+  const double H = SecondEcc * CosLat0 * cosAz;
+  const double H2 = H * H;
+  const double s2 = s * s;
+  const double c = N0 * s *
+                   (1 - s2 * H2 * (1 - H2) / 6 + (s2 * s / 8) * G * H * (1 - 2 * H2) +
+                    (s2 * s2 / 120) * (H2 * (4 - 7 * H2) - 3 * G * G * (1 - 7 * H2)) - (s2 * s2 * s / 48) * G * H);
+  x = c * sinAz + FalseEasting;
+  y = c * cosAz + FalseNorthing;
+  return errcode();
+}
+
+errcode AzimuthEqDist::XYGeo(double x, double y, double& phi, double& lambda) const {
+  const double dx = x - FalseEasting;
+  const double dy = y - FalseNorthing;
+  if (dx == 0 && dy == 0) {
+    phi = RefLatitude;
+    lambda = CentralMeridian;
+    return errcode();
+  }
+  const double c = std::hypot(dx, dy);
+  const double Az = std::atan2(dx, dy);
+  const double cosAz = std::cos(Az);
+  const double g = e2() / (1 - e2());
+  const double A = -g * CosLat0 * CosLat0 * cosAz * cosAz;
+  const double B = 3 * g * (1 - A) * SinLat0 * CosLat0 * cosAz;
+  const double D = c / N0;
+  const double D3 = D * D * D;
+  const double E = D - A * (1 + A) * D3 / 6 - B * (1 + 3 * A) * D3 * D / 24;
+  const double F = 1 - A * E * E / 2 - B * E * E * E / 6;
+  const double sinE = std::sin(E);
+  const double psi = std::asin(SinLat0 * std::cos(E) + CosLat0 * sinE * cosAz);
+  const double sinPsi = std::sin(psi);
+  const double cosPsi = std::cos(psi);
+  if (NorthPole) {
+    lambda = std::atan2(dx, -dy) + CentralMeridian;
+  } else if (SouthPole) {
+    lambda = Az + CentralMeridian;
+  } else {
+    lambda = NormalizeLongitude(std::asin(std::sin(Az) * sinE / cosPsi) + CentralMeridian);
+  }
+  phi = std::atan((1 - e2() * F * SinLat0 / sinPsi) * (sinPsi / cosPsi) / (1 - e2()));
+  return errcode();
+}
+
+}  // namespace latigo

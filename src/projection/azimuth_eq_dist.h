@@ -1,0 +1,35 @@
+// Azimuthal equidistant on the ellipsoid, in the series form for limited distances. Snyder, USGS PP 1395, chapter 25,
+// (25-9) to (25-27), after Clarke.
+//
+// Reads RefLatitude and CentralMeridian (the origin), Unit and the false origin. ScaleFactor is not read.
+// Domain: positions within a quarter turn of the origin come back; nothing is refused.
+// Accuracy: forward and inverse close to 5e-13 radians at 1 degree from the origin, 1e-9 at 5 and 3e-7 at 15, as the
+// series end.
+// Failures: none. The scale factor is always given as 1.
+//
+// On the meridian opposite the origin's, points lie at their true distance over the pole, as on the central meridian.
+#pragma once
+
+#include "projection/projection.h"
+
+namespace latigo {
+
+class AzimuthEqDist : public Projection {
+ public:
+  explicit AzimuthEqDist(const GeodesyParams& params);
+
+  const char* Code() const override { return "AZD"; }
+  std::int32_t Kind() const override { return 8; }
+  errcode XYGeo(double x, double y, double& phi, double& lambda) const override;
+  errcode GeoXY(double& x, double& y, double phi, double lambda) const override;
+  errcode Scale(double x, double y, double& k) const override { return UnitScale(x, y, k); }
+
+ private:
+  const double SinLat0, CosLat0;    // of the origin
+  const double N0;                  // prime vertical radius at the origin, grid units
+  const double SecondEcc;           // e / sqrt(1 - e2)
+  const double G;                   // e sin(phi0) / sqrt(1 - e2)
+  const bool NorthPole, SouthPole;  // the origin is the pole
+};
+
+}  // namespace latigo

@@ -1,0 +1,32 @@
+// Cassini-Soldner on the ellipsoid. Snyder, USGS PP 1395, chapter 13, (13-7) to (13-13), with the meridian arc of
+// Ellipsoid and the footpoint latitude of the transverse Mercator.
+//
+// Reads RefLatitude, CentralMeridian, Unit and the false origin. ScaleFactor is not read.
+// Domain: a zone of a few degrees about the central meridian; longitudes do not wrap, and nothing is refused.
+// Accuracy: forward and inverse close to 1e-10 radians at 1 degree from the central meridian, 3e-9 at 3 and 1.3e-7
+// at 7. Failures: none. The scale factor is always given as 1.
+#pragma once
+
+#include "projection/footpoint.h"
+#include "projection/projection.h"
+
+namespace latigo {
+
+class Cassini : public Projection {
+ public:
+  explicit Cassini(const GeodesyParams& params);
+
+  const char* Code() const override { return "CAS"; }
+  std::int32_t Kind() const override { return 11; }
+  errcode XYGeo(double x, double y, double& phi, double& lambda) const override;
+  errcode GeoXY(double& x, double& y, double phi, double lambda) const override;
+  errcode Scale(double x, double y, double& k) const override { return UnitScale(x, y, k); }
+
+ private:
+  const double Arc0;              // M0: meridian arc from the equator to RefLatitude, grid units
+  const double SecondEccSquared;  // e'2
+  const double ArcRadius;         // meridian arc per radian of the rectifying latitude, metres
+  const FourTerms FootCoeffs;     // of sin 2 mu to sin 8 mu
+};
+
+}  // namespace latigo

@@ -1,0 +1,22 @@
+// Hotine's oblique Mercator: the skew frame is turned by the azimuth of the central line at the centre.
+// ObliqueMercator has the formulas, the domain and the failures.
+#pragma once
+
+#include "projection/oblique_mercator.h"
+
+namespace latigo {
+
+class Hotine : public ObliqueMercator {
+ public:
+  explicit Hotine(const GeodesyParams& params) : ObliqueMercator(params), Omega(SkewAzimuth) {}
+
+  const char* Code() const override { return "HOM"; }
+  std::int32_t Kind() const override { return 6; }
+  void UVXY(double u, double v, double& x, double& y) const override { TurnToGrid(Omega, u, v, x, y); }
+  void XYUV(double x, double y, double& u, double& v) const override { TurnToSkew(Omega, x, y, u, v); }
+
+ private:
+  const Turn Omega;
+};
+
+}  // namespace latigo

@@ -1,0 +1,63 @@
+// Oblique Mercator on the ellipsoid: Hotine's rectified skew orthomorphic projection through the aposphere. Hotine,
+// "The orthomorphic projection of the spheroid", Empire Survey Review (1946/47); Snyder, USGS PP 1395, chapter 9, (9-1)
+// to (9-48). Shared by Hotine and RSO, which differ in how the skew frame is turned into the grid.
+//
+// Reads RefLatitude and CentralMeridian (the centre), SkewAzimuth (azimuth of the central line at the centre),
+// ScaleFactor, Unit and the false origin. The false origin belongs to the natural origin, where the central line
+// crosses the equator of the aposphere; the centre does not map to it. Domain: GeoXY takes any position but the poles,
+// where coordinates are no numbers with code 0; XYGeo gives true longitudes within a quarter turn of u along the
+// central line. Accuracy: forward exact to rounding; forward and inverse close to better than 1e-10 radians within 12
+// degrees of the centre. Failures: 11 from XYGeo and Scale.
+//
+// The skew frame: u along the central line, v across it, metres from the natural origin.
+#pragma once
+
+#include "projection/projection.h"
+
+namespace latigo {
+
+class ObliqueMercator : public Projection {
+ public:
+  errcode XYGeo(double x, double y, double& phi, double& lambda) const override;
+  errcode GeoXY(double& x, double& y, double phi, double lambda) const override;
+  errcode Scale(double x, double y, double& k) const override;
+
+  // Skew frame to grid and back.
+  virtual void UVXY(double u, double v, double& x, double& y) const = 0;
+  virtual void XYUV(double x, double y, double& u, double& v) const = 0;
+
+ protected:
+  explicit ObliqueMercator(const GeodesyParams& params);
+
+  // An angle by which the skew frame is turned.
+  struct Turn {
+    explicit Turn(double omega);
+    const double sin, cos;
+  };
+  void TurnToGrid(const Turn& omega, double u, double v, double& x, double& y) const;
+  void TurnToSkew(const Turn& omega, double x, double y, double& u, double& v) const;
+
+  // Skew frame to geographic.
+  errcode UVGeo(double u, double v, double& phi, double& lambda) const;
+
+ private:
+  double MakeB() const;
+  double MakeA() const;
+  double MakeD() const;
+  double MakeF() const;
+
+  const double B;  // aposphere exponent
+  const double A;  // radius factor of the aposphere, scale factor included, metres
+  const double D;  // not below 1
+  const double F;
+  const double H;  // constant of the isometric term: F t(phi0)^B
+
+ protected:
+  const double Gamma0;  // azimuth of the central line at the aposphere's equator, radians
+
+ private:
+  const Turn Skew;       // of Gamma0
+  const double Lambda0;  // longitude of the natural origin, radians
+};
+
+}  // namespace latigo

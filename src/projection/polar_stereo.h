@@ -1,0 +1,38 @@
+// Polar stereographic on the ellipsoid, at either pole. Snyder, USGS PP 1395, chapter 21, (21-33) to (21-40), with the
+// latitude from the series (3-5) in the conformal latitude, one term more.
+//
+// Reads RefLatitude, CentralMeridian, ScaleFactor and the false origin. The sign of RefLatitude picks the pole, 0 being
+// north. At a pole (within 1e-5 radians) ScaleFactor applies there; elsewhere RefLatitude is the latitude of true
+// scale, and the scale factor of the pole takes the place of ScaleFactor. Unit is not read: coordinates are metres.
+// Domain: everything but the opposite pole.
+// Accuracy: forward exact to rounding; forward and inverse close to better than 1e-12 radians from 50 degrees to the
+// pole. Failures: none.
+//
+// On the meridian opposite CentralMeridian the longitude is half a turn from it, and at the pole CentralMeridian
+// itself.
+#pragma once
+
+#include "projection/projection.h"
+
+namespace latigo {
+
+class PolarStereo : public Projection {
+ public:
+  explicit PolarStereo(const GeodesyParams& params);
+
+  const char* Code() const override { return "PST"; }
+  std::int32_t Kind() const override { return 12; }
+  errcode XYGeo(double x, double y, double& phi, double& lambda) const override;
+  errcode GeoXY(double& x, double& y, double phi, double lambda) const override;
+  errcode Scale(double x, double y, double& k) const override;
+
+ private:
+  // The latitude of a distance from the pole.
+  double Latitude(double r) const;
+
+  const double Side;                                    // 1 for the north pole, -1 for the south pole
+  const double RhoFactor;                               // grid radius per unit of t, metres
+  const double Sin2Coef, Sin4Coef, Sin6Coef, Sin8Coef;  // of the series from conformal to geodetic latitude
+};
+
+}  // namespace latigo

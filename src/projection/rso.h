@@ -1,0 +1,22 @@
+// The rectified skew orthomorphic: the skew frame is turned by the azimuth of the central line at the aposphere's
+// equator. ObliqueMercator has the formulas, the domain and the failures.
+#pragma once
+
+#include "projection/oblique_mercator.h"
+
+namespace latigo {
+
+class RSO : public ObliqueMercator {
+ public:
+  explicit RSO(const GeodesyParams& params) : ObliqueMercator(params), Omega(Gamma0) {}
+
+  const char* Code() const override { return "RSO"; }
+  std::int32_t Kind() const override { return 7; }
+  void UVXY(double u, double v, double& x, double& y) const override { TurnToGrid(Omega, u, v, x, y); }
+  void XYUV(double x, double y, double& u, double& v) const override { TurnToSkew(Omega, x, y, u, v); }
+
+ private:
+  const Turn Omega;
+};
+
+}  // namespace latigo
