@@ -1,5 +1,5 @@
 """The command-line program, run as its users do.   cli_test.py PROGRAM"""
-import os, subprocess, sys, tempfile, unittest
+import math, os, subprocess, sys, tempfile, unittest
 
 PROGRAM = os.path.realpath(sys.argv.pop(1))
 UTM = "Projection=UTM\nSemiMajorAxis=6378137\nFlattening=298.257223563\nCentralMeridian=3\nScaleFactor=0.9996\nFalseEasting=500000\n"
@@ -90,6 +90,16 @@ class CliTest(unittest.TestCase):
         back = self.run_program("inverse", self.file, "-s", "Local", "--wgs84", text=there)[1].split()
         for found, start in zip(back, (52, 5, 100)):
             self.assertAlmostEqual(float(found), start, 2 if start == 100 else 8)
+
+    def test_distances(self):
+        radians = "28.6478897565412 5.72957795130823 34.3774677078494 17.1887338539247"
+        status, output, _ = self.run_program("distance", self.file, text=radians + " 7 p\n" + radians.replace(" ", ","))
+        first, second = output.splitlines()
+        self.assertEqual((status, first[:14], first[-4:], second[:14]), (0, "1259077.9628 m", " 7 p", "1259077.9628,m"))
+        self.assertAlmostEqual(float(first.split()[2]), math.degrees(0.9916745687851795), 9)
+        self.expect("distance", "0 179 0 -179", self.run_program("distance", self.file, text="0 -1 0 1")[1])
+        self.expect("distance", "10 0 10 1 x", "109639.3641 m 90:00:00.000000 x\n", options=["--rhumb", "--dms"])
+        self.expect("distance", "10 0 10", "* *\n", 1, "too few")
 
     def test_longitudes_are_taken_the_near_way_round(self):
         east, west = (self.run_program("forward", self.file, "-s", "Lambert", text=f"45 {d}")[1] for d in (185, -175))

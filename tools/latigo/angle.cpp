@@ -141,7 +141,9 @@ char* WriteDms(char* buffer, double degrees, Axis axis, int precision) {
     *out++ = '0';
   }
   out = std::to_chars(out, buffer + 62, seconds, std::chars_format::fixed, precision).ptr;
-  *out++ = degrees < 0 && units > 0 ? negativeLetter : positiveLetter;
+  if (axis != Axis::Azimuth) {
+    *out++ = degrees < 0 && units > 0 ? negativeLetter : positiveLetter;
+  }
   return out;
 }
 

@@ -18,7 +18,7 @@ constexpr int SecondPrecision = 6;   // 0.03 mm
 constexpr int ScalePrecision = 10;
 
 // How a value is written.
-enum class Quantity { Length, Latitude, Longitude, Factor };
+enum class Quantity { Length, Latitude, Longitude, Azimuth, Factor };
 
 struct Value {
   double value;
@@ -111,8 +111,13 @@ enum class Third { Carried, Height, Used, Needed };
 // line has one and the command takes it.
 class PointLoop {
  public:
-  PointLoop(const Options& options, Order order, int values, Third third)
-      : options_(options), order_(order), values_(values), third_(third) {}
+  using Parser = PointLine (*)(std::string_view line, Order order);
+
+  PointLoop(const Options& options, Order order, int values, Third third, Parser parse = ParsePointLine)
+      : options_(options), order_(order), values_(values), third_(third), parse_(parse) {}
+
+  // A word behind the first value, its unit.
+  void SetUnit(std::string unit) { unit_ = std::move(unit); }
 
   template <typename Operation>
   int Run(Operation operation) {
@@ -139,7 +144,7 @@ class PointLoop {
     if (reader.TooLong()) {
       point.fault = "the line is too long";
     } else {
-      point = ParsePointLine(line, order_);
+      point = parse_(line, order_);
       if (point.fault == nullptr && third_ == Third::Needed && !point.third) {
         point.fault = "a field too few";
       }
@@ -163,21 +168,30 @@ class PointLoop {
     for (int i = 0; i < result.count; ++i) {
       Separate(point, i);
       Write(result.values[i]);
+      if (i == 0 && !unit_.empty()) {
+        writer_.Char(point.separator);
+        writer_.Text(unit_);
+      }
     }
     End(point);
   }
 
   void Write(const Value& value) {
     const auto precision = [this](int own) { return options_.precision >= 0 ? options_.precision : own; };
-    const bool isAngle = value.quantity == Quantity::Latitude || value.quantity == Quantity::Longitude;
+    const bool isAngle = value.quantity != Quantity::Length && value.quantity != Quantity::Factor;
     if (isAngle && options_.dms) {
-      const Axis axis = value.quantity == Quantity::Latitude ? Axis::Latitude : Axis::Longitude;
-      writer_.Dms(value.value, axis, precision(SecondPrecision));
+      writer_.Dms(value.value, AxisOf(value.quantity), precision(SecondPrecision));
     } else {
       writer_.Number(value.value, precision(isAngle                              ? DegreePrecision
                                             : value.quantity == Quantity::Factor ? ScalePrecision
                                                                                  : LengthPrecision));
     }
+  }
+
+  static Axis AxisOf(Quantity quantity) {
+    return quantity == Quantity::Latitude    ? Axis::Latitude
+           : quantity == Quantity::Longitude ? Axis::Longitude
+                                             : Axis::Azimuth;
   }
 
   void Fail(const LineReader& reader, const PointLine& point, const std::string& reason) {
@@ -206,6 +220,8 @@ class PointLoop {
   Order order_;
   int values_;
   Third third_;
+  Parser parse_;
+  std::string unit_;
   Writer writer_;
   bool failed_ = false;
 };
@@ -324,6 +340,25 @@ int RunEcef(const Options& options) {
         result.Add(length, Quantity::Length);
       }
     }
+  });
+}
+
+int RunDistance(const Options& options) {
+  const Converter converter(options);
+  char unit[16];
+  const bool named = GetLocalName(converter.Handle(), 3, "", unit, sizeof unit) != 0;
+  PointLoop loop(options, converter.GeographicOrder(), 2, Third::Used, ParseTwoPoints);
+  loop.SetUnit(named ? unit : "units");
+  return loop.Run([&](const PointLine& line, Result& result) {
+    const double latitude1 = line.first * RadiansPerDegree;
+    const double longitude1 = line.second * RadiansPerDegree;
+    const double latitude2 = line.toFirst * RadiansPerDegree;
+    // The near way round.
+    const double longitude2 = (line.second + std::remainder(line.toSecond - line.second, 360)) * RadiansPerDegree;
+    const auto measure = options.rhumb ? RLineLL : GCircLL;
+    double azimuth = 0;
+    result.Add(measure(converter.Handle(), latitude1, longitude1, latitude2, longitude2, &azimuth), Quantity::Length);
+    result.Add(std::fmod(azimuth / RadiansPerDegree + 360, 360), Quantity::Azimuth);
   });
 }
 

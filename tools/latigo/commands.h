@@ -15,6 +15,7 @@ struct Options {
   bool dms = false;                 // write degrees, minutes and seconds
   bool lonlat = false;              // longitude before latitude, in and out
   bool inverse = false;             // of ecef
+  bool rhumb = false;               // distance: along the rhumb line
   bool grid = false;                // scale: read projection coordinates
   int precision = -1;               // digits behind the point; -1 for the command's own
 };
@@ -25,6 +26,7 @@ int RunInverse(const Options& options);
 int RunScale(const Options& options);
 int RunUndulation(const Options& options);
 int RunEcef(const Options& options);
+int RunDistance(const Options& options);
 
 // Describes the section, or every section of the file if sectionGiven is false.
 int RunInfo(const Options& options, bool sectionGiven);

@@ -80,6 +80,13 @@ int Run(int argc, char** argv) {
   ecef->add_flag("--inverse", options.inverse, "X, Y, Z to latitude, longitude and height");
   ecef->callback([&] { run = [&] { return RunEcef(options); }; });
 
+  CLI::App* distance = AddPointCommand(app, options, "distance",
+                                       "Lines of two positions, latitude and longitude each, to the distance in grid "
+                                       "units with the unit's name, and the azimuth at the first in degrees, clockwise "
+                                       "from north; the near way round.");
+  distance->add_flag("--rhumb", options.rhumb, "along the rhumb line instead of the great circle");
+  distance->callback([&] { run = [&] { return RunDistance(options); }; });
+
   try {
     app.parse(argc, argv);
   } catch (const CLI::Success& help) {

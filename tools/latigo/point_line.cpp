@@ -123,4 +123,19 @@ PointLine ParsePointLine(std::string_view line, Order order) {
   return point;
 }
 
+PointLine ParseTwoPoints(std::string_view line, Order order) {
+  PointLine from = ParsePointLine(line, order);
+  if (from.fault != nullptr) {
+    return from;
+  }
+  std::string_view second = TrimLeft(from.restWithThird);
+  second.remove_prefix(second.starts_with(',') ? 1 : 0);
+  const PointLine to = ParsePointLine(second, order);
+  from.toFirst = to.first;
+  from.toSecond = to.second;
+  from.rest = to.restWithThird;
+  from.fault = to.fault;
+  return from;
+}
+
 }  // namespace latigo::cli

@@ -18,6 +18,8 @@ struct PointLine {
   char separator = ' ';         // ' ' or ',': as in the line
   std::string_view rest;        // what stands behind, from its separator on
   std::string_view restWithThird;
+  double toFirst = 0;  // of a line of two positions, the second
+  double toSecond = 0;
   const char* fault = nullptr;  // why the line is no point; null for a point
 };
 
@@ -27,5 +29,8 @@ bool IsComment(std::string_view line);
 // Fields are separated by blanks, or by commas with or without blanks around. A comma straight between two whole
 // numbers could be a decimal comma and is a fault.
 PointLine ParsePointLine(std::string_view line, Order order);
+
+// Two positions, and anything else.
+PointLine ParseTwoPoints(std::string_view line, Order order);
 
 }  // namespace latigo::cli
