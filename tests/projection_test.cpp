@@ -356,6 +356,30 @@ TEST_F(ProjectionTest, AzimuthalDistancesFromAPoleAreTrueOnEverySide) {
   EXPECT_TRUE(origin.latitude == Rad(13.47246635) && origin.longitude == Rad(144.7487507));
 }
 
+TEST_F(ProjectionTest, EveryKindEndsOnWhateverNumbersCome) {
+  const double tiny = std::numeric_limits<double>::denorm_min();
+  const double huge = std::numeric_limits<double>::max();
+  for (const GeodesyParams& good : {MercatorAt30(), Utm31(), Texas(), Sphere, Dutch, Swiss, Borneo, BorneoRso, Guam,
+                                    AlbersUsa, CassiniAt52, Ups, TruePolar}) {
+    for (const double f : {good.InvFlattening, 1.5, 0.7, -3.0, Infinity, NaN}) {
+      GeodesyParams params = good;
+      params.InvFlattening = f;
+      const Object object(CreateGeodesy(&params));
+      if (!object) continue;
+      for (const double a : {0.0, -0.0, tiny, 1.0, HalfPi, -HalfPi, -Pi, 1e7, -1e300, huge, -Infinity, NaN}) {
+        for (const double b : {0.0, tiny, -1.0, Pi, -1e7, huge, Infinity, NaN}) {
+          const std::int32_t forward = Forward(object, a, b).code;
+          const std::int32_t inverse = Inverse(object, a, b).code;
+          Scale(object.get(), b, a);
+          EXPECT_TRUE(forward == 0 || forward == 6) << std::int32_t{good.Kind} << " " << a << " " << b;
+          EXPECT_TRUE(inverse == 0 || inverse == 10 || inverse == 11)
+              << std::int32_t{good.Kind} << " " << a << " " << b;
+        }
+      }
+    }
+  }
+}
+
 TEST_F(ProjectionTest, LambertGivesUpAfterTenPasses) {
   // An ellipsoid so flat that the latitude comes near by a third or so a pass.
   const LatLon back = Inverse(Make(Changed(Texas(), [](auto& p) { p.InvFlattening = 2; })), 3000000, 254759);
