@@ -310,7 +310,9 @@ TEST_F(ProjectionTest, PolarStereographicAtItsPoleAndItsLatitudeOfTrueScale) {
   const XY grid = Forward(polar, Rad(70), 1);
   EXPECT_NEAR(Scale(polar.get(), grid.x, grid.y), 1, 1e-12);
   for (const auto& [offset, kept] : {std::pair{0.9e-5, true}, {1.1e-5, false}}) {
-    const Object near = Make(Changed(TruePolar, [=](auto& p) { p.RefLatitude = HalfPi - offset; }));
+    GeodesyParams params = TruePolar;
+    params.RefLatitude = HalfPi - offset;
+    const Object near = Make(params);
     GetGeodesyParams(near.get(), &found, nullptr, nullptr);
     EXPECT_EQ(found.ScaleFactor == 0.5, kept);
   }
