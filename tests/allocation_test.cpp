@@ -57,8 +57,8 @@ class AllocationTest : public Scratch {
 TEST_F(AllocationTest, TheRoadOfAPointAllocatesNothing) {
   const std::string datum = Write("datum", two_.Bytes());
   const std::string geoid = Write("geoid", Grid{}.Bytes());
-  for (const GeodesyParams& params : {MercatorAt30(), Utm31(), Texas(), WGS84(SMercKind)}) {
-    const Object object = Make(params);
+  for (const std::string& system : Systems()) {
+    const Object object = Open(system);
     const Adjustment adjustment = {1, 1, 2, 3, 4, 5, 6};
     ASSERT_EQ(SetEllModel(object.get(), datum.c_str()) + SetGeoid(object.get(), geoid.c_str(), 0) +
                   SetAdjustment(object.get(), &adjustment),
@@ -83,7 +83,7 @@ TEST_F(AllocationTest, TheRoadOfAPointAllocatesNothing) {
 
 TEST_F(AllocationTest, EveryAllocationThatFailsEndsInCodeOne) {
   FailEachIn([] {
-    const GeodesyParams params = Texas();
+    const GeodesyParams params = Utm31();
     return Object(CreateGeodesy(&params)) != nullptr;
   });
   const std::string file = Write("file.ini", "[Geodesy]\nProjection=UTM\nSemiMajorAxis=6378137\nFlattening=298\n");

@@ -67,17 +67,4 @@ TEST_F(GeoidTest, PathsAreCopiedUpToTheWholeBuffer) {
   EXPECT_EQ(text, path + std::string(3, '\0') + "#") << "filled up with zeros";
 }
 
-TEST_F(GeoidTest, LengthsConvertBothWays) {
-  GeodesyParams params = Utm31();
-  params.Unit = 0.3048;
-  const Object feet = Make(params);
-  for (const auto convert : {HConvert, VConvert}) {
-    double value = 100;
-    EXPECT_EQ(convert(feet.get(), &value, 2), 1);
-    EXPECT_NEAR(value, 30.48, 1e-14);
-    EXPECT_EQ(convert(feet.get(), &value, 0), 1);
-    EXPECT_NEAR(value, 100, 1e-13);
-  }
-}
-
 }  // namespace

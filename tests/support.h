@@ -26,33 +26,14 @@ inline constexpr double Infinity = std::numeric_limits<double>::infinity();
 
 constexpr double Rad(double degrees) { return degrees * Pi / 180; }
 
-enum Kind : std::int32_t { LambertKind = 1, MercatorKind = 2, TransverseKind = 3, SMercKind = 9 };
+enum Kind : std::int32_t { LambertKind = 1, MercatorKind = 2, TransverseKind = 3 };
 
 // SemiMajorAxis, InvFlattening, Kind, Unit; ScaleFactor; CentralMeridian, RefLatitude; NorthParallel, SouthParallel;
 // SkewAzimuth; FalseEasting, FalseNorthing.
 inline GeodesyParams WGS84(std::int32_t kind) { return {6378137.0, 298.257223563, kind, 1, 0, 0, 0, 0, 0, 0, 0, 0}; }
-inline GeodesyParams MercatorAt30() {
-  return {6378137.0, 298.257223563, MercatorKind, 1, 0, Rad(10), Rad(30), 0, 0, 0, 1000, 2000};
-}
 inline GeodesyParams Utm31() {
   return {6378137.0, 298.257223563, TransverseKind, 1, 0.9996, Rad(3), 0, 0, 0, 0, 500000, 0};
 }
-// NAD27 / Texas South Central, in US survey feet.
-inline GeodesyParams Texas() {
-  return {6378206.4,
-          294.9786982,
-          LambertKind,
-          0.3048006096012192,
-          0,
-          Rad(-99),
-          Rad(27 + 50.0 / 60),
-          Rad(28 + 23.0 / 60),
-          Rad(30 + 17.0 / 60),
-          0,
-          2000000,
-          0};
-}
-
 struct Destroy {
   void operator()(GeodesyObject* handle) const { DestroyGeodesy(handle); }
 };
@@ -62,6 +43,21 @@ inline Object Make(const GeodesyParams& params) {
   Object object(CreateGeodesy(&params));
   EXPECT_TRUE(object) << "code " << GetGeodesyError();
   return object;
+}
+
+// The object of a section of claims/systems.ini, and the names of them all.
+inline Object Open(const std::string& system) {
+  Object object(CreateFileGeodesy(LATIGO_CLAIMS "/systems.ini", system.c_str()));
+  EXPECT_TRUE(object) << system << " gave code " << GetGeodesyError();
+  return object;
+}
+inline std::vector<std::string> Systems() {
+  std::ifstream file(LATIGO_CLAIMS "/systems.ini");
+  std::vector<std::string> names;
+  for (std::string line; std::getline(file, line);) {
+    if (line.starts_with('[')) { names.push_back(line.substr(1, line.size() - 2)); }
+  }
+  return names;
 }
 
 // Records are equal bit by bit.

@@ -1,5 +1,6 @@
 #include "projection/azimuth_eq_dist.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace latigo {
@@ -8,10 +9,6 @@ namespace {
 
 // An origin nearer to a pole than this is the pole, radians.
 constexpr double PoleTolerance = 1e-6;
-
-// Nearer to the opposite meridian than this the azimuth is nothing but rounding, radians (6 mm).
-constexpr double OppositeTolerance = 1e-9;
-
 }  // namespace
 
 AzimuthEqDist::AzimuthEqDist(const GeodesyParams& params)
@@ -33,19 +30,19 @@ errcode AzimuthEqDist::GeoXY(double& x, double& y, double phi, double lambda) co
   const double N = a() / std::sqrt(1 - e2() * sinPhi * sinPhi) / Unit;
   const double tanPsi = (1 - e2()) * (sinPhi / cosPhi) + e2() * N0 * SinLat0 / (N * cosPhi);
   const double psi = std::atan(tanPsi);
-  const double sinPsi = std::sin(psi);
-  const double cosPsi = std::cos(psi);
-  const double Az = std::atan2(sinD, CosLat0 * tanPsi - SinLat0 * cosD);
-  const double sinAz = std::sin(Az);
-  const double cosAz = std::cos(Az);
-
-  double s = 0;  // angular distance
-  if (sinD == 0 || (cosD < 0 && std::fabs(sinD) < OppositeTolerance)) {
-    s = std::asin(CosLat0 * sinPsi - SinLat0 * cosPsi * (cosD < 0 ? -1 : 1));
-    s = cosAz < 0 ? -s : s;
-  } else {
-    s = std::asin(cosPsi * sinD / sinAz);
+  // Az is the arc tangent of east over north, and its sine and cosine follow by algebra: exact also on the central
+  // meridian and on the opposite one, where the sine of an angle near pi is nothing but rounding.
+  const double east = sinD;
+  const double north = CosLat0 * tanPsi - SinLat0 * cosD;
+  const double h = std::sqrt(east * east + north * north);
+  if (h == 0) {
+    x = FalseEasting;
+    y = FalseNorthing;
+    return errcode();
   }
+  const double sinAz = east / h;
+  const double cosAz = north / h;
+  const double s = std::asin(std::min(std::cos(psi) * h, 1.0));  // angular distance
   const double H = SecondEcc * CosLat0 * cosAz;
   const double H2 = H * H;
   const double s2 = s * s;

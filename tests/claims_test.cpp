@@ -1,0 +1,220 @@
+// Runs the claims of claims/*.txt through the exports.
+#include <array>
+#include <map>
+
+#include "tables.h"
+
+namespace {
+
+using namespace support;
+using Handle = GeodesyHandle;
+
+// clang-format off
+#define FIELD(name) {#name, offsetof(GeodesyParams, name)}
+const std::map<std::string, std::size_t> Fields = {
+    FIELD(SemiMajorAxis), FIELD(InvFlattening), FIELD(Unit), FIELD(ScaleFactor), FIELD(CentralMeridian), FIELD(RefLatitude),
+    FIELD(NorthParallel), FIELD(SouthParallel), FIELD(SkewAzimuth), FIELD(FalseEasting), FIELD(FalseNorthing)};
+
+std::int32_t Succeeded(double) { return GetGeodesyError() == 0 ? 1 : 0; }
+
+// A position's place on the grid.
+std::array<double, 2> Grid2(Handle h, const double* i) {
+  std::array<double, 2> xy = {NaN, NaN};
+  GeoXY(h, &xy[0], &xy[1], i[0], i[1]);
+  return xy;
+}
+
+// Calls: how many numbers go in, whether a failure is logged, and the call itself.
+struct Function {
+  std::size_t in;
+  bool logged;
+  std::int32_t (*call)(Handle h, const double* i, double* o);
+};
+#define CALL [](Handle h, [[maybe_unused]] const double* i, [[maybe_unused]] double* o) -> std::int32_t
+const std::map<std::string, Function> Functions = {
+    {"forward",        {2, true,  CALL { return GeoXY(h, &o[0], &o[1], i[0], i[1]); }}},
+    {"inverse",        {2, true,  CALL { return XYGeo(h, i[0], i[1], &o[0], &o[1]); }}},
+    {"scale",          {2, false, CALL { return Succeeded(o[0] = Scale(h, i[0], i[1])); }}},
+    {"return",         {2, true,  CALL { const auto [x, y] = Grid2(h, i); return XYGeo(h, x, y, &o[0], &o[1]); }}},
+    {"scale-at",       {2, false, CALL { const auto [x, y] = Grid2(h, i); return Succeeded(o[0] = Scale(h, x, y)); }}},
+    {"great-circle",   {4, false, CALL { return Succeeded(o[0] = GCircLL(h, i[0], i[1], i[2], i[3], &o[1])); }}},
+    {"rhumb-line",     {4, false, CALL { return Succeeded(o[0] = RLineLL(h, i[0], i[1], i[2], i[3], &o[1])); }}},
+    {"cartesian",      {3, false, CALL { return GeoECEF(h, &o[0], &o[1], &o[2], i[0], i[1], i[2]); }}},
+    {"geographic",     {3, false, CALL { return ECEFGeo(h, i[0], i[1], i[2], &o[0], &o[1], &o[2]); }}},
+    {"from-wgs84",     {3, true,  CALL { std::copy_n(i, 3, o); return WGS84Conv(h, &o[0], &o[1], &o[2]); }}},
+    {"to-wgs84",       {3, true,  CALL { std::copy_n(i, 3, o); return InvWGS84Conv(h, &o[0], &o[1], &o[2]); }}},
+    {"from-ellipsoid", {5, false, CALL { std::copy_n(i, 3, o); return EllConv(h, &o[0], &o[1], &o[2], i[3], 1 / i[4]); }}},
+    {"to-ellipsoid",   {5, false, CALL { std::copy_n(i, 3, o); return InvEllConv(h, &o[0], &o[1], &o[2], i[3], 1 / i[4]); }}},
+    {"undulation",     {2, false, CALL { return Undulation(h, i[0], i[1], &o[0]); }}},
+    {"to-vertical",    {1, false, CALL { o[0] = i[0]; return VConvert(h, o, 0); }}},
+    {"to-metres",      {1, false, CALL { o[0] = i[0]; return HConvert(h, o, 2); }}},
+    {"from-metres",    {1, false, CALL { o[0] = i[0]; return HConvert(h, o, 0); }}},
+    {"shift",          {7, false, CALL { const EllDiff d = {i[0], i[1], i[2], i[3], i[4], i[5], i[6]}; return SetEllDiff(h, &d); }}},
+    {"adjust",         {7, false, CALL { const Adjustment a = {std::uint32_t(i[0]), i[1], i[2], i[3], i[4], i[5], i[6]};
+                                         return SetAdjustment(h, &a); }}},
+    {"shift?",         {0, false, CALL { EllDiff d{}; const std::int32_t success = GetEllDiff(h, &d);
+                                         std::memcpy(o, &d, sizeof d); return success; }}},
+    {"adjust?",        {0, false, CALL { Adjustment a{}; const std::int32_t success = GetAdjustment(h, &a); o[0] = a.AdjustType;
+                                         std::memcpy(&o[1], reinterpret_cast<char*>(&a) + 4, sizeof a - 4); return success; }}},
+};
+// clang-format on
+
+class ClaimsTest : public Scratch, public testing::WithParamInterface<std::string> {
+ protected:
+  void Run(const Row& row) {
+    if (row.word == "system") {
+      object_ = Open(row.arguments.at(0));
+      GetGeodesyParams(object_.get(), &params_, nullptr, nullptr);
+    } else if (row.word == "record" || row.word == "with") {
+      MakeObject(row);
+    } else if (row.word == "field") {
+      GeodesyParams found{};
+      GetGeodesyParams(object_.get(), &found, nullptr, nullptr);
+      double value = 0;
+      std::memcpy(&value, reinterpret_cast<char*>(&found) + Fields.at(row.arguments.at(0)), sizeof value);
+      row.expected.at(0).Test(value);
+    } else if (row.word == "name") {
+      std::string name;  // from Windows-1252 to UTF-8
+      for (const char c : Name(object_, std::stoi(row.arguments.at(0)), row.arguments.at(1).c_str())) {
+        name += c < 0 ? std::string{'\xC3', static_cast<char>(c - 0x40)} : std::string(1, c);
+      }
+      EXPECT_EQ(name, row.expectedText);
+    } else if (row.word == "closes") {
+      ExpectClosure(row);
+    } else {
+      Call(row);
+    }
+  }
+
+ private:
+  // "record" begins with WGS-84 and a unit of 1, "with" with the record before; both set fields and make an object.
+  void MakeObject(const Row& row) {
+    if (row.word == "record") { params_ = WGS84(0); }
+    for (const std::string& argument : row.arguments) {
+      const std::string name = argument.substr(0, argument.find('='));
+      const double value = ToNumber(argument.substr(name.size() + 1));
+      if (name == "Kind") {
+        params_.Kind = static_cast<std::int32_t>(value);
+      } else {
+        std::memcpy(reinterpret_cast<char*>(&params_) + Fields.at(name), &value, sizeof value);
+      }
+    }
+    object_.reset();
+    object_.reset(CreateGeodesy(&params_));
+    EXPECT_EQ(GetGeodesyError(), row.code);
+    EXPECT_EQ(object_ == nullptr, row.code != 0);
+    EXPECT_EQ(Log(), Lines{});
+  }
+
+  void Call(const Row& row) const {
+    const Function& function = Functions.at(row.word);
+    double in[7] = {};
+    double out[7];
+    ASSERT_EQ(row.arguments.size(), function.in);
+    std::transform(row.arguments.begin(), row.arguments.end(), in, ToNumber);
+    std::fill(std::begin(out), std::end(out), Untouched);
+    EXPECT_EQ(function.call(object_.get(), in, out), row.code == 0 ? 1 : 0);
+    EXPECT_EQ(GetGeodesyError(), row.code);
+    for (std::size_t i = 0; i < row.expected.size(); ++i) { row.expected[i].Test(out[i]); }
+    EXPECT_EQ(Log(), row.code != 0 && function.logged ? Lines{"Log --- Error " + std::to_string(row.code)} : Lines{});
+  }
+
+  // Forward and inverse close at 441 points of an area, and the scale factor is the length on the grid of a short way
+  // north over its length on the ellipsoid.
+  void ExpectClosure(const Row& row) const {
+    std::array<double, 4> area;
+    ASSERT_EQ(row.arguments.size(), area.size());
+    std::transform(row.arguments.begin(), row.arguments.end(), area.begin(), ToNumber);
+    const auto [south, north, west, east] = area;
+    const double e2 = (2 - 1 / params_.InvFlattening) / params_.InvFlattening;
+    const double unit = params_.Kind == 4 || params_.Kind == 12 ? 1 : params_.Unit;
+    for (int i = 0; i < 441; ++i) {
+      const double phi = south + (north - south) * (i / 21) / 20;
+      const double lambda = west + (east - west) * (i % 21) / 20;
+      const XY grid = Forward(object_, phi, lambda);
+      const LatLon back = Inverse(object_, grid.x, grid.y);
+      ASSERT_EQ(grid.code + back.code, 0);
+      row.expected.at(0).Test(
+          std::hypot(back.latitude - phi, std::remainder(back.longitude - lambda, 2 * Pi) * std::cos(phi)));
+      if (row.expected.size() > 1) {
+        const XY to = Forward(object_, phi + 1e-5, lambda);
+        const XY from = Forward(object_, phi - 1e-5, lambda);
+        const double w = std::sqrt(1 - e2 * std::sin(phi) * std::sin(phi));
+        const double M = params_.SemiMajorAxis * (1 - e2) / (w * w * w);
+        const double k = std::hypot(to.x - from.x, to.y - from.y) * unit / (M * 2e-5);
+        row.expected[1].Test(Scale(object_.get(), grid.x, grid.y) / k);
+      }
+    }
+  }
+
+  Object other_ = Make(Utm31());  // keeps the line of the last instance out of the log
+  GeodesyParams params_{};
+  Object object_;
+};
+
+TEST_P(ClaimsTest, Hold) {
+  const std::vector<Row> rows = ReadTable(GetParam());
+  ASSERT_FALSE(rows.empty());
+  for (const Row& row : rows) {
+    SCOPED_TRACE(row.place);
+    Run(row);
+  }
+}
+
+constexpr double Tiny = std::numeric_limits<double>::denorm_min();
+constexpr double Huge = std::numeric_limits<double>::max();
+constexpr double Odd[] = {0.0, -0.0, Tiny, -1.0, HalfPi, -Pi, 1e7, -1e300, Huge, Infinity, -Infinity, NaN};
+
+// Every call with an odd number in each argument in turn ends, with a code that it may give.
+void ExpectEnds(const Object& object, const std::string& what) {
+  const std::map<std::string, std::vector<std::int32_t>> codes = {
+      {"forward", {6}}, {"inverse", {10, 11}}, {"scale", {10, 11}}, {"return", {10, 11}}, {"scale-at", {10, 11}},
+      {"undulation", {8}}, {"adjust", {7}}};
+  for (const auto& [name, function] : Functions) {
+    const auto allowed = codes.find(name);
+    for (std::size_t place = 0; place < 2 * function.in; ++place) {
+      for (const double odd : Odd) {
+        double in[] = {0.9, 0.2, 0.9, 1.1, 300, 2, 1};
+        double out[7];
+        in[place % function.in] = odd;
+        if (place >= function.in) { in[(place + 1) % function.in] = -odd; }
+        function.call(object.get(), in, out);
+        const std::int32_t code = GetGeodesyError();
+        EXPECT_TRUE(code == 0 || (allowed != codes.end() && std::ranges::count(allowed->second, code) > 0))
+            << what << " " << name << " " << in[0] << " " << in[1] << " gave code " << code;
+      }
+    }
+  }
+}
+
+class AnyNumbersTest : public Scratch {};
+
+TEST_F(AnyNumbersTest, EveryCallEndsOnWhateverNumbersCome) {
+  Grid two;
+  two.nz = 2;
+  const std::string datum = Write("datum", two.Bytes());
+  const std::string geoid = Write("geoid", Grid{}.Bytes());
+  for (const std::string& system : Systems()) {
+    Object object = Open(system);
+    ExpectEnds(object, system);
+    ASSERT_EQ(SetEllModel(object.get(), datum.c_str()) + SetGeoid(object.get(), geoid.c_str(), 1), 2);
+    ExpectEnds(object, system);
+    for (const auto& [field, offset] : Fields) {
+      for (const double odd : {0.0, 1.0, -3.0, HalfPi, 1e300, Tiny, Infinity, NaN}) {
+        GeodesyParams params{};
+        GetGeodesyParams(object.get(), &params, nullptr, nullptr);
+        std::memcpy(reinterpret_cast<char*>(&params) + offset, &odd, sizeof odd);
+        if (const Object spoilt(CreateGeodesy(&params)); spoilt) { ExpectEnds(spoilt, system + " " + field); }
+      }
+    }
+  }
+}
+
+INSTANTIATE_TEST_SUITE_P(Of, ClaimsTest,
+                         testing::Values("albers", "azimuth_eq_dist", "cartesian", "cassini", "datum", "lambert",
+                                         "lines", "local_grids", "mercator", "names", "oblique_cylindrical",
+                                         "oblique_mercator", "polar_stereo", "records", "smerc", "stereographic",
+                                         "transverse_mercator"),
+                         [](const auto& claims) { return claims.param; });
+
+}  // namespace
