@@ -168,8 +168,8 @@ constexpr double Odd[] = {0.0, -0.0, Tiny, -1.0, HalfPi, -Pi, 1e7, -1e300, Huge,
 // Every call with an odd number in each argument in turn ends, with a code that it may give.
 void ExpectEnds(const Object& object, const std::string& what) {
   const std::map<std::string, std::vector<std::int32_t>> codes = {
-      {"forward", {6}}, {"inverse", {10, 11}}, {"scale", {10, 11}}, {"return", {10, 11}}, {"scale-at", {10, 11}},
-      {"undulation", {8}}, {"adjust", {7}}};
+      {"forward", {6}},       {"inverse", {10, 11}}, {"scale", {10, 11}}, {"return", {10, 11}},
+      {"scale-at", {10, 11}}, {"undulation", {8}},   {"adjust", {7}}};
   for (const auto& [name, function] : Functions) {
     const auto allowed = codes.find(name);
     for (std::size_t place = 0; place < 2 * function.in; ++place) {

@@ -74,6 +74,15 @@ class CliTest(unittest.TestCase):
         self.expect("inverse", "500000 nan", "* *\n", 1, "not a number")
         self.expect("ecef", "1 2", "* * *\n", 1, "too few", ["--inverse"])
 
+    def test_threads_keep_the_order_of_lines_and_messages(self):
+        lines = [f"{i % 91}.5 {i % 7} p{i}" for i in range(60000)]
+        lines[30000] = "x" * 1500000
+        text = "\n".join(lines)
+        one, three = (self.run_program("forward", self.file, "--jobs", jobs, text=text) for jobs in ("1", "3"))
+        self.assertEqual(one, three)
+        self.assertEqual([line.split()[-1] for line in one[1].splitlines()], [line.split()[-1] if i != 30000 else "*" for i, line in enumerate(lines)])
+        self.assertIn("standard input:30001: the line is too long\n", one[2])
+
     def test_ways_back_and_other_commands(self):
         self.expect("inverse", "637294.3658945 5762926.8129141 p", "52:00:00.0000N 5:00:00.0000E p\n", options=["--dms", "--precision", "4"])
         self.expect("inverse", "637294.3658945,5762926.8129141", "5.00000000,52.00000000\n", options=["--lonlat", "--precision", "8"])

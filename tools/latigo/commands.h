@@ -6,6 +6,8 @@
 
 namespace latigo::cli {
 
+inline constexpr double RadiansPerDegree = 0.017453292519943295;
+
 struct Options {
   std::string file;
   std::string section = "Geodesy";
@@ -17,13 +19,15 @@ struct Options {
   bool inverse = false;             // of ecef
   bool rhumb = false;               // distance: along the rhumb line
   bool grid = false;                // scale: read projection coordinates
+  bool localGrid = true;            // the local grid of the section is in force
   int precision = -1;               // digits behind the point; -1 for the command's own
+  int jobs = 1;                     // threads
 };
 
 // Each gives the exit status: 0, or 1 if a point failed. Throws UsageError.
 int RunForward(const Options& options);
 int RunInverse(const Options& options);
-int RunScale(const Options& options);
+int RunScale(Options options);
 int RunUndulation(const Options& options);
 int RunEcef(const Options& options);
 int RunDistance(const Options& options);

@@ -1,8 +1,15 @@
 #include "lines.h"
 
+#include <algorithm>
 #include <cerrno>
 #include <charconv>
 #include <cstring>
+
+#if defined(_WIN32)
+#include <io.h>
+#else
+#include <unistd.h>
+#endif
 
 #include "error_text.h"
 
@@ -10,110 +17,93 @@ namespace latigo::cli {
 
 namespace {
 
-constexpr std::size_t ReadSize = 1 << 16;
+constexpr std::size_t ReadSize = 1 << 18;
 constexpr std::size_t LongestLine = 1 << 20;
 
 [[noreturn]] void ThrowSystemError(const std::string& name) {
   throw UsageError(name + ": " + std::strerror(errno));
 }
 
+// Reads what is there, without waiting for more; 0 at the end, negative for a failure.
+long ReadSome(std::FILE* file, char* buffer, std::size_t size) {
+#if defined(_WIN32)
+  return _read(_fileno(file), buffer, static_cast<unsigned>(size));
+#else
+  return read(fileno(file), buffer, size);
+#endif
+}
+
 }  // namespace
 
-LineReader::LineReader(const std::string& path)
-    : name_(path == "-" ? "standard input" : path),
-      file_(path == "-" ? stdin : std::fopen(path.c_str(), "rb")),
-      buffer_(ReadSize) {
-  if (file_ == nullptr) {
-    ThrowSystemError(name_);
+bool NextLine(std::string_view& text, std::string_view& line) {
+  if (text.empty()) {
+    return false;
   }
-}
-
-LineReader::~LineReader() {
-  if (file_ != stdin) {
-    std::fclose(file_);
-  }
-}
-
-// Reads on behind what is there; false if there is nothing more.
-bool LineReader::Fill() {
-  if (begin_ > 0) {
-    std::memmove(buffer_.data(), buffer_.data() + begin_, end_ - begin_);
-    end_ -= begin_;
-    begin_ = 0;
-  }
-  if (end_ == buffer_.size()) {
-    buffer_.resize(2 * buffer_.size());
-  }
-  errno = 0;
-  const std::size_t more = std::fread(buffer_.data() + end_, 1, buffer_.size() - end_, file_);
-  if (more == 0 && std::ferror(file_) != 0) {
-    ThrowSystemError(name_);
-  }
-  end_ += more;
-  return more > 0;
-}
-
-void LineReader::SkipLine() {
-  for (;;) {
-    if (const void* feed = std::memchr(buffer_.data() + begin_, '\n', end_ - begin_); feed != nullptr) {
-      begin_ = static_cast<std::size_t>(static_cast<const char*>(feed) - buffer_.data()) + 1;
-      return;
-    }
-    begin_ = end_;
-    if (!Fill()) {
-      return;
-    }
-  }
-}
-
-bool LineReader::Next(std::string_view& line) {
-  if (tooLong_) {
-    tooLong_ = false;
-    SkipLine();
-  }
-  std::size_t searched = 0;
-  for (;;) {
-    const char* const start = buffer_.data() + begin_;
-    const std::size_t length = end_ - begin_;
-    if (const void* feed = std::memchr(start + searched, '\n', length - searched); feed != nullptr) {
-      line = {start, static_cast<std::size_t>(static_cast<const char*>(feed) - start)};
-      begin_ += line.size() + 1;
-      break;
-    }
-    searched = length;
-    if (length >= LongestLine) {
-      tooLong_ = true;
-      line = {start, length};
-      begin_ = end_;
-      break;
-    }
-    if (!Fill()) {
-      if (length == 0) {
-        return false;
-      }
-      line = {buffer_.data() + begin_, length};
-      begin_ = end_;
-      break;
-    }
-  }
+  const std::size_t feed = std::min(text.find('\n'), text.size());
+  line = text.substr(0, feed);
+  text.remove_prefix(std::min(feed + 1, text.size()));
   if (line.ends_with('\r')) {
     line.remove_suffix(1);
   }
-  ++number_;
   return true;
 }
 
-void Writer::Text(std::string_view text) {
-  if (buffer_.size() + text.size() > Size) {
-    Flush();
+void BlockReader::CloseFile::operator()(std::FILE* file) const {
+  if (file != stdin) {
+    std::fclose(file);
   }
-  if (text.size() > Size) {
-    if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size()) {
-      ThrowSystemError("standard output");
+}
+
+BlockReader::BlockReader(const std::string& path)
+    : name_(path == "-" ? "standard input" : path), file_(path == "-" ? stdin : std::fopen(path.c_str(), "rb")) {
+  if (!file_) {
+    ThrowSystemError(name_);
+  }
+}
+
+bool BlockReader::ReadMore(std::string& bytes) {
+  const std::size_t length = bytes.size();
+  bytes.resize(length + ReadSize);
+  const long more = ReadSome(file_.get(), bytes.data() + length, ReadSize);
+  if (more < 0) {
+    ThrowSystemError(name_);
+  }
+  bytes.resize(length + static_cast<std::size_t>(more));
+  return more > 0;
+}
+
+// Leaves what follows the line in `bytes`.
+void BlockReader::SkipLine(std::string& bytes) {
+  do {
+    bytes.clear();
+    if (!ReadMore(bytes)) {
+      return;
     }
-    return;
+  } while (bytes.find('\n') == std::string::npos);
+  bytes.erase(0, bytes.find('\n') + 1);
+}
+
+bool BlockReader::Next(Block& block) {
+  block.bytes = std::move(rest_);
+  rest_.clear();
+  block.firstLine = nextLine_;
+  block.cut = false;
+  std::size_t feed = block.bytes.rfind('\n');
+  for (; feed == std::string::npos; feed = block.bytes.rfind('\n')) {
+    if (block.bytes.size() >= LongestLine) {
+      block.cut = true;
+      SkipLine(rest_);
+      ++nextLine_;
+      return true;
+    }
+    if (!ReadMore(block.bytes)) {
+      return !block.bytes.empty();
+    }
   }
-  buffer_.append(text);
+  rest_.assign(block.bytes, feed + 1);
+  block.bytes.resize(feed + 1);
+  nextLine_ += static_cast<std::size_t>(std::count(block.bytes.begin(), block.bytes.end(), '\n'));
+  return true;
 }
 
 void Writer::Number(double value, int precision) {
@@ -132,11 +122,10 @@ void Writer::Dms(double degrees, Axis axis, int precision) {
   Text({text, static_cast<std::size_t>(end - text)});
 }
 
-void Writer::Flush() {
-  if (std::fwrite(buffer_.data(), 1, buffer_.size(), stdout) != buffer_.size() || std::fflush(stdout) != 0) {
+void Print(std::string_view text) {
+  if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size() || std::fflush(stdout) != 0) {
     ThrowSystemError("standard output");
   }
-  buffer_.clear();
 }
 
 }  // namespace latigo::cli

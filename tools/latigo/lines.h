@@ -1,60 +1,67 @@
-// Lines in and out through large buffers; nothing is allocated per line.
+// Lines in and out in large blocks; nothing is allocated per line.
 #pragma once
 
 #include <cstddef>
 #include <cstdio>
+#include <memory>
 #include <string>
 #include <string_view>
-#include <vector>
 
 #include "angle.h"
 
 namespace latigo::cli {
 
-class LineReader {
+// Whole lines of a file. The last one may lack its end.
+struct Block {
+  std::string bytes;
+  std::size_t firstLine = 1;  // number of the first line in the file
+  bool cut = false;           // the block is the beginning of one line beyond the limit of length
+};
+
+// Takes the next line, without its end (LF or CRLF), from the front of the text; false if the text is empty.
+bool NextLine(std::string_view& text, std::string_view& line);
+
+class BlockReader {
  public:
   // Reads a file, or standard input for "-". Throws UsageError if the file cannot be read.
-  explicit LineReader(const std::string& path);
-  ~LineReader();
-  LineReader(const LineReader&) = delete;
-  LineReader& operator=(const LineReader&) = delete;
+  explicit BlockReader(const std::string& path);
 
-  // Gives the next line without its end (LF or CRLF), valid until the next call; false at the end of the file. Of a
-  // line beyond the limit of length only the beginning is given, and TooLong says so.
-  bool Next(std::string_view& line);
+  // Gives what is there as soon as it holds a whole line; false at the end of the file.
+  bool Next(Block& block);
 
-  bool TooLong() const { return tooLong_; }
-  std::size_t Number() const { return number_; }  // of the line, from 1
   const std::string& Name() const { return name_; }
 
  private:
-  bool Fill();
-  void SkipLine();
+  struct CloseFile {
+    void operator()(std::FILE* file) const;
+  };
+
+  // Appends what can be read at once; false at the end of the file.
+  bool ReadMore(std::string& bytes);
+  void SkipLine(std::string& bytes);
 
   std::string name_;
-  std::FILE* file_;
-  std::vector<char> buffer_;
-  std::size_t begin_ = 0;  // what is not yet given lies from begin_ to end_
-  std::size_t end_ = 0;
-  std::size_t number_ = 0;
-  bool tooLong_ = false;
+  std::unique_ptr<std::FILE, CloseFile> file_;
+  std::string rest_;  // the beginning of a line
+  std::size_t nextLine_ = 1;
 };
 
-// Standard output. Throws UsageError if it cannot be written.
+// Text in the making.
 class Writer {
  public:
-  Writer() { buffer_.reserve(Size); }
-
-  void Text(std::string_view text);
-  void Char(char c) { Text({&c, 1}); }
+  void Text(std::string_view text) { text_.append(text); }
+  void Char(char c) { text_.push_back(c); }
   // A number with so many digits behind the point; never "-0".
   void Number(double value, int precision);
   void Dms(double degrees, Axis axis, int precision);
-  void Flush();
+
+  const std::string& Written() const { return text_; }
 
  private:
-  static constexpr std::size_t Size = 1 << 16;
-  std::string buffer_;
+  std::string text_;
 };
+
+// Writes a text to standard output at once. Throws UsageError if that cannot be done.
+void Print(std::string_view text);
 
 }  // namespace latigo::cli

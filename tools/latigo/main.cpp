@@ -14,12 +14,12 @@ using latigo::cli::Options;
 
 constexpr const char* PointsHelp =
     "Points are read from files or standard input, one a line: two coordinates, perhaps a height, and anything else, "
-    "which "
-    "is carried through. Fields are separated by blanks or by commas. Angles are decimal degrees or degrees, minutes "
-    "and "
-    "seconds (52.5, 52:30:00N, 52\u00B030'00\"N). Blank lines and lines that begin with # pass through. A line that is "
-    "no "
-    "point, or a point that fails, gives * for each value and a message, and the exit status is 1 at the end; a wrong "
+    "which is carried through. Fields are separated by blanks or by commas. Angles are decimal degrees or degrees, "
+    "minutes "
+    "and seconds (52.5, 52:30:00N, 52\u00B030'00\"N). Blank lines and lines that begin with # pass through. A line "
+    "that is "
+    "no point, or a point that fails, gives * for each value and a message, and the exit status is 1 at the end; a "
+    "wrong "
     "file, section or argument gives exit status 2.";
 
 void AddSystem(CLI::App& command, Options& options) {
@@ -34,6 +34,7 @@ CLI::App* AddPointCommand(CLI::App& app, Options& options, const char* name, con
   AddSystem(*command, options);
   command->add_option("POINTS", options.points, "files of points; none or - for standard input");
   command->add_option("--precision", options.precision, "digits behind the point")->check(CLI::Range(0, 15));
+  command->add_option("--jobs", options.jobs, "threads; the order of the lines stays")->check(CLI::Range(1, 256));
   command->add_flag("--dms", options.dms, "write angles as degrees, minutes and seconds");
   command->add_flag("--lonlat", options.lonlat, "longitude before latitude, in input and output");
   return command;
