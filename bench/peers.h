@@ -1,0 +1,40 @@
+// The peers: PROJ and GeographicLib doing the work of a row. Without a peer's development files at build time its
+// functions do nothing, and the rows go without it.
+#pragma once
+
+#include <latigo/latigo.h>
+
+#include <string>
+
+#include "rows.h"
+
+namespace bench {
+
+inline constexpr double Degree = 0.017453292519943295;  // radians
+
+// Units of GeographicLib's calls, seen from radians and metres.
+inline constexpr Units DegreesIn = {{Degree, Degree, Degree, Degree, 1}, {1, 1, 1, 1, 1}};
+inline constexpr Units DegreesOut = {{1, 1, 1, 1, 1}, {Degree, Degree, Degree, 1, 1}};
+inline constexpr Units DegreesInHeight = {{Degree, Degree, 1, 1, 1}, {1, 1, 1, 1, 1}};
+inline constexpr Units DegreesOutHeight = {{1, 1, 1, 1, 1}, {Degree, Degree, 1, 1, 1}};
+
+// PROJ's definition of an ellipsoid and a false origin: "+proj=NAME +a=... +rf=... +x_0=... +y_0=... EXTRA".
+std::string ProjText(const std::string& name, const GeodesyParams& params, const std::string& extra);
+// " +KEY=DEGREES" of an angle in radians.
+std::string ProjAngle(const std::string& key, double radians);
+std::string ProjNumber(const std::string& key, double value);
+
+// proj_trans; a row's position is latitude, longitude, height, and what has gone through is x, y, z.
+void AddProjForward(Row& row, const Task& task, const Values& tolerance, const std::string& definition,
+                    const std::string& name = "PROJ");
+void AddProjInverse(Row& row, const Task& task, const Values& tolerance, const std::string& definition,
+                    const std::string& name = "PROJ");
+
+// proj_factors at latitude and longitude: the scale along the parallel.
+void AddProjFactors(Row& row, const Task& task, const Values& tolerance, const std::string& definition);
+
+// GeographicLib's class for the projection kind, where it has one.
+void AddGeographicLibForward(Row& row, const Task& task, const Values& tolerance, const GeodesyParams& params);
+void AddGeographicLibInverse(Row& row, const Task& task, const Values& tolerance, const GeodesyParams& params);
+
+}  // namespace bench

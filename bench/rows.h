@@ -1,0 +1,117 @@
+// A row of the benchmark: contestants that do the same work on the same points. Before a row is timed, the answers of
+// all contestants are compared. Timing goes in rounds: each contestant converts all points once, in turn, and every
+// other round the order is the other way round, so that whatever disturbs the machine disturbs neighbours alike. What
+// is reported is the median over the rounds of the ratio within a round.
+#pragma once
+
+#include <array>
+#include <chrono>
+#include <functional>
+#include <memory>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace bench {
+
+// What a conversion takes or gives; a row uses as many of them as it needs.
+using Values = std::array<double, 5>;
+using Points = std::vector<Values>;
+
+inline constexpr std::size_t PointCount = 1024;
+
+// Limits between which a random value lies.
+struct Range {
+  double low, high;
+};
+Points RandomPoints(const std::vector<Range>& ranges, std::size_t count = PointCount);
+
+struct Contestant {
+  std::string name;
+  // One round; gives the nanoseconds that a point took.
+  std::function<double()> round;
+  // The answers for the points of comparison, in the units of the row; empty if there is nothing to compare.
+  std::function<Points()> answers;
+  // How far the answers may be from the first contestant's.
+  Values tolerance{};
+};
+
+// Units in which a contestant takes and gives its values, as parts of the row's.
+struct Units {
+  Values in{1, 1, 1, 1, 1};
+  Values out{1, 1, 1, 1, 1};
+};
+
+struct Row {
+  std::string name;
+  std::vector<Contestant> contestants;                  // the first is the one that the row is about
+  std::vector<std::pair<std::string, double>> targets;  // largest ratio to a contestant's time
+  bool onlyCompared = false;                            // a ratio to the floor binds nothing
+
+  void Add(Contestant contestant) { contestants.push_back(std::move(contestant)); }
+};
+
+Points Scaled(const Points& points, const Values& factors, bool divide);
+
+// Values between the clock's readings are in nanoseconds.
+class Stopwatch {
+ public:
+  double Nanoseconds() const {
+    return std::chrono::duration<double, std::nano>(std::chrono::steady_clock::now() - start_).count();
+  }
+
+ private:
+  std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
+};
+
+// The points of a row, and those at which answers are compared: all of them, unless the row gives others.
+struct Task {
+  Points points;
+  Points comparison;
+
+  const Points& Compared() const { return comparison.empty() ? points : comparison; }
+};
+
+// A contestant of a conversion point by point: convert(const Values& in, Values& out). All such contestants run this
+// one loop.
+template <typename Convert>
+Contestant PointByPoint(std::string name, const Task& task, const Values& tolerance, Convert convert,
+                        const Units& units = {}) {
+  struct State {
+    Convert convert;
+    Points in, out;
+  };
+  const auto state = std::make_shared<State>(
+      State{std::move(convert), Scaled(task.points, units.in, true), Points(task.points.size())});
+  const auto round = [state] {
+    const Stopwatch watch;
+    for (std::size_t i = 0; i < state->in.size(); ++i) {
+      state->convert(state->in[i], state->out[i]);
+    }
+    return watch.Nanoseconds() / static_cast<double>(state->in.size());
+  };
+  const auto answers = [state, compared = Scaled(task.Compared(), units.in, true), out = units.out] {
+    Points results(compared.size());
+    for (std::size_t i = 0; i < compared.size(); ++i) {
+      state->convert(compared[i], results[i]);
+    }
+    return Scaled(results, out, false);
+  };
+  return {std::move(name), round, answers, tolerance};
+}
+
+// Tolerances of positions, for answers in metres and in radians.
+constexpr Values Metres(double tolerance) {
+  return {tolerance, tolerance, tolerance, 0, 0};
+}
+constexpr Values Radians(double tolerance) {
+  return {tolerance, tolerance, 0, 0, 0};
+}
+
+// Puts a row on Google Benchmark's list.
+void Register(Row row);
+
+// False once any row's contestants disagreed.
+bool AllAgreed();
+
+}  // namespace bench
