@@ -184,8 +184,8 @@ void AddGeographicLib(Row& row, const Task& task, const Values& tolerance, const
     }
     case 11: {
       const GeographicLib::Geodesic geodesic(a, f);
-      const Soldner soldner{GeographicLib::CassiniSoldner(params.RefLatitude / Degree,
-                                                          params.CentralMeridian / Degree, geodesic)};
+      const Soldner soldner{
+          GeographicLib::CassiniSoldner(params.RefLatitude / Degree, params.CentralMeridian / Degree, geodesic)};
       AddClass<Inverse>(row, task, tolerance, params, soldner, 0.0);
       return;
     }

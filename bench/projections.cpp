@@ -163,21 +163,20 @@ void AddRows(const Run& run, const Case& kind) {
                              [object, XYGeo = library.XYGeo](const Values& in, Values& out) {
                                XYGeo(object.get(), in[0], in[1], &out[0], &out[1]);
                              }));
-    scale.Add(PointByPoint(
-        library.name, grid, {FloorScale},
-        [object, Scale = library.Scale](const Values& in, Values& out) { out[0] = Scale(object.get(), in[0], in[1]); }));
+    scale.Add(
+        PointByPoint(library.name, grid, {FloorScale}, [object, Scale = library.Scale](const Values& in, Values& out) {
+          out[0] = Scale(object.get(), in[0], in[1]);
+        }));
   }
   if (run.WithOthers()) {
-    forward.Add(PointByPoint("floor", geographic, Metres(FloorMetres), [floor](const Values& in, Values& out) {
-      floor.GeoXY(in[0], in[1], out[0], out[1]);
-    }));
+    forward.Add(PointByPoint("floor", geographic, Metres(FloorMetres),
+                             [floor](const Values& in, Values& out) { floor.GeoXY(in[0], in[1], out[0], out[1]); }));
     AddProjForward(forward, geographic, Metres(kind.forwardTolerance), definition);
     AddGeographicLibForward(forward, geographic, Metres(kind.forwardTolerance), params);
     forward.targets = {{"PROJ", kind.forwardTarget}};
 
-    inverse.Add(PointByPoint("floor", grid, Radians(FloorRadians), [floor](const Values& in, Values& out) {
-      floor.XYGeo(in[0], in[1], out[0], out[1]);
-    }));
+    inverse.Add(PointByPoint("floor", grid, Radians(FloorRadians),
+                             [floor](const Values& in, Values& out) { floor.XYGeo(in[0], in[1], out[0], out[1]); }));
     AddProjInverse(inverse, grid, Radians(kind.inverseTolerance), definition);
     AddGeographicLibInverse(inverse, grid, Radians(kind.inverseTolerance), params);
     inverse.targets = {{"PROJ", kind.inverseTarget}};

@@ -31,10 +31,10 @@ class AzimuthEqDistFloor : FloorEllipsoid {
     const double H2 = H * H;
     const double GH = G * H;
     const double s2 = s * s;
-    const double c = N0 * s *
-                     (1 - s2 * H2 * (1 - H2) * (1.0 / 6) + s2 * s * (1.0 / 8) * GH * (1 - 2 * H2) +
-                      s2 * s2 * (1.0 / 120) * (H2 * (4 - 7 * H2) - 3 * G * G * (1 - 7 * H2)) -
-                      s2 * s2 * s * (1.0 / 48) * GH);
+    const double c =
+        N0 * s *
+        (1 - s2 * H2 * (1 - H2) * (1.0 / 6) + s2 * s * (1.0 / 8) * GH * (1 - 2 * H2) +
+         s2 * s2 * (1.0 / 120) * (H2 * (4 - 7 * H2) - 3 * G * G * (1 - 7 * H2)) - s2 * s2 * s * (1.0 / 48) * GH);
     x = c * sinAz + x0;
     y = c * cosAz + y0;
   }

@@ -22,11 +22,7 @@ struct SphereFloor : FloorEllipsoid {
 class StereographicFloor : SphereFloor {
  public:
   explicit StereographicFloor(const GeodesyParams& p)
-      : SphereFloor(p),
-        k0(p.ScaleFactor),
-        lambda0N(p.CentralMeridian * n),
-        x0(p.FalseEasting),
-        y0(p.FalseNorthing) {}
+      : SphereFloor(p), k0(p.ScaleFactor), lambda0N(p.CentralMeridian * n), x0(p.FalseEasting), y0(p.FalseNorthing) {}
 
   void GeoXY(double phi, double lambda, double& x, double& y) const {
     const double z = std::exp(K + n * Isometric(std::sin(phi)));
@@ -89,11 +85,7 @@ class StereographicFloor : SphereFloor {
 class ObliqueCylindricalFloor : SphereFloor {
  public:
   explicit ObliqueCylindricalFloor(const GeodesyParams& p)
-      : SphereFloor(p),
-        RK(R * p.ScaleFactor),
-        lambda0(p.CentralMeridian),
-        x0(p.FalseEasting),
-        y0(p.FalseNorthing) {}
+      : SphereFloor(p), RK(R * p.ScaleFactor), lambda0(p.CentralMeridian), x0(p.FalseEasting), y0(p.FalseNorthing) {}
 
   void GeoXY(double phi, double lambda, double& x, double& y) const {
     const double E = std::exp(K + n * Isometric(std::sin(phi)));
@@ -122,8 +114,7 @@ class ObliqueCylindricalFloor : SphereFloor {
     do {
       const double v = w * w;
       // (1 + e s) / (1 - e s) with s = (v - 1) / (v + 1)
-      const double next =
-          expS * std::exp(halfE * std::log((oneMinusE + onePlusE * v) / (onePlusE + oneMinusE * v)));
+      const double next = expS * std::exp(halfE * std::log((oneMinusE + onePlusE * v) / (onePlusE + oneMinusE * v)));
       change = std::fabs(next - w);
       scale = 1 + next * w;
       w = next;

@@ -1,10 +1,76 @@
-// The constants of angles, as the doubles that all formulas share.
+// Angles: their constants, as the doubles that all formulas share, and the functions that come in pairs.
 #pragma once
+
+#include <array>
+#include <cmath>
 
 namespace latigo {
 
 inline constexpr double Pi = 3.141592653589793;
 inline constexpr double HalfPi = 1.5707963267948966;
 inline constexpr double TwoPi = 6.283185307179586;
+
+// Sine and cosine of one angle, worked out together.
+struct SinCos {
+  double sin, cos;
+};
+
+inline SinCos SinCosOf(double angle) {
+  return {std::sin(angle), std::cos(angle)};
+}
+
+// A series in multiple angles: coefficients of sin w, sin 2w, sin 3w, sin 4w.
+using FourTerms = std::array<double, 4>;
+
+// Its sum, by sine and cosine of w alone.
+inline double SineSeries(const FourTerms& B, const SinCos& w) {
+  return w.sin * (B[0] - B[2] + w.cos * (2 * B[1] - 4 * B[3] + w.cos * (4 * B[2] + w.cos * (8 * B[3]))));
+}
+
+// Sine and cosine of twice the angle.
+inline SinCos Doubled(const SinCos& angle) {
+  return {2 * angle.sin * angle.cos, 1 - 2 * angle.sin * angle.sin};
+}
+
+// Sine and cosine of the latitude pi/2 - 2 atan(u), by the tangent u of half its complement, which is not negative:
+// (1 - u^2) / (1 + u^2) and 2u / (1 + u^2). Beyond 1 by the reciprocal, which does not overflow.
+inline SinCos FromHalfComplement(double u) {
+  const double v = u > 1 ? 1 / u : u;
+  const double d = 1 / (1 + v * v);
+  const double sine = (1 - v * v) * d;
+  return {u > 1 ? -sine : sine, 2 * v * d};
+}
+
+// tan(pi/4 + phi/2) and sin(phi) of a latitude, from one pair of functions. Negative tangents lie beyond the poles.
+struct HalfAngle {
+  double tangent, sine;
+};
+
+inline HalfAngle HalfAngleOf(double phi) {
+  const auto [s, c] = SinCosOf(phi / 2 + HalfPi / 2);
+  return {s / c, (s - c) * (s + c)};
+}
+
+// The same of the latitude whose isometric latitude on the sphere, ln tan(pi/4 + phi/2), is q.
+inline SinCos FromIsometric(double q) {
+  const auto [s, c] = FromHalfComplement(std::exp(-std::fabs(q)));
+  return {std::copysign(s, q), c};
+}
+
+// The isometric latitude on the sphere, by the sine of the latitude.
+inline double SphereIsometric(double sine) {
+  return std::log((1 + sine) / (1 - sine)) / 2;
+}
+
+// The cosine of the angle with this sine, from -pi/2 to pi/2.
+inline double CosOfSine(double sine) {
+  return std::sqrt((1 - sine) * (1 + sine));
+}
+
+// The root of a sum of squares; by the C library only where the squares leave the range of doubles.
+inline double Hypotenuse(double x, double y) {
+  const double r2 = x * x + y * y;
+  return 1e-280 < r2 && r2 < 1e300 ? std::sqrt(r2) : std::hypot(x, y);
+}
 
 }  // namespace latigo

@@ -1,5 +1,6 @@
 #include "datum/ellipsoid.h"
 
+#include <algorithm>
 #include <cmath>
 
 #include "datum/angles.h"
@@ -11,6 +12,9 @@ namespace {
 // The latitude of ECEFGeo is good when a pass changes it by no more than this, radians (6 mm on the earth; the error
 // left is e2 times smaller).
 constexpr double LatitudeTolerance = 1e-9;
+
+// Beyond it a latitude is that of the pole, and its square would leave the range of doubles.
+constexpr double LargestTangent = 1e150;
 
 // Three to five passes are the rule; the bound only ends what would never end, far inside the earth.
 constexpr int MaxPasses = 1000;
@@ -27,8 +31,7 @@ Ellipsoid Ellipsoid::FromInvFlattening(double semiMajorAxis, double invFlattenin
 }
 
 double Ellipsoid::PrimeVerticalRadius(double phi) const {
-  const double s = std::sin(phi);
-  return a_ / std::sqrt(1 - e2_ * s * s);
+  return NOfSine(std::sin(phi));
 }
 
 double Ellipsoid::MeridianRadius(double phi) const {
@@ -38,41 +41,45 @@ double Ellipsoid::MeridianRadius(double phi) const {
 }
 
 double Ellipsoid::MeridianArc(double phi) const {
+  const auto [A0, B] = MeridianArcTerms();
+  return a_ * (A0 * phi + B[0] * std::sin(2 * phi) + B[1] * std::sin(4 * phi) + B[2] * std::sin(6 * phi));
+}
+
+Ellipsoid::ArcTerms Ellipsoid::MeridianArcTerms() const {
   const double t = 0.0439453125 * e2_;
   const double A0 = ((-0.01953125 * e2_ - 0.046875) * e2_ - 0.25) * e2_ + 1;
   const double A2 = ((0.09375 + t) * e2_ + 0.375) * e2_;
   const double A4 = (t + 0.05859375) * e2_ * e2_;
   const double A6 = -0.01139322916667 * e2_ * e2_ * e2_;
-  return a_ * (A0 * phi - A2 * std::sin(2 * phi) + A4 * std::sin(4 * phi) + A6 * std::sin(6 * phi));
+  return {A0, {-A2, A4, A6, 0}};
 }
 
 Cartesian Ellipsoid::GeoECEF(const Geographic& position) const {
-  const auto [phi, lambda, h] = position;
-  const double s = std::sin(phi);
-  const double c = std::cos(phi);
-  const double N = a_ / std::sqrt(1 - e2_ * s * s);
-  return {(N + h) * c * std::cos(lambda), (N + h) * c * std::sin(lambda), ((1 - e2_) * N + h) * s};
+  const SinCos phi = SinCosOf(position.phi);
+  const SinCos lambda = SinCosOf(position.lambda);
+  const double N = NOfSine(phi.sin);
+  const double p = (N + position.h) * phi.cos;
+  return {p * lambda.cos, p * lambda.sin, ((1 - e2_) * N + position.h) * phi.sin};
 }
 
 Geographic Ellipsoid::ECEFGeo(const Cartesian& position) const {
   const auto [X, Y, Z] = position;
-  const double p = std::hypot(X, Y);
+  const double p = Hypotenuse(X, Y);
   if (p == 0) {
     return {Z > 0 ? HalfPi : -HalfPi, 0, std::fabs(Z) - (1 - f_) * a_};
   }
-  double phi = std::atan((Z / (1 - e2_)) / p);
-  double N;
-  double change;
+  // phi' = atan((N e2 sin phi + Z) / p), on the tangent T of phi: N sin phi = a T / sqrt(1 + (1 - e2) T^2).
+  double T = std::clamp((Z / (1 - e2_)) / p, -LargestTangent, LargestTangent);
+  double last;
   int passes = 0;
   do {
-    const double s = std::sin(phi);
-    N = a_ / std::sqrt(1 - s * s * e2_);
-    const double phiNew = std::atan((N * e2_ * s + Z) / p);
-    change = std::fabs(phiNew - phi);
-    phi = phiNew;
-  } while (change > LatitudeTolerance && ++passes < MaxPasses);
+    last = T;
+    T = std::clamp((a_ * e2_ * last / std::sqrt(1 + (1 - e2_) * last * last) + Z) / p, -LargestTangent, LargestTangent);
+    // phi' - phi = atan((T' - T) / (1 + T T')), and the tolerance is its own tangent.
+  } while (std::fabs(T - last) > LatitudeTolerance * (1 + T * last) && ++passes < MaxPasses);
   // N belongs to the latitude before the last change.
-  return {phi, std::atan2(Y, X), p / std::cos(phi) - N};
+  const double N = a_ * std::sqrt((1 + last * last) / (1 + (1 - e2_) * last * last));
+  return {std::atan(T), std::atan2(Y, X), p * std::sqrt(1 + T * T) - N};
 }
 
 }  // namespace latigo

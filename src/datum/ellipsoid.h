@@ -2,6 +2,10 @@
 // positive; lengths are metres.
 #pragma once
 
+#include <cmath>
+
+#include "datum/angles.h"
+
 namespace latigo {
 
 struct Geographic {
@@ -31,8 +35,21 @@ class Ellipsoid {
   double PrimeVerticalRadius(double phi) const;  // N(phi), metres
   double MeridianRadius(double phi) const;       // M(phi), metres
 
+  // N by the sine of the latitude.
+  double NOfSine(double sinPhi) const { return a_ / std::sqrt(1 - e2_ * sinPhi * sinPhi); }
+
   // Length of the meridian from the equator to phi, metres, signed as phi: the series in e2 up to e^6.
   double MeridianArc(double phi) const;
+
+  // The same with the series worked out beforehand, and its sines from the sine and cosine of phi.
+  struct ArcTerms {
+    double A0;
+    FourTerms sines;  // of 2 phi, 4 phi, 6 phi; the last is 0
+  };
+  ArcTerms MeridianArcTerms() const;
+  double MeridianArc(const ArcTerms& terms, double phi, const SinCos& of) const {
+    return a_ * (terms.A0 * phi + SineSeries(terms.sines, Doubled(of)));
+  }
 
   Cartesian GeoECEF(const Geographic& position) const;
 

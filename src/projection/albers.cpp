@@ -40,9 +40,13 @@ double Albers::Radius(double q) const {
   return SemiMajor * std::sqrt(ConeRoot - ConeConstant * q) / ConeConstant;
 }
 
-double Albers::QOfRadius(double rho) const {
-  const double ratio = rho * ConeConstant / SemiMajor;
-  return (ConeRoot - ratio * ratio) / ConeConstant;
+double Albers::RootSquared(double dx, double dy) const {
+  const double ratio = ConeConstant / SemiMajor;
+  return (dx * dx + dy * dy) * (ratio * ratio);
+}
+
+double Albers::QOfRoot(double root2) const {
+  return (ConeRoot - root2) / ConeConstant;
 }
 
 Albers::Albers(const GeodesyParams& params)
@@ -57,10 +61,10 @@ Albers::Albers(const GeodesyParams& params)
 }
 
 errcode Albers::GeoXY(double& x, double& y, double phi, double lambda) const {
-  const double theta = ConeConstant * (lambda - CentralMeridian);
+  const SinCos theta = SinCosOf(ConeConstant * (lambda - CentralMeridian));
   const double rho = Radius(Q(std::sin(phi)));
-  x = rho * std::sin(theta) + FalseEasting;
-  y = (OriginRadius + FalseNorthing) - rho * std::cos(theta);
+  x = rho * theta.sin + FalseEasting;
+  y = (OriginRadius + FalseNorthing) - rho * theta.cos;
   return errcode();
 }
 
@@ -69,31 +73,33 @@ errcode Albers::XYGeo(double x, double y, double& phi, double& lambda) const {
   const double dy = OriginRadius - (y - FalseNorthing);
   const double theta = std::atan(dx / dy);  // of the quotient: the same for both signs of n
   lambda = theta / ConeConstant + CentralMeridian;
-  const double q = QOfRadius(std::hypot(dx, dy));
+  const double q = QOfRoot(RootSquared(dx, dy));
   if (std::fabs(q) > LargestQ) {
     return errcode(BeyondDomain, Fatal);
   }
-  double latitude = std::asin(q / 2);
+  SinCos of = {q / 2, CosOfSine(q / 2)};
+  phi = std::asin(q / 2);
   for (int pass = 1; pass <= MaxPasses; ++pass) {
-    const double s = std::sin(latitude);
-    const double W = 1 - e2() * s * s;
-    const double change = W * W / (2 * std::cos(latitude)) * (q / (1 - e2()) - s / W + L(s));
-    latitude += change;
+    const double W = 1 - e2() * of.sin * of.sin;
+    const double change = W / (2 * of.cos) * ((q / (1 - e2()) + L(of.sin)) * W - of.sin);
+    phi += change;
     if (!(std::fabs(change) > LatitudeTolerance)) {
-      phi = latitude;
       return pass < MaxPasses ? errcode() : errcode(NoConvergence, Fatal);
     }
+    of = SinCosOf(phi);
   }
-  phi = latitude;
   return errcode(NoConvergence, Fatal);
 }
 
 errcode Albers::Scale(double x, double y, double& k) const {
-  const double q = QOfRadius(std::hypot(x - FalseEasting, OriginRadius - (y - FalseNorthing)));
+  const double root2 = RootSquared(x - FalseEasting, OriginRadius - (y - FalseNorthing));
+  const double q = QOfRoot(root2);
   if (std::fabs(q) > LargestQ) {
     return errcode(BeyondDomain, Fatal);
   }
-  k = std::sqrt(ConeRoot - ConeConstant * q) / ParallelRatio(std::asin(q / 2));
+  // sqrt(C - n q) / m of the first latitude asin(q / 2).
+  const double s = q / 2;
+  k = std::sqrt(root2 * (1 - e2() * s * s) / ((1 - s) * (1 + s)));
   return errcode();
 }
 

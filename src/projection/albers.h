@@ -30,8 +30,9 @@ class Albers : public Projection {
   double Q(double s) const;
   // The radius of a latitude, grid units, from its q.
   double Radius(double q) const;
-  // q of a radius.
-  double QOfRadius(double rho) const;
+  // The way back, by the square of that root: (rho n / a)^2.
+  double RootSquared(double dx, double dy) const;
+  double QOfRoot(double root2) const;
   double MakeConeConstant() const;
 
   const double SemiMajor;     // a, grid units

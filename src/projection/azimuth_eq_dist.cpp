@@ -18,18 +18,15 @@ AzimuthEqDist::AzimuthEqDist(const GeodesyParams& params)
       N0(PrimeVerticalRadius(RefLatitude) / Unit),
       SecondEcc(e() / std::sqrt(1 - e2())),
       G(SecondEcc * SinLat0),
+      OriginTerm(e2() * N0 * Unit / a() * SinLat0),
       NorthPole(std::fabs(RefLatitude - HalfPi) < PoleTolerance),
       SouthPole(std::fabs(RefLatitude + HalfPi) < PoleTolerance) {}
 
 errcode AzimuthEqDist::GeoXY(double& x, double& y, double phi, double lambda) const {
-  const double dLambda = lambda - CentralMeridian;
-  const double sinD = std::sin(dLambda);
-  const double cosD = std::cos(dLambda);
-  const double sinPhi = std::sin(phi);
-  const double cosPhi = std::cos(phi);
-  const double N = a() / std::sqrt(1 - e2() * sinPhi * sinPhi) / Unit;
-  const double tanPsi = (1 - e2()) * (sinPhi / cosPhi) + e2() * N0 * SinLat0 / (N * cosPhi);
-  const double psi = std::atan(tanPsi);
+  const auto [sinD, cosD] = SinCosOf(lambda - CentralMeridian);
+  const auto [sinPhi, cosPhi] = SinCosOf(phi);
+  const double w = std::sqrt(1 - e2() * sinPhi * sinPhi);  // N0 / N(phi) is N0 Unit w / a
+  const double tanPsi = ((1 - e2()) * sinPhi + OriginTerm * w) / cosPhi;
   // Az is the arc tangent of east over north, and its sine and cosine follow by algebra: exact also on the central
   // meridian and on the opposite one, where the sine of an angle near pi is nothing but rounding.
   const double east = sinD;
@@ -42,13 +39,15 @@ errcode AzimuthEqDist::GeoXY(double& x, double& y, double phi, double lambda) co
   }
   const double sinAz = east / h;
   const double cosAz = north / h;
-  const double s = std::asin(std::min(std::cos(psi) * h, 1.0));  // angular distance
+  const double cosPsi = 1 / std::sqrt(1 + tanPsi * tanPsi);
+  const double s = std::asin(std::min(cosPsi * h, 1.0));  // angular distance
   const double H = SecondEcc * CosLat0 * cosAz;
   const double H2 = H * H;
+  const double GH = G * H;
   const double s2 = s * s;
   const double c = N0 * s *
-                   (1 - s2 * H2 * (1 - H2) / 6 + (s2 * s / 8) * G * H * (1 - 2 * H2) +
-                    (s2 * s2 / 120) * (H2 * (4 - 7 * H2) - 3 * G * G * (1 - 7 * H2)) - (s2 * s2 * s / 48) * G * H);
+                   (1 - s2 * H2 * (1 - H2) / 6 + s2 * s / 8 * GH * (1 - 2 * H2) +
+                    s2 * s2 / 120 * (H2 * (4 - 7 * H2) - 3 * G * G * (1 - 7 * H2)) - s2 * s2 * s / 48 * GH);
   x = c * sinAz + FalseEasting;
   y = c * cosAz + FalseNorthing;
   return errcode();
@@ -62,28 +61,28 @@ errcode AzimuthEqDist::XYGeo(double x, double y, double& phi, double& lambda) co
     lambda = CentralMeridian;
     return errcode();
   }
-  const double c = std::hypot(dx, dy);
-  const double Az = std::atan2(dx, dy);
-  const double cosAz = std::cos(Az);
-  const double g = e2() / (1 - e2());
+  const double c = Hypotenuse(dx, dy);
+  const double sinAz = dx / c;
+  const double cosAz = dy / c;
+  const double g = SecondEcc * SecondEcc;  // e2 / (1 - e2)
   const double A = -g * CosLat0 * CosLat0 * cosAz * cosAz;
   const double B = 3 * g * (1 - A) * SinLat0 * CosLat0 * cosAz;
   const double D = c / N0;
   const double D3 = D * D * D;
   const double E = D - A * (1 + A) * D3 / 6 - B * (1 + 3 * A) * D3 * D / 24;
   const double F = 1 - A * E * E / 2 - B * E * E * E / 6;
-  const double sinE = std::sin(E);
-  const double psi = std::asin(SinLat0 * std::cos(E) + CosLat0 * sinE * cosAz);
-  const double sinPsi = std::sin(psi);
-  const double cosPsi = std::cos(psi);
+  const auto [sinE, cosE] = SinCosOf(E);
+  const double sinPsi = SinLat0 * cosE + CosLat0 * sinE * cosAz;
+  const double cosPsi = CosOfSine(sinPsi);
   if (NorthPole) {
     lambda = std::atan2(dx, -dy) + CentralMeridian;
   } else if (SouthPole) {
-    lambda = Az + CentralMeridian;
+    lambda = std::atan2(dx, dy) + CentralMeridian;
   } else {
-    lambda = NormalizeLongitude(std::asin(std::sin(Az) * sinE / cosPsi) + CentralMeridian);
+    lambda = NormalizeLongitude(std::asin(sinAz * sinE / cosPsi) + CentralMeridian);
   }
-  phi = std::atan((1 - e2() * F * SinLat0 / sinPsi) * (sinPsi / cosPsi) / (1 - e2()));
+  // (1 - e2 F sin phi0 / sin psi) tan psi / (1 - e2), which has a value on the equator of psi too.
+  phi = std::atan((sinPsi - e2() * F * SinLat0) / (cosPsi * (1 - e2())));
   return errcode();
 }
 

@@ -29,6 +29,7 @@ class AzimuthEqDist : public Projection {
   const double N0;                  // prime vertical radius at the origin, grid units
   const double SecondEcc;           // e / sqrt(1 - e2)
   const double G;                   // e sin(phi0) / sqrt(1 - e2)
+  const double OriginTerm;          // e2 N0 sin(phi0) / a, with N0 in metres
   const bool NorthPole, SouthPole;  // the origin is the pole
 };
 

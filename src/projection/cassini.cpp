@@ -20,43 +20,40 @@ double ThirdFlattening(double a, double f) {
 
 Cassini::Cassini(const GeodesyParams& params)
     : Projection(params),
-      Arc0(MeridianArc(RefLatitude) / Unit),
+      Arc(MeridianArcTerms()),
+      Arc0(MeridianArc(Arc, RefLatitude, SinCosOf(RefLatitude)) / Unit),
       SecondEccSquared(e2() / (1 - e2())),
       ArcRadius(a() * ArcRatio(e2())),
       FootCoeffs(FootpointSeries(ThirdFlattening(a(), f()))) {}
 
 errcode Cassini::GeoXY(double& x, double& y, double phi, double lambda) const {
-  const double s = std::sin(phi);
-  const double c = std::cos(phi);
-  const double N = a() / std::sqrt(1 - e2() * s * s) / Unit;
+  const SinCos of = SinCosOf(phi);
+  const auto [s, c] = of;
+  const double N = NOfSine(s) / Unit;
   const double A = (lambda - CentralMeridian) * c;
   const double A2 = A * A;
   const double C = SecondEccSquared * c * c;
   const double t = s / c;
   const double T = t * t;
-  x = (A - T * A2 * A / 6 - T * (8 - T + 8 * C) * A2 * A2 * A / 120) * N + FalseEasting;
-  y = MeridianArc(phi) / Unit - Arc0 + (A2 / 2 + (5 - T + 6 * C) * A2 * A2 / 24) * t * N + FalseNorthing;
+  x = A * (1 - T * A2 / 6 - T * (8 - T + 8 * C) * A2 * A2 / 120) * N + FalseEasting;
+  y = MeridianArc(Arc, phi, of) / Unit - Arc0 + A2 * (0.5 + (5 - T + 6 * C) * A2 / 24) * t * N + FalseNorthing;
   return errcode();
 }
 
 errcode Cassini::XYGeo(double x, double y, double& phi, double& lambda) const {
   const double M1 = (Arc0 + y - FalseNorthing) * Unit;
   const double mu = M1 / ArcRadius;
-  const auto& [B2, B4, B6, B8] = FootCoeffs;
-  const double phi1 =
-      mu + B2 * std::sin(2 * mu) + B4 * std::sin(4 * mu) + B6 * std::sin(6 * mu) + B8 * std::sin(8 * mu);
+  const double phi1 = mu + SineSeries(FootCoeffs, Doubled(SinCosOf(mu)));
 
-  const double s = std::sin(phi1);
-  const double c = std::cos(phi1);
-  const double w = std::sqrt(1 - e2() * s * s);
-  const double N1 = a() / w;
-  const double R1 = a() * (1 - e2()) / (w * w * w);
+  const auto [s, c] = SinCosOf(phi1);
+  const double w2 = 1 - e2() * s * s;
   const double t1 = s / c;
   const double T1 = t1 * t1;
-  const double D = (x - FalseEasting) * Unit / N1;
+  const double D = (x - FalseEasting) * Unit * std::sqrt(w2) / a();
   const double D2 = D * D;
-  phi = phi1 - (N1 * t1 / R1) * (D2 / 2 - (1 + 3 * T1) * D2 * D2 / 24);
-  lambda = CentralMeridian + (D - T1 * D2 * D / 3 + (1 + 3 * T1) * T1 * D2 * D2 * D / 15) / c;
+  // N1 / R1 is w^2 / (1 - e2).
+  phi = phi1 - w2 * t1 / (1 - e2()) * D2 * (0.5 - (1 + 3 * T1) * D2 / 24);
+  lambda = CentralMeridian + D * (1 - T1 * D2 * (1.0 / 3 - (1 + 3 * T1) * D2 / 15)) / c;
   return errcode();
 }
 

@@ -7,7 +7,7 @@
 // at 7. Failures: none. The scale factor is always given as 1.
 #pragma once
 
-#include "projection/footpoint.h"
+#include "projection/meridian_series.h"
 #include "projection/projection.h"
 
 namespace latigo {
@@ -23,6 +23,7 @@ class Cassini : public Projection {
   errcode Scale(double x, double y, double& k) const override { return UnitScale(x, y, k); }
 
  private:
+  const ArcTerms Arc;             // the series of the meridian arc
   const double Arc0;              // M0: meridian arc from the equator to RefLatitude, grid units
   const double SecondEccSquared;  // e'2
   const double ArcRadius;         // meridian arc per radian of the rectifying latitude, metres

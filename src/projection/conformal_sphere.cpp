@@ -16,6 +16,10 @@ double Exponent(double e2, double phi0) {
 ConformalSphere::ConformalSphere(const Ellipsoid& ellipsoid, double phi0)
     : exponent(Exponent(ellipsoid.e2(), phi0)),
       chi0(std::asin(std::sin(phi0) / exponent)),
-      radius(std::sqrt(ellipsoid.PrimeVerticalRadius(phi0) * ellipsoid.MeridianRadius(phi0))) {}
+      sinChi0(std::sin(chi0)),
+      cosChi0(std::cos(chi0)),
+      radius(std::sqrt(ellipsoid.PrimeVerticalRadius(phi0) * ellipsoid.MeridianRadius(phi0))),
+      e(ellipsoid.e()),
+      constant(std::log(HalfAngleOf(chi0).tangent) - WithoutConstant(phi0)) {}
 
 }  // namespace latigo

@@ -2,17 +2,36 @@
 // projections.
 #pragma once
 
+#include "datum/angles.h"
 #include "datum/ellipsoid.h"
 
 namespace latigo {
 
-struct ConformalSphere {
+class ConformalSphere {
+ public:
   // For a parallel at latitude phi0, radians.
   ConformalSphere(const Ellipsoid& ellipsoid, double phi0);
 
+  // The isometric latitude on the sphere, ln tan(pi/4 + chi/2), of a latitude on the ellipsoid:
+  // n (ln tan(pi/4 + phi/2) - e atanh(e sin phi)) + K. No number beyond the poles.
+  double IsometricLatitude(double phi) const { return WithoutConstant(phi) + constant; }
+
   const double exponent;  // n: ratio of longitudes on the sphere and on the ellipsoid
   const double chi0;      // latitude of the parallel on the sphere, radians
-  const double radius;    // geometric mean of the two principal radii at phi0, metres
+  const double sinChi0, cosChi0;
+  const double radius;  // geometric mean of the two principal radii at phi0, metres
+
+ private:
+  double WithoutConstant(double phi) const {
+    const auto [tangent, s] = HalfAngleOf(phi);
+    const double es = e * s;
+    return exponent * (std::log(tangent) - e / 2 * std::log((1 + es) / (1 - es)));
+  }
+
+  const double e;  // first eccentricity of the ellipsoid
+
+ public:
+  const double constant;  // K: phi0 goes to chi0
 };
 
 }  // namespace latigo

@@ -8,7 +8,7 @@ namespace latigo {
 
 class Hotine : public ObliqueMercator {
  public:
-  explicit Hotine(const GeodesyParams& params) : ObliqueMercator(params), Omega(SkewAzimuth) {}
+  explicit Hotine(const GeodesyParams& params) : ObliqueMercator(params), Omega(SinCosOf(SkewAzimuth)) {}
 
   const char* Code() const override { return "HOM"; }
   std::int32_t Kind() const override { return 6; }
@@ -16,7 +16,7 @@ class Hotine : public ObliqueMercator {
   void XYUV(double x, double y, double& u, double& v) const override { TurnToSkew(Omega, x, y, u, v); }
 
  private:
-  const Turn Omega;
+  const SinCos Omega;
 };
 
 }  // namespace latigo

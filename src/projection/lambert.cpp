@@ -34,7 +34,7 @@ Lambert::Lambert(const GeodesyParams& params)
     : Projection(params),
       ConeConstant(MakeConeConstant()),
       ConeRadius(MakeConeRadius()),
-      OriginRadius(ConeRadius * std::pow(IsometricT(RefLatitude), ConeConstant)),
+      OriginRadius(ParallelRadius(IsometricLatitude(std::sin(RefLatitude)))),
       SemiMajor(a() / Unit),
       InvCone(1 / ConeConstant) {
   if (ConeConstant == 0) {
@@ -42,59 +42,50 @@ Lambert::Lambert(const GeodesyParams& params)
   }
 }
 
-double Lambert::PolarRadius(double dx, double q) const {
-  const double rho = std::hypot(dx, q);
+double Lambert::PointRadius(double dx, double q) const {
+  const double rho = Hypotenuse(dx, q);
   return ConeConstant < 0 ? -rho : rho;
 }
 
 errcode Lambert::GeoXY(double& x, double& y, double phi, double lambda) const {
-  const double n = ConeConstant;
-  const double theta = (lambda - CentralMeridian) * n;
   double rho = 0;
   if (std::fabs(phi) == HalfPi) {
-    if (!(phi * n > 0)) {
+    if (!(phi * ConeConstant > 0)) {
       return errcode(PoleNotShown, Fatal);
     }
   } else {
-    rho = ConeRadius * std::pow(IsometricT(phi), n);
+    rho = ParallelRadius(IsometricLatitude(std::sin(phi)));
   }
-  x = rho * std::sin(theta) + FalseEasting;
-  y = (OriginRadius + FalseNorthing) - rho * std::cos(theta);
+  const SinCos theta = SinCosOf((lambda - CentralMeridian) * ConeConstant);
+  x = rho * theta.sin + FalseEasting;
+  y = (OriginRadius + FalseNorthing) - rho * theta.cos;
   return errcode();
 }
 
 errcode Lambert::XYGeo(double x, double y, double& phi, double& lambda) const {
   const double dx = x - FalseEasting;
   const double q = OriginRadius - (y - FalseNorthing);
-  const double rho = PolarRadius(dx, q);
   const double theta = std::atan(dx / q);  // of the quotient: the same for both signs of n
-  lambda = theta / ConeConstant + CentralMeridian;
+  lambda = theta * InvCone + CentralMeridian;
 
-  const double t = std::pow(rho / ConeRadius, InvCone);
-  double latitude = HalfPi - 2 * std::atan(t);
-  for (int pass = 1; pass <= MaxPasses; ++pass) {
-    const double next = LatitudePass(t, std::sin(latitude));
-    const double change = std::fabs(next - latitude);
-    latitude = next;
-    if (change <= LatitudeTolerance && pass < MaxPasses) {
-      phi = latitude;
-      return errcode();
-    }
+  const HalfComplement latitude = Converge(PointT(PointRadius(dx, q)), LatitudeTolerance, MaxPasses);
+  phi = latitude.Latitude();
+  if (latitude.passes >= MaxPasses || std::isnan(phi)) {
+    return errcode(NoConvergence, Fatal);
   }
-  phi = latitude;
-  return errcode(NoConvergence, Fatal);
+  return errcode();
 }
 
 errcode Lambert::Scale(double x, double y, double& k) const {
   const double q = OriginRadius - (y - FalseNorthing);
-  const double rho = PolarRadius(x - FalseEasting, q);
-  const double t = std::pow(rho / ConeRadius, InvCone);
-  double s = std::sin(HalfPi - 2 * std::atan(t));
+  const double rho = PointRadius(x - FalseEasting, q);
+  const double pointT = PointT(rho);
+  const double t = pointT > 1 ? 1 / pointT : pointT;  // m is the same in both hemispheres
+  double u = t;
   for (int pass = 1; pass <= ScalePasses; ++pass) {
-    s = std::sin(LatitudePass(t, s));
+    u = LatitudePass(t, u);
   }
-  const double m = std::sqrt((1 - s * s) / (1 - e2() * s * s));
-  k = ConeConstant * rho / (SemiMajor * m);
+  k = ConeConstant * rho / SemiMajor * InvParallelRatio(u);
   return errcode();
 }
 

@@ -29,8 +29,11 @@ class Lambert : public Projection {
  private:
   double MakeConeConstant() const;
   double MakeConeRadius() const;
-  // The radius of a grid point, with the sign of n.
-  double PolarRadius(double dx, double q) const;
+  // The radius of a parallel, by its isometric latitude: F t^n with t = exp(-psi).
+  double ParallelRadius(double psi) const { return ConeRadius * std::exp(-ConeConstant * psi); }
+  // The radius of a grid point, with the sign of n, and Snyder's t of it.
+  double PointRadius(double dx, double q) const;
+  double PointT(double rho) const { return std::exp(InvCone * std::log(rho / ConeRadius)); }
 
   const double ConeConstant;  // n
   const double ConeRadius;    // F, grid units

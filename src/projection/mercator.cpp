@@ -27,34 +27,23 @@ errcode Mercator::GeoXY(double& x, double& y, double phi, double lambda) const {
   if (std::fabs(phi) == HalfPi) {
     return errcode(PoleNotShown, Fatal);
   }
-  const double s = std::sin(phi);
-  const double es = e() * s;
   x = NormalizeLongitude(lambda - CentralMeridian) * Radius + FalseEasting;
-  y = (Radius / 2) * std::log(((1 + s) / (1 - s)) * std::pow((1 - es) / (1 + es), e())) + FalseNorthing;
+  y = Radius * IsometricLatitude(std::sin(phi)) + FalseNorthing;
   return errcode();
 }
 
+Mercator::HalfComplement Mercator::LatitudeOf(double y) const {
+  return Converge(std::exp((FalseNorthing - y) / Radius), LatitudeTolerance, MaxPasses);
+}
+
 errcode Mercator::XYGeo(double x, double y, double& phi, double& lambda) const {
-  const double t = std::exp(-(y - FalseNorthing) / Radius);
-  double latitude = HalfPi - 2 * std::atan(t);
-  double change = 0;
-  int passes = 0;
-  do {
-    const double next = LatitudePass(t, std::sin(latitude));
-    change = std::fabs(latitude - next);
-    latitude = next;
-  } while (LatitudeTolerance < change && ++passes < MaxPasses);
-  phi = latitude;
+  phi = LatitudeOf(y).Latitude();
   lambda = NormalizeLongitude((x - FalseEasting) / Radius + CentralMeridian);
   return errcode();
 }
 
-errcode Mercator::Scale(double x, double y, double& k) const {
-  double phi = 0;
-  double lambda = 0;
-  XYGeo(x, y, phi, lambda);
-  const double s = std::sin(phi);
-  k = TrueScale / std::cos(phi) * std::sqrt(1 - e2() * s * s);
+errcode Mercator::Scale(double /*x*/, double y, double& k) const {
+  k = TrueScale * InvParallelRatio(LatitudeOf(y).u);
   return errcode();
 }
 

@@ -23,6 +23,8 @@ class Mercator : public Projection {
   errcode Scale(double x, double y, double& k) const override;
 
  private:
+  HalfComplement LatitudeOf(double y) const;
+
   const double Radius;     // R: radius of the reference parallel, grid units
   const double TrueScale;  // cos(phi0) / sqrt(1 - e2 sin^2(phi0))
 };

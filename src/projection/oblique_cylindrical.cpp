@@ -12,60 +12,37 @@ constexpr double LatitudeTolerance = 1e-7;
 // Three to four passes are the rule; the bound only ends what would never end on an ellipsoid far from the earth's.
 constexpr int MaxPasses = 1000;
 
-// L(w): the isometric latitude of the sphere.
-double SphereIsometric(double w) {
-  return std::log(std::tan(w / 2 + HalfPi / 2));
-}
-
-// The latitude of an isometric latitude of the sphere.
-double SphereLatitude(double q) {
-  return 2 * std::atan(std::exp(q)) - HalfPi;
-}
-
 }  // namespace
 
-// The ellipsoidal term L(asin(e sin phi)) is the inverse hyperbolic tangent of e sin phi.
 ObliqueCylindrical::ObliqueCylindrical(const GeodesyParams& params)
     : Projection(params),
       Sphere(*this, RefLatitude),
       Alpha(Sphere.exponent),
-      SinB0(std::sin(Sphere.chi0)),
-      CosB0(std::cos(Sphere.chi0)),
-      KConst(SphereIsometric(Sphere.chi0) - Alpha * SphereIsometric(RefLatitude) +
-             Alpha * e() * std::atanh(e() * std::sin(RefLatitude))),
-      Radius(Sphere.radius * ScaleFactor / Unit) {}
+      KConst(Sphere.constant),
+      Radius(Sphere.radius * ScaleFactor / Unit),
+      Start(std::tan(HalfPi / 2 - RefLatitude / 2)) {}
 
 errcode ObliqueCylindrical::GeoXY(double& x, double& y, double phi, double lambda) const {
-  const double l = Alpha * (lambda - CentralMeridian);
-  const double S = Alpha * SphereIsometric(phi) - Alpha * e() * std::atanh(e() * std::sin(phi)) + KConst;
-  const double b = SphereLatitude(S);
-  const double cosB = std::cos(b);
+  const SinCos l = SinCosOf(Alpha * (lambda - CentralMeridian));
+  const SinCos b = FromIsometric(Sphere.IsometricLatitude(phi));
   // Latitude and longitude in the oblique system.
-  const double bBar = std::asin(std::sin(b) * CosB0 - std::cos(l) * SinB0 * cosB);
-  const double lBar = std::asin(std::sin(l) * cosB / std::cos(bBar));
+  const double sinBBar = b.sin * Sphere.cosChi0 - l.cos * Sphere.sinChi0 * b.cos;
+  const double lBar = std::asin(l.sin * b.cos / CosOfSine(sinBBar));
   x = Radius * lBar + FalseEasting;
-  y = Radius * SphereIsometric(bBar) + FalseNorthing;
+  y = Radius * SphereIsometric(sinBBar) + FalseNorthing;
   return errcode();
 }
 
 errcode ObliqueCylindrical::XYGeo(double x, double y, double& phi, double& lambda) const {
-  const double lBar = (x - FalseEasting) / Radius;
-  const double bBar = SphereLatitude((y - FalseNorthing) / Radius);
-  const double cosBBar = std::cos(bBar);
-  const double b = std::asin(std::sin(bBar) * CosB0 + std::cos(lBar) * SinB0 * cosBBar);
-  const double l = std::asin(std::sin(lBar) * cosBBar / std::cos(b));
-  const double S = (SphereIsometric(b) - KConst) / Alpha;
-
-  double latitude = RefLatitude;
-  double change = 0;
-  int passes = 0;
-  do {
-    const double next = SphereLatitude(e() * std::atanh(e() * std::sin(latitude)) + S);
-    change = std::fabs(latitude - next);
-    latitude = next;
-  } while (change > LatitudeTolerance && ++passes < MaxPasses);
-  phi = latitude;
+  const SinCos lBar = SinCosOf((x - FalseEasting) / Radius);
+  const SinCos bBar = FromIsometric((y - FalseNorthing) / Radius);
+  const double sinB = bBar.sin * Sphere.cosChi0 + lBar.cos * Sphere.sinChi0 * bBar.cos;
+  const double l = std::asin(lBar.sin * bBar.cos / CosOfSine(sinB));
   lambda = l / Alpha + CentralMeridian;
+
+  // phi' = 2 atan(exp(S + e atanh(e sin phi))) - pi/2, which is the iteration from Snyder's t = exp(-S).
+  const double S = (SphereIsometric(sinB) - KConst) / Alpha;
+  phi = Converge(std::exp(-S), Start, LatitudeTolerance, MaxPasses).Latitude();
   return errcode();
 }
 

@@ -24,10 +24,10 @@ class ObliqueCylindrical : public Projection {
 
  private:
   const ConformalSphere Sphere;
-  const double Alpha;         // exponent of the mapping onto the sphere
-  const double SinB0, CosB0;  // of the origin's latitude on the sphere
-  const double KConst;        // K: additive constant of the mapping
-  const double Radius;        // R, scale factor included, grid units
+  const double Alpha;   // exponent of the mapping onto the sphere
+  const double KConst;  // K: additive constant of that mapping
+  const double Radius;  // R, scale factor included, grid units
+  const double Start;   // tan(pi/4 - phi0/2): the iteration for the latitude starts at RefLatitude
 };
 
 }  // namespace latigo

@@ -19,8 +19,6 @@ double ArcSine(double s) {
 
 }  // namespace
 
-ObliqueMercator::Turn::Turn(double omega) : sin(std::sin(omega)), cos(std::cos(omega)) {}
-
 double ObliqueMercator::MakeB() const {
   const double c = std::cos(RefLatitude);
   return std::sqrt(1 + e2() * c * c * c * c / (1 - e2()));
@@ -49,45 +47,42 @@ ObliqueMercator::ObliqueMercator(const GeodesyParams& params)
       D(MakeD()),
       F(MakeF()),
       H(F * std::pow(IsometricT(RefLatitude), B)),
+      LogH(std::log(H)),
       Gamma0(ArcSine(std::sin(SkewAzimuth) / D)),
-      Skew(Gamma0),
+      Skew(SinCosOf(Gamma0)),
       Lambda0(CentralMeridian - ArcSine(std::tan(Gamma0) * (F - 1 / F) / 2) / B) {}
 
 errcode ObliqueMercator::GeoXY(double& x, double& y, double phi, double lambda) const {
-  const double Q = H / std::pow(IsometricT(phi), B);
+  const double Q = std::exp(LogH + B * IsometricLatitude(std::sin(phi)));  // H / t^B
   const double S = (Q - 1 / Q) / 2;
   const double T = (Q + 1 / Q) / 2;
-  const double theta = B * (lambda - Lambda0);
-  const double V = std::sin(theta);
-  const double U = (S * Skew.sin - V * Skew.cos) / T;
-  const double v = A * std::log((1 - U) / (1 + U)) / (2 * B);
-  const double u = (A / B) * std::atan2(S * Skew.cos + V * Skew.sin, std::cos(theta));
+  const SinCos theta = SinCosOf(B * (lambda - Lambda0));
+  const double V = theta.sin;
+  const double UT = S * Skew.sin - V * Skew.cos;  // U T
+  const double v = A * std::log((T - UT) / (T + UT)) / (2 * B);
+  const double u = (A / B) * std::atan2(S * Skew.cos + V * Skew.sin, theta.cos);
   UVXY(u, v, x, y);
   return errcode();
 }
 
-errcode ObliqueMercator::UVGeo(double u, double v, double& phi, double& lambda) const {
+ObliqueMercator::Aposphere ObliqueMercator::OnAposphere(double u, double v) const {
   const double Q = std::exp(-B * v / A);
   const double S = (Q - 1 / Q) / 2;
   const double T = (Q + 1 / Q) / 2;
-  const double along = B * u / A;
-  const double V = std::sin(along);
-  const double U = (V * Skew.cos + S * Skew.sin) / T;
-  const double t = std::pow(H / std::sqrt((1 + U) / (1 - U)), 1 / B);
+  const auto [V, along] = SinCosOf(B * u / A);
+  const double UT = V * Skew.cos + S * Skew.sin;  // U T
+  // (H / sqrt((1 + U) / (1 - U)))^(1/B)
+  const double t = std::exp((LogH - std::log((T + UT) / (T - UT)) / 2) / B);
+  return {Converge(t, LatitudeTolerance, MaxPasses), S * Skew.cos - V * Skew.sin, along};
+}
 
-  double latitude = HalfPi - 2 * std::atan(t);
-  double change = 0;
-  int passes = 0;
-  do {
-    if (passes++ == MaxPasses) {
-      return errcode(NoConvergence, Fatal);
-    }
-    const double next = LatitudePass(t, std::sin(latitude));
-    change = std::fabs(latitude - next);
-    latitude = next;
-  } while (change > LatitudeTolerance);
-  phi = latitude;
-  lambda = Lambda0 - std::atan((S * Skew.cos - V * Skew.sin) / std::cos(along)) / B;
+errcode ObliqueMercator::UVGeo(double u, double v, double& phi, double& lambda) const {
+  const auto [latitude, across, along] = OnAposphere(u, v);
+  if (latitude.passes > MaxPasses) {
+    return errcode(NoConvergence, Fatal);
+  }
+  phi = latitude.Latitude();
+  lambda = Lambda0 - std::atan(across / along) / B;
   return errcode();
 }
 
@@ -101,23 +96,22 @@ errcode ObliqueMercator::XYGeo(double x, double y, double& phi, double& lambda) 
 errcode ObliqueMercator::Scale(double x, double y, double& k) const {
   double u = 0;
   double v = 0;
-  double phi = 0;
-  double lambda = 0;
   XYUV(x, y, u, v);
-  if (const std::int32_t code = UVGeo(u, v, phi, lambda).code(); code != 0) {
-    return errcode(code, Fatal);
+  const auto [latitude, across, along] = OnAposphere(u, v);
+  if (latitude.passes > MaxPasses) {
+    return errcode(NoConvergence, Fatal);
   }
-  const double s = std::sin(phi);
-  k = A * std::cos(B * u / A) * std::sqrt(1 - e2() * s * s) / (a() * std::cos(phi) * std::cos(B * (lambda - Lambda0)));
+  // k = A cos(B u / A) / (a m cos(B (lambda - lambda0))), and the last cosine is that of an arc tangent.
+  k = A / a() * std::copysign(Hypotenuse(along, across), along) * InvParallelRatio(latitude.u);
   return errcode();
 }
 
-void ObliqueMercator::TurnToGrid(const Turn& omega, double u, double v, double& x, double& y) const {
+void ObliqueMercator::TurnToGrid(const SinCos& omega, double u, double v, double& x, double& y) const {
   x = (v * omega.cos + u * omega.sin) / Unit + FalseEasting;
   y = (u * omega.cos - v * omega.sin) / Unit + FalseNorthing;
 }
 
-void ObliqueMercator::TurnToSkew(const Turn& omega, double x, double y, double& u, double& v) const {
+void ObliqueMercator::TurnToSkew(const SinCos& omega, double x, double y, double& u, double& v) const {
   const double X = (x - FalseEasting) * Unit;
   const double Y = (y - FalseNorthing) * Unit;
   v = X * omega.cos - Y * omega.sin;

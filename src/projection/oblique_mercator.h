@@ -29,18 +29,22 @@ class ObliqueMercator : public Projection {
  protected:
   explicit ObliqueMercator(const GeodesyParams& params);
 
-  // An angle by which the skew frame is turned.
-  struct Turn {
-    explicit Turn(double omega);
-    const double sin, cos;
+  // The skew frame is turned by omega.
+  void TurnToGrid(const SinCos& omega, double u, double v, double& x, double& y) const;
+  void TurnToSkew(const SinCos& omega, double x, double y, double& u, double& v) const;
+
+ private:
+  // A point of the skew frame on the aposphere: tan(B (lambda0 - lambda)) is across / along.
+  struct Aposphere {
+    HalfComplement latitude;
+    double across;
+    double along;  // cos(B u / A)
   };
-  void TurnToGrid(const Turn& omega, double u, double v, double& x, double& y) const;
-  void TurnToSkew(const Turn& omega, double x, double y, double& u, double& v) const;
+  Aposphere OnAposphere(double u, double v) const;
 
   // Skew frame to geographic.
   errcode UVGeo(double u, double v, double& phi, double& lambda) const;
 
- private:
   double MakeB() const;
   double MakeA() const;
   double MakeD() const;
@@ -50,13 +54,14 @@ class ObliqueMercator : public Projection {
   const double A;  // radius factor of the aposphere, scale factor included, metres
   const double D;  // not below 1
   const double F;
-  const double H;  // constant of the isometric term: F t(phi0)^B
+  const double H;     // constant of the isometric term: F t(phi0)^B
+  const double LogH;  // ln H
 
  protected:
   const double Gamma0;  // azimuth of the central line at the aposphere's equator, radians
 
  private:
-  const Turn Skew;       // of Gamma0
+  const SinCos Skew;     // of Gamma0
   const double Lambda0;  // longitude of the natural origin, radians
 };
 

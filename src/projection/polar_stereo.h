@@ -30,9 +30,9 @@ class PolarStereo : public Projection {
   // The latitude of a distance from the pole.
   double Latitude(double r) const;
 
-  const double Side;                                    // 1 for the north pole, -1 for the south pole
-  const double RhoFactor;                               // grid radius per unit of t, metres
-  const double Sin2Coef, Sin4Coef, Sin6Coef, Sin8Coef;  // of the series from conformal to geodetic latitude
+  const double Side;         // 1 for the north pole, -1 for the south pole
+  const double RhoFactor;    // grid radius per unit of t, metres
+  const FourTerms SinCoefs;  // of the series from conformal to geodetic latitude
 };
 
 }  // namespace latigo

@@ -50,14 +50,9 @@ double Projection::IsometricT(double phi) const {
   return std::sqrt(((1 - s) / (1 + s)) * std::pow((1 + es) / (1 - es), e()));
 }
 
-double Projection::LatitudePass(double t, double sinPhi) const {
-  const double es = e() * sinPhi;
-  return HalfPi - 2 * std::atan(t * std::pow((1 - es) / (1 + es), e() / 2));
-}
-
 double Projection::ParallelRatio(double phi) const {
-  const double s = std::sin(phi);
-  return std::cos(phi) / std::sqrt(1 - e2() * s * s);
+  const auto [s, c] = SinCosOf(phi);
+  return c / std::sqrt(1 - e2() * s * s);
 }
 
 }  // namespace latigo

@@ -8,7 +8,7 @@ namespace latigo {
 
 class RSO : public ObliqueMercator {
  public:
-  explicit RSO(const GeodesyParams& params) : ObliqueMercator(params), Omega(Gamma0) {}
+  explicit RSO(const GeodesyParams& params) : ObliqueMercator(params), Omega(SinCosOf(Gamma0)) {}
 
   const char* Code() const override { return "RSO"; }
   std::int32_t Kind() const override { return 7; }
@@ -16,7 +16,7 @@ class RSO : public ObliqueMercator {
   void XYUV(double x, double y, double& u, double& v) const override { TurnToSkew(Omega, x, y, u, v); }
 
  private:
-  const Turn Omega;
+  const SinCos Omega;
 };
 
 }  // namespace latigo

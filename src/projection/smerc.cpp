@@ -10,7 +10,7 @@ constexpr double SphereRadius = 6378388.0;  // metres
 
 errcode SMerc::GeoXY(double& x, double& y, double phi, double lambda) const {
   x = lambda * SphereRadius;
-  y = std::log(std::tan((phi + HalfPi) * 0.5)) * SphereRadius;
+  y = std::log(HalfAngleOf(phi).tangent) * SphereRadius;
   return errcode();
 }
 

@@ -24,14 +24,9 @@ class Stereographic : public Projection {
   errcode Scale(double x, double y, double& k) const override;
 
  private:
-  // tan(phi/2 + pi/4) on the sphere, from the same of the ellipsoid: w of latitude phi, with the sine of phi.
-  double IsometricFactor(double sinPhi) const;
-  double MakeConstant() const;
-
   const ConformalSphere Sphere;
-  const double N;  // n: exponent of the conformal mapping
-  const double C;  // c: constant of the conformal mapping
-  const double SinChi0, CosChi0;
+  const double N;      // n: exponent of the conformal mapping
+  const double C;      // c: constant of the conformal mapping
   const double LonN;   // n lambda0, radians
   const double TwoRK;  // 2 R k0, metres
   const double TwoR;   // 2 R, metres

@@ -14,17 +14,6 @@ double RectifyingRatio(double n) {
 
 }  // namespace
 
-// The meridian arc: coefficients of sin 2 phi to sin 8 phi.
-FourTerms TransverseMercator::ArcSeries(double n) {
-  const double n2 = n * n;
-  const double n3 = n2 * n;
-  const double n4 = n2 * n2;
-  return {-3.0 / 2 * n + 9.0 / 16 * n3,      // A2
-          15.0 / 16 * n2 + -15.0 / 32 * n4,  // A4
-          -35.0 / 48 * n3,                   // A6
-          315.0 / 512 * n4};                 // A8
-}
-
 FourTerms TransverseMercator::Fold(const FourTerms& multipleAngles) {
   const auto [A2, A4, A6, A8] = multipleAngles;
   return {2 * (A2 - 2 * A4 + 3 * A6 - 4 * A8),  //
@@ -33,9 +22,9 @@ FourTerms TransverseMercator::Fold(const FourTerms& multipleAngles) {
           128 * A8};
 }
 
-double TransverseMercator::Series(const FourTerms& C, double u, double sinU, double cosU) {
-  const double c2 = cosU * cosU;
-  return u + sinU * cosU * (C[0] + c2 * (C[1] + c2 * (C[2] + c2 * C[3])));
+double TransverseMercator::Series(const FourTerms& C, double u, const SinCos& of) {
+  const double c2 = of.cos * of.cos;
+  return u + of.sin * of.cos * (C[0] + c2 * (C[1] + c2 * (C[2] + c2 * C[3])));
 }
 
 TransverseMercator::TransverseMercator(const GeodesyParams& params)
@@ -47,8 +36,7 @@ TransverseMercator::TransverseMercator(const GeodesyParams& params)
       RectifyingRadius(SemiMajor * RectifyingRatio(ThirdFlattening)),
       FootCoeffs(Fold(FootpointSeries(ThirdFlattening))),
       ArcCoeffs(Fold(ArcSeries(ThirdFlattening))),
-      OriginArc(-ScaleFactor * RectifyingRadius *
-                Series(ArcCoeffs, RefLatitude, std::sin(RefLatitude), std::cos(RefLatitude))) {
+      OriginArc(-ScaleFactor * RectifyingRadius * Series(ArcCoeffs, RefLatitude, SinCosOf(RefLatitude))) {
   if (RectifyingRadius * ScaleFactor == 0) {
     throw errcode(NoUsableProjection, Fatal);
   }
@@ -64,15 +52,15 @@ errcode TransverseMercator::GeoXY(double& x, double& y, double phi, double lambd
   if (phi == HalfPi) {
     return errcode(PoleNotShown, Fatal);
   }
-  const double c = std::cos(phi);
-  const double s = std::sin(phi);
+  const SinCos of = SinCosOf(phi);
+  const auto [s, c] = of;
   const double t = s / c;
   const double T = t * t;
   const double C = SecondEccSquared * c * c;
   const double A = d * c;
   const double A2 = A * A;
   const double N = SemiMajor / std::sqrt(1 - EccSquared * s * s);
-  const double M = RectifyingRadius * Series(ArcCoeffs, phi, s, c);
+  const double M = RectifyingRadius * Series(ArcCoeffs, phi, of);
 
   const double X2 = (1 - T + C) / 6;
   const double X4 = (5 - 18 * T + T * T + (14 - 58 * T) * C) / 120;
@@ -85,26 +73,21 @@ errcode TransverseMercator::GeoXY(double& x, double& y, double phi, double lambd
   return errcode();
 }
 
-errcode TransverseMercator::Footpoint(double y, double& phi1) const {
+bool TransverseMercator::Footpoint(double y, double& phi1) const {
   const double mu = (y - FalseNorthing - OriginArc) / (RectifyingRadius * ScaleFactor);
   if (!(std::fabs(mu) < HalfPi)) {
-    return errcode(BeyondDomain, Fatal);
+    return false;
   }
-  const double foot = Series(FootCoeffs, mu, std::sin(mu), std::cos(mu));
-  if (!(std::fabs(foot) < HalfPi)) {
-    return errcode(BeyondDomain, Fatal);
-  }
-  phi1 = foot;
-  return errcode();
+  phi1 = Series(FootCoeffs, mu, SinCosOf(mu));
+  return std::fabs(phi1) < HalfPi;
 }
 
 errcode TransverseMercator::XYGeo(double x, double y, double& phi, double& lambda) const {
   double phi1 = 0;
-  if (Footpoint(y, phi1).code() != 0) {
+  if (!Footpoint(y, phi1)) {
     return errcode(BeyondDomain, Fatal);
   }
-  const double c = std::cos(phi1);
-  const double s = std::sin(phi1);
+  const auto [s, c] = SinCosOf(phi1);
   const double t = s / c;
   const double T = t * t;
   const double C = SecondEccSquared * c * c;
@@ -138,11 +121,10 @@ errcode TransverseMercator::XYGeo(double x, double y, double& phi, double& lambd
 
 errcode TransverseMercator::Scale(double x, double y, double& k) const {
   double phi1 = 0;
-  if (Footpoint(y, phi1).code() != 0) {
+  if (!Footpoint(y, phi1)) {
     return errcode(BeyondDomain, Fatal);
   }
-  const double c = std::cos(phi1);
-  const double s = std::sin(phi1);
+  const auto [s, c] = SinCosOf(phi1);
   const double C = SecondEccSquared * c * c;
   const double N = SemiMajor / std::sqrt(1 - s * s * EccSquared);
   const double Q = (x - FalseEasting) / (ScaleFactor * N);

@@ -12,7 +12,7 @@
 // Failures: 7 from the constructor, 6 from GeoXY, 10 from XYGeo and Scale.
 #pragma once
 
-#include "projection/footpoint.h"
+#include "projection/meridian_series.h"
 #include "projection/projection.h"
 
 namespace latigo {
@@ -28,15 +28,13 @@ class TransverseMercator : public Projection {
   errcode Scale(double x, double y, double& k) const override;
 
  private:
-  // The meridian arc as a series in multiple angles, and the polynomial in the powers 0, 2, 4, 6 of the cosine that
-  // such a series folds to.
-  static FourTerms ArcSeries(double n);
+  // The polynomial in the powers 0, 2, 4, 6 of the cosine that a series in multiple angles folds to.
   static FourTerms Fold(const FourTerms& multipleAngles);
   // u + sin u cos u (C0 + C1 cos^2 u + C2 cos^4 u + C3 cos^6 u)
-  static double Series(const FourTerms& C, double u, double sinU, double cosU);
+  static double Series(const FourTerms& C, double u, const SinCos& of);
 
-  // Gives the footpoint latitude phi1 of a northing, or code 10 and nothing.
-  errcode Footpoint(double y, double& phi1) const;
+  // Finds the footpoint latitude phi1 of a northing; false beyond the domain.
+  bool Footpoint(double y, double& phi1) const;
 
   const double ThirdFlattening;   // n
   const double EccSquared;        // e2, from f
