@@ -2,9 +2,10 @@
 // (25-9) to (25-27), after Clarke.
 //
 // Reads RefLatitude and CentralMeridian (the origin), Unit and the false origin. ScaleFactor is not read.
-// Domain: positions within a quarter turn of the origin come back; nothing is refused.
-// Accuracy: forward and inverse close to 5e-13 radians at 1 degree from the origin, 1e-9 at 5 and 3e-7 at 15, as the
-// series end.
+// Domain: GeoXY takes any position; XYGeo gives back those within a quarter turn of the origin, in distance and in
+// longitude.
+// Accuracy: as the series end: forward and inverse close to 0.003 mm within 1 degree of the origin, 8 mm within 5 and
+// 1.7 m within 15.
 // Failures: none. The scale factor is always given as 1.
 //
 // On the meridian opposite the origin's, points lie at their true distance over the pole, as on the central meridian.

@@ -3,8 +3,9 @@
 //
 // Reads RefLatitude, CentralMeridian, Unit and the false origin. ScaleFactor is not read.
 // Domain: a zone of a few degrees about the central meridian; longitudes do not wrap, and nothing is refused.
-// Accuracy: forward and inverse close to 1e-10 radians at 1 degree from the central meridian, 3e-9 at 3 and 1.3e-7
-// at 7. Failures: none. The scale factor is always given as 1.
+// Accuracy: forward and inverse close to 0.9 mm within 1 degree of the central meridian, 18 mm within 3 and 6 m within
+// 10; on the meridian itself to 0.84 mm.
+// Failures: none. The scale factor is always given as 1.
 #pragma once
 
 #include "projection/meridian_series.h"

@@ -6,7 +6,7 @@
 // Domain: GeoXY takes any position but the pole away from the apex, and does not wrap longitudes; XYGeo sees only cone
 // angles within 90 degrees of the central meridian.
 // Accuracy: forward exact to rounding; the inverse stops when a pass changes the latitude by 1e-10 radians (0.6 mm) or
-// less, and the error left is smaller by e^2.
+// less, and the error left is smaller by e^2: 0.005 mm.
 // Failures: 7 from the constructor, 6 from GeoXY, 11 from XYGeo.
 //
 // For a cone over the south pole the constants n, F, rho0 and the radius of a point are all negative.

@@ -4,7 +4,7 @@
 // equator. ScaleFactor is not read.
 // Domain: all latitudes but the poles; longitudes wrap once around.
 // Accuracy: forward exact to rounding; the inverse stops when a pass changes the latitude by 5e-11 radians (0.3 mm) or
-// less, and the error left is smaller by e^2.
+// less, and the error left is smaller by e^2: 0.003 mm.
 // Failures: 7 from the constructor, 6 from GeoXY.
 #pragma once
 

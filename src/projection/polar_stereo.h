@@ -5,8 +5,9 @@
 // north. At a pole (within 1e-5 radians) ScaleFactor applies there; elsewhere RefLatitude is the latitude of true
 // scale, and the scale factor of the pole takes the place of ScaleFactor. Unit is not read: coordinates are metres.
 // Domain: everything but the opposite pole.
-// Accuracy: forward exact to rounding; forward and inverse close to better than 1e-12 radians from 50 degrees to the
-// pole. Failures: none.
+// Accuracy: forward exact to rounding; forward and inverse close to 0.002 mm within 30 degrees of the pole, 0.004 mm
+// within 60 and 0.013 mm within 80.
+// Failures: none.
 //
 // On the meridian opposite CentralMeridian the longitude is half a turn from it, and at the pole CentralMeridian
 // itself.

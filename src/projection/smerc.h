@@ -3,8 +3,8 @@
 // Reads no parameter: x and y are metres on the sphere, from the equator and the meridian of Greenwich, and longitudes
 // are not wrapped.
 // Domain: everything; the poles go to infinity.
-// Accuracy: exact to rounding. The scale factor is always given as 1.
-// Failures: none.
+// Accuracy: exact to rounding.
+// Failures: none. The scale factor is always given as 1.
 #pragma once
 
 #include "projection/projection.h"

@@ -3,9 +3,12 @@
 // Dutch grid is the classical case.)
 //
 // Reads RefLatitude and CentralMeridian (the origin), ScaleFactor and the false origin. Unit is not read: coordinates
-// and false origin are metres. Domain: positions within a quarter turn of longitude of the origin come back; beyond it
-// and at the far pole the outputs are wrong or no numbers, with code 0. Accuracy: forward and inverse close to better
-// than 1e-11 radians within 20 degrees of latitude and 40 of longitude. Failures: none.
+// and false origin are metres.
+// Domain: GeoXY takes any position; XYGeo gives back those within a quarter turn of longitude of the origin, and beyond
+// it and at the far pole wrong ones or no numbers, with code 0.
+// Accuracy: forward exact to rounding; forward and inverse close to better than 0.001 mm within 30 degrees of the
+// origin.
+// Failures: none. The scale factor is that from the sphere to the plane.
 #pragma once
 
 #include "projection/conformal_sphere.h"
