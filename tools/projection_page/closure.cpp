@@ -1,0 +1,181 @@
+#include "closure.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <limits>
+#include <numbers>
+#include <set>
+#include <stdexcept>
+
+namespace latigo::page {
+
+namespace {
+
+constexpr double Degree = std::numbers::pi / 180;
+
+// The columns of the table, degrees.
+constexpr double Distances[] = {0.5, 1, 2, 3, 5, 10, 15, 30, 60, 80};
+
+// Between two distances so many lines are measured, each at so many points.
+constexpr int Lines = 40;
+constexpr int PointsOnLine = 180;
+
+// Beyond this the grid does not lead back, and how far off it leads means nothing: millimetres.
+constexpr double Lost = 1e6;
+
+// Lines end short of the poles, degrees.
+constexpr double LastLatitude = 89.99;
+
+constexpr double Infinity = std::numeric_limits<double>::infinity();
+
+// The largest error of many positions, millimetres, and the codes of those that failed.
+struct Largest {
+  double error = 0;
+  std::set<std::int32_t> codes;
+};
+
+// A position at a distance in degrees from what the system counts from, on the sphere; turn, from 0 to 1, takes it all
+// around the point, or along one side of the line and then the other.
+Position At(const System& system, double distance, double turn) {
+  const auto& [south, north, west, east] = system.area;
+  const double side = turn < 0.5 ? distance : -distance;
+  const double along = std::fmod(2 * turn, 1);
+  if (system.from == From::Meridian) {
+    return {south + (north - south) * along, system.origin.longitude + side};
+  }
+  if (system.from == From::Parallel) {
+    return {system.origin.latitude + side, west + (east - west) * along};
+  }
+  const double phi0 = system.origin.latitude * Degree;
+  const double c = distance * Degree;
+  const double Az = turn * 2 * std::numbers::pi;
+  const double phi = std::asin(std::sin(phi0) * std::cos(c) + std::cos(phi0) * std::sin(c) * std::cos(Az));
+  const double dLambda = std::atan2(std::sin(Az) * std::sin(c),
+                                    std::cos(phi0) * std::cos(c) - std::sin(phi0) * std::sin(c) * std::cos(Az));
+  return {phi / Degree, system.origin.longitude + dLambda / Degree};
+}
+
+// Adds the positions between two distances.
+void Measure(const System& system, const Grid& grid, double from, double to, Largest& largest) {
+  for (int line = 1; line <= Lines; ++line) {
+    const double distance = from + (to - from) * line / Lines;
+    for (int point = 0; point < PointsOnLine; ++point) {
+      Position position = At(system, distance, static_cast<double>(point) / PointsOnLine);
+      position.latitude = std::clamp(position.latitude, -LastLatitude, LastLatitude);
+      const auto [error, code] = grid.Closure(position);
+      if (code > 0) {
+        largest.codes.insert(code);
+      } else {
+        largest.error = std::max(largest.error, code == NoNumber ? Infinity : error);
+      }
+    }
+  }
+}
+
+// Two digits, but none behind a thousandth of a millimetre, rounded up: rounding errors do not show.
+std::string Length(double mm) {
+  if (mm < 0.001) {
+    return "< 0.001 mm";
+  }
+  if (mm > Lost) {
+    return "lost";
+  }
+  const double step = std::max(0.001, std::pow(10, std::floor(std::log10(mm)) - 1));
+  const double rounded = std::ceil(mm / step) * step;
+  char text[24];
+  std::snprintf(text, sizeof text, "%.3g %s", rounded < 1000 ? rounded : rounded / 1000, rounded < 1000 ? "mm" : "m");
+  return text;
+}
+
+std::string InWords(const Largest& largest) {
+  std::string words = Length(largest.error);
+  for (const std::int32_t code : largest.codes) {
+    words += ", code " + std::to_string(code);
+  }
+  return words;
+}
+
+}  // namespace
+
+Grid::Grid(const System& system)
+    : a_(system.params.SemiMajorAxis), e2_((2 - 1 / system.params.InvFlattening) / system.params.InvFlattening) {
+  GeodesyParams params = system.params;
+  params.CentralMeridian *= Degree;
+  params.RefLatitude *= Degree;
+  params.NorthParallel *= Degree;
+  params.SouthParallel *= Degree;
+  params.SkewAzimuth *= Degree;
+  object_.reset(CreateGeodesy(&params));
+  if (!object_) {
+    throw std::runtime_error(std::string(system.name) + ": code " + std::to_string(GetGeodesyError()));
+  }
+}
+
+std::string Grid::Code() const {
+  GeodesyParams params;
+  char code[LATIGO_PROJECTION_CODE_SIZE];
+  GetGeodesyParams(object_.get(), &params, nullptr, code);
+  return code;
+}
+
+Outcome Grid::Closure(Position position) const {
+  const double phi = position.latitude * Degree;
+  const double lambda = position.longitude * Degree;
+  double x = 0;
+  double y = 0;
+  double latitude = 0;
+  double longitude = 0;
+  if (GeoXY(object_.get(), &x, &y, phi, lambda) == 0 || XYGeo(object_.get(), x, y, &latitude, &longitude) == 0) {
+    return {0, GetGeodesyError()};
+  }
+  // M and N, the principal radii of curvature.
+  const double W = 1 - e2_ * std::sin(phi) * std::sin(phi);
+  const double N = a_ / std::sqrt(W);
+  const double M = N * (1 - e2_) / W;
+  const double north = M * (latitude - phi);
+  const double east = N * std::cos(phi) * std::remainder(longitude - lambda, 2 * std::numbers::pi);
+  const double error = std::hypot(north, east) * 1000;
+  return std::isfinite(error) ? Outcome{error, 0} : Outcome{0, NoNumber};
+}
+
+Outcome Grid::ScaleExcess(Position position) const {
+  double x = 0;
+  double y = 0;
+  if (GeoXY(object_.get(), &x, &y, position.latitude * Degree, position.longitude * Degree) == 0) {
+    return {0, GetGeodesyError()};
+  }
+  const double k = Scale(object_.get(), x, y);
+  if (GetGeodesyError() != 0) {
+    return {0, GetGeodesyError()};
+  }
+  return std::isfinite(k) ? Outcome{(k - 1) * 1e6, 0} : Outcome{0, NoNumber};
+}
+
+std::string ClosureTable() {
+  std::string table = "| Kind | Measured on | Degrees from |";
+  std::string rule = "|---|---|---|";
+  for (const double distance : Distances) {
+    char heading[24];
+    std::snprintf(heading, sizeof heading, " %g° |", distance);
+    table += heading;
+    rule += "---|";
+  }
+  table += "\n" + rule + "\n";
+  for (const System& system : Systems) {
+    const Grid grid(system);
+    table += "| " + std::to_string(system.params.Kind) + " " + grid.Code() + " | " + system.name + " | " +
+             system.originInWords + " |";
+    Largest largest;
+    double from = 0;
+    for (const double to : Distances) {
+      Measure(system, grid, from, to, largest);
+      table += " " + InWords(largest) + " |";
+      from = to;
+    }
+    table += "\n";
+  }
+  return table;
+}
+
+}  // namespace latigo::page

@@ -1,0 +1,34 @@
+// The coordinate systems that docs/projections.md measures: a real one for each kind.
+#pragma once
+
+#include <latigo/latigo.h>
+
+#include <array>
+
+namespace latigo::page {
+
+struct Position {
+  double latitude, longitude;  // degrees
+};
+
+struct Area {
+  double south, north, west, east;  // degrees
+};
+
+// What distances count from: a meridian, a parallel, or a point. The first runs over all latitudes of the area, the
+// second over all longitudes.
+enum class From { Meridian, Parallel, Point };
+
+struct System {
+  const char* projection;
+  const char* name;
+  GeodesyParams params;  // its angles are degrees
+  Area area;             // of the picture
+  From from;
+  Position origin;  // of distances
+  const char* originInWords;
+};
+
+extern const std::array<System, 12> Systems;
+
+}  // namespace latigo::page
