@@ -8,14 +8,9 @@ namespace latigo {
 
 namespace {
 
-constexpr std::uint32_t TypeMask = 0xFFFF;
 constexpr std::uint32_t SimilarityType = 1;
 constexpr std::uint32_t Poly5Type = 2;
 constexpr std::uint32_t Poly7Type = 3;
-
-std::uint32_t TypeOf(const Adjustment& adjustment) {
-  return adjustment.AdjustType & TypeMask;
-}
 
 }  // namespace
 
@@ -25,7 +20,7 @@ errcode Geodesy::SetAdjust(const Adjustment& adjustment) {
   }
   Adjust = adjustment;
   // The other types leave the names of the axes as they were.
-  if (TypeOf(Adjust) == SimilarityType) {
+  if (AdjustmentType() == SimilarityType) {
     FirstAxisId = (Adjust.AdjustType & LATIGO_REVERSE_X) != 0 ? AxisWesting : AxisEasting;
     SecondAxisId = (Adjust.AdjustType & LATIGO_REVERSE_Y) != 0 ? AxisSouthing : AxisNorthing;
   }
@@ -36,8 +31,8 @@ void Geodesy::GetAdjust(Adjustment& adjustment) const {
   adjustment = Adjust;
 }
 
-void Geodesy::AdjustForward(double& x, double& y) const {
-  const std::uint32_t type = TypeOf(Adjust);
+void Geodesy::DoAdjustForward(double& x, double& y) const {
+  const std::uint32_t type = AdjustmentType();
   if (type == SimilarityType) {
     SimilarityForward(Adjust, x, y);
   } else if (type == Poly5Type || type == Poly7Type) {
@@ -47,8 +42,8 @@ void Geodesy::AdjustForward(double& x, double& y) const {
   }
 }
 
-void Geodesy::AdjustInverse(double& x, double& y) const {
-  const std::uint32_t type = TypeOf(Adjust);
+void Geodesy::DoAdjustInverse(double& x, double& y) const {
+  const std::uint32_t type = AdjustmentType();
   if (type == SimilarityType) {
     SimilarityInverse(Adjust, x, y);
   } else if (type == Poly5Type || type == Poly7Type) {

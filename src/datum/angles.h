@@ -1,6 +1,7 @@
 // Angles: their constants, as the doubles that all formulas share, and the functions that come in pairs.
 #pragma once
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 
@@ -33,12 +34,11 @@ inline SinCos Doubled(const SinCos& angle) {
 }
 
 // Sine and cosine of the latitude pi/2 - 2 atan(u), by the tangent u of half its complement, which is not negative:
-// (1 - u^2) / (1 + u^2) and 2u / (1 + u^2). Beyond 1 by the reciprocal, which does not overflow.
+// (1 - u^2) / (1 + u^2) and 2u / (1 + u^2).
 inline SinCos FromHalfComplement(double u) {
-  const double v = u > 1 ? 1 / u : u;
+  const double v = std::min(u, 1e150);  // beyond it is the south pole, and its square would overflow
   const double d = 1 / (1 + v * v);
-  const double sine = (1 - v * v) * d;
-  return {u > 1 ? -sine : sine, 2 * v * d};
+  return {(1 - v * v) * d, 2 * v * d};
 }
 
 // tan(pi/4 + phi/2) and sin(phi) of a latitude, from one pair of functions. Negative tangents lie beyond the poles.

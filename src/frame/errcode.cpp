@@ -13,9 +13,6 @@ errfacility TheFacility;
 constinit errfacility* DefaultFacility = &TheFacility;
 constinit errfacility* GridFacility = &TheFacility;
 
-errcode::errcode(std::int32_t code, std::int16_t severity, errfacility* facility) noexcept
-    : code_(code), severity_(severity), facility_(facility != nullptr ? facility : DefaultFacility) {}
-
 errcode::errcode(errcode& source) noexcept
     : code_(source.code_),
       severity_(source.severity_),
@@ -24,7 +21,7 @@ errcode::errcode(errcode& source) noexcept
 
 errcode& errcode::operator=(errcode& source) {
   if (pending_ && severity_ >= Warning) {
-    facility_->report(*this);
+    Report();
   }
   code_ = source.code_;
   severity_ = source.severity_;
@@ -34,10 +31,8 @@ errcode& errcode::operator=(errcode& source) {
   return *this;
 }
 
-errcode::~errcode() noexcept(false) {
-  if (code_ != 0 && pending_ && severity_ >= Warning) {
-    facility_->report(*this);
-  }
+void errcode::Report() {
+  facility_->report(*this);
 }
 
 void errfacility::report(errcode& value) {

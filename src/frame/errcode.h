@@ -36,7 +36,8 @@ class errcode {
   // Success.
   errcode() noexcept : errcode(0, 0) {}
   // A null facility means DefaultFacility.
-  errcode(std::int32_t code, std::int16_t severity, errfacility* facility = nullptr) noexcept;
+  errcode(std::int32_t code, std::int16_t severity, errfacility* facility = nullptr) noexcept
+      : code_(code), severity_(severity), facility_(facility != nullptr ? facility : DefaultFacility) {}
 
   // A copy takes the duty over from its source, so the source changes. The copy of a value that is being thrown carries
   // no duty.
@@ -47,7 +48,11 @@ class errcode {
   errcode& operator=(errcode&& source) { return *this = source; }
 
   // Reports a pending failure, and that may throw.
-  ~errcode() noexcept(false);
+  ~errcode() noexcept(false) {
+    if (code_ != 0 && pending_ && severity_ >= Warning) {
+      Report();
+    }
+  }
 
   // Reads the code, and silences the value.
   std::int32_t code() noexcept {
@@ -57,6 +62,8 @@ class errcode {
 
  private:
   friend class errfacility;
+
+  void Report();  // to the facility
 
   std::int32_t code_;
   std::int16_t severity_;

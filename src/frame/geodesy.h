@@ -65,8 +65,20 @@ class Geodesy {
   std::int32_t LocalNameId(std::int32_t request) const;
 
  private:
-  void AdjustForward(double& x, double& y) const;
-  void AdjustInverse(double& x, double& y) const;
+  // The stage of the local grid, which most objects do not have.
+  void AdjustForward(double& x, double& y) const {
+    if (AdjustmentType() != 0) {
+      DoAdjustForward(x, y);
+    }
+  }
+  void AdjustInverse(double& x, double& y) const {
+    if (AdjustmentType() != 0) {
+      DoAdjustInverse(x, y);
+    }
+  }
+  void DoAdjustForward(double& x, double& y) const;
+  void DoAdjustInverse(double& x, double& y) const;
+  std::uint32_t AdjustmentType() const { return Adjust.AdjustType & 0xFFFFU; }
   EllDiff LocalEllDiff(const Geographic& position);
   bool ShiftsFrom(const Ellipsoid& other) const;
 

@@ -3,14 +3,25 @@
 
 #include <cstdint>
 
+#include "platform/platform.h"
+
 namespace latigo {
 
-// Takes the thread-local slot; once, while the library loads.
-void AllocateLastError();
+inline DWORD LastErrorSlot;
 
-void SetLastError(std::int32_t code) noexcept;
+// Takes the thread-local slot; once, while the library loads.
+inline void AllocateLastError() {
+  LastErrorSlot = TlsAlloc();
+}
+
+// The slot holds a pointer-sized value; the code travels in it as a number.
+inline void SetLastError(std::int32_t code) noexcept {
+  TlsSetValue(LastErrorSlot, reinterpret_cast<void*>(static_cast<std::intptr_t>(code)));
+}
 
 // 0 in a thread that has called nothing.
-std::int32_t LastError() noexcept;
+inline std::int32_t LastError() noexcept {
+  return static_cast<std::int32_t>(reinterpret_cast<std::intptr_t>(TlsGetValue(LastErrorSlot)));
+}
 
 }  // namespace latigo

@@ -20,10 +20,24 @@ inline void* const HKEY_LOCAL_MACHINE = nullptr;
 inline constexpr DWORD KEY_QUERY_VALUE = 1;
 inline constexpr LONG ERROR_SUCCESS = 0;
 
-// One value per thread, 0 in a thread that has not set it. There are few slots; none is ever given back.
+// One value per thread, 0 in a thread that has not set it. There are few slots; none is ever given back. Every call of
+// the library sets one, so this stands in line.
+namespace latigo::posix {
+inline constexpr DWORD SlotCount = 8;
+extern thread_local constinit void* Slots[SlotCount];
+}  // namespace latigo::posix
+
 DWORD TlsAlloc();
-void* TlsGetValue(DWORD slot);
-BOOL TlsSetValue(DWORD slot, void* value);
+inline void* TlsGetValue(DWORD slot) {
+  return slot < latigo::posix::SlotCount ? latigo::posix::Slots[slot] : nullptr;
+}
+inline BOOL TlsSetValue(DWORD slot, void* value) {
+  if (slot >= latigo::posix::SlotCount) {
+    return 0;
+  }
+  latigo::posix::Slots[slot] = value;
+  return 1;
+}
 
 DWORD GetCurrentThreadId();
 

@@ -17,15 +17,6 @@ constexpr double LargestQ = 2;
 
 }  // namespace
 
-double Albers::L(double s) const {
-  const double es = e() * s;
-  return std::log((1 - es) / (1 + es)) / (2 * e());
-}
-
-double Albers::Q(double s) const {
-  return (1 - e2()) * (s / (1 - e2() * s * s) - L(s));
-}
-
 double Albers::MakeConeConstant() const {
   const double s1 = std::sin(NorthParallel);
   if (SouthParallel == NorthParallel) {
@@ -36,23 +27,13 @@ double Albers::MakeConeConstant() const {
   return (m1 * m1 - m2 * m2) / (Q(std::sin(SouthParallel)) - Q(s1));
 }
 
-double Albers::Radius(double q) const {
-  return SemiMajor * std::sqrt(ConeRoot - ConeConstant * q) / ConeConstant;
-}
-
-double Albers::RootSquared(double dx, double dy) const {
-  const double ratio = ConeConstant / SemiMajor;
-  return (dx * dx + dy * dy) * (ratio * ratio);
-}
-
-double Albers::QOfRoot(double root2) const {
-  return (ConeRoot - root2) / ConeConstant;
-}
-
 Albers::Albers(const GeodesyParams& params)
     : Projection(params),
       SemiMajor(a() / Unit),
       ConeConstant(MakeConeConstant()),
+      InvCone(1 / ConeConstant),
+      MajorOverCone(SemiMajor / ConeConstant),
+      InvMajorOverCone2(1 / (MajorOverCone * MajorOverCone)),
       ConeRoot(ParallelRatio(NorthParallel) * ParallelRatio(NorthParallel) + ConeConstant * Q(std::sin(NorthParallel))),
       OriginRadius(Radius(Q(std::sin(RefLatitude)))) {
   if (ConeConstant == 0) {
@@ -72,16 +53,17 @@ errcode Albers::XYGeo(double x, double y, double& phi, double& lambda) const {
   const double dx = x - FalseEasting;
   const double dy = OriginRadius - (y - FalseNorthing);
   const double theta = std::atan(dx / dy);  // of the quotient: the same for both signs of n
-  lambda = theta / ConeConstant + CentralMeridian;
+  lambda = theta * InvCone + CentralMeridian;
   const double q = QOfRoot(RootSquared(dx, dy));
   if (std::fabs(q) > LargestQ) {
     return errcode(BeyondDomain, Fatal);
   }
+  const double scaledQ = q / (1 - e2());
   SinCos of = {q / 2, CosOfSine(q / 2)};
   phi = std::asin(q / 2);
   for (int pass = 1; pass <= MaxPasses; ++pass) {
     const double W = 1 - e2() * of.sin * of.sin;
-    const double change = W / (2 * of.cos) * ((q / (1 - e2()) + L(of.sin)) * W - of.sin);
+    const double change = W / (2 * of.cos) * ((scaledQ + L(of.sin)) * W - of.sin);
     phi += change;
     if (!(std::fabs(change) > LatitudeTolerance)) {
       return pass < MaxPasses ? errcode() : errcode(NoConvergence, Fatal);

@@ -28,19 +28,22 @@ class Albers : public Projection {
 
  private:
   // L = ln((1 - e s) / (1 + e s)) / (2 e), and q (3-12), of the sine of a latitude.
-  double L(double s) const;
-  double Q(double s) const;
-  // The radius of a latitude, grid units, from its q.
-  double Radius(double q) const;
+  double L(double s) const { return EccTerm(s) / -e2(); }
+  double Q(double s) const { return (1 - e2()) * (s / (1 - e2() * s * s) - L(s)); }
+  // The radius of a latitude, a sqrt(C - n q) / n, grid units, from its q.
+  double Radius(double q) const { return MajorOverCone * std::sqrt(ConeRoot - ConeConstant * q); }
   // The way back, by the square of that root: (rho n / a)^2.
-  double RootSquared(double dx, double dy) const;
-  double QOfRoot(double root2) const;
+  double RootSquared(double dx, double dy) const { return (dx * dx + dy * dy) * InvMajorOverCone2; }
+  double QOfRoot(double root2) const { return (ConeRoot - root2) * InvCone; }
   double MakeConeConstant() const;
 
-  const double SemiMajor;     // a, grid units
-  const double ConeConstant;  // n, negative for a southern cone
-  const double ConeRoot;      // C
-  const double OriginRadius;  // rho0, grid units, with the sign of n
+  const double SemiMajor;          // a, grid units
+  const double ConeConstant;       // n, negative for a southern cone
+  const double InvCone;            // 1/n
+  const double MajorOverCone;      // a/n, grid units
+  const double InvMajorOverCone2;  // (n/a)^2
+  const double ConeRoot;           // C
+  const double OriginRadius;       // rho0, grid units, with the sign of n
 };
 
 }  // namespace latigo

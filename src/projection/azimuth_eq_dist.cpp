@@ -18,6 +18,8 @@ AzimuthEqDist::AzimuthEqDist(const GeodesyParams& params)
       N0(PrimeVerticalRadius(RefLatitude) / Unit),
       SecondEcc(e() / std::sqrt(1 - e2())),
       G(SecondEcc * SinLat0),
+      InvN0(1 / N0),
+      InvOneMinusE2(1 / (1 - e2())),
       OriginTerm(e2() * N0 * Unit / a() * SinLat0),
       NorthPole(std::fabs(RefLatitude - HalfPi) < PoleTolerance),
       SouthPole(std::fabs(RefLatitude + HalfPi) < PoleTolerance) {}
@@ -37,17 +39,19 @@ errcode AzimuthEqDist::GeoXY(double& x, double& y, double phi, double lambda) co
     y = FalseNorthing;
     return errcode();
   }
-  const double sinAz = east / h;
-  const double cosAz = north / h;
+  const double invH = 1 / h;
+  const double sinAz = east * invH;
+  const double cosAz = north * invH;
   const double cosPsi = 1 / std::sqrt(1 + tanPsi * tanPsi);
   const double s = std::asin(std::min(cosPsi * h, 1.0));  // angular distance
   const double H = SecondEcc * CosLat0 * cosAz;
   const double H2 = H * H;
   const double GH = G * H;
   const double s2 = s * s;
-  const double c = N0 * s *
-                   (1 - s2 * H2 * (1 - H2) / 6 + s2 * s / 8 * GH * (1 - 2 * H2) +
-                    s2 * s2 / 120 * (H2 * (4 - 7 * H2) - 3 * G * G * (1 - 7 * H2)) - s2 * s2 * s / 48 * GH);
+  const double c =
+      N0 * s *
+      (1 - s2 * H2 * (1 - H2) * (1.0 / 6) + s2 * s * (1.0 / 8) * GH * (1 - 2 * H2) +
+       s2 * s2 * (1.0 / 120) * (H2 * (4 - 7 * H2) - 3 * G * G * (1 - 7 * H2)) - s2 * s2 * s * (1.0 / 48) * GH);
   x = c * sinAz + FalseEasting;
   y = c * cosAz + FalseNorthing;
   return errcode();
@@ -62,27 +66,28 @@ errcode AzimuthEqDist::XYGeo(double x, double y, double& phi, double& lambda) co
     return errcode();
   }
   const double c = Hypotenuse(dx, dy);
-  const double sinAz = dx / c;
-  const double cosAz = dy / c;
+  const double invC = 1 / c;
+  const double sinAz = dx * invC;
+  const double cosAz = dy * invC;
   const double g = SecondEcc * SecondEcc;  // e2 / (1 - e2)
   const double A = -g * CosLat0 * CosLat0 * cosAz * cosAz;
   const double B = 3 * g * (1 - A) * SinLat0 * CosLat0 * cosAz;
-  const double D = c / N0;
+  const double D = c * InvN0;
   const double D3 = D * D * D;
-  const double E = D - A * (1 + A) * D3 / 6 - B * (1 + 3 * A) * D3 * D / 24;
-  const double F = 1 - A * E * E / 2 - B * E * E * E / 6;
+  const double E = D - A * (1 + A) * D3 * (1.0 / 6) - B * (1 + 3 * A) * D3 * D * (1.0 / 24);
+  const double F = 1 - A * E * E / 2 - B * E * E * E * (1.0 / 6);
   const auto [sinE, cosE] = SinCosOf(E);
   const double sinPsi = SinLat0 * cosE + CosLat0 * sinE * cosAz;
-  const double cosPsi = CosOfSine(sinPsi);
+  const double invCosPsi = 1 / CosOfSine(sinPsi);
   if (NorthPole) {
     lambda = std::atan2(dx, -dy) + CentralMeridian;
   } else if (SouthPole) {
     lambda = std::atan2(dx, dy) + CentralMeridian;
   } else {
-    lambda = NormalizeLongitude(std::asin(sinAz * sinE / cosPsi) + CentralMeridian);
+    lambda = NormalizeLongitude(std::asin(sinAz * sinE * invCosPsi) + CentralMeridian);
   }
   // (1 - e2 F sin phi0 / sin psi) tan psi / (1 - e2), which has a value on the equator of psi too.
-  phi = std::atan((sinPsi - e2() * F * SinLat0) / (cosPsi * (1 - e2())));
+  phi = std::atan((sinPsi - e2() * F * SinLat0) * invCosPsi * InvOneMinusE2);
   return errcode();
 }
 

@@ -26,12 +26,13 @@ class AzimuthEqDist : public Projection {
   errcode Scale(double x, double y, double& k) const override { return UnitScale(x, y, k); }
 
  private:
-  const double SinLat0, CosLat0;    // of the origin
-  const double N0;                  // prime vertical radius at the origin, grid units
-  const double SecondEcc;           // e / sqrt(1 - e2)
-  const double G;                   // e sin(phi0) / sqrt(1 - e2)
-  const double OriginTerm;          // e2 N0 sin(phi0) / a, with N0 in metres
-  const bool NorthPole, SouthPole;  // the origin is the pole
+  const double SinLat0, CosLat0;      // of the origin
+  const double N0;                    // prime vertical radius at the origin, grid units
+  const double SecondEcc;             // e / sqrt(1 - e2)
+  const double G;                     // e sin(phi0) / sqrt(1 - e2)
+  const double InvN0, InvOneMinusE2;  // 1 / N0, 1 / (1 - e2)
+  const double OriginTerm;            // e2 N0 sin(phi0) / a, with N0 in metres
+  const bool NorthPole, SouthPole;    // the origin is the pole
 };
 
 }  // namespace latigo

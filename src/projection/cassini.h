@@ -27,7 +27,9 @@ class Cassini : public Projection {
   const ArcTerms Arc;             // the series of the meridian arc
   const double Arc0;              // M0: meridian arc from the equator to RefLatitude, grid units
   const double SecondEccSquared;  // e'2
-  const double ArcRadius;         // meridian arc per radian of the rectifying latitude, metres
+  const double SemiMajor;         // a, grid units
+  const double InvArcRadius;      // rectifying latitude per meridian arc, radians per grid unit
+  const double InvOneMinusE2;     // 1 / (1 - e2)
   const FourTerms FootCoeffs;     // of sin 2 mu to sin 8 mu
 };
 

@@ -20,7 +20,7 @@ double Root(double e) {
 
 // t of a latitude counted from the equator towards the projection's own pole: tan(pi/4 - phi/2) and the ellipsoidal
 // factor.
-double PolarT(double e, double phi) {
+inline double PolarT(double e, double phi) {
   const auto [sinH, cosH] = SinCosOf(HalfPi / 2 - phi / 2);
   const double es = e * ((cosH - sinH) * (cosH + sinH));
   return sinH / cosH * std::exp(e / 2 * std::log((1 + es) / (1 - es)));
@@ -55,6 +55,7 @@ PolarStereo::PolarStereo(const GeodesyParams& params)
     : Projection(WithPoleScale(params)),
       Side(SideOf(RefLatitude)),
       RhoFactor(2 * a() * ScaleFactor / Root(e())),
+      InvRhoFactor(1 / RhoFactor),
       SinCoefs(LatitudeSeries(e2())) {}
 
 errcode PolarStereo::GeoXY(double& x, double& y, double phi, double lambda) const {
@@ -66,7 +67,7 @@ errcode PolarStereo::GeoXY(double& x, double& y, double phi, double lambda) cons
 }
 
 double PolarStereo::Latitude(double r) const {
-  const double t = r / RhoFactor;
+  const double t = r * InvRhoFactor;
   const SinCos chi = FromHalfComplement(t);
   return Side * (HalfPi - 2 * std::atan(t) + SineSeries(SinCoefs, Doubled(chi)));
 }

@@ -31,8 +31,9 @@ class PolarStereo : public Projection {
   // The latitude of a distance from the pole.
   double Latitude(double r) const;
 
-  const double Side;         // 1 for the north pole, -1 for the south pole
-  const double RhoFactor;    // grid radius per unit of t, metres
+  const double Side;       // 1 for the north pole, -1 for the south pole
+  const double RhoFactor;  // grid radius per unit of t, metres
+  const double InvRhoFactor;
   const FourTerms SinCoefs;  // of the series from conformal to geodetic latitude
 };
 

@@ -32,7 +32,7 @@ errcode Projection::UnitScale(double /*x*/, double /*y*/, double& k) {
   return errcode();
 }
 
-double Projection::NormalizeLongitude(double v) {
+double Projection::WrapLongitude(double v) {
   // Repeated subtraction, not a remainder: its rounding is part of the result.
   if (std::fabs(v) > ManyTurns) {
     v = std::remainder(v, TwoPi);  // infinity gives NaN

@@ -44,7 +44,7 @@ class Projection : public Ellipsoid {
   static errcode UnitScale(double x, double y, double& k);
 
   // Brings an angle into -pi to pi by whole turns; both ends stay as they are.
-  static double NormalizeLongitude(double v);
+  static double NormalizeLongitude(double v) { return std::fabs(v) <= Pi ? v : WrapLongitude(v); }
 
   // Snyder's t (15-9): tan(pi/4 - chi/2) of the conformal latitude chi.
   double IsometricT(double phi) const;
@@ -105,6 +105,8 @@ class Projection : public Ellipsoid {
   double ParallelRatio(double phi) const;
 
  private:
+  static double WrapLongitude(double v);
+
   const double HalfE = e() / 2, OnePlusE = 1 + e(), OneMinusE = 1 - e();
 };
 

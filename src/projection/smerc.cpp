@@ -15,8 +15,8 @@ errcode SMerc::GeoXY(double& x, double& y, double phi, double lambda) const {
 }
 
 errcode SMerc::XYGeo(double x, double y, double& phi, double& lambda) const {
-  lambda = x / SphereRadius;
-  phi = 2 * std::atan(std::exp(y / SphereRadius)) - HalfPi;
+  lambda = x * (1 / SphereRadius);
+  phi = 2 * std::atan(std::exp(y * (1 / SphereRadius))) - HalfPi;
   return errcode();
 }
 

@@ -30,8 +30,9 @@ errcode Stereographic::GeoXY(double& x, double& y, double phi, double lambda) co
   const SinCos chi = FromIsometric(Sphere.IsometricLatitude(phi));
   const SinCos Lambda = SinCosOf(N * lambda - LonN);
   const double D = 1 + Sphere.sinChi0 * chi.sin + Sphere.cosChi0 * chi.cos * Lambda.cos;
-  x = TwoRK * chi.cos * Lambda.sin / D + FalseEasting;
-  y = TwoRK * (Sphere.cosChi0 * chi.sin - Sphere.sinChi0 * chi.cos * Lambda.cos) / D + FalseNorthing;
+  const double factor = TwoRK / D;
+  x = factor * chi.cos * Lambda.sin + FalseEasting;
+  y = factor * (Sphere.cosChi0 * chi.sin - Sphere.sinChi0 * chi.cos * Lambda.cos) + FalseNorthing;
   return errcode();
 }
 

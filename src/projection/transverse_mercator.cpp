@@ -33,6 +33,7 @@ TransverseMercator::TransverseMercator(const GeodesyParams& params)
       EccSquared(f() * (2 - f())),
       SecondEccSquared(EccSquared / (1 - EccSquared)),
       SemiMajor(a() / Unit),
+      InvScaledMajor(1 / (ScaleFactor * SemiMajor)),
       RectifyingRadius(SemiMajor * RectifyingRatio(ThirdFlattening)),
       FootCoeffs(Fold(FootpointSeries(ThirdFlattening))),
       ArcCoeffs(Fold(ArcSeries(ThirdFlattening))),
@@ -62,11 +63,11 @@ errcode TransverseMercator::GeoXY(double& x, double& y, double phi, double lambd
   const double N = SemiMajor / std::sqrt(1 - EccSquared * s * s);
   const double M = RectifyingRadius * Series(ArcCoeffs, phi, of);
 
-  const double X2 = (1 - T + C) / 6;
-  const double X4 = (5 - 18 * T + T * T + (14 - 58 * T) * C) / 120;
-  const double X6 = (61 - 479 * T + 179 * T * T - T * T * T) / 5040;
-  const double Y2 = (5 - T + (9 + 4 * C) * C) / 12;
-  const double Y4 = (61 - 58 * T + T * T + (270 - 330 * T) * C) / 360;
+  const double X2 = (1 - T + C) * (1.0 / 6);
+  const double X4 = (5 - 18 * T + T * T + (14 - 58 * T) * C) * (1.0 / 120);
+  const double X6 = (61 - 479 * T + 179 * T * T - T * T * T) * (1.0 / 5040);
+  const double Y2 = (5 - T + (9 + 4 * C) * C) * (1.0 / 12);
+  const double Y4 = (61 - 58 * T + T * T + (270 - 330 * T) * C) * (1.0 / 360);
 
   x = ScaleFactor * N * A * (1 + A2 * (X2 + A2 * (X4 + A2 * X6))) + FalseEasting;
   y = ScaleFactor * (M + 0.5 * t * N * A2 * (1 + A2 * (Y2 + A2 * Y4))) + OriginArc + FalseNorthing;
@@ -88,24 +89,24 @@ errcode TransverseMercator::XYGeo(double x, double y, double& phi, double& lambd
     return errcode(BeyondDomain, Fatal);
   }
   const auto [s, c] = SinCosOf(phi1);
-  const double t = s / c;
+  const double invC = 1 / c;
+  const double t = s * invC;
   const double T = t * t;
   const double C = SecondEccSquared * c * c;
-  const double N = SemiMajor / std::sqrt(1 - EccSquared * s * s);
-  const double Q = (x - FalseEasting) / (ScaleFactor * N);
+  const double Q = (x - FalseEasting) * InvScaledMajor * std::sqrt(1 - EccSquared * s * s);  // over k0 N
   const double Q2 = Q * Q;
 
-  const double P2 = (5 + 3 * T + (1 - 9 * T) * C - 4 * C * C) / -12;
-  const double P4 = (61 + 90 * T + 45 * T * T + (46 - 252 * T - 90 * T * T) * C) / 360;
+  const double P2 = (5 + 3 * T + (1 - 9 * T) * C - 4 * C * C) * (-1.0 / 12);
+  const double P4 = (61 + 90 * T + 45 * T * T + (46 - 252 * T - 90 * T * T) * C) * (1.0 / 360);
   phi = phi1 - 0.5 * (1 + C) * t * Q2 * (1 + Q2 * (P2 + Q2 * P4));
   if (phi < -HalfPi || phi > HalfPi) {
     return errcode(BeyondDomain, Fatal);
   }
 
-  const double L2 = (1 + 2 * T + C) / -6;
-  const double L4 = (5 + 28 * T + 24 * T * T + (6 + 8 * T) * C) / 120;
-  const double L6 = (61 + 662 * T + 1320 * T * T + 720 * T * T * T) / 5040;
-  double longitude = Q * (1 + Q2 * (L2 + Q2 * (L4 + Q2 * L6))) / c + CentralMeridian;
+  const double L2 = (1 + 2 * T + C) * (-1.0 / 6);
+  const double L4 = (5 + 28 * T + 24 * T * T + (6 + 8 * T) * C) * (1.0 / 120);
+  const double L6 = (61 + 662 * T + 1320 * T * T + 720 * T * T * T) * (1.0 / 5040);
+  double longitude = Q * (1 + Q2 * (L2 + Q2 * (L4 + Q2 * L6))) * invC + CentralMeridian;
   if (longitude <= -Pi) {
     longitude += TwoPi;
   }
@@ -126,10 +127,9 @@ errcode TransverseMercator::Scale(double x, double y, double& k) const {
   }
   const auto [s, c] = SinCosOf(phi1);
   const double C = SecondEccSquared * c * c;
-  const double N = SemiMajor / std::sqrt(1 - s * s * EccSquared);
-  const double Q = (x - FalseEasting) / (ScaleFactor * N);
+  const double Q = (x - FalseEasting) * InvScaledMajor * std::sqrt(1 - EccSquared * s * s);  // over k0 N
   const double Q2 = Q * Q;
-  k = ScaleFactor * (1 + 0.5 * (1 + C) * Q2 * (1 + (1 + 5 * C) * Q2 / 12));
+  k = ScaleFactor * (1 + 0.5 * (1 + C) * Q2 * (1 + (1 + 5 * C) * Q2 * (1.0 / 12)));
   return errcode();
 }
 

@@ -41,6 +41,7 @@ class TransverseMercator : public Projection {
   const double EccSquared;        // e2, from f
   const double SecondEccSquared;  // e'2
   const double SemiMajor;         // a, grid units
+  const double InvScaledMajor;    // 1 / (k0 a), per grid unit
   const double RectifyingRadius;  // G, grid units
   const FourTerms FootCoeffs;     // D0 to D3
   const FourTerms ArcCoeffs;      // C0 to C3
