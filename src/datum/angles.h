@@ -41,25 +41,25 @@ inline SinCos FromHalfComplement(double u) {
   return {(1 - v * v) * d, 2 * v * d};
 }
 
-// tan(pi/4 + phi/2) and sin(phi) of a latitude, from one pair of functions. Negative tangents lie beyond the poles.
-struct HalfAngle {
-  double tangent, sine;
+// The isometric latitude on the sphere, ln tan(pi/4 + phi/2), and the sine of a latitude. No number beyond the poles.
+struct SphereIsometric {
+  double q, sine;
 };
 
-inline HalfAngle HalfAngleOf(double phi) {
+inline SphereIsometric SphereIsometricOf(double phi) {
+  if (std::fabs(phi) < 1.25) {
+    const double s = std::sin(phi);
+    return {std::log((1 + s) / (1 - s)) / 2, s};
+  }
+  // Nearer to a pole 1 - s would cancel.
   const auto [s, c] = SinCosOf(phi / 2 + HalfPi / 2);
-  return {s / c, (s - c) * (s + c)};
+  return {std::log(s / c), (s - c) * (s + c)};
 }
 
-// The same of the latitude whose isometric latitude on the sphere, ln tan(pi/4 + phi/2), is q.
+// Sine and cosine of the latitude with this isometric latitude on the sphere.
 inline SinCos FromIsometric(double q) {
   const auto [s, c] = FromHalfComplement(std::exp(-std::fabs(q)));
   return {std::copysign(s, q), c};
-}
-
-// The isometric latitude on the sphere, by the sine of the latitude.
-inline double SphereIsometric(double sine) {
-  return std::log((1 + sine) / (1 - sine)) / 2;
 }
 
 // The cosine of the angle with this sine, from -pi/2 to pi/2.

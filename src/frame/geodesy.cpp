@@ -26,24 +26,6 @@ Geodesy::~Geodesy() {
   }
 }
 
-errcode Geodesy::GeoXY(double& x, double& y, double latitude, double longitude) const {
-  if (const std::int32_t code = Proj->GeoXY(x, y, latitude, longitude).code(); code != 0) {
-    return errcode(code, Fatal);
-  }
-  AdjustForward(x, y);
-  return errcode();
-}
-
-errcode Geodesy::XYGeo(double x, double y, double& latitude, double& longitude) const {
-  AdjustInverse(x, y);
-  return Proj->XYGeo(x, y, latitude, longitude);
-}
-
-// The projection's own coordinates: the local grid takes no part.
-errcode Geodesy::Scale(double x, double y, double& k) const {
-  return Proj->Scale(x, y, k);
-}
-
 void Geodesy::GetParams(GeodesyParams& params) const {
   params = {.SemiMajorAxis = Proj->a(),
             .InvFlattening = 1.0 / Proj->f(),

@@ -29,9 +29,19 @@ class Geodesy {
   Geodesy& operator=(const Geodesy&) = delete;
 
   // Projection, with the local grid behind it.
-  errcode GeoXY(double& x, double& y, double latitude, double longitude) const;
-  errcode XYGeo(double x, double y, double& latitude, double& longitude) const;
-  errcode Scale(double x, double y, double& k) const;
+  errcode GeoXY(double& x, double& y, double latitude, double longitude) const {
+    if (const std::int32_t code = Proj->GeoXY(x, y, latitude, longitude).code(); code != 0) {
+      return errcode(code, Fatal);
+    }
+    AdjustForward(x, y);
+    return errcode();
+  }
+  errcode XYGeo(double x, double y, double& latitude, double& longitude) const {
+    AdjustInverse(x, y);
+    return Proj->XYGeo(x, y, latitude, longitude);
+  }
+  // At the projection's own coordinates: the local grid takes no part.
+  errcode Scale(double x, double y, double& k) const { return Proj->Scale(x, y, k); }
   void GetParams(GeodesyParams& params) const;
   const Projection& GetProjection() const { return *Proj; }
 

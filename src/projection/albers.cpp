@@ -29,6 +29,7 @@ double Albers::MakeConeConstant() const {
 
 Albers::Albers(const GeodesyParams& params)
     : Projection(params),
+      InvTwoE(1 / (2 * e())),
       SemiMajor(a() / Unit),
       ConeConstant(MakeConeConstant()),
       InvCone(1 / ConeConstant),

@@ -28,8 +28,15 @@ class Albers : public Projection {
 
  private:
   // L = ln((1 - e s) / (1 + e s)) / (2 e), and q (3-12), of the sine of a latitude.
-  double L(double s) const { return EccTerm(s) / -e2(); }
-  double Q(double s) const { return (1 - e2()) * (s / (1 - e2() * s * s) - L(s)); }
+  double L(double s) const {
+    const double es = e() * s;
+    return InvTwoE * std::log((1 - es) / (1 + es));
+  }
+  double Q(double s) const {
+    const double es = e() * s;
+    const double d = 1 / ((1 - es) * (1 + es));
+    return (1 - e2()) * (s * d - InvTwoE * std::log((1 - es) * (1 - es) * d));
+  }
   // The radius of a latitude, a sqrt(C - n q) / n, grid units, from its q.
   double Radius(double q) const { return MajorOverCone * std::sqrt(ConeRoot - ConeConstant * q); }
   // The way back, by the square of that root: (rho n / a)^2.
@@ -37,6 +44,7 @@ class Albers : public Projection {
   double QOfRoot(double root2) const { return (ConeRoot - root2) * InvCone; }
   double MakeConeConstant() const;
 
+  const double InvTwoE;            // 1 / (2 e)
   const double SemiMajor;          // a, grid units
   const double ConeConstant;       // n, negative for a southern cone
   const double InvCone;            // 1/n

@@ -20,6 +20,8 @@ AzimuthEqDist::AzimuthEqDist(const GeodesyParams& params)
       G(SecondEcc * SinLat0),
       InvN0(1 / N0),
       InvOneMinusE2(1 / (1 - e2())),
+      AFactor(-SecondEcc * SecondEcc * CosLat0 * CosLat0),
+      BFactor(3 * SecondEcc * SecondEcc * SinLat0 * CosLat0),
       OriginTerm(e2() * N0 * Unit / a() * SinLat0),
       NorthPole(std::fabs(RefLatitude - HalfPi) < PoleTolerance),
       SouthPole(std::fabs(RefLatitude + HalfPi) < PoleTolerance) {}
@@ -69,9 +71,8 @@ errcode AzimuthEqDist::XYGeo(double x, double y, double& phi, double& lambda) co
   const double invC = 1 / c;
   const double sinAz = dx * invC;
   const double cosAz = dy * invC;
-  const double g = SecondEcc * SecondEcc;  // e2 / (1 - e2)
-  const double A = -g * CosLat0 * CosLat0 * cosAz * cosAz;
-  const double B = 3 * g * (1 - A) * SinLat0 * CosLat0 * cosAz;
+  const double A = AFactor * cosAz * cosAz;
+  const double B = BFactor * (1 - A) * cosAz;
   const double D = c * InvN0;
   const double D3 = D * D * D;
   const double E = D - A * (1 + A) * D3 * (1.0 / 6) - B * (1 + 3 * A) * D3 * D * (1.0 / 24);

@@ -31,6 +31,7 @@ class AzimuthEqDist : public Projection {
   const double SecondEcc;             // e / sqrt(1 - e2)
   const double G;                     // e sin(phi0) / sqrt(1 - e2)
   const double InvN0, InvOneMinusE2;  // 1 / N0, 1 / (1 - e2)
+  const double AFactor, BFactor;      // -g cos^2(phi0) and 3 g sin(phi0) cos(phi0), g = e2 / (1 - e2)
   const double OriginTerm;            // e2 N0 sin(phi0) / a, with N0 in metres
   const bool NorthPole, SouthPole;    // the origin is the pole
 };

@@ -20,6 +20,6 @@ ConformalSphere::ConformalSphere(const Ellipsoid& ellipsoid, double phi0)
       cosChi0(std::cos(chi0)),
       radius(std::sqrt(ellipsoid.PrimeVerticalRadius(phi0) * ellipsoid.MeridianRadius(phi0))),
       e(ellipsoid.e()),
-      constant(std::log(HalfAngleOf(chi0).tangent) - WithoutConstant(phi0)) {}
+      constant(SphereIsometricOf(chi0).q - WithoutConstant(phi0)) {}
 
 }  // namespace latigo

@@ -23,9 +23,9 @@ class ConformalSphere {
 
  private:
   double WithoutConstant(double phi) const {
-    const auto [tangent, s] = HalfAngleOf(phi);
+    const auto [q, s] = SphereIsometricOf(phi);
     const double es = e * s;
-    return exponent * (std::log(tangent) - e / 2 * std::log((1 + es) / (1 - es)));
+    return exponent * (q - e / 2 * std::log((1 + es) / (1 - es)));
   }
 
   const double e;  // first eccentricity of the ellipsoid

@@ -29,7 +29,7 @@ errcode ObliqueCylindrical::GeoXY(double& x, double& y, double phi, double lambd
   const double sinBBar = b.sin * Sphere.cosChi0 - l.cos * Sphere.sinChi0 * b.cos;
   const double lBar = std::asin(l.sin * b.cos / CosOfSine(sinBBar));
   x = Radius * lBar + FalseEasting;
-  y = Radius * SphereIsometric(sinBBar) + FalseNorthing;
+  y = Radius / 2 * std::log((1 + sinBBar) / (1 - sinBBar)) + FalseNorthing;
   return errcode();
 }
 
@@ -41,7 +41,7 @@ errcode ObliqueCylindrical::XYGeo(double x, double y, double& phi, double& lambd
   lambda = l / Alpha + CentralMeridian;
 
   // phi' = 2 atan(exp(S + e atanh(e sin phi))) - pi/2, which is the iteration from Snyder's t = exp(-S).
-  const double S = (SphereIsometric(sinB) - KConst) / Alpha;
+  const double S = (std::log((1 + sinB) / (1 - sinB)) / 2 - KConst) / Alpha;
   phi = Converge(std::exp(-S), Start, LatitudeTolerance, MaxPasses).Latitude();
   return errcode();
 }

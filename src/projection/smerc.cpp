@@ -10,7 +10,7 @@ constexpr double SphereRadius = 6378388.0;  // metres
 
 errcode SMerc::GeoXY(double& x, double& y, double phi, double lambda) const {
   x = lambda * SphereRadius;
-  y = std::log(HalfAngleOf(phi).tangent) * SphereRadius;
+  y = SphereIsometricOf(phi).q * SphereRadius;
   return errcode();
 }
 

@@ -57,13 +57,15 @@ errcode Stereographic::XYGeo(double x, double y, double& phi, double& lambda) co
   do {
     const auto [sinH, cosH] = SinCosOf(latitude / 2 + HalfPi / 2);
     const double s = (sinH - cosH) * (sinH + cosH);
-    const double T = sinH / cosH;
+    const double invCosH = 1 / cosH;
+    const double T = sinH * invCosH;
     const double eccTerm = EccTerm(s);
     const double P = std::exp(-eccTerm);
     const double zN1 = std::exp((N - 1) * (std::log(T) - eccTerm));
     const double g = C * (zN1 * (T * P)) - w0;
     // The slope of z nearly: it has e2 s where the derivative has e2 s^2. The latitude reached is the same.
-    const double Q = 0.5 * P / (cosH * cosH) - 2 * sinH * sinH * e2() * s / (1 - e2() * s);  // 2 sin^2 h = T cos(phi)
+    const double Q =
+        0.5 * P * invCosH * invCosH - 2 * sinH * sinH * e2() * s / (1 - e2() * s);  // 2 sin^2 h = T cos(phi)
     step = g / (C * N * zN1 * Q);
     latitude -= step;
   } while (std::fabs(step) > LatitudeTolerance && ++passes < MaxPasses);

@@ -35,6 +35,8 @@ TransverseMercator::TransverseMercator(const GeodesyParams& params)
       SemiMajor(a() / Unit),
       InvScaledMajor(1 / (ScaleFactor * SemiMajor)),
       RectifyingRadius(SemiMajor * RectifyingRatio(ThirdFlattening)),
+      InvScaledRadius(1 / (RectifyingRadius * ScaleFactor)),
+      QuarterMeridian(std::fabs(RectifyingRadius * ScaleFactor) * HalfPi),
       FootCoeffs(Fold(FootpointSeries(ThirdFlattening))),
       ArcCoeffs(Fold(ArcSeries(ThirdFlattening))),
       OriginArc(-ScaleFactor * RectifyingRadius * Series(ArcCoeffs, RefLatitude, SinCosOf(RefLatitude))) {
@@ -75,10 +77,11 @@ errcode TransverseMercator::GeoXY(double& x, double& y, double phi, double lambd
 }
 
 bool TransverseMercator::Footpoint(double y, double& phi1) const {
-  const double mu = (y - FalseNorthing - OriginArc) / (RectifyingRadius * ScaleFactor);
-  if (!(std::fabs(mu) < HalfPi)) {
+  const double arc = y - FalseNorthing - OriginArc;
+  if (!(std::fabs(arc) < QuarterMeridian)) {
     return false;
   }
+  const double mu = arc * InvScaledRadius;
   phi1 = Series(FootCoeffs, mu, SinCosOf(mu));
   return std::fabs(phi1) < HalfPi;
 }

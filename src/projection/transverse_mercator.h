@@ -43,6 +43,8 @@ class TransverseMercator : public Projection {
   const double SemiMajor;         // a, grid units
   const double InvScaledMajor;    // 1 / (k0 a), per grid unit
   const double RectifyingRadius;  // G, grid units
+  const double InvScaledRadius;   // 1 / (G k0)
+  const double QuarterMeridian;   // from the equator to a pole, scale factor included, grid units
   const FourTerms FootCoeffs;     // D0 to D3
   const FourTerms ArcCoeffs;      // C0 to C3
   const double OriginArc;         // -k0 M(phi0), grid units
