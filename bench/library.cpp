@@ -18,7 +18,8 @@ void Find(void* library, const char* name, Function& function) {
 
 }  // namespace
 
-Library::Library(std::string libraryName, const std::string& path) : name(std::move(libraryName)) {
+Library::Library(std::string libraryName, const std::string& libraryPath)
+    : name(std::move(libraryName)), path(libraryPath) {
   void* const library = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
   if (library == nullptr) {
     throw std::runtime_error(dlerror());

@@ -15,6 +15,7 @@ struct Library {
   Library(std::string name, const std::string& path);
 
   std::string name;
+  std::string path;
   decltype(&::CreateGeodesy) CreateGeodesy;
   decltype(&::CreateFileGeodesy) CreateFileGeodesy;
   decltype(&::DestroyGeodesy) DestroyGeodesy;

@@ -43,6 +43,10 @@ int main(int argc, char** argv) {
       run.libraries.emplace_back("other", other);
     }
     bench::AddProjectionRows(run);
+    bench::AddDatumRows(run);
+    bench::AddLineRows(run);
+    bench::AddGridRows(run);
+    bench::AddObjectRows(run);
     benchmark::RunSpecifiedBenchmarks();
   } catch (const std::exception& failure) {
     std::fprintf(stderr, "latigo-bench: %s\n", failure.what());

@@ -6,18 +6,28 @@
 #include <stdexcept>
 
 #if BENCH_HAS_PROJ
+#include <geodesic.h>
 #include <proj.h>
 #endif
 #if BENCH_HAS_GEOGRAPHICLIB
 #include <GeographicLib/AlbersEqualArea.hpp>
 #include <GeographicLib/AzimuthalEquidistant.hpp>
 #include <GeographicLib/CassiniSoldner.hpp>
+#include <GeographicLib/Geocentric.hpp>
+#include <GeographicLib/Geodesic.hpp>
 #include <GeographicLib/LambertConformalConic.hpp>
 #include <GeographicLib/PolarStereographic.hpp>
+#include <GeographicLib/Rhumb.hpp>
 #include <GeographicLib/TransverseMercator.hpp>
 #endif
 
 namespace bench {
+
+namespace {
+
+constexpr Units LineUnits = {{Degree, Degree, Degree, Degree, 1}, {1, Degree, 1, 1, 1}};
+
+}  // namespace
 
 std::string ProjNumber(const std::string& key, double value) {
   char text[64];
@@ -68,6 +78,46 @@ void AddProjInverse(Row& row, const Task& task, const Values& tolerance, const s
   }));
 }
 
+void AddProjShift(Row& row, const Task& task, const Values& tolerance, const std::string& definition, bool forward) {
+  row.Add(
+      PointByPoint("PROJ", task, tolerance,
+                   [proj = MakeProj(definition), direction = forward ? PJ_FWD : PJ_INV](const Values& in, Values& out) {
+                     const PJ_COORD position = proj_trans(proj.get(), direction, proj_coord(in[1], in[0], in[2], 0));
+                     out[0] = position.lpz.phi;
+                     out[1] = position.lpz.lam;
+                     out[2] = position.lpz.z;
+                   }));
+}
+
+void AddProjUndulation(Row& row, const Task& task, const Values& tolerance, const std::string& grid) {
+  const std::string definition = "+proj=vgridshift +multiplier=1 +grids=" + grid;
+  row.Add(PointByPoint("PROJ", task, tolerance, [proj = MakeProj(definition)](const Values& in, Values& out) {
+    out[0] = proj_trans(proj.get(), PJ_FWD, proj_coord(in[1], in[0], 0, 0)).lpz.z;
+  }));
+}
+
+void AddProjGeodesic(Row& row, const Task& task, const Values& tolerance, const GeodesyParams& params) {
+  geod_geodesic geodesic;
+  geod_init(&geodesic, params.SemiMajorAxis, 1 / params.InvFlattening);
+  row.Add(PointByPoint(
+      "PROJ", task, tolerance,
+      [geodesic](const Values& in, Values& out) {
+        geod_inverse(&geodesic, in[0], in[1], in[2], in[3], &out[0], &out[1], nullptr);
+      },
+      LineUnits));
+}
+
+std::function<void(Values*)> ProjMaker(const std::string& definition, double latitude, double longitude) {
+  return [=](Values* out) {
+    PJ* const object = proj_create(nullptr, definition.c_str());
+    if (out != nullptr) {
+      const PJ_COORD grid = proj_trans(object, PJ_FWD, proj_coord(longitude, latitude, 0, 0));
+      *out = {grid.xy.x, grid.xy.y};
+    }
+    proj_destroy(object);
+  };
+}
+
 void AddProjFactors(Row& row, const Task& task, const Values& tolerance, const std::string& definition) {
   row.Add(PointByPoint("PROJ", task, tolerance, [proj = MakeProj(definition)](const Values& in, Values& out) {
     out[0] = proj_factors(proj.get(), proj_coord(in[1], in[0], 0, 0)).parallel_scale;
@@ -78,6 +128,12 @@ void AddProjFactors(Row& row, const Task& task, const Values& tolerance, const s
 
 void AddProjForward(Row&, const Task&, const Values&, const std::string&, const std::string&) {}
 void AddProjInverse(Row&, const Task&, const Values&, const std::string&, const std::string&) {}
+void AddProjShift(Row&, const Task&, const Values&, const std::string&, bool) {}
+void AddProjGeodesic(Row&, const Task&, const Values&, const GeodesyParams&) {}
+void AddProjUndulation(Row&, const Task&, const Values&, const std::string&) {}
+std::function<void(Values*)> ProjMaker(const std::string&, double, double) {
+  return {};
+}
 void AddProjFactors(Row&, const Task&, const Values&, const std::string&) {}
 
 #endif
@@ -207,10 +263,82 @@ void AddGeographicLibInverse(Row& row, const Task& task, const Values& tolerance
   AddGeographicLib<true>(row, task, tolerance, params);
 }
 
+void AddGeocentricForward(Row& row, const Task& task, const Values& tolerance, const GeodesyParams& params) {
+  const GeographicLib::Geocentric earth(params.SemiMajorAxis, 1 / params.InvFlattening);
+  row.Add(PointByPoint(
+      "GeographicLib", task, tolerance,
+      [earth](const Values& in, Values& out) { earth.Forward(in[0], in[1], in[2], out[0], out[1], out[2]); },
+      DegreesInHeight));
+}
+
+void AddGeocentricInverse(Row& row, const Task& task, const Values& tolerance, const GeodesyParams& params) {
+  const GeographicLib::Geocentric earth(params.SemiMajorAxis, 1 / params.InvFlattening);
+  row.Add(PointByPoint(
+      "GeographicLib", task, tolerance,
+      [earth](const Values& in, Values& out) { earth.Reverse(in[0], in[1], in[2], out[0], out[1], out[2]); },
+      DegreesOutHeight));
+}
+
+void AddGeocentricShift(Row& row, const Task& task, const Values& tolerance, const GeodesyParams& params,
+                        const EllDiff& d, bool forward) {
+  const GeographicLib::Geocentric own(params.SemiMajorAxis, 1 / params.InvFlattening);
+  const GeographicLib::Geocentric wgs84 = GeographicLib::Geocentric::WGS84();
+  const Units units = {DegreesInHeight.in, DegreesOutHeight.out};
+  if (forward) {
+    row.Add(PointByPoint(
+        "GeographicLib", task, tolerance,
+        [=](const Values& in, Values& out) {
+          double X, Y, Z;
+          wgs84.Forward(in[0], in[1], in[2], X, Y, Z);
+          own.Reverse((X + d.DeltaRZ * Y - d.DeltaRY * Z) * d.DeltaScale + d.DeltaX,
+                      (Y - d.DeltaRZ * X + d.DeltaRX * Z) * d.DeltaScale + d.DeltaY,
+                      (Z + d.DeltaRY * X - d.DeltaRX * Y) * d.DeltaScale + d.DeltaZ, out[0], out[1], out[2]);
+        },
+        units));
+    return;
+  }
+  row.Add(PointByPoint(
+      "GeographicLib", task, tolerance,
+      [=](const Values& in, Values& out) {
+        double X, Y, Z;
+        own.Forward(in[0], in[1], in[2], X, Y, Z);
+        X = (X - d.DeltaX) / d.DeltaScale;
+        Y = (Y - d.DeltaY) / d.DeltaScale;
+        Z = (Z - d.DeltaZ) / d.DeltaScale;
+        wgs84.Reverse(X - d.DeltaRZ * Y + d.DeltaRY * Z, Y + d.DeltaRZ * X - d.DeltaRX * Z,
+                      Z - d.DeltaRY * X + d.DeltaRX * Y, out[0], out[1], out[2]);
+      },
+      units));
+}
+
+void AddGeographicLibGeodesic(Row& row, const Task& task, const Values& tolerance, const GeodesyParams& params) {
+  const GeographicLib::Geodesic geodesic(params.SemiMajorAxis, 1 / params.InvFlattening);
+  row.Add(PointByPoint(
+      "GeographicLib", task, tolerance,
+      [geodesic](const Values& in, Values& out) {
+        double azimuth2;
+        geodesic.Inverse(in[0], in[1], in[2], in[3], out[0], out[1], azimuth2);
+      },
+      LineUnits));
+}
+
+void AddGeographicLibRhumb(Row& row, const Task& task, const Values& tolerance, const GeodesyParams& params) {
+  const GeographicLib::Rhumb rhumb(params.SemiMajorAxis, 1 / params.InvFlattening);
+  row.Add(PointByPoint(
+      "GeographicLib", task, tolerance,
+      [rhumb](const Values& in, Values& out) { rhumb.Inverse(in[0], in[1], in[2], in[3], out[0], out[1]); },
+      LineUnits));
+}
+
 #else
 
 void AddGeographicLibForward(Row&, const Task&, const Values&, const GeodesyParams&) {}
 void AddGeographicLibInverse(Row&, const Task&, const Values&, const GeodesyParams&) {}
+void AddGeocentricForward(Row&, const Task&, const Values&, const GeodesyParams&) {}
+void AddGeocentricInverse(Row&, const Task&, const Values&, const GeodesyParams&) {}
+void AddGeocentricShift(Row&, const Task&, const Values&, const GeodesyParams&, const EllDiff&, bool) {}
+void AddGeographicLibGeodesic(Row&, const Task&, const Values&, const GeodesyParams&) {}
+void AddGeographicLibRhumb(Row&, const Task&, const Values&, const GeodesyParams&) {}
 
 #endif
 

@@ -4,6 +4,7 @@
 
 #include <latigo/latigo.h>
 
+#include <functional>
 #include <string>
 
 #include "rows.h"
@@ -30,11 +31,32 @@ void AddProjForward(Row& row, const Task& task, const Values& tolerance, const s
 void AddProjInverse(Row& row, const Task& task, const Values& tolerance, const std::string& definition,
                     const std::string& name = "PROJ");
 
+// proj_trans between positions; forward as the definition says, or the other way.
+void AddProjShift(Row& row, const Task& task, const Values& tolerance, const std::string& definition, bool forward);
+// A grid of undulations.
+void AddProjUndulation(Row& row, const Task& task, const Values& tolerance, const std::string& grid);
+
+// Makes a PROJ object and ends it; with a place for them, gives x and y of a position. Empty without PROJ.
+std::function<void(Values*)> ProjMaker(const std::string& definition, double latitude, double longitude);
+
 // proj_factors at latitude and longitude: the scale along the parallel.
 void AddProjFactors(Row& row, const Task& task, const Values& tolerance, const std::string& definition);
 
 // GeographicLib's class for the projection kind, where it has one.
 void AddGeographicLibForward(Row& row, const Task& task, const Values& tolerance, const GeodesyParams& params);
 void AddGeographicLibInverse(Row& row, const Task& task, const Values& tolerance, const GeodesyParams& params);
+
+// GeographicLib's earth-centred coordinates, on the record's ellipsoid; the shift has the seven values between WGS-84
+// and it.
+void AddGeocentricForward(Row& row, const Task& task, const Values& tolerance, const GeodesyParams& params);
+void AddGeocentricInverse(Row& row, const Task& task, const Values& tolerance, const GeodesyParams& params);
+void AddGeocentricShift(Row& row, const Task& task, const Values& tolerance, const GeodesyParams& params,
+                        const EllDiff& diff, bool forward);
+
+// Distance and azimuth from latitude, longitude to latitude, longitude: both peers' geodesics, GeographicLib's rhumb
+// line.
+void AddProjGeodesic(Row& row, const Task& task, const Values& tolerance, const GeodesyParams& params);
+void AddGeographicLibGeodesic(Row& row, const Task& task, const Values& tolerance, const GeodesyParams& params);
+void AddGeographicLibRhumb(Row& row, const Task& task, const Values& tolerance, const GeodesyParams& params);
 
 }  // namespace bench

@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <optional>
 #include <random>
 
 namespace bench {
@@ -51,11 +52,6 @@ bool Agree(const Row& row) {
 }
 
 void Measure(benchmark::State& state, const Row& row) {
-  if (!Agree(row)) {
-    Agreed = false;
-    state.SkipWithError("the contestants disagree");
-    return;
-  }
   const std::size_t n = row.contestants.size();
   std::vector<std::vector<double>> times(n);
   std::vector<std::vector<double>> ratios(n);
@@ -87,6 +83,9 @@ void Measure(benchmark::State& state, const Row& row) {
   for (const auto& [name, ratio] : row.targets) {
     state.counters["target " + name] = ratio;
   }
+  if (!row.floorBinds) {
+    state.counters["free floor"] = 1;
+  }
 }
 
 }  // namespace
@@ -115,9 +114,18 @@ Points Scaled(const Points& points, const Values& factors, bool divide) {
 
 void Register(Row row) {
   const std::string name = row.name;
-  benchmark::RegisterBenchmark(name.c_str(), [row = std::move(row)](benchmark::State& state) { Measure(state, row); })
-      ->UseManualTime()
-      ->Unit(benchmark::kMicrosecond);
+  const auto measure = [row = std::move(row), agree = std::optional<bool>()](benchmark::State& state) mutable {
+    if (!agree) {
+      agree = Agree(row);
+      Agreed = Agreed && *agree;
+    }
+    if (*agree) {
+      Measure(state, row);
+    } else {
+      state.SkipWithError("the contestants disagree");
+    }
+  };
+  benchmark::RegisterBenchmark(name.c_str(), measure)->UseManualTime()->Unit(benchmark::kMicrosecond);
 }
 
 bool AllAgreed() {

@@ -46,7 +46,7 @@ struct Row {
   std::string name;
   std::vector<Contestant> contestants;                  // the first is the one that the row is about
   std::vector<std::pair<std::string, double>> targets;  // largest ratio to a contestant's time
-  bool onlyCompared = false;                            // a ratio to the floor binds nothing
+  bool floorBinds = true;                               // false if the floor is only for comparison
 
   void Add(Contestant contestant) { contestants.push_back(std::move(contestant)); }
 };

@@ -18,7 +18,7 @@ def read_rows(path):
             continue
         row = values.setdefault(run["run_name"].removesuffix("/manual_time"), {})
         for key, value in run.items():
-            if key.split()[0] in ("ns", "ratio", "target"):
+            if key.split()[0] in ("ns", "ratio", "target", "free"):
                 row.setdefault(key, []).append(value)
     return {name: {key: statistics.median(v) for key, v in row.items()} for name, row in values.items()}
 
@@ -26,7 +26,7 @@ def read_rows(path):
 def floor_excess(row):
     """How much of the bar a row takes: above 1 it misses it; None without a floor."""
     floor = row.get("ns floor")
-    if floor is None or "target floor" in row:
+    if floor is None or "free floor" in row:
         return None
     if floor < SHORT_ROW:
         return (row["ns latigo"] - floor) / SHORT_ROW_EXCESS
