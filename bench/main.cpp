@@ -47,6 +47,7 @@ int main(int argc, char** argv) {
     bench::AddLineRows(run);
     bench::AddGridRows(run);
     bench::AddObjectRows(run);
+    bench::AddThreadRows(run);
     benchmark::RunSpecifiedBenchmarks();
   } catch (const std::exception& failure) {
     std::fprintf(stderr, "latigo-bench: %s\n", failure.what());

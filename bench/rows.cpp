@@ -17,12 +17,6 @@ bool Agreed = true;
 // The same points in every run.
 std::mt19937_64 Generator(20260101);
 
-double Median(std::vector<double> values) {
-  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
-  std::nth_element(values.begin(), middle, values.end());
-  return *middle;
-}
-
 // Compares every contestant's answers with the first one's; NaN agrees with nothing.
 bool Agree(const Row& row) {
   const Contestant& first = row.contestants.front();
@@ -89,6 +83,12 @@ void Measure(benchmark::State& state, const Row& row) {
 }
 
 }  // namespace
+
+double Median(std::vector<double> values) {
+  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+  std::nth_element(values.begin(), middle, values.end());
+  return *middle;
+}
 
 Points RandomPoints(const std::vector<Range>& ranges, std::size_t count) {
   Points points(count);

@@ -51,6 +51,8 @@ struct Row {
   void Add(Contestant contestant) { contestants.push_back(std::move(contestant)); }
 };
 
+double Median(std::vector<double> values);
+
 Points Scaled(const Points& points, const Values& factors, bool divide);
 
 // Values between the clock's readings are in nanoseconds.
