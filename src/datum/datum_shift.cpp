@@ -33,9 +33,10 @@ Cartesian Forward(const EllDiff& d, const Cartesian& p) {
 
 // From the object's datum to the other one: the signs turned and the scale inverted, which is not the exact inverse.
 Cartesian Reverse(const EllDiff& d, const Cartesian& p) {
-  return {(p.X - d.DeltaRZ * p.Y + d.DeltaRY * p.Z) / d.DeltaScale - d.DeltaX,
-          (p.Y + d.DeltaRZ * p.X - d.DeltaRX * p.Z) / d.DeltaScale - d.DeltaY,
-          (p.Z - d.DeltaRY * p.X + d.DeltaRX * p.Y) / d.DeltaScale - d.DeltaZ};
+  const double invScale = 1 / d.DeltaScale;
+  return {(p.X - d.DeltaRZ * p.Y + d.DeltaRY * p.Z) * invScale - d.DeltaX,
+          (p.Y + d.DeltaRZ * p.X - d.DeltaRX * p.Z) * invScale - d.DeltaY,
+          (p.Z - d.DeltaRY * p.X + d.DeltaRX * p.Y) * invScale - d.DeltaZ};
 }
 
 // A caller without a height works at height 0.

@@ -68,18 +68,23 @@ Geographic Ellipsoid::ECEFGeo(const Cartesian& position) const {
   if (p == 0) {
     return {Z > 0 ? HalfPi : -HalfPi, 0, std::fabs(Z) - (1 - f_) * a_};
   }
-  // phi' = atan((N e2 sin phi + Z) / p), on the tangent T of phi: N sin phi = a T / sqrt(1 + (1 - e2) T^2).
-  double T = std::clamp((Z / (1 - e2_)) / p, -LargestTangent, LargestTangent);
+  // phi' = atan((N e2 sin phi + Z) / p), on the tangent T of phi: N sin phi = a T / w with w^2 = 1 + (1 - e2) T^2.
+  const auto limited = [](double tangent) { return std::clamp(tangent, -LargestTangent, LargestTangent); };
+  const double invP = 1 / p;
+  const double first = Z * invP;
+  const double factor = a_ * e2_ * invP;
+  double T = limited(first / (1 - e2_));
   double last;
+  double w;
   int passes = 0;
   do {
     last = T;
-    T = std::clamp((a_ * e2_ * last / std::sqrt(1 + (1 - e2_) * last * last) + Z) / p, -LargestTangent, LargestTangent);
+    w = std::sqrt(1 + (1 - e2_) * last * last);
+    T = limited(first + factor * last / w);
     // phi' - phi = atan((T' - T) / (1 + T T')), and the tolerance is its own tangent.
   } while (std::fabs(T - last) > LatitudeTolerance * (1 + T * last) && ++passes < MaxPasses);
-  // N belongs to the latitude before the last change.
-  const double N = a_ * std::sqrt((1 + last * last) / (1 + (1 - e2_) * last * last));
-  return {std::atan(T), std::atan2(Y, X), p * std::sqrt(1 + T * T) - N};
+  // N = a sqrt(1 + T^2) / w belongs to the latitude before the last change.
+  return {std::atan(T), std::atan2(Y, X), p * std::sqrt(1 + T * T) - a_ * std::sqrt(1 + last * last) / w};
 }
 
 }  // namespace latigo

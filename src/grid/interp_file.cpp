@@ -40,9 +40,9 @@ double RoundedStep(float degrees) {
   return arcSeconds / 3600.0 * Pi / 180;
 }
 
-// The weight of the corner at (1, 1): S(x) S(y) with S(t) = t^2 (3 - 2t).
-double CornerWeight(double x, double y) {
-  return x * x * y * y * (9 - 6 * x - 6 * y + 4 * x * y);
+// The weight of a corner is S(x) S(y).
+double S(double t) {
+  return t * t * (3 - 2 * t);
 }
 
 // A cell along one axis: the index of its first node and of its second, and the fraction between them.
@@ -54,13 +54,13 @@ struct Cell {
 
 // A point on the far limit belongs to the cell before it, fraction 1; a lattice of one node has no cell, and its node
 // stands for both ends.
-Cell CellOf(double position, double origin, double step, std::int32_t nodes) {
-  const double cells = (position - origin) / step;
+Cell CellOf(double position, double origin, double step, double invStep, std::int32_t nodes) {
+  const double cells = (position - origin) * invStep;
   if (!(cells < nodes - 1)) {
     return nodes == 1 ? Cell{0, 0, 0.0} : Cell{nodes - 2, nodes - 1, 1.0};
   }
   const auto first = static_cast<std::int32_t>(cells);
-  return {first, first + 1, (position - (first * step + origin)) / step};
+  return {first, first + 1, (position - (first * step + origin)) * invStep};
 }
 
 errcode Failure(ErrorNumber code) {
@@ -102,6 +102,8 @@ errcode InterpFile::ReadHeader(const Header& header, bool reverse) {
   if (!(latStep_ > 0 && lonStep_ > 0 && std::isfinite(latStep_) && std::isfinite(lonStep_))) {
     return Failure(HeaderOutOfRange);
   }
+  invLatStep_ = 1 / latStep_;
+  invLonStep_ = 1 / lonStep_;
   rows_ = header.nr;
   cols_ = header.nc;
   depth_ = header.nz;
@@ -146,8 +148,8 @@ errcode InterpFile::Lookup(double latitude, double longitude, std::int32_t* coun
   if (!(south_ <= latitude && latitude <= north_ && west_ <= longitude && longitude <= east_)) {
     return Failure(OutsideGrid);
   }
-  const Cell row = CellOf(latitude, south_, latStep_, rows_);
-  const Cell col = CellOf(longitude, west_, lonStep_, cols_);
+  const Cell row = CellOf(latitude, south_, latStep_, invLatStep_, rows_);
+  const Cell col = CellOf(longitude, west_, lonStep_, invLonStep_, cols_);
   if (row.first != cachedRow_ || col.first != cachedCol_) {
     cachedRow_ = cachedCol_ = -1;
     if (!ReadRows(row.first)) {
@@ -187,8 +189,12 @@ bool InterpFile::ReadRows(std::int32_t row) {
 }
 
 double InterpFile::Interpolate(const double* corners, double v, double u) const {
-  return corners[0] * CornerWeight(1 - v, 1 - u) + corners[1] * CornerWeight(v, 1 - u) +
-         corners[2] * CornerWeight(v, u) + corners[3] * CornerWeight(1 - v, u);
+  const double west = S(1 - v);
+  const double east = S(v);
+  const double south = S(1 - u);
+  const double north = S(u);
+  return corners[0] * (west * south) + corners[1] * (east * south) + corners[2] * (east * north) +
+         corners[3] * (west * north);
 }
 
 }  // namespace latigo

@@ -61,6 +61,7 @@ class InterpFile {
   double south_ = 0, north_ = 0;      // limits of the lattice
   double west_ = 0, east_ = 0;        // limits of the lattice
   double latStep_ = 0, lonStep_ = 0;  // distances of the nodes
+  double invLatStep_ = 0, invLonStep_ = 0;
   double headerValueA_ = 0, headerValueB_ = 0;
   std::int32_t rows_ = 0, cols_ = 0, depth_ = 0;
   std::int32_t recordBytes_ = 0;
