@@ -3,7 +3,10 @@
 #include <algorithm>
 #include <cerrno>
 #include <charconv>
+#include <cmath>
+#include <cstdint>
 #include <cstring>
+#include <iterator>
 
 #if defined(_WIN32)
 #include <io.h>
@@ -107,6 +110,9 @@ bool BlockReader::Next(Block& block) {
 }
 
 void Writer::Number(double value, int precision) {
+  if (ShortNumber(value, precision)) {
+    return;
+  }
   char text[400];  // the largest double has 309 digits before the point
   const char* const end = std::to_chars(text, text + sizeof text, value, std::chars_format::fixed, precision).ptr;
   std::string_view number(text, static_cast<std::size_t>(end - text));
@@ -114,6 +120,37 @@ void Writer::Number(double value, int precision) {
     number.remove_prefix(1);
   }
   Text(number);
+}
+
+// By a whole number of units of the last digit, which is right unless the value lies too near to the middle of two.
+bool Writer::ShortNumber(double value, int precision) {
+  constexpr double PowersOfTen[] = {1, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12};
+  if (precision >= static_cast<int>(std::size(PowersOfTen))) {
+    return false;
+  }
+  const double scaled = std::fabs(value) * PowersOfTen[precision];
+  const double below = std::floor(scaled);
+  const double fraction = scaled - below;
+  if (!(scaled < 1e15 && std::fabs(fraction - 0.5) > 1e-15 * scaled)) {
+    return false;
+  }
+  const auto units = static_cast<std::uint64_t>(below) + (fraction > 0.5 ? 1 : 0);
+  char digits[24] = "0000000000000";  // so many zeros may stand in front of the units
+  const auto whole = static_cast<std::size_t>(precision) + 1;
+  char* first = digits + whole;
+  const char* const end = std::to_chars(first, digits + sizeof digits, units).ptr;
+  const auto length = static_cast<std::size_t>(end - first);
+  const char* const start = length < whole ? end - whole : first;
+  const char* const point = end - precision;
+  if (value < 0 && units != 0) {
+    Char('-');
+  }
+  Text({start, point});
+  if (precision > 0) {
+    Char('.');
+    Text({point, end});
+  }
+  return true;
 }
 
 void Writer::Dms(double degrees, Axis axis, int precision) {

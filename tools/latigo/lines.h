@@ -58,6 +58,9 @@ class Writer {
   const std::string& Written() const { return text_; }
 
  private:
+  // Writes a number of ordinary size; false if it cannot.
+  bool ShortNumber(double value, int precision);
+
   std::string text_;
 };
 

@@ -8,23 +8,30 @@ namespace latigo::cli {
 
 namespace {
 
-constexpr std::string_view Blanks = " \t";
+constexpr bool IsBlank(char c) {
+  return c == ' ' || c == '\t';
+}
 
 std::string_view TrimLeft(std::string_view text) {
-  text.remove_prefix(std::min(text.find_first_not_of(Blanks), text.size()));
+  while (!text.empty() && IsBlank(text.front())) {
+    text.remove_prefix(1);
+  }
   return text;
 }
 
 std::string_view TrimRight(std::string_view text) {
-  return text.substr(0, text.find_last_not_of(Blanks) + 1);
+  while (!text.empty() && IsBlank(text.back())) {
+    text.remove_suffix(1);
+  }
+  return text;
 }
 
 // Walks the fields of a line; what is left begins with the separator.
 class Fields {
  public:
   explicit Fields(std::string_view line) : left_(TrimLeft(line)) {
-    const std::size_t end = std::min(left_.find_first_of(" \t,"), left_.size());
-    separator_ = TrimLeft(left_.substr(end)).starts_with(',') ? ',' : ' ';
+    const auto* const end = std::find_if(left_.begin(), left_.end(), [](char c) { return IsBlank(c) || c == ','; });
+    separator_ = TrimLeft({end, left_.end()}).starts_with(',') ? ',' : ' ';
   }
 
   std::string_view Next() {
@@ -33,9 +40,10 @@ class Fields {
       left_ = TrimLeft(left_.substr(1));
     }
     begun_ = true;
-    const std::size_t end = std::min(left_.find_first_of(separator_ == ',' ? "," : Blanks), left_.size());
-    const std::string_view field = TrimRight(left_.substr(0, end));
-    left_.remove_prefix(end);
+    const auto* const end = separator_ == ',' ? std::find(left_.begin(), left_.end(), ',')
+                                              : std::find_if(left_.begin(), left_.end(), IsBlank);
+    const std::string_view field = TrimRight({left_.begin(), end});
+    left_ = {end, left_.end()};
     return field;
   }
 
