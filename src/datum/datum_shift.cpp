@@ -91,9 +91,6 @@ void Geodesy::GetEllModel(char* buffer, std::int32_t size) const {
 }
 
 EllDiff Geodesy::LocalEllDiff(const Geographic& position) {
-  if (!DatumFile) {
-    return Diff;
-  }
   std::array<double, 3> values;
   std::int32_t count = 0;
   // A point outside the grid is carried across unshifted.
@@ -115,8 +112,8 @@ void Geodesy::WGS84Conv(double& latitude, double& longitude, double* h) {
     return;
   }
   const Geographic wgs84 = Position(latitude, longitude, h);
-  const EllDiff d = LocalEllDiff(wgs84);
-  Store(Proj->ECEFGeo(Forward(d, WGS84Ellipsoid.GeoECEF(wgs84))), latitude, longitude, h);
+  const Cartesian position = WGS84Ellipsoid.GeoECEF(wgs84);
+  Store(Proj->ECEFGeo(Forward(DatumFile ? LocalEllDiff(wgs84) : Diff, position)), latitude, longitude, h);
 }
 
 void Geodesy::InvWGS84Conv(double& latitude, double& longitude, double* h) {
@@ -124,8 +121,8 @@ void Geodesy::InvWGS84Conv(double& latitude, double& longitude, double* h) {
     return;
   }
   const Geographic own = Position(latitude, longitude, h);
-  const EllDiff d = LocalEllDiff(own);
-  Store(WGS84Ellipsoid.ECEFGeo(Reverse(d, Proj->GeoECEF(own))), latitude, longitude, h);
+  const Cartesian position = Proj->GeoECEF(own);
+  Store(WGS84Ellipsoid.ECEFGeo(Reverse(DatumFile ? LocalEllDiff(own) : Diff, position)), latitude, longitude, h);
 }
 
 // The seven values tell how to reach any other ellipsoid; a datum grid tells it for WGS-84 only.

@@ -1,6 +1,5 @@
 #include "datum/ellipsoid.h"
 
-#include <algorithm>
 #include <cmath>
 
 #include "datum/angles.h"
@@ -13,8 +12,9 @@ namespace {
 // left is e2 times smaller).
 constexpr double LatitudeTolerance = 1e-9;
 
-// Beyond it a latitude is that of the pole, and its square would leave the range of doubles.
-constexpr double LargestTangent = 1e150;
+// A point so near to the polar axis, as a part of its height above the equator, lies on it: its latitude is that of the
+// pole to the last digit, and the square of its tangent would leave the range of doubles.
+constexpr double NoDistance = 1e-100;
 
 // Three to five passes are the rule; the bound only ends what would never end, far inside the earth.
 constexpr int MaxPasses = 1000;
@@ -54,33 +54,24 @@ Ellipsoid::ArcTerms Ellipsoid::MeridianArcTerms() const {
   return {A0, {-A2, A4, A6, 0}};
 }
 
-Cartesian Ellipsoid::GeoECEF(const Geographic& position) const {
-  const SinCos phi = SinCosOf(position.phi);
-  const SinCos lambda = SinCosOf(position.lambda);
-  const double N = NOfSine(phi.sin);
-  const double p = (N + position.h) * phi.cos;
-  return {p * lambda.cos, p * lambda.sin, ((1 - e2_) * N + position.h) * phi.sin};
-}
-
 Geographic Ellipsoid::ECEFGeo(const Cartesian& position) const {
   const auto [X, Y, Z] = position;
   const double p = Hypotenuse(X, Y);
-  if (p == 0) {
-    return {Z > 0 ? HalfPi : -HalfPi, 0, std::fabs(Z) - (1 - f_) * a_};
+  if (p < NoDistance * (std::fabs(Z) + 1)) {
+    return {Z > 0 ? HalfPi : -HalfPi, p == 0 ? 0 : std::atan2(Y, X), std::fabs(Z) - (1 - f_) * a_};
   }
   // phi' = atan((N e2 sin phi + Z) / p), on the tangent T of phi: N sin phi = a T / w with w^2 = 1 + (1 - e2) T^2.
-  const auto limited = [](double tangent) { return std::clamp(tangent, -LargestTangent, LargestTangent); };
   const double invP = 1 / p;
   const double first = Z * invP;
   const double factor = a_ * e2_ * invP;
-  double T = limited(first / (1 - e2_));
+  double T = Z / ((1 - e2_) * p);
   double last;
   double w;
   int passes = 0;
   do {
     last = T;
     w = std::sqrt(1 + (1 - e2_) * last * last);
-    T = limited(first + factor * last / w);
+    T = first + factor * last / w;
     // phi' - phi = atan((T' - T) / (1 + T T')), and the tolerance is its own tangent.
   } while (std::fabs(T - last) > LatitudeTolerance * (1 + T * last) && ++passes < MaxPasses);
   // N = a sqrt(1 + T^2) / w belongs to the latitude before the last change.

@@ -51,7 +51,13 @@ class Ellipsoid {
     return a_ * (terms.A0 * phi + SineSeries(terms.sines, Doubled(of)));
   }
 
-  Cartesian GeoECEF(const Geographic& position) const;
+  Cartesian GeoECEF(const Geographic& position) const {
+    const SinCos phi = SinCosOf(position.phi);
+    const SinCos lambda = SinCosOf(position.lambda);
+    const double N = NOfSine(phi.sin);
+    const double p = (N + position.h) * phi.cos;
+    return {p * lambda.cos, p * lambda.sin, ((1 - e2_) * N + position.h) * phi.sin};
+  }
 
   // The way back, by iteration on the latitude. On the polar axis the longitude is 0, and the centre of the earth
   // counts as south. Longitudes lie from -pi to pi.

@@ -6,6 +6,7 @@
 #include "frame/install_dir.h"
 #include "frame/last_error.h"
 #include "frame/profile.h"
+#include "platform/profile_snapshot.h"
 
 namespace latigo {
 
@@ -96,6 +97,7 @@ class SectionReader {
 Geodesy* CreateFromFile(const char* fileName, const char* section) noexcept {
   std::unique_ptr<Geodesy> object;
   try {
+    const ProfileSnapshot snapshot(fileName);
     Profile profile(fileName);
     const SectionReader reader(profile, section != nullptr ? section : DefaultSection);
     object = std::make_unique<Geodesy>(reader.ReadParams());

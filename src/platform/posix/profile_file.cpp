@@ -9,14 +9,6 @@ namespace {
 constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
 constexpr std::string_view Blanks = " \t\r\v\f";
 
-std::string_view Trimmed(std::string_view text) {
-  const std::size_t first = text.find_first_not_of(Blanks);
-  if (first == std::string_view::npos) {
-    return {};
-  }
-  return text.substr(first, text.find_last_not_of(Blanks) - first + 1);
-}
-
 std::string_view Unquoted(std::string_view value) {
   if (value.size() >= 2 && (value.front() == '"' || value.front() == '\'') && value.back() == value.front()) {
     return value.substr(1, value.size() - 2);
@@ -52,6 +44,14 @@ std::string Replaced(std::string_view bytes, std::size_t begin, std::size_t end,
 }
 
 }  // namespace
+
+std::string_view Trimmed(std::string_view text) {
+  const std::size_t first = text.find_first_not_of(Blanks);
+  if (first == std::string_view::npos) {
+    return {};
+  }
+  return text.substr(first, text.find_last_not_of(Blanks) - first + 1);
+}
 
 ProfileLines::ProfileLines(std::string_view bytes)
     : bytes_(bytes), place_(bytes.starts_with(ByteOrderMark) ? ByteOrderMark.size() : 0) {}

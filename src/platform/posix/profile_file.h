@@ -38,6 +38,9 @@ class ProfileLines {
   std::size_t place_;
 };
 
+// A text without the blanks around it.
+std::string_view Trimmed(std::string_view text);
+
 // The value of a key, or nothing.
 std::optional<std::string_view> ProfileValue(std::string_view bytes, std::string_view section, std::string_view key);
 

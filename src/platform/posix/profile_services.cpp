@@ -4,6 +4,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <atomic>
 #include <cstdio>
 #include <cstdlib>
@@ -11,9 +12,11 @@
 #include <exception>
 #include <memory>
 
+#include "platform/ascii.h"
 #include "platform/platform.h"
 #include "platform/posix/native_file.h"
 #include "platform/posix/profile_file.h"
+#include "platform/profile_snapshot.h"
 
 namespace latigo {
 namespace {
@@ -136,11 +139,45 @@ bool HasLineBreak(const char* text) {
   return text != nullptr && std::strpbrk(text, "\r\n") != nullptr;
 }
 
+std::string_view OrEmpty(const char* text) {
+  return text != nullptr ? text : "";
+}
+
 std::optional<std::string_view> Optional(const char* text) {
   return text != nullptr ? std::optional<std::string_view>(text) : std::nullopt;
 }
 
+thread_local ProfileSnapshot* CurrentSnapshot = nullptr;
+
 }  // namespace
+
+ProfileSnapshot::ProfileSnapshot(const char* fileName)
+    : fileName_(fileName), bytes_(ReadProfile(NativePath(fileName))) {
+  CurrentSnapshot = this;
+}
+
+ProfileSnapshot::~ProfileSnapshot() {
+  CurrentSnapshot = nullptr;
+}
+
+const std::string_view* ProfileSnapshot::Value(std::string_view section, std::string_view key) {
+  if (!parsed_ || section != section_) {
+    section_ = section;
+    entries_.clear();
+    ProfileLines lines(bytes_);
+    ProfileLine line;
+    if (lines.ToSection(Trimmed(section), line)) {
+      while (lines.NextKey(line)) {
+        entries_.push_back({line.name, line.value});
+      }
+    }
+    parsed_ = true;
+  }
+  const auto found = std::find_if(entries_.begin(), entries_.end(),
+                                  [&](const Entry& entry) { return EqualIgnoringCase(entry.key, Trimmed(key)); });
+  return found != entries_.end() ? &found->value : nullptr;
+}
+
 }  // namespace latigo
 
 DWORD GetPrivateProfileStringA(const char* section, const char* key, const char* defaultText, char* buffer, DWORD size,
@@ -149,10 +186,13 @@ DWORD GetPrivateProfileStringA(const char* section, const char* key, const char*
   if (section == nullptr) {
     return GetPrivateProfileSectionNamesA(buffer, size, fileName);
   }
+  if (key != nullptr && CurrentSnapshot != nullptr && CurrentSnapshot->FileName() == fileName) {
+    const std::string_view* value = CurrentSnapshot->Value(section, key);
+    return CopyText(value != nullptr ? *value : OrEmpty(defaultText), buffer, size);
+  }
   const std::string bytes = ReadProfile(NativePath(fileName));
   if (key != nullptr) {
-    const auto value = ProfileValue(bytes, section, key);
-    return CopyText(value ? *value : (defaultText != nullptr ? defaultText : ""), buffer, size);
+    return CopyText(ProfileValue(bytes, section, key).value_or(OrEmpty(defaultText)), buffer, size);
   }
   NameList names(buffer, size);
   ProfileLines lines(bytes);
