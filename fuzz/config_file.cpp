@@ -1,0 +1,139 @@
+// Bytes as a configuration file: every section makes an object, sections and keys are listed, values read, written and
+// copied.
+#include <latigo/latigo.h>
+
+#include <algorithm>
+#include <climits>
+#include <fstream>
+#include <vector>
+
+#include "frame/c_numbers.h"
+#include "frame/profile.h"
+#include "fuzz_input.h"
+
+namespace {
+
+using namespace fuzz;
+using latigo::Profile;
+using Names = std::vector<std::string>;
+
+constexpr char Guard = '\x5A', Missing[] = "none\n";
+constexpr std::int32_t BufferSize = 4096;
+
+// The names of a list that a call has written: well formed in its size, nothing behind it. The last one may be cut.
+Names Listed(std::int32_t size, bool characters, auto call) {
+  std::string buffer(BufferSize, Guard);
+  const auto told = static_cast<std::size_t>(call(buffer.data())), room = static_cast<std::size_t>(size);
+  REQUIRE(buffer.find_first_not_of(Guard, room) == buffer.npos && (buffer[0] != '\0' || buffer[1] == '\0'));
+  Names names;
+  std::size_t place = 0;
+  for (; buffer[place] != '\0'; place += names.back().size() + 1) { names.emplace_back(buffer.c_str() + place); }
+  REQUIRE(place < room);
+  REQUIRE(characters ? told == place || (told == room - 2 && place >= room - 2) : told == names.size());
+  return names;
+}
+
+std::string Trimmed(const std::string& text) {
+  const std::size_t first = text.find_first_not_of(" \t\r\v\f");
+  return first == text.npos ? "" : text.substr(first, text.find_last_not_of(" \t\r\v\f") - first + 1);
+}
+
+// A value as it is read, of one as it is written.
+std::string Kept(const std::string& text) {
+  const std::string value = Trimmed(text);
+  const bool quoted = value.size() > 1 && (value[0] == '"' || value[0] == '\'') && value.back() == value[0];
+  return quoted ? value.substr(1, value.size() - 2) : value;
+}
+
+std::string Value(const Profile& profile, const std::string& key, const std::string& section) {
+  std::string buffer(BufferSize, Guard);
+  const auto length = profile.GetString(buffer.data(), BufferSize, key.c_str(), section.c_str(), Missing);
+  REQUIRE(std::strlen(buffer.c_str()) == static_cast<std::size_t>(length));
+  return buffer.c_str();
+}
+
+// The lines of the file, and how many of them at one place another file does not have.
+struct Lines : Names {
+  explicit Lines(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    for (std::string line; std::getline(file, line);) { push_back(Trimmed(line)); }
+  }
+  std::ptrdiff_t Without(const Lines& other) const {
+    const auto front = std::mismatch(begin(), end(), other.begin(), other.end());
+    const auto rest = std::make_reverse_iterator(front.first);
+    return rest - std::mismatch(rbegin(), rest, other.rbegin(), std::make_reverse_iterator(front.second)).first;
+  }
+};
+
+// Numbers are those of the C library in the C locale.
+void CheckNumbers(const std::string& text) {
+  const double number = latigo::CDouble(text.c_str()), wanted = std::strtod(text.c_str(), nullptr);
+  REQUIRE(Same(number, wanted) || (std::isnan(number) && std::isnan(wanted)));
+  const long whole = std::strtol(text.c_str(), nullptr, 10);
+  REQUIRE(latigo::CInt(text.c_str()) == std::clamp<long>(whole, INT_MIN, INT_MAX));
+}
+
+// What is written is read back, and the other lines stay.
+void CheckWriting(Profile& profile, const std::string& key, const std::string& value, const std::string& section) {
+  const bool broken = (key + section + value).find_first_of("\r\n") != key.npos;
+  const Lines before(profile.FileName);
+  REQUIRE(profile.WriteString(key.c_str(), value.c_str(), section.c_str()) != broken);
+  const Lines after(profile.FileName);
+  REQUIRE(before.Without(after) <= 1 && after.Without(before) <= (broken ? 0 : 2));
+  const bool name = key.find('=') == key.npos && Trimmed(key).find_first_of(";[") != 0 && section.find(']') == key.npos;
+  REQUIRE(broken || !name || Value(profile, key, section) == Kept(value));
+  profile.WriteString(key.c_str(), nullptr, section.c_str());
+  REQUIRE(Lines(profile.FileName).Without(after) == 0 && after.Without(Lines(profile.FileName)) <= 1);
+}
+
+// Two objects of one section are the same; code 9 comes with an object and without a geoid.
+void CheckObject(const std::string& path, const char* section) {
+  struct Seen {
+    std::int32_t code;
+    double x, y, constant;
+    char geoid[8];
+  } seen[2] = {};
+  for (Seen& s : seen) {
+    GeodesyHandle object = CreateFileGeodesy(path.c_str(), section);
+    s.code = GetGeodesyError();
+    REQUIRE((object != nullptr) == (s.code == 0 || s.code == 9) && s.code >= 0 && (0b1010101111 >> s.code & 1) != 0);
+    GeoXY(object, &s.x, &s.y, 0.5, 0.1);
+    REQUIRE(GetGeoid(object, s.geoid, sizeof s.geoid, &s.constant) == (object != nullptr));
+    REQUIRE(s.code != 9 || (s.constant == 0 && s.geoid[0] == '\0'));
+    DestroyGeodesy(object);
+  }
+  REQUIRE(std::memcmp(&seen[0], &seen[1], sizeof(Seen)) == 0);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  static const std::string grids[] = {WriteFile("datum/d", SmallGrid(2)), WriteFile("datum/g", SmallGrid(1))};
+  Input in{data, size};
+  const std::int32_t room = in.Take<std::uint16_t>() % 300 + 2;
+  const std::string key = in.Text(in.Below(24)).c_str(), value = in.Text(in.Below(80)).c_str();
+  std::string section = in.Text(in.Below(24)).c_str();
+  const std::string path = WriteFile("file.ini", in.Text(in.size));
+  Profile profile(path.c_str()), copy((Scratch() + "/copy.ini").c_str());
+  CheckNumbers(value);
+  CheckObject(path, nullptr);
+  Names sections = Listed(room, true, [&](char* buffer) { return profile.ListSections(buffer, room); });
+  sections.resize(std::min<std::size_t>(sections.size(), 8));
+  for (const std::string& name : sections) {
+    CheckObject(path, name.c_str());
+    Names keys = Listed(room, false, [&](char* buffer) { return profile.ListKeys(buffer, room, name.c_str()); });
+    const auto list = [&](char* buffer) { return profile.GetString(buffer, room, nullptr, name.c_str(), ""); };
+    REQUIRE(Listed(room, true, list) == keys);
+    if (!keys.empty()) { keys.pop_back(); }
+    copy.CopySection(profile, name.c_str(), "copy");
+    for (const std::string& listed : keys) {
+      const std::string read = Value(profile, listed, name), copied = Value(copy, listed, "copy");
+      CheckNumbers(read.substr(0, 79));
+      REQUIRE(read != Missing && profile.HasKey(listed.c_str(), name.c_str()) == !read.empty());
+      REQUIRE(copied == Kept(read) || read.size() > 255 || (listed + read).find('\r') != read.npos);
+    }
+  }
+  if (!sections.empty() && section.empty()) { section = sections[0]; }
+  CheckWriting(profile, key, value, section);
+  return 0;
+}

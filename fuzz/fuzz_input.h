@@ -1,0 +1,129 @@
+// What the fuzzers share: numbers and texts out of the fuzzer's bytes, files to give to the library, and the test that
+// stops the process.
+#pragma once
+
+#include <unistd.h>
+
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <iterator>
+#include <limits>
+#include <string>
+
+namespace fuzz {
+
+inline constexpr double Pi = 3.141592653589793, Degree = Pi / 180, Untouched = -12345;
+
+#define REQUIRE(condition) ((condition) ? void() : fuzz::Fail(#condition, __FILE__, __LINE__))
+[[noreturn]] inline void Fail(const char* condition, const char* file, int line) {
+  std::fprintf(stderr, "%s:%d: does not hold: %s\n", file, line, condition);
+  std::abort();
+}
+
+// Bit by bit.
+template <typename T>
+bool Same(const T& left, const T& right) {
+  return std::memcmp(&left, &right, sizeof left) == 0;
+}
+
+template <typename T>
+void Append(std::string& bytes, const T& value) {
+  bytes.append(reinterpret_cast<const char*>(&value), sizeof value);
+}
+
+// The fuzzer's bytes, from the front. Behind their end everything is 0.
+struct Input {
+  const std::uint8_t* data;
+  std::size_t size;
+
+  std::string Text(std::size_t length) {
+    std::string text(reinterpret_cast<const char*>(data), std::min(length, size));
+    data += text.size(), size -= text.size();
+    return text;
+  }
+  template <typename T>
+  T Take() {
+    T value{};
+    const std::string bytes = Text(sizeof value);
+    std::memcpy(&value, bytes.data(), bytes.size());
+    return value;
+  }
+  std::size_t Below(std::size_t limit) { return Take<std::uint8_t>() % limit; }
+  // Often an end, the middle, or beside it, where formulas have their exceptions.
+  double Between(double low, double high) {
+    const std::uint16_t place = Take<std::uint16_t>();
+    const double middle = (low + high) / 2, beside = (high - middle) * std::pow(10, -(place >> 4 & 15));
+    const double special[] = {low, high, middle, middle + beside, middle - beside};
+    return place % 16 < 5 ? special[place % 16] : low + (high - low) * place / 65535;
+  }
+  // A number that means something to the library, one beside it, one of any bit pattern, or an angle or a length.
+  double Number() {
+    using Limits = std::numeric_limits<double>;
+    constexpr double Known[] = {Pi / 2,
+                                -Pi / 2,
+                                Pi,
+                                -Pi,
+                                0,
+                                1,
+                                -1,
+                                -0.0,
+                                2 * Pi,
+                                Pi / 4,
+                                1e-9,
+                                -1e-9,
+                                1e7,
+                                1e300,
+                                -1e300,
+                                Limits::denorm_min(),
+                                Limits::max(),
+                                Limits::infinity(),
+                                -Limits::infinity(),
+                                Limits::quiet_NaN(),
+                                6378137,
+                                298.257223563,
+                                0.3048};
+    const std::size_t choice = Below(64);
+    if (choice < std::size(Known)) { return Known[choice]; }
+    if (choice < 26) { return std::nextafter(Known[Below(4)], Known[4 + Below(3)]); }
+    if (choice >= 60) { return Take<double>(); }
+    return Take<std::int16_t>() * (choice < 46 ? 1e-4 : choice < 54 ? 1.0 : 1e3);
+  }
+};
+
+// A directory for this process; the log goes nowhere.
+inline const std::string& Scratch() {
+  static const struct Directory {
+    std::string name = std::filesystem::temp_directory_path() / "latigo-fuzz-XXXXXX";
+    Directory() {
+      REQUIRE(mkdtemp(name.data()) != nullptr && std::filesystem::create_directory(name + "/datum"));
+      setenv("LATIGO_DEBUG_OUTPUT", "/dev/null", 1);
+      setenv("TWI_BATHYX", name.c_str(), 1);
+    }
+    ~Directory() { std::filesystem::remove_all(name); }
+  } directory;
+  return directory.name;
+}
+
+inline std::string WriteFile(const char* name, const std::string& bytes) {
+  std::string path = Scratch() + "/" + name;
+  std::FILE* file = std::fopen(path.c_str(), "wb");
+  REQUIRE(file != nullptr && std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size());
+  std::fclose(file);
+  return path;
+}
+
+// The bytes of a grid file of 3 rows and 23 columns about (0, 0), a degree apart; nodes count up.
+inline std::string SmallGrid(std::int32_t depth) {
+  std::string bytes(64, ' ');
+  for (const std::int32_t count : {23, 3, depth}) { Append(bytes, count); }
+  for (const float place : {-11.0F, 1.0F, -1.0F, 1.0F, 0.0F}) { Append(bytes, place); }
+  bytes.resize(static_cast<std::size_t>(92 * depth + 4));
+  for (int word = 0; word < 3 * (23 * depth + 1); ++word) { Append(bytes, static_cast<float>(word)); }
+  return bytes;
+}
+
+}  // namespace fuzz

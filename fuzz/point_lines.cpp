@@ -1,0 +1,72 @@
+// Bytes as a points file of the command-line program: lines, their fields, and angles written and read back.
+#include "fuzz_input.h"
+#include "lines.h"
+#include "point_line.h"
+
+namespace {
+
+using namespace fuzz;
+using namespace latigo::cli;
+
+void CheckLine(std::string_view line) {
+  for (const Order order : {Order::LatitudeLongitude, Order::LongitudeLatitude, Order::Grid}) {
+    const PointLine point = ParsePointLine(line, order), two = ParseTwoPoints(line, order);
+    for (const std::string_view rest : {point.rest, point.restWithThird, two.rest}) { REQUIRE(line.ends_with(rest)); }
+    REQUIRE(point.rest.size() <= point.restWithThird.size() && (two.fault != nullptr || point.fault == nullptr));
+    if (point.fault != nullptr) { continue; }
+    REQUIRE(std::isfinite(point.first + point.second + point.third.value_or(0) + two.toFirst + two.toSecond));
+    REQUIRE(order == Order::Grid || (std::fabs(point.first) <= 90 && std::fabs(point.second) <= 360));
+    REQUIRE(order == Order::Grid || (std::fabs(two.toFirst) <= 90 && std::fabs(two.toSecond) <= 360));
+  }
+}
+
+// What is a number here is the whole word, and the same number, to the C library.
+void CheckNumber(const std::string& word) {
+  const Parsed parsed = ParseNumber(word);
+  char* end = nullptr;
+  const double value = std::strtod(word.c_str(), &end);
+  REQUIRE(parsed.fault != nullptr || (end == word.c_str() + word.size() && Same(parsed.value, value)));
+}
+
+// What is written is read back to the last digit written.
+void CheckWritten(double degrees, Axis axis, int precision) {
+  char text[64];
+  const char* const end = WriteDms(text, degrees, axis, precision);
+  REQUIRE(end <= text + sizeof text);
+  const Parsed back = ParseAngle({text, static_cast<std::size_t>(end - text)}, axis);
+  const double digit = std::pow(10.0, -precision) / 3600;
+  REQUIRE(back.fault == nullptr && std::fabs(back.value - degrees) <= 0.5 * digit + 2e-13);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  Input in{data, size};
+  const double degrees = in.Below(2) != 0 ? in.Number() : in.Number() / Degree;
+  const int precision = static_cast<int>(in.Below(16));
+  if (std::fabs(degrees) <= 90) { CheckWritten(degrees, Axis::Latitude, precision); }
+  if (std::fabs(degrees) <= 360) { CheckWritten(degrees, Axis::Longitude, precision); }
+  if (std::fabs(degrees) <= 360) { CheckWritten(std::fabs(degrees), Axis::Azimuth, precision); }
+  // Now and then a file so long that the reader's buffer has to grow or to be filled anew.
+  const std::size_t times = in.Below(64) == 0 ? 1000 : 1;
+  const std::string piece = in.Text(in.size);
+  std::string bytes;
+  for (std::size_t i = 0; i < times; ++i) { bytes += piece; }
+
+  LineReader reader(WriteFile("points", bytes));
+  std::size_t place = 0, number = 0;
+  for (std::string_view line; reader.Next(line);) {
+    REQUIRE(place < bytes.size() && reader.Number() == ++number);
+    const std::size_t feed = std::min(bytes.find('\n', place), bytes.size());
+    std::string_view wanted = std::string_view(bytes).substr(place, feed - place);
+    place = feed + 1;
+    if (wanted.ends_with('\r') && !reader.TooLong()) { wanted.remove_suffix(1); }
+    REQUIRE(reader.TooLong() ? wanted.size() >= 1 << 20 && wanted.starts_with(line) : line == wanted);
+    if (number < 200) {
+      CheckLine(line);
+      CheckNumber(std::string(line.substr(0, line.find_first_of(std::string_view(" \t,\0", 4)))));
+    }
+  }
+  REQUIRE(place >= bytes.size());
+  return 0;
+}
