@@ -117,8 +117,11 @@ errcode InterpFile::ReadHeader(const Header& header, bool reverse) {
   recordBytes_ = static_cast<std::int32_t>(rowValues * 4 + 4);
   north_ = south_ + latStep_ * (rows_ - 1);
   east_ = west_ + lonStep_ * (cols_ - 1);
-  rowLow_.reset(new float[static_cast<std::size_t>(rowValues + 1)]);
-  rowHigh_.reset(new float[static_cast<std::size_t>(rowValues + 1)]);
+  // A file without a whole row gets no room for one: its header alone may ask for gigabytes.
+  if (SeekTo(file_.get(), std::int64_t{recordBytes_} * 2 - 1) && std::fgetc(file_.get()) != EOF) {
+    rowLow_.reset(new float[static_cast<std::size_t>(rowValues + 1)]);
+    rowHigh_.reset(new float[static_cast<std::size_t>(rowValues + 1)]);
+  }
   cachedRow_ = cachedCol_ = -1;
 
   if (EqualIgnoringCase(std::string_view(header.magic, sizeof header.magic), Magic)) {
@@ -177,6 +180,9 @@ errcode InterpFile::Lookup(double latitude, double longitude, std::int32_t* coun
 bool InterpFile::ReadRows(std::int32_t row) {
   const bool last = row == rows_ - 1;
   const auto bytes = static_cast<std::size_t>(recordBytes_);
+  if (!rowLow_) {
+    return false;
+  }
   if (!SeekTo(file_.get(), (std::int64_t{row} + 1) * recordBytes_) ||
       std::fread(rowLow_.get(), bytes, 1, file_.get()) != 1) {
     return false;
