@@ -40,6 +40,9 @@ double CDouble(const char* text) {
   if (digits.starts_with("0x") || digits.starts_with("0X")) {
     format = std::chars_format::hex;
     digits.remove_prefix(2);
+    if (digits.find_first_of(".0123456789ABCDEFabcdef") != 0) {  // from_chars would take a sign and words
+      digits = {};
+    }
   }
   double value = 0;
   const auto [end, error] = std::from_chars(digits.data(), digits.data() + digits.size(), value, format);
