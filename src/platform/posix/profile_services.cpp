@@ -199,7 +199,9 @@ DWORD GetPrivateProfileStringA(const char* section, const char* key, const char*
   ProfileLine line;
   if (lines.ToSection(section, line)) {
     while (lines.NextKey(line)) {
-      names.Add(line.name);
+      if (!line.name.empty()) {  // it would end the list
+        names.Add(line.name);
+      }
     }
   }
   return names.End();
