@@ -19,7 +19,7 @@ std::string_view Unquoted(std::string_view value) {
 void Classify(std::string_view text, ProfileLine& line) {
   line.is = ProfileLine::Is::Other;
   text = Trimmed(text);
-  if (text.empty() || text.front() == ';') {
+  if (text.empty() || text.front() == ';' || text.find('\0') != std::string_view::npos) {
     return;
   }
   if (text.front() == '[') {

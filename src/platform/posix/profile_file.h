@@ -2,7 +2,8 @@
 //
 // Names compare without case. The first section of a name counts, and the first key of a name in it. Blanks around
 // names and values do not count, nor does one pair of quotes around a value. A line that begins with `;` is a comment;
-// a line without `=` is no key. Lines end with LF or CRLF, and a UTF-8 byte order mark may stand in front.
+// a line without `=` is no key, and one with a NUL neither. Lines end with LF or CRLF, and a UTF-8 byte order mark may
+// stand in front.
 #pragma once
 
 #include <cstddef>
