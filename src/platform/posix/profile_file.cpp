@@ -101,6 +101,8 @@ std::optional<std::string_view> ProfileValue(std::string_view bytes, std::string
 
 std::string ProfileEdited(std::string_view bytes, std::string_view section, std::optional<std::string_view> key,
                           std::optional<std::string_view> value) {
+  section = Trimmed(section);
+  key = key ? std::optional(Trimmed(*key)) : key;
   const std::string_view eol = LineEnd(bytes);
   const std::string_view before = bytes.empty() || bytes.back() == '\n' ? "" : eol;
   std::string entry;
