@@ -20,8 +20,8 @@ Parsed ParseNumber(std::string_view text);
 // hemisphere letter behind. Latitudes up to 90 degrees, longitudes up to 360.
 Parsed ParseAngle(std::string_view text, Axis axis);
 
-// Writes D:MM:SS.sss, with the hemisphere letter but for azimuths, rounded as a whole so that no 60 appears. Gives the
-// end of the text; a buffer of 64 characters is enough.
+// Writes an angle of no more than a turn as D:MM:SS.sss, with the hemisphere letter but for azimuths, rounded as a
+// whole so that no 60 appears. Gives the end of the text; a buffer of 64 characters is enough.
 char* WriteDms(char* buffer, double degrees, Axis axis, int precision);
 
 }  // namespace latigo::cli

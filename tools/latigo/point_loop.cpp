@@ -12,6 +12,9 @@ namespace latigo::cli {
 
 namespace {
 
+// Beyond it a result is no latitude, and not one that rounding has lifted over the pole; degrees.
+constexpr double LargestLatitude = 90 + 1e-9;
+
 constexpr int LengthPrecision = 4;   // 0.1 mm
 constexpr int DegreePrecision = 10;  // 0.01 mm on the earth
 constexpr int SecondPrecision = 6;   // 0.03 mm
@@ -66,6 +69,10 @@ class BlockRun {
     for (int i = 0; i < result.count; ++i) {
       if (!std::isfinite(result.values[i].value)) {
         Fail(point, "the result is not a finite number");
+        return;
+      }
+      if (result.values[i].quantity == Quantity::Latitude && std::fabs(result.values[i].value) > LargestLatitude) {
+        Fail(point, "the result lies beyond the pole");
         return;
       }
     }
