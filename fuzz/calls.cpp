@@ -22,39 +22,25 @@ struct Object {
   double constant = 0;
 };
 
-// The arguments of a call that it only reads, and all that it may write.
-struct Arguments {
-  double n[4];
-  std::int32_t size;
-  std::uint8_t choice;
-  template <typename T>
-  T* Or(T* pointer) const {
-    return (choice & 1) != 0 ? pointer : nullptr;
-  }
-};
+// The arguments of a call, and all that it may write.
 struct Store {
-  std::int32_t result, code;
-  double value, d[3];
+  std::int32_t result, code, size;
+  std::uint32_t choice;
+  double n[4], d[3], value;
   EllDiff diff;
   Adjustment adjustment;
   GeodesyParams params;
   char text[TextSize], letters[4];
+  auto Or(auto* pointer) const { return (choice & 1) != 0 ? pointer : nullptr; }
 };
 
-void Fill(Input& in, double* numbers, int count) {
-  for (int i = 0; i < count; ++i) { numbers[i] = in.Number(); }
-}
-Adjustment TakeAdjustment(Input& in) {
-  return {in.Take<std::uint32_t>() & 0x8003001F,
-          in.Number(),
-          in.Number(),
-          in.Number(),
-          in.Number(),
-          in.Number(),
-          in.Number()};
-}
-EllDiff TakeDiff(Input& in) {
-  return {in.Number(), in.Number(), in.Number(), in.Number(), in.Number(), in.Number(), in.Number()};
+// The doubles of a record, from a byte on.
+template <typename T>
+void Fill(Input& in, T& record, std::size_t from, std::size_t to = sizeof(T)) {
+  for (std::size_t at = from; at < to; at += sizeof(double)) {
+    const double number = in.Number();
+    std::memcpy(reinterpret_cast<char*>(&record) + at, &number, sizeof number);
+  }
 }
 
 // A grid of each kind, a bad one, a missing one, and none.
@@ -65,86 +51,51 @@ const char* Grid(std::size_t choice) {
 }
 constexpr const char* Languages[] = {"", "fra", "ESP", "jpn"};
 
-enum Call {
-  XY,
-  Geo,
-  Factor,
-  Params,
-  SetDiff,
-  GetDiff,
-  SetModel,
-  GetModel,
-  FromEll,
-  ToEll,
-  From84,
-  To84,
-  Ecef,
-  FromEcef,
-  Circle,
-  Rhumb,
-  SetHeights,
-  GetHeights,
-  Heights,
-  Horizontal,
-  Vertical,
-  SetAdjust,
-  GetAdjust,
-  Name
-};
-
 // The codes that a call may leave, one bit each.
 constexpr std::uint32_t Codes(auto... codes) { return (1U | ... | (1U << codes)); }
 
 // In the order above: codes, numbers among the arguments, numbers read and written, the call. A result of -1 stands for
 // a function that gives a double.
 // clang-format off
-#define CALL [](H h, [[maybe_unused]] const Arguments& a, [[maybe_unused]] Store& s) -> std::int32_t
+enum Call { XY, Geo, Factor, Params, SetDiff, GetDiff, SetModel, GetModel, FromEll, ToEll, From84, To84, Ecef, FromEcef,
+            Circle, Rhumb, SetHeights, GetHeights, Heights, Horizontal, Vertical, SetAdjust, GetAdjust, Name };
+#define CALL [](H h, [[maybe_unused]] Store& s) -> std::int32_t
 constexpr struct {
   std::uint32_t codes;
-  int numbers, inOut;
-  std::int32_t (*call)(H, const Arguments&, Store&);
+  std::size_t numbers, inOut;
+  std::int32_t (*call)(H, Store&);
 } Exports[] = {
-    {Codes(6), 2, 0, CALL { return GeoXY(h, &s.d[0], &s.d[1], a.n[0], a.n[1]); }},
-    {Codes(10, 11), 2, 0, CALL { return XYGeo(h, a.n[0], a.n[1], &s.d[0], &s.d[1]); }},
-    {Codes(10, 11), 2, 0, CALL { return s.value = Scale(h, a.n[0], a.n[1]), -1; }},
-    {Codes(), 0, 0, CALL { return GetGeodesyParams(h, &s.params, a.Or(s.text), a.Or(s.letters)); }},
+    {Codes(6), 2, 0, CALL { return GeoXY(h, &s.d[0], &s.d[1], s.n[0], s.n[1]); }},
+    {Codes(10, 11), 2, 0, CALL { return XYGeo(h, s.n[0], s.n[1], &s.d[0], &s.d[1]); }},
+    {Codes(10, 11), 2, 0, CALL { return s.value = Scale(h, s.n[0], s.n[1]), -1; }},
+    {Codes(), 0, 0, CALL { return GetGeodesyParams(h, &s.params, s.Or(s.text), s.Or(s.letters)); }},
     {Codes(), 0, 0, CALL { return SetEllDiff(h, &s.diff); }},
     {Codes(), 0, 0, CALL { return GetEllDiff(h, &s.diff); }},
-    {Codes(1, 2, 3), 0, 0, CALL { return SetEllModel(h, Grid(a.choice)); }},
-    {Codes(), 0, 0, CALL { return GetEllModel(h, s.text, a.size); }},
-    {Codes(), 2, 3, CALL { return EllConv(h, &s.d[0], &s.d[1], a.Or(&s.d[2]), a.n[0], a.n[1]); }},
-    {Codes(), 2, 3, CALL { return InvEllConv(h, &s.d[0], &s.d[1], a.Or(&s.d[2]), a.n[0], a.n[1]); }},
-    {Codes(), 0, 3, CALL { return WGS84Conv(h, &s.d[0], &s.d[1], a.Or(&s.d[2])); }},
-    {Codes(), 0, 3, CALL { return InvWGS84Conv(h, &s.d[0], &s.d[1], a.Or(&s.d[2])); }},
-    {Codes(), 3, 0, CALL { return GeoECEF(h, &s.d[0], &s.d[1], &s.d[2], a.n[0], a.n[1], a.n[2]); }},
-    {Codes(), 3, 0, CALL { return ECEFGeo(h, a.n[0], a.n[1], a.n[2], &s.d[0], &s.d[1], &s.d[2]); }},
-    {Codes(), 4, 0, CALL { return s.value = GCircLL(h, a.n[0], a.n[1], a.n[2], a.n[3], a.Or(&s.d[0])), -1; }},
-    {Codes(), 4, 0, CALL { return s.value = RLineLL(h, a.n[0], a.n[1], a.n[2], a.n[3], a.Or(&s.d[0])), -1; }},
-    {Codes(9), 1, 0, CALL { return SetGeoid(h, Grid(a.choice), a.n[0]); }},
-    {Codes(), 0, 0, CALL { return GetGeoid(h, s.text, a.size, a.Or(&s.d[0])); }},
-    {Codes(8), 2, 0, CALL { return Undulation(h, a.n[0], a.n[1], &s.d[0]); }},
-    {Codes(), 0, 1, CALL { return HConvert(h, &s.d[0], a.choice); }},
-    {Codes(), 0, 1, CALL { return VConvert(h, &s.d[0], a.choice); }},
+    {Codes(1, 2, 3), 0, 0, CALL { return SetEllModel(h, Grid(s.choice)); }},
+    {Codes(), 0, 0, CALL { return GetEllModel(h, s.text, s.size); }},
+    {Codes(), 2, 3, CALL { return EllConv(h, &s.d[0], &s.d[1], s.Or(&s.d[2]), s.n[0], s.n[1]); }},
+    {Codes(), 2, 3, CALL { return InvEllConv(h, &s.d[0], &s.d[1], s.Or(&s.d[2]), s.n[0], s.n[1]); }},
+    {Codes(), 0, 3, CALL { return WGS84Conv(h, &s.d[0], &s.d[1], s.Or(&s.d[2])); }},
+    {Codes(), 0, 3, CALL { return InvWGS84Conv(h, &s.d[0], &s.d[1], s.Or(&s.d[2])); }},
+    {Codes(), 3, 0, CALL { return GeoECEF(h, &s.d[0], &s.d[1], &s.d[2], s.n[0], s.n[1], s.n[2]); }},
+    {Codes(), 3, 0, CALL { return ECEFGeo(h, s.n[0], s.n[1], s.n[2], &s.d[0], &s.d[1], &s.d[2]); }},
+    {Codes(), 4, 0, CALL { return s.value = GCircLL(h, s.n[0], s.n[1], s.n[2], s.n[3], s.Or(&s.d[0])), -1; }},
+    {Codes(), 4, 0, CALL { return s.value = RLineLL(h, s.n[0], s.n[1], s.n[2], s.n[3], s.Or(&s.d[0])), -1; }},
+    {Codes(9), 1, 0, CALL { return SetGeoid(h, Grid(s.choice), s.n[0]); }},
+    {Codes(), 0, 0, CALL { return GetGeoid(h, s.text, s.size, s.Or(&s.d[0])); }},
+    {Codes(8), 2, 0, CALL { return Undulation(h, s.n[0], s.n[1], &s.d[0]); }},
+    {Codes(), 0, 1, CALL { return HConvert(h, &s.d[0], s.choice & 2); }},
+    {Codes(), 0, 1, CALL { return VConvert(h, &s.d[0], s.choice & 2); }},
     {Codes(7), 0, 0, CALL { return SetAdjustment(h, &s.adjustment); }},
     {Codes(), 0, 0, CALL { return GetAdjustment(h, &s.adjustment); }},
-    {Codes(12), 0, 0, CALL { return GetLocalName(h, a.choice % 12, Languages[a.choice / 64], s.text, a.size); }},
+    {Codes(12), 0, 0, CALL { return GetLocalName(h, static_cast<std::int32_t>(s.choice % 12), Languages[s.choice / 64], s.text, s.size); }},
 };
-// clang-format on
 
 // By kind: the codes of GeoXY, XYGeo and Scale.
-constexpr std::uint32_t CodesOfKind[][3] = {{},
-                                            {Codes(6), Codes(11), 1},
-                                            {Codes(6), 1, 1},
-                                            {Codes(6), Codes(10), Codes(10)},
-                                            {1, 1, 1},
-                                            {1, 1, 1},
-                                            {1, Codes(11), Codes(11)},
-                                            {1, Codes(11), Codes(11)},
-                                            {1, 1, 1},
-                                            {1, 1, 1},
-                                            {1, Codes(10, 11), Codes(10)},
-                                            {1, 1, 1},
-                                            {1, 1, 1}};
+constexpr std::uint32_t CodesOfKind[][3] = {
+    {}, {Codes(6), Codes(11), 1}, {Codes(6), 1, 1}, {Codes(6), Codes(10), Codes(10)}, {1, 1, 1}, {1, 1, 1},
+    {1, Codes(11), Codes(11)}, {1, Codes(11), Codes(11)}, {1, 1, 1}, {1, 1, 1}, {1, Codes(10, 11), Codes(10)}, {1, 1, 1}, {1, 1, 1}};
+// clang-format on
 
 // A failed XYGeo writes just what its projection says: both values, the one that it has found, or none.
 bool WritesAsPromised(std::int32_t kind, const Store& s, const Store& before) {
@@ -158,11 +109,11 @@ bool WritesAsPromised(std::int32_t kind, const Store& s, const Store& before) {
 bool Equal(double left, double right) { return left == right || (std::isnan(left) && std::isnan(right)); }
 
 // What a successful or failed call has written, and what it leaves in the object.
-void Check(Object& o, std::size_t call, const Arguments& a, const Store& s, const Store& before, bool untouched) {
-  const bool ok = s.result == 1, has = Grid(a.choice) != nullptr;
+void Check(Object& o, std::size_t call, const Store& s, const Store& before, bool untouched) {
+  const bool ok = s.result == 1, has = Grid(s.choice) != nullptr;
   REQUIRE(call > Factor || (CodesOfKind[o.params.Kind][call] >> s.code & 1) != 0);
-  REQUIRE(ok || untouched || call == Geo || call == Heights || (call == Name && a.size == 1));
-  const std::int32_t limit = call == GetModel ? a.size - 1 : call == GetHeights || call == Name ? a.size : TextSize;
+  REQUIRE(ok || untouched || call == Geo || call == Heights || (call == Name && s.size == 1));
+  const std::int32_t limit = call == GetModel ? s.size - 1 : call == GetHeights || call == Name ? s.size : TextSize;
   for (std::int32_t i = std::max(limit, 1); i < TextSize; ++i) { REQUIRE(s.text[i] == before.text[i]); }
   if (call == Geo) { REQUIRE(ok || WritesAsPromised(o.params.Kind, s, before)); }
   if (call == Params) {
@@ -171,34 +122,31 @@ void Check(Object& o, std::size_t call, const Arguments& a, const Store& s, cons
     const double size = std::fabs(wanted.InvFlattening), ratio = s.params.InvFlattening / wanted.InvFlattening;
     REQUIRE(std::fabs(ratio - 1) < 5e-16 || !(size > 1e-300 && size < 1e300));
     wanted.InvFlattening = s.params.InvFlattening;
-    REQUIRE(Same(s.params, wanted) && (a.Or(&s) == nullptr || std::memchr(s.text, 0, 24) != nullptr));
+    REQUIRE(Same(s.params, wanted) && (s.Or(&s) == nullptr || std::memchr(s.text, 0, 24) != nullptr));
   }
   if (call == SetDiff) {
-    constexpr double None[3] = {0, 0, 0};
-    o.diff = s.diff, o.grid = false;
-    o.active = false;
-    for (int i = 0; i < 7; ++i) {
-      double value;
-      std::memcpy(&value, reinterpret_cast<const char*>(&s.diff) + 8 * i, sizeof value);
-      o.active = o.active || (i != 3 && value != None[0]);
-    }
+    const EllDiff& d = o.diff = s.diff;
+    o.grid = false;
+    o.active = d.DeltaX != 0 || d.DeltaY != 0 || d.DeltaZ != 0 || d.DeltaRX != 0 || d.DeltaRY != 0 || d.DeltaRZ != 0;
   }
   if (call == SetModel) { o.diff = Object().diff, o.grid = ok && has, o.active = ok ? has : o.active; }
-  if (call == SetHeights) { o.constant = a.n[0], o.geoid = ok && has; }
+  if (call == SetHeights) { o.constant = s.n[0], o.geoid = ok && has; }
   if (call == SetAdjust && ok) { o.adjustment = s.adjustment; }
   if (call == SetAdjust) { REQUIRE(ok == (s.adjustment.AdjustScale != 0)); }
   if (call == GetDiff) { REQUIRE(Same(s.diff, o.grid ? EllDiff{0, 0, 0, -1, 0, 0, 0} : o.diff)); }
   if (call == GetAdjust) { REQUIRE(Same(s.adjustment, o.adjustment)); }
   if (call == GetModel) { REQUIRE(o.grid || s.text[0] == '\0'); }
   if (call == GetHeights) {
-    REQUIRE((o.geoid || s.text[0] == '\0') && (a.Or(&s) == nullptr || Same(s.d[0], o.constant)));
+    REQUIRE((o.geoid || s.text[0] == '\0') && (s.Or(&s) == nullptr || Same(s.d[0], o.constant)));
   }
   if (call == FromEll || call == ToEll) { REQUIRE(untouched || (o.active && !o.grid)); }
   if (call == From84 || call == To84) { REQUIRE(untouched || o.active); }
   if (call == Heights) { REQUIRE((ok || o.geoid) && ((ok && o.geoid) || Equal(s.d[0], o.constant))); }
   const double unit = o.params.Unit, given = before.d[0];
-  if (call == Horizontal || call == Vertical) { REQUIRE(Equal(s.d[0], a.choice != 0 ? given * unit : given / unit)); }
-  if (call == Name && ok) { REQUIRE(std::memchr(s.text, 0, static_cast<std::size_t>(a.size)) != nullptr); }
+  if (call == Horizontal || call == Vertical) {
+    REQUIRE(Equal(s.d[0], (s.choice & 2) != 0 ? given * unit : given / unit));
+  }
+  if (call == Name && ok) { REQUIRE(std::memchr(s.text, 0, static_cast<std::size_t>(s.size)) != nullptr); }
 }
 
 // A call with numbers and records of any kind, on a null handle too.
@@ -207,57 +155,52 @@ void DoCall(Input& in, Object& object, bool skip, std::vector<Store>& trace) {
   const auto& [codes, numbers, inOut, function] = Exports[call];
   Store s;
   std::memset(&s, 0xA5, sizeof s);
-  Arguments a = {{}, in.Take<std::int8_t>(), in.Take<std::uint8_t>()};
-  Fill(in, a.n, numbers), Fill(in, s.d, inOut);
-  if (call == SetDiff) { s.diff = TakeDiff(in); }
-  if (call == SetAdjust) { s.adjustment = TakeAdjustment(in); }
+  s.size = in.Take<std::int8_t>(), s.choice = in.Take<std::uint8_t>();
+  Fill(in, s.n, 0, 8 * numbers), Fill(in, s.d, 0, 8 * inOut);
+  if (call == SetDiff) { Fill(in, s.diff, 0); }
+  if (call == SetAdjust) {
+    s.adjustment.AdjustType = in.Take<std::uint32_t>() & 0x8003001F;
+    Fill(in, s.adjustment, 4);
+  }
   s.value = call == Factor ? 1 : 0;
   const Store before = s;
   const H handle = skip ? nullptr : object.handle;
-  const std::int32_t result = function(handle, a, s);
+  const std::int32_t result = function(handle, s);
   const bool untouched = Same(s, before);
   s.code = GetGeodesyError(), s.result = s.code == 0;
   REQUIRE(result == s.result || result == -1);
   if (handle == nullptr) { return REQUIRE(s.code == 2 && untouched); }
   REQUIRE(s.code >= 0 && s.code < 14 && (codes >> s.code & 1) != 0);
-  Check(object, call, a, s, before, untouched);
+  Check(object, call, s, before, untouched);
   trace.push_back(s);
 }
 
 // An object from a good record with some numbers changed, or from a file.
 void Make(Input& in, Object& object, bool skip) {
-  static const std::string file =
-      WriteFile("calls.ini",
-                "[Geodesy]\nProjection=UTM\nFlattening=298\nSemiMajorAxis=6378137\nDynDatum=t\nGeoid=g\n"
-                "[two]\nProjection=SMERC\nFlattening=299\nDeltaX=1\nGeoid=none\n");
-  constexpr const char* Sections[] = {nullptr, "two", "three"};
-  constexpr std::int32_t Outcomes[] = {0, 9, 5};
+  static const std::string text = "[Geodesy]\nProjection=SMERC\nFlattening=298\nDynDatum=t\nGeoid=g\n";
+  static const std::string file = WriteFile("calls.ini", text);
   Grid(0);
   const std::size_t choice = in.Below(16);
-  GeodesyParams p = {
-      6378137, 298.257223563, static_cast<std::int32_t>(in.Below(14)), 1, 0.9996, 0.1, 0.7, 0.6, 0.8, 0.5, 5e5, -1e5};
+  GeodesyParams p = {6378137, 298, static_cast<std::int32_t>(in.Below(14)), 1, 0.9996, 0.1, 0.7, 0.6, 0.8, 0.5,
+                     5e5,     -1e5};
   for (std::size_t changes = in.Below(5); changes > 0; --changes) {
-    const std::size_t at = in.Below(11);
-    const double number = in.Number();
-    std::memcpy(reinterpret_cast<char*>(&p) + 8 * at + (at < 2 ? 0 : 4), &number, sizeof number);
+    const std::size_t at = in.Below(11), byte = 8 * at + (at < 2 ? 0 : 4);
+    Fill(in, p, byte, byte + 8);
   }
   if (skip) { return; }
   REQUIRE(object.handle == nullptr || (DestroyGeodesy(object.handle) == 1 && GetGeodesyError() == 0));
-  object = {};
-  object.params = p;
-  object.handle = choice < 3 ? CreateFileGeodesy(file.c_str(), Sections[choice]) : CreateGeodesy(&p);
+  object = {.handle = choice < 2 ? CreateFileGeodesy(file.c_str(), choice == 0 ? nullptr : "none") : CreateGeodesy(&p),
+            .params = p};
   const std::int32_t code = GetGeodesyError();
-  const bool refuses = p.Kind <= 3 || p.Kind == 10;
-  const std::int32_t outcome = choice < 3                  ? Outcomes[choice]
-                               : p.InvFlattening == 0      ? 3
-                               : p.Unit == 0               ? 4
-                               : p.Kind < 1 || p.Kind > 12 ? 5
-                               : refuses && code == 7      ? 7
-                                                           : 0;
-  REQUIRE(code == outcome && (object.handle != nullptr) == (code == 0 || code == 9));
-  if (choice < 2) {
+  // clang-format off
+  const std::int32_t refusal = choice < 2 ? static_cast<std::int32_t>(5 * choice) : p.InvFlattening == 0 ? 3 : p.Unit == 0 ? 4
+                               : p.Kind < 1 || p.Kind > 12 ? 5 : 7;
+  // clang-format on
+  REQUIRE(code == refusal || (code == 0 && refusal == 7));
+  REQUIRE((object.handle != nullptr) == (code == 0) && (code != 7 || p.Kind <= 3 || p.Kind == 10));
+  if (choice == 0) {
     GetGeodesyParams(object.handle, &object.params, nullptr, nullptr);
-    object.active = true, object.grid = object.geoid = choice == 0, object.diff.DeltaX = choice == 0 ? 0 : 1;
+    object.active = object.grid = object.geoid = true;
   }
 }
 
@@ -301,27 +244,14 @@ void Closure(Input& in) {
   const auto any = [&in](double limit) { return in.Between(-limit, limit); };
   const auto parallel = [&, low = lowest, high = highest] { return side * in.Between(low, high) * Degree; };
   constexpr double Units[] = {1, 0.3048, 20.1167651216, 0.201166195};
-  GeodesyParams p = {in.Between(6.37e6, 6.38e6),
-                     in.Between(290, 305),
-                     kind,
-                     Units[in.Below(4)],
-                     in.Between(0.5, 2),
-                     any(Pi),
-                     parallel(),
-                     parallel(),
-                     parallel(),
-                     any(Pi / 3),
-                     any(1e6),
-                     any(1e6)};
+  // clang-format off
+  GeodesyParams p = {in.Between(6.37e6, 6.38e6), in.Between(290, 305), kind, Units[in.Below(4)], in.Between(0.5, 2), any(Pi),
+                     parallel(), parallel(), parallel(), any(Pi / 3), any(1e6), any(1e6)};
   // Parallels apart by rounding alone give a cone of rounding alone.
   if (in.Below(4) == 0 || std::fabs(p.NorthParallel - p.SouthParallel) < 1e-6) { p.SouthParallel = p.NorthParallel; }
-  const Adjustment adjustment = {static_cast<std::uint32_t>(in.Below(2) | in.Below(4) << 16),
-                                 any(1e6),
-                                 any(1e6),
-                                 any(7),
-                                 in.Between(0.5, 2),
-                                 any(1e6),
-                                 any(1e6)};
+  const Adjustment adjustment = {static_cast<std::uint32_t>(in.Below(2) | in.Below(4) << 16), any(1e6), any(1e6), any(7),
+                                 in.Between(0.5, 2), any(1e6), any(1e6)};
+  // clang-format on
   const EllDiff d = {any(1e3), any(1e3), any(1e3), 1 + any(1e-4), any(1e-4), any(1e-4), any(1e-4)};
   const double turn = std::hypot(d.DeltaRX, d.DeltaRY, d.DeltaRZ), scale = std::fabs(d.DeltaScale - 1);
   const double residue = std::hypot(d.DeltaX, d.DeltaY, d.DeltaZ) * (turn + scale) + turn * turn * 6.5e6;

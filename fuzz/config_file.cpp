@@ -88,21 +88,20 @@ void CheckWriting(Profile& profile, const std::string& key, const std::string& v
 
 // Two objects of one section are the same; code 9 comes with an object and without a geoid.
 void CheckObject(const std::string& path, const char* section) {
-  struct Seen {
-    std::int32_t code;
-    double x, y, constant;
-    char geoid[8];
-  } seen[2] = {};
-  for (Seen& s : seen) {
+  constexpr std::uint32_t Codes = 0b1010101111;
+  double seen[2][4] = {};
+  for (auto& [code, x, y, constant] : seen) {
     GeodesyHandle object = CreateFileGeodesy(path.c_str(), section);
-    s.code = GetGeodesyError();
-    REQUIRE((object != nullptr) == (s.code == 0 || s.code == 9) && s.code >= 0 && (0b1010101111 >> s.code & 1) != 0);
-    GeoXY(object, &s.x, &s.y, 0.5, 0.1);
-    REQUIRE(GetGeoid(object, s.geoid, sizeof s.geoid, &s.constant) == (object != nullptr));
-    REQUIRE(s.code != 9 || (s.constant == 0 && s.geoid[0] == '\0'));
+    const std::int32_t left = GetGeodesyError();
+    REQUIRE(left >= 0 && left < 10 && (Codes >> left & 1) != 0 && (object != nullptr) == (left == 0 || left == 9));
+    char geoid[8] = "";
+    REQUIRE((GetGeoid(object, geoid, sizeof geoid, &constant) == 1) == (object != nullptr));
+    REQUIRE(left != 9 || (constant == 0 && geoid[0] == '\0'));
+    GeoXY(object, &x, &y, 0.5, 0.1);
+    code = left;
     DestroyGeodesy(object);
   }
-  REQUIRE(std::memcmp(&seen[0], &seen[1], sizeof(Seen)) == 0);
+  REQUIRE(std::memcmp(seen[0], seen[1], sizeof seen[0]) == 0);
 }
 
 }  // namespace

@@ -4,35 +4,31 @@
 
 #include <unistd.h>
 
+#include <bit>
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <fstream>
 #include <iterator>
 #include <limits>
 #include <string>
+#include <vector>
 
 namespace fuzz {
 
 inline constexpr double Pi = 3.141592653589793, Degree = Pi / 180, Untouched = -12345;
 
-#define REQUIRE(condition) ((condition) ? void() : fuzz::Fail(#condition, __FILE__, __LINE__))
-[[noreturn]] inline void Fail(const char* condition, const char* file, int line) {
-  std::fprintf(stderr, "%s:%d: does not hold: %s\n", file, line, condition);
-  std::abort();
-}
+#define REQUIRE(condition) \
+  ((condition) ? void()    \
+               : (std::fprintf(stderr, "%s:%d: does not hold: %s\n", __FILE__, __LINE__, #condition), std::abort()))
 
 // Bit by bit.
 template <typename T>
 bool Same(const T& left, const T& right) {
   return std::memcmp(&left, &right, sizeof left) == 0;
-}
-
-template <typename T>
-void Append(std::string& bytes, const T& value) {
-  bytes.append(reinterpret_cast<const char*>(&value), sizeof value);
 }
 
 // The fuzzer's bytes, from the front. Behind their end everything is 0.
@@ -110,20 +106,18 @@ inline const std::string& Scratch() {
 
 inline std::string WriteFile(const char* name, const std::string& bytes) {
   std::string path = Scratch() + "/" + name;
-  std::FILE* file = std::fopen(path.c_str(), "wb");
-  REQUIRE(file != nullptr && std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size());
-  std::fclose(file);
+  std::ofstream(path, std::ios::binary) << bytes;
   return path;
 }
 
 // The bytes of a grid file of 3 rows and 23 columns about (0, 0), a degree apart; nodes count up.
 inline std::string SmallGrid(std::int32_t depth) {
-  std::string bytes(64, ' ');
-  for (const std::int32_t count : {23, 3, depth}) { Append(bytes, count); }
-  for (const float place : {-11.0F, 1.0F, -1.0F, 1.0F, 0.0F}) { Append(bytes, place); }
-  bytes.resize(static_cast<std::size_t>(92 * depth + 4));
-  for (int word = 0; word < 3 * (23 * depth + 1); ++word) { Append(bytes, static_cast<float>(word)); }
-  return bytes;
+  const auto record = static_cast<std::size_t>(23 * depth + 1);
+  std::vector<float> words = {
+      std::bit_cast<float>(23), std::bit_cast<float>(3), std::bit_cast<float>(depth), -11, 1, -1, 1};
+  words.resize(record - 16);
+  while (words.size() < 4 * record - 16) { words.push_back(static_cast<float>(words.size())); }
+  return std::string(64, ' ').append(reinterpret_cast<const char*>(words.data()), 4 * words.size());
 }
 
 }  // namespace fuzz

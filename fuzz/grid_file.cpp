@@ -21,20 +21,18 @@ struct Head {
 
 // One axis of the lattice.
 struct Axis {
-  Axis(float start, float degrees, std::int32_t count)
-      : origin(double{start} * Pi / 180),
-        step(std::trunc(double{degrees} * 3600 + 0.5) / 3600 * Pi / 180),
-        nodes(count) {}
-  const double origin, step;
+  const float start, degrees;
   const std::int64_t nodes;
+  const double origin = double{start} * Pi / 180, step = std::trunc(double{degrees} * 3600 + 0.5) / 3600 * Pi / 180;
   const double end = origin + step * static_cast<double>(nodes - 1);
 
+  bool Holds(double at) const { return origin <= at && at <= end; }
   // The first and the last node that a position may be blended from: one more where rounding decides.
-  std::int64_t Node(double at, double slack) const {
-    return static_cast<std::int64_t>(std::clamp((at - origin) / step + slack, 0.0, static_cast<double>(nodes - 1)));
+  std::int64_t Node(double at, double slack, std::int64_t most) const {
+    return static_cast<std::int64_t>(std::clamp((at - origin) / step + slack, 0.0, static_cast<double>(most)));
   }
-  std::int64_t First(double at) const { return std::min(Node(at, -1e-9), std::max<std::int64_t>(nodes - 2, 0)); }
-  std::int64_t Last(double at) const { return std::min(Node(at, 1e-9) + 1, nodes - 1); }
+  std::int64_t First(double at) const { return Node(at, -1e-9, std::max<std::int64_t>(nodes - 2, 0)); }
+  std::int64_t Last(double at) const { return Node(at, 1 + 1e-9, nodes - 1); }
 
   double Position(Input& in) const {
     const double known[] = {origin, end, std::nextafter(end, 10), in.Number(), origin - step - 2 * Pi};
@@ -43,43 +41,44 @@ struct Axis {
   }
 };
 
-// A lookup is outside, or beyond the file's end, or between the least and the greatest of the nodes around.
-void Check(const std::string& bytes, const Head& head, double phi, double lambda, std::int32_t code,
-           const std::vector<double>& values) {
-  const Axis latitude(head.south, head.latStep, head.nr), longitude(head.west, head.lonStep, head.nc);
-  if (longitude.end > Pi && lambda < 0) { lambda += 2 * Pi; }
-  const bool inside =
-      latitude.origin <= phi && phi <= latitude.end && longitude.origin <= lambda && lambda <= longitude.end;
-  if (!inside) { return REQUIRE(code == 4); }
-  const std::int64_t record = std::int64_t{4} * head.nc * head.nz + 4, first = latitude.First(phi),
-                     last = latitude.Last(phi);
-  const std::int64_t whole = static_cast<std::int64_t>(bytes.size()) / record - 1;  // rows in the file
-  REQUIRE(last < whole ? code == 0 : code == 13 || last - first > 1);
-  for (std::size_t i = 0; i < values.size() && code == 0 && last < whole; ++i) {
-    double least = INFINITY, greatest = -INFINITY, sum = 0;
-    for (std::int64_t row = first; row <= last; ++row) {
-      for (std::int64_t col = longitude.First(lambda); col <= longitude.Last(lambda); ++col) {
-        float node;
-        std::memcpy(&node, &bytes[static_cast<std::size_t>((row + 1) * record + 4 + 4 * (col * head.nz)) + 4 * i],
-                    sizeof node);
-        least = std::min(least, double{node}), greatest = std::max(greatest, double{node}), sum += double{node};
-      }
-    }
-    const double slack = 1e-12 * std::max(std::fabs(least), std::fabs(greatest));
-    REQUIRE(!std::isfinite(sum) || (least - slack <= values[i] && values[i] <= greatest + slack));
-  }
-}
+struct Lattice {
+  const std::string& bytes;
+  const Head head;
+  const Axis latitude{head.south, head.latStep, head.nr}, longitude{head.west, head.lonStep, head.nc};
 
-void Ask(Input& in, const std::string& path, const std::string& bytes, const Head& head, InterpFile& grid,
-         GeodesyHandle object) {
-  const double phi = Axis(head.south, head.latStep, head.nr).Position(in);
-  const double lambda = Axis(head.west, head.lonStep, head.nc).Position(in);
-  const std::vector<double> untouched(static_cast<std::size_t>(std::min(head.nz, 6)), Untouched);
+  // A lookup is outside, or beyond the file's end, or between the least and the greatest of the nodes around.
+  void Check(double phi, double lambda, std::int32_t code, const std::vector<double>& values) const {
+    if (longitude.end > Pi && lambda < 0) { lambda += 2 * Pi; }
+    if (!latitude.Holds(phi) || !longitude.Holds(lambda)) { return REQUIRE(code == 4); }
+    const std::int64_t words = std::int64_t{head.nc} * head.nz + 1, first = latitude.First(phi),
+                       last = latitude.Last(phi);
+    const std::int64_t rows = static_cast<std::int64_t>(bytes.size()) / 4 / words - 1;  // in the file
+    REQUIRE(last < rows ? code == 0 : code == 13 || last - first > 1);
+    for (std::size_t i = 0; i < values.size() && last < rows; ++i) {
+      double least = INFINITY, greatest = -INFINITY, sum = 0;
+      for (std::int64_t row = first; row <= last; ++row) {
+        for (std::int64_t col = longitude.First(lambda); col <= longitude.Last(lambda); ++col) {
+          float node;
+          std::memcpy(&node, &bytes[static_cast<std::size_t>((row + 1) * words + 1 + col * head.nz) * 4 + 4 * i],
+                      sizeof node);
+          least = std::fmin(least, node), greatest = std::fmax(greatest, node), sum += double{node};
+        }
+      }
+      const double slack = 1e-12 * std::fmax(std::fabs(least), std::fabs(greatest));
+      REQUIRE(!std::isfinite(sum) || (least - slack <= values[i] && values[i] <= greatest + slack));
+    }
+  }
+};
+
+void Ask(Input& in, const std::string& path, const Lattice& lattice, InterpFile& grid, GeodesyHandle object) {
+  const double phi = lattice.latitude.Position(in), lambda = lattice.longitude.Position(in);
+  const std::int32_t depth = lattice.head.nz;
+  const std::vector<double> untouched(static_cast<std::size_t>(std::min(depth, 6)), Untouched);
   std::vector<double> values = untouched, again = untouched;
   std::int32_t count = -1;
   const std::int32_t code = grid.Lookup(phi, lambda, &count, values).code();
-  REQUIRE(count == (code == 0 ? head.nz : 0) && (code == 0 || values == untouched));
-  Check(bytes, head, phi, lambda, code, values);
+  REQUIRE(count == (code == 0 ? depth : 0) && (code == 0 || values == untouched));
+  lattice.Check(phi, lambda, code, values);
   // What was asked before does not matter.
   InterpFile fresh(path.c_str(), false);
   REQUIRE(fresh.Lookup(phi, lambda, nullptr, again).code() == code);
@@ -87,14 +86,14 @@ void Ask(Input& in, const std::string& path, const std::string& bytes, const Hea
 
   // Through an object on the ellipsoid of WGS-84. Two values are the shift in arc seconds; outside there is none.
   double undulation = Untouched, latitude = phi, longitude = lambda, height = 100;
-  const bool geoid = head.nz == 1, found = Undulation(object, phi, lambda, &undulation) == 1;
+  const bool geoid = depth == 1, found = Undulation(object, phi, lambda, &undulation) == 1;
   REQUIRE(GetGeodesyError() == (!geoid ? 0 : code == 4 ? 8 : code) && found == (!geoid || code == 0));
   REQUIRE(undulation == 0.5 + (geoid && code == 0 ? values[0] : 0) || std::isnan(values[0]));
   REQUIRE(InvWGS84Conv(object, &latitude, &longitude, &height) == 1 && GetGeodesyError() == 0);
-  const bool shifted = head.nz == 2 && code == 0;
+  const bool shifted = depth == 2 && code == 0;
   const double toPhi = phi + (shifted ? values[0] / 3600 * Degree : 0),
                toLambda = lambda + (shifted ? values[1] / 3600 * Degree : 0);
-  if ((head.nz <= 2 || code != 0) && std::fabs(phi) < 1.5 && std::fabs(toPhi) < 1.5 && std::fabs(toLambda) < 100) {
+  if ((depth <= 2 || code != 0) && std::fabs(phi) < 1.5 && std::fabs(toPhi) < 1.5 && std::fabs(toLambda) < 100) {
     REQUIRE(std::fabs(latitude - toPhi) < 1e-10 && std::fabs(std::remainder(longitude - toLambda, 2 * Pi)) < 1e-10);
   }
 }
@@ -123,7 +122,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     REQUIRE((SetEllModel(object, path.c_str()) == 1) == (head.nz > 1) && GetGeodesyError() == (head.nz > 1 ? 0 : 2));
     REQUIRE((SetGeoid(object, path.c_str(), 0.5) == 1) == (head.nz == 1) &&
             GetGeodesyError() == (head.nz == 1 ? 0 : 9));
-    while (points.size > 0) { Ask(points, path, bytes, head, grid, object); }
+    const Lattice lattice{bytes, head};
+    while (points.size > 0) { Ask(points, path, lattice, grid, object); }
   } catch (latigo::errcode& failure) {
     const std::int32_t code = failure.code();
     REQUIRE(code == (bytes.size() < sizeof head ? 3 : 2));
