@@ -18,6 +18,10 @@ Flattening=298.257223563
 NorthParallel=45
 SouthParallel=45
 CentralMeridian=175
+[Cassini]
+Projection=CAS
+SemiMajorAxis=6378137
+Flattening=298.257223563
 [Wrong]
 Projection=Hotine
 Flatening=298
@@ -70,6 +74,7 @@ class CliTest(unittest.TestCase):
     def test_points_that_fail_give_stars_and_the_others_come_out(self):
         self.expect("forward", "90 3 1 a\n52 5 b", "* * * a\n637294.3659 5762926.8129 b\n", 1, "standard input:1: code 6: the latitude is a pole")
         self.expect("inverse", "500000 1e7 x", "* * x\n", 1, "code 10: ")
+        self.expect("inverse", "3e7 1e6 x", "* * x\n", 1, "beyond the pole", ["-s", "Cassini", "--dms"])
         self.expect("scale", "90 3 1", "* 1\n", 1, "code 6")
         self.expect("inverse", "500000 nan", "* *\n", 1, "not a number")
         self.expect("ecef", "1 2", "* * *\n", 1, "too few", ["--inverse"])
