@@ -43,12 +43,13 @@ Points AtRandom() {
   return RandomPoints({Latitudes(1, GridFile::rows - 2), Longitudes(1, GridFile::columns - 2)});
 }
 
-// North-eastward through the grid, some nine points to a cell.
+// North-eastward through the grid on one line after another, some nine points to a cell.
 Points AlongTrack() {
   Points points(PointCount);
   for (std::size_t i = 0; i < PointCount; ++i) {
-    const double run = static_cast<double>(i) / PointCount;
-    points[i] = {GridFile::South() + (20.3 + 40 * run) * GridFile::Step(),
+    const double line = static_cast<double>(i / RoundPoints);
+    const double run = static_cast<double>(i % RoundPoints) / RoundPoints;
+    points[i] = {GridFile::South() + (20.3 + 2 * line + 40 * run) * GridFile::Step(),
                  GridFile::West() + (30.7 + 75 * run) * GridFile::Step()};
   }
   return points;

@@ -23,7 +23,7 @@ constexpr GeodesyParams Own = {.SemiMajorAxis = 6378137,
 
 constexpr Values FloorLine = {1e-7, 1e-13};
 // Nearly along a parallel the library divides by the small cosine of an azimuth.
-constexpr Values FloorRhumb = {1e-5, 1e-13};
+constexpr Values FloorRhumb = {1e-4, 1e-13};
 
 }  // namespace
 

@@ -25,7 +25,7 @@ namespace bench {
 
 namespace {
 
-constexpr Units LineUnits = {{Degree, Degree, Degree, Degree, 1}, {1, Degree, 1, 1, 1}};
+constexpr Units LineUnits = {{Degree, Degree, Degree, Degree}, {1, Degree, 1, 1}};
 
 }  // namespace
 
@@ -119,8 +119,15 @@ std::function<void(Values*)> ProjMaker(const std::string& definition, double lat
 }
 
 void AddProjFactors(Row& row, const Task& task, const Values& tolerance, const std::string& definition) {
-  row.Add(PointByPoint("PROJ", task, tolerance, [proj = MakeProj(definition)](const Values& in, Values& out) {
+  row.Add(PointByPoint("proj_factors", task, tolerance, [proj = MakeProj(definition)](const Values& in, Values& out) {
     out[0] = proj_factors(proj.get(), proj_coord(in[1], in[0], 0, 0)).parallel_scale;
+  }));
+}
+
+void AddProjGridFactors(Row& row, const Task& task, const Values& tolerance, const std::string& definition) {
+  row.Add(PointByPoint("PROJ", task, tolerance, [proj = MakeProj(definition)](const Values& in, Values& out) {
+    const PJ_COORD position = proj_trans(proj.get(), PJ_INV, proj_coord(in[0], in[1], 0, 0));
+    out[0] = proj_factors(proj.get(), position).parallel_scale;
   }));
 }
 
@@ -135,6 +142,7 @@ std::function<void(Values*)> ProjMaker(const std::string&, double, double) {
   return {};
 }
 void AddProjFactors(Row&, const Task&, const Values&, const std::string&) {}
+void AddProjGridFactors(Row&, const Task&, const Values&, const std::string&) {}
 
 #endif
 

@@ -14,10 +14,10 @@ namespace bench {
 inline constexpr double Degree = 0.017453292519943295;  // radians
 
 // Units of GeographicLib's calls, seen from radians and metres.
-inline constexpr Units DegreesIn = {{Degree, Degree, Degree, Degree, 1}, {1, 1, 1, 1, 1}};
-inline constexpr Units DegreesOut = {{1, 1, 1, 1, 1}, {Degree, Degree, Degree, 1, 1}};
-inline constexpr Units DegreesInHeight = {{Degree, Degree, 1, 1, 1}, {1, 1, 1, 1, 1}};
-inline constexpr Units DegreesOutHeight = {{1, 1, 1, 1, 1}, {Degree, Degree, 1, 1, 1}};
+inline constexpr Units DegreesIn = {{Degree, Degree, Degree, Degree}, {1, 1, 1, 1}};
+inline constexpr Units DegreesOut = {{1, 1, 1, 1}, {Degree, Degree, Degree, 1}};
+inline constexpr Units DegreesInHeight = {{Degree, Degree, 1, 1}, {1, 1, 1, 1}};
+inline constexpr Units DegreesOutHeight = {{1, 1, 1, 1}, {Degree, Degree, 1, 1}};
 
 // PROJ's definition of an ellipsoid and a false origin: "+proj=NAME +a=... +rf=... +x_0=... +y_0=... EXTRA".
 std::string ProjText(const std::string& name, const GeodesyParams& params, const std::string& extra);
@@ -39,8 +39,10 @@ void AddProjUndulation(Row& row, const Task& task, const Values& tolerance, cons
 // Makes a PROJ object and ends it; with a place for them, gives x and y of a position. Empty without PROJ.
 std::function<void(Values*)> ProjMaker(const std::string& definition, double latitude, double longitude);
 
-// proj_factors at latitude and longitude: the scale along the parallel.
+// The scale along the parallel: proj_factors at a latitude and longitude, and at a grid position, whose latitude and
+// longitude proj_trans finds first.
 void AddProjFactors(Row& row, const Task& task, const Values& tolerance, const std::string& definition);
+void AddProjGridFactors(Row& row, const Task& task, const Values& tolerance, const std::string& definition);
 
 // GeographicLib's class for the projection kind, where it has one.
 void AddGeographicLibForward(Row& row, const Task& task, const Values& tolerance, const GeodesyParams& params);

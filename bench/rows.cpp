@@ -66,7 +66,7 @@ void Measure(benchmark::State& state, const Row& row) {
       ratios[i].push_back(now[0] / now[i]);
       sum += now[i];
     }
-    state.SetIterationTime(sum * static_cast<double>(PointCount) * 1e-9);
+    state.SetIterationTime(sum * static_cast<double>(RoundPoints) * 1e-9);
   }
   for (std::size_t i = 0; i < n; ++i) {
     state.counters["ns " + row.contestants[i].name] = Median(times[i]);

@@ -71,7 +71,7 @@ def verdict(row):
 
 def print_rows(rows):
     peers = sorted({name for row in rows.values() for name in under(row, "ratio")} - {"floor"},
-                   key=lambda name: (not name.startswith("PROJ"), name))
+                   key=lambda name: (not name.lower().startswith("proj"), name))
     lines = []
     for name, row in worst_first(rows):
         ratios = under(row, "ratio")

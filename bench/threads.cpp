@@ -1,6 +1,8 @@
 // What a second thread brings: the same points converted by one thread and by two, each with an object of its own. The
 // floor in the same run shows what the machine allows.
 #include <benchmark/benchmark.h>
+#include <pthread.h>
+#include <sched.h>
 
 #include <atomic>
 #include <thread>
@@ -42,11 +44,35 @@ constexpr GeodesyParams Cone = {.SemiMajorAxis = 6378137,
                                 .FalseEasting = 700000,
                                 .FalseNorthing = 6600000};
 
-// A thread that runs one piece of work after another.
+// The processors that this process may use.
+std::vector<int> Processors() {
+  cpu_set_t allowed;
+  sched_getaffinity(0, sizeof allowed, &allowed);
+  std::vector<int> processors;
+  for (int i = 0; i < CPU_SETSIZE; ++i) {
+    if (CPU_ISSET(i, &allowed)) {
+      processors.push_back(i);
+    }
+  }
+  return processors;
+}
+
+// Keeps the calling thread on these processors. On a busy machine the system may else leave two threads on one.
+void StayOn(const std::vector<int>& processors) {
+  cpu_set_t set;
+  CPU_ZERO(&set);
+  for (const int processor : processors) {
+    CPU_SET(processor, &set);
+  }
+  pthread_setaffinity_np(pthread_self(), sizeof set, &set);
+}
+
+// A thread that runs one piece of work after another, on a processor of its own.
 class SecondThread {
  public:
-  SecondThread()
-      : thread_([this] {
+  explicit SecondThread(int processor)
+      : thread_([this, processor] {
+          StayOn({processor});
           for (;;) {
             work_.wait(nullptr);
             const std::function<void()>* const work = work_;
@@ -118,7 +144,13 @@ struct Times {
 };
 
 void Measure(benchmark::State& state, const Halves& latigo, const Halves& floor, int repeats) {
-  SecondThread other;
+  const std::vector<int> processors = Processors();
+  if (processors.size() < 2) {
+    state.SkipWithError("needs two processors");
+    return;
+  }
+  SecondThread other(processors[1]);
+  StayOn({processors[0]});
   const Halves* const halves[] = {&latigo, &floor};
   Times times[2];
   std::vector<double> part;
@@ -138,6 +170,7 @@ void Measure(benchmark::State& state, const Halves& latigo, const Halves& floor,
     part.push_back(times[0].speedup.back() / times[1].speedup.back());
     state.SetIterationTime(sum * 1e-9);
   }
+  StayOn(processors);
   const double conversions = 2.0 * repeats * PointCount;
   state.counters["one latigo"] = Median(times[0].one) / conversions;
   state.counters["two latigo"] = Median(times[0].two) / conversions;
