@@ -144,9 +144,9 @@ class BlockRun {
 int RunPoints(const Options& options, const PointCommand& command) {
   RequireSection(options.file, options.section);
   WarnOfUnknownKeys(options.file, options.section);
-  std::vector<std::unique_ptr<const Converter>> converters;  // one a thread
-  for (int i = 0; i < options.jobs; ++i) {
-    converters.push_back(std::make_unique<const Converter>(options));
+  std::vector<std::unique_ptr<const Converter>> converters(static_cast<std::size_t>(options.jobs));  // one a thread
+  for (auto& converter : converters) {
+    converter = std::make_unique<const Converter>(options);
   }
   bool failed = false;
   const auto print = [&](const Output& output) {
