@@ -3,8 +3,9 @@
 //
 // What a floor may do that the formula as written does not: sine and cosine of one angle together; sine and cosine of
 // twice an arc tangent by algebra; multiple angles from one pair; the root of a sum of squares without a care for
-// overflow; one exponential of a logarithm for several powers; iterating on the tangent of the half angle. Series,
-// tolerances, passes and starting values are those of the library.
+// overflow; one exponential of a logarithm for several powers; iterating on the tangent of the half angle; the latitude
+// of the northern hemisphere for both; log1p where random arguments of log fall on both sides of a branch that it has
+// near 1. Series, tolerances, passes and starting values are those of the library.
 #pragma once
 
 #include <latigo/latigo.h>

@@ -15,17 +15,20 @@ class MercatorFloor : FloorEllipsoid {
         y0(p.FalseNorthing) {}
 
   void GeoXY(double phi, double lambda, double& x, double& y) const {
+    const double s = std::sin(phi);
+    const double es = e * s;
     x = OverPi(lambda - lambda0) * R + x0;
-    y = R * Isometric(std::sin(phi)) + y0;
+    y = R * (0.5 * std::log((1 + s) / (1 - s)) - halfE * std::log1p(2 * es / (1 - es))) + y0;
   }
 
   void XYGeo(double x, double y, double& phi, double& lambda) const {
-    phi = HalfPi - 2 * std::atan(HalfAngle(std::exp((y0 - y) * invR), 5e-11));
+    const double t = std::exp(-std::fabs(y - y0) * invR);
+    phi = std::copysign(HalfPi - 2 * std::atan(HalfAngle(t, 5e-11)), y - y0);
     lambda = OverPi((x - x0) * invR + lambda0);
   }
 
   double Scale(double /*x*/, double y) const {
-    return m0 * InvParallelRatio(HalfAngle(std::exp((y0 - y) * invR), 5e-11));
+    return m0 * InvParallelRatio(HalfAngle(std::exp(-std::fabs(y - y0) * invR), 5e-11));
   }
 
  private:
@@ -46,7 +49,7 @@ class SMercFloor {
 
   void XYGeo(double x, double y, double& phi, double& lambda) const {
     lambda = x * (1 / R);
-    phi = 2 * std::atan(std::exp(y * (1 / R))) - HalfPi;
+    phi = std::copysign(HalfPi - 2 * std::atan(std::exp(std::fabs(y) * (-1 / R))), y);
   }
 
   double Scale(double, double) const { return 1; }
