@@ -125,13 +125,13 @@ def main():
             }
             for direction, (programs, tolerance, command, points) in directions.items():
                 row = f"latigo {direction}, {name}"
+                if has_jobs:
+                    programs.append(Program("jobs", command + ["--jobs", str(JOBS)], file(points)))
                 other = differ(programs, tolerance)
                 if other is not None:
                     print(f"{row}: latigo and {other} disagree", file=sys.stderr)
                     failed = 1
                     continue
-                if has_jobs:
-                    programs.append(Program("jobs", command + ["--jobs", str(JOBS)], file(points)))
                 seconds = measure(programs, rounds)
                 ours = seconds["latigo"]
                 speeds = [seconds["proj"] / ours, seconds["cs2cs"] / ours]

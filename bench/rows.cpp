@@ -17,34 +17,6 @@ bool Agreed = true;
 // The same points in every run.
 std::mt19937_64 Generator(20260101);
 
-// Compares every contestant's answers with the first one's; NaN agrees with nothing.
-bool Agree(const Row& row) {
-  const Contestant& first = row.contestants.front();
-  if (!first.answers) {
-    return true;
-  }
-  const Points expected = first.answers();
-  bool agree = true;
-  for (const Contestant& contestant : row.contestants) {
-    const Points given = contestant.answers();
-    Values worst{};
-    for (std::size_t i = 0; i < expected.size(); ++i) {
-      for (std::size_t k = 0; k < worst.size(); ++k) {
-        const double difference = std::fabs(given[i][k] - expected[i][k]);
-        worst[k] = difference <= worst[k] ? worst[k] : difference;
-      }
-    }
-    for (std::size_t k = 0; k < worst.size(); ++k) {
-      if (!(worst[k] <= contestant.tolerance[k])) {
-        std::fprintf(stderr, "%s: %s and %s differ in value %zu by %g, allowed %g\n", row.name.c_str(),
-                     first.name.c_str(), contestant.name.c_str(), k + 1, worst[k], contestant.tolerance[k]);
-        agree = false;
-      }
-    }
-  }
-  return agree;
-}
-
 void Measure(benchmark::State& state, const Row& row) {
   const std::size_t n = row.contestants.size();
   std::vector<std::vector<double>> times(n);
@@ -112,12 +84,39 @@ Points Scaled(const Points& points, const Values& factors, bool divide) {
   return scaled;
 }
 
+bool Agree(const Row& row) {
+  const Contestant& first = row.contestants.front();
+  if (!first.answers) {
+    return true;
+  }
+  const Points expected = first.answers();
+  bool agree = true;
+  for (const Contestant& contestant : row.contestants) {
+    const Points given = contestant.answers();
+    Values worst{};
+    for (std::size_t i = 0; i < expected.size(); ++i) {
+      for (std::size_t k = 0; k < worst.size(); ++k) {
+        const double difference = std::fabs(given[i][k] - expected[i][k]);
+        worst[k] = difference <= worst[k] ? worst[k] : difference;
+      }
+    }
+    for (std::size_t k = 0; k < worst.size(); ++k) {
+      if (!(worst[k] <= contestant.tolerance[k])) {
+        std::fprintf(stderr, "%s: %s and %s differ in value %zu by %g, allowed %g\n", row.name.c_str(),
+                     first.name.c_str(), contestant.name.c_str(), k + 1, worst[k], contestant.tolerance[k]);
+        agree = false;
+      }
+    }
+  }
+  Agreed = Agreed && agree;
+  return agree;
+}
+
 void Register(Row row) {
   const std::string name = row.name;
   const auto measure = [row = std::move(row), agree = std::optional<bool>()](benchmark::State& state) mutable {
     if (!agree) {
       agree = Agree(row);
-      Agreed = Agreed && *agree;
     }
     if (*agree) {
       Measure(state, row);

@@ -118,6 +118,10 @@ constexpr Values Radians(double tolerance) {
   return {tolerance, tolerance, 0, 0};
 }
 
+// Compares every contestant's answers with the first one's, and says on standard error which disagree; NaN agrees with
+// nothing.
+bool Agree(const Row& row);
+
 // Puts a row on Google Benchmark's list.
 void Register(Row row);
 

@@ -5,6 +5,7 @@
 #include <sched.h>
 
 #include <atomic>
+#include <optional>
 #include <thread>
 
 #include "floors/datum.h"
@@ -181,15 +182,26 @@ void Measure(benchmark::State& state, const Halves& latigo, const Halves& floor,
 }
 
 template <typename Convert, typename FloorConvert>
-void AddRow(const std::string& name, const Points& points, int repeats, const Convert& first, const Convert& second,
-            const FloorConvert& floor) {
+void AddRow(const std::string& name, const Points& points, const Values& tolerance, int repeats, const Convert& first,
+            const Convert& second, const FloorConvert& floor) {
+  const Task task = {points, {}};
+  Row row{.name = "two threads, " + name, .contestants = {}, .targets = {}};
+  row.Add(PointByPoint("latigo", task, tolerance, first));
+  row.Add(PointByPoint("second object", task, tolerance, second));
+  row.Add(PointByPoint("floor", task, tolerance, floor));
   const Halves latigo = {Half(points, repeats, first), Half(points, repeats, second)};
   const Halves floors = {Half(points, repeats, floor), Half(points, repeats, floor)};
-  benchmark::RegisterBenchmark(("two threads, " + name).c_str(),
-                               [=](benchmark::State& state) { Measure(state, latigo, floors, repeats); })
-      ->UseManualTime()
-      ->MinTime(0.5)
-      ->Unit(benchmark::kMicrosecond);
+  const auto measure = [=, agree = std::optional<bool>()](benchmark::State& state) mutable {
+    if (!agree) {
+      agree = Agree(row);
+    }
+    if (*agree) {
+      Measure(state, latigo, floors, repeats);
+    } else {
+      state.SkipWithError("the contestants disagree");
+    }
+  };
+  benchmark::RegisterBenchmark(row.name.c_str(), measure)->UseManualTime()->MinTime(0.5)->Unit(benchmark::kMicrosecond);
 }
 
 }  // namespace
@@ -206,7 +218,7 @@ void AddThreadRows(const Run& run) {
       GeoXY(object.get(), &out[0], &out[1], in[0], in[1]);
     };
   };
-  AddRow("Transverse Mercator GeoXY", utmPoints, 400, utm(), utm(),
+  AddRow("Transverse Mercator GeoXY", utmPoints, Metres(1e-6), 25, utm(), utm(),
          [utmFloor](const Values& in, Values& out) { utmFloor.GeoXY(in[0], in[1], out[0], out[1]); });
 
   const LambertFloor coneFloor(Cone);
@@ -220,7 +232,7 @@ void AddThreadRows(const Run& run) {
       XYGeo(object.get(), in[0], in[1], &out[0], &out[1]);
     };
   };
-  AddRow("Lambert XYGeo", conePoints, 60, cone(), cone(),
+  AddRow("Lambert XYGeo", conePoints, Radians(1e-13), 4, cone(), cone(),
          [coneFloor](const Values& in, Values& out) { coneFloor.XYGeo(in[0], in[1], out[0], out[1]); });
 
   const EcefFloor earth(Utm);
@@ -230,7 +242,7 @@ void AddThreadRows(const Run& run) {
       GeoECEF(object.get(), &out[0], &out[1], &out[2], in[0], in[1], in[2]);
     };
   };
-  AddRow("GeoECEF", positions, 400, cartesian(), cartesian(),
+  AddRow("GeoECEF", positions, Metres(1e-6), 25, cartesian(), cartesian(),
          [earth](const Values& in, Values& out) { earth.GeoECEF(in[0], in[1], in[2], out[0], out[1], out[2]); });
 }
 
