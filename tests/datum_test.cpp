@@ -5,10 +5,6 @@ namespace {
 
 using namespace support;
 
-struct Position {
-  double latitude = 0.7, longitude = -1.2, h = 100;
-};
-
 void ExpectPosition(const Position& found, const Position& expected, double angle = 1e-14, double height = 2e-8) {
   EXPECT_NEAR(found.latitude, expected.latitude, angle);
   EXPECT_NEAR(found.longitude, expected.longitude, angle);

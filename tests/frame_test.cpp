@@ -64,8 +64,13 @@ TEST_F(FrameTest, NamesOfEllipsoidAndProjectionComeWithTheRecordIfAskedFor) {
 
 TEST_F(FrameTest, ThreadsWithObjectsOfTheirOwnDoNotMeet) {
   const std::string grid = Write("grid", Grid{}.Bytes());
+  const Lines systems = Systems();
   const auto work = [&](double* last) {
-    for (int i = 0; i < 50; ++i) {
+    for (std::size_t i = 0; i < 60; ++i) {
+      const Object any = Open(systems[i % systems.size()]);
+      const Adjustment local = {static_cast<std::uint32_t>(i % 17), 1, 2, 3, 4, 5, 6};
+      EXPECT_EQ(SetAdjustment(any.get(), &local), 1);
+      EXPECT_EQ(Forward(any, 0.9, 0.2).code, 0);
       const Object object = Make(Utm31());
       SetGeoid(object.get(), grid.c_str(), 0);
       EXPECT_EQ(Forward(object, HalfPi, 0).code, 6);
@@ -75,7 +80,7 @@ TEST_F(FrameTest, ThreadsWithObjectsOfTheirOwnDoNotMeet) {
   };
   EXPECT_EQ(DestroyGeodesy(nullptr), 0);
   std::thread([] { EXPECT_EQ(GetGeodesyError(), 0) << "a thread that has called nothing"; }).join();
-  double results[3] = {};
+  double results[8] = {};
   std::vector<std::thread> threads;
   for (double& result : results) { threads.emplace_back(work, &result); }
   for (std::thread& thread : threads) { thread.join(); }

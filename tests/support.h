@@ -135,6 +135,10 @@ class Scratch : public testing::Test {
   std::string directory_;
 };
 
+struct Position {
+  double latitude = 0.7, longitude = -1.2, h = 100;
+};
+
 using Lines = std::vector<std::string>;
 
 // The bytes of a grid file: 3 rows of 23 columns, so that a record just holds the header. Node values come from a

@@ -1,0 +1,42 @@
+"""Runs the command-line program as transcripts/*.txt tell.   run.py PROGRAM"""
+import glob, os, re, subprocess, sys
+
+program = os.path.realpath(sys.argv[1])
+os.chdir(os.path.dirname(os.path.realpath(__file__)))
+
+
+def run(arguments, text):
+    done = subprocess.run([program, *arguments], input=text.encode(), capture_output=True)
+    return done.returncode, done.stdout.decode(), done.stderr.decode()
+
+
+count = 0
+for path in sorted(glob.glob("*.txt")):
+    for case in re.split(r"^\$", open(path, encoding="utf-8").read(), flags=re.M)[1:]:
+        command, *lines = case.split("\n")
+        told = {mark: [line[2:] for line in lines if line[:1] == mark] for mark in "<>!?"}
+        status, output, messages = run(command.split(), "\n".join(told["<"]))
+        shown = (path, command, output, messages)
+        assert status == int((told["?"] or ["0"])[0]), (status, *shown)
+        expected = "".join(line + "\n" for line in told[">"])
+        # Of what info tells of many sections only the beginning stands in the transcript.
+        assert output.startswith(expected) if command.startswith(" info") else output == expected, shown
+        assert len(messages.splitlines()) == len(told["!"]) or command.startswith(" info"), shown
+        for line, part in zip(messages.splitlines(), told["!"]):
+            assert part in line, (part, line)
+        count += 1
+assert count > 30, count
+
+status, output, messages = run(["info", "systems.ini", "--lang", "fra"], "")
+for text in ("mètre, mètres (m)", "ouest (Y), nord (Y)", "coordinate frame rotation, not position vector", "dX 10, dY 0, dZ 0 m",
+             "rX -1.5,", "X reversed", "constant 45.5"):
+    assert text in output, (text, output)
+
+# Threads keep the order of lines and messages, and a line beyond the limit is a failed point in its place.
+lines = [f"{i % 91}.5 {i % 7} p{i}" for i in range(60000)]
+lines[30000] = "x" * 1500000
+one, three = (run(["forward", "systems.ini", "--jobs", jobs], "\n".join(lines)) for jobs in ("1", "3"))
+assert one == three
+names = [line.split()[-1] if i != 30000 else "*" for i, line in enumerate(lines)]
+assert [line.split()[-1] for line in one[1].splitlines()] == names
+assert "standard input:30001: the line is too long\n" in one[2]
