@@ -56,6 +56,11 @@ inline SphereIsometric SphereIsometricOf(double phi) {
   return {std::log(s / c), (s - c) * (s + c)};
 }
 
+// The way back, 2 atan(exp(q)) - pi/2, on the side of the exponential that does not grow.
+inline double LatitudeOfIsometric(double q) {
+  return std::copysign(HalfPi - 2 * std::atan(std::exp(-std::fabs(q))), q);
+}
+
 // Sine and cosine of the latitude with this isometric latitude on the sphere.
 inline SinCos FromIsometric(double q) {
   const auto [s, c] = FromHalfComplement(std::exp(-std::fabs(q)));

@@ -195,10 +195,10 @@ bool InterpFile::ReadRows(std::int32_t row) {
 }
 
 double InterpFile::Interpolate(const double* corners, double v, double u) const {
-  const double west = S(1 - v);
   const double east = S(v);
-  const double south = S(1 - u);
   const double north = S(u);
+  const double west = 1 - east;  // S(1 - v)
+  const double south = 1 - north;
   return corners[0] * (west * south) + corners[1] * (east * south) + corners[2] * (east * north) +
          corners[3] * (west * north);
 }

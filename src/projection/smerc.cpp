@@ -16,7 +16,7 @@ errcode SMerc::GeoXY(double& x, double& y, double phi, double lambda) const {
 
 errcode SMerc::XYGeo(double x, double y, double& phi, double& lambda) const {
   lambda = x * (1 / SphereRadius);
-  phi = 2 * std::atan(std::exp(y * (1 / SphereRadius))) - HalfPi;
+  phi = LatitudeOfIsometric(y * (1 / SphereRadius));
   return errcode();
 }
 
