@@ -134,9 +134,10 @@ TEST_F(ProfileTest, NumbersAndBooleansCountTheFirst79Characters) {
 
 // atof and atoi of the C library, in the C locale, say what is right.
 TEST(CNumbersTest, NumbersAreReadAsInTheCLocaleWhateverTheHostHasSet) {
-  for (const char* text : {"0",     "1.5",    "-2.25e2", "+3",  " \t 4", "1,5",      "1.5abc", "abc",  "",    "-",
-                           "+-5",   "--5",    "-x",      "-0x", ".5",    "5.",       ".",      "1e",   "1e+", "1e5",
-                           "1e400", "-1e400", "1e-400",  "inf", "-INF",  "infinity", "0x1p4",  "0X.8", "0x",  "-0"}) {
+  for (const char* text :
+       {"0",      "1.5", "-2.25e2", "+3",       " \t 4", "1,5",  "1.5abc", "abc", "",     "-",     "+-5",
+        "--5",    "-x",  "-0x",     ".5",       "5.",    ".",    "1e",     "1e+", "1e5",  "1e400", "-1e400",
+        "1e-400", "inf", "-INF",    "infinity", "0x1p4", "0X.8", "0x",     "-0",  "0x-5", "0xinf"}) {
     const double expected = std::atof(text);
     ASSERT_NE(std::setlocale(LC_ALL, "de_DE.UTF-8"), nullptr) << "scripts/install-deps makes this locale";
     const double found = CDouble(text);

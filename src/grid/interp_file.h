@@ -65,8 +65,8 @@ class InterpFile {
   double headerValueA_ = 0, headerValueB_ = 0;
   std::int32_t rows_ = 0, cols_ = 0, depth_ = 0;
   std::int32_t recordBytes_ = 0;
-  std::unique_ptr<float[]> rowLow_,
-      rowHigh_;  // the rows of the cell at hand, each behind a word of no meaning; null if the file has no row
+  // The rows of the cell at hand, each behind a word of no meaning; null if the file has no row.
+  std::unique_ptr<float[]> rowLow_, rowHigh_;
   std::int32_t cachedRow_ = -1, cachedCol_ = -1;  // the cell at hand, -1 for none
   std::array<double, 4> corners_{};
   std::string description_;
