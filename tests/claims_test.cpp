@@ -67,6 +67,12 @@ class ClaimsTest : public Scratch, public testing::WithParamInterface<std::strin
       GetGeodesyParams(object_.get(), &params_, nullptr, nullptr);
     } else if (row.word == "record" || row.word == "with") {
       MakeObject(row);
+    } else if (row.word == "kind" || row.word == "ellipsoid") {
+      GeodesyParams found{};
+      char name[LATIGO_ELLIPSOID_NAME_SIZE];
+      char code[LATIGO_PROJECTION_CODE_SIZE];
+      GetGeodesyParams(object_.get(), &found, name, code);
+      EXPECT_EQ(row.word == "kind" ? std::to_string(found.Kind) + " " + code : name, row.expectedText);
     } else if (row.word == "field") {
       GeodesyParams found{};
       GetGeodesyParams(object_.get(), &found, nullptr, nullptr);
@@ -211,10 +217,10 @@ TEST_F(AnyNumbersTest, EveryCallEndsOnWhateverNumbersCome) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Of, ClaimsTest,
-                         testing::Values("albers", "azimuth_eq_dist", "cartesian", "cassini", "datum", "lambert",
-                                         "lines", "local_grids", "mercator", "names", "oblique_cylindrical",
-                                         "oblique_mercator", "polar_stereo", "records", "smerc", "stereographic",
-                                         "transverse_mercator"),
+                         testing::Values("albers", "azimuth_eq_dist", "cartesian", "cassini", "datum", "ellipsoids",
+                                         "lambert", "lines", "local_grids", "mercator", "names", "oblique_cylindrical",
+                                         "oblique_mercator", "polar_stereo", "records", "reference", "smerc",
+                                         "stereographic", "transverse_mercator"),
                          [](const auto& claims) { return claims.param; });
 
 }  // namespace

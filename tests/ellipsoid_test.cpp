@@ -1,6 +1,5 @@
 #include "datum/ellipsoid.h"
 
-#include "datum/ellipsoid_table.h"
 #include "support.h"
 
 namespace latigo {
@@ -28,21 +27,6 @@ TEST(EllipsoidTest, ASphereIsAnEllipsoid) {
   const Geographic back = sphere.ECEFGeo(sphere.GeoECEF({0.5, 2, 1000}));
   EXPECT_NEAR(back.phi, 0.5, 1e-15);
   EXPECT_NEAR(back.h, 1000, 2e-9);
-}
-
-TEST(EllipsoidTest, NamesAreFoundWithinTheTolerances) {
-  for (const auto& [a, invF, name] : {std::tuple{6378137.0, 298.257222101, "GRS-1980"},
-                                      {6378137.0, 298.257223563, "WGS-84"},
-                                      {6378137.00005, 298.25722356305, "WGS-84"},
-                                      {6377563.396, 299.3249646, "Airy"},
-                                      {6378135.0, 298.257, "ATS-77"},
-                                      {6378249.145, 293.4663077, "Clarke-1880 (Arc)"},
-                                      {6377304.063, 300.8017, "Everest (Malay. & Sing)"}}) {
-    EXPECT_STREQ(EllipsoidName(a, 1 / invF), name);
-  }
-  EXPECT_EQ(EllipsoidName(6378137.0002, 1 / 298.257223563), nullptr);
-  EXPECT_EQ(EllipsoidName(6378137.0, 1 / 298.2572235632), nullptr);
-  EXPECT_EQ(EllipsoidName(6378137.0, 0), nullptr);
 }
 
 }  // namespace

@@ -49,6 +49,14 @@ TEST_F(ErrcodeTest, AssignmentReportsThePendingTargetFirst) {
   EXPECT_EQ(Log(), Lines{"Log --- Error 5"});
   EXPECT_EQ(source.code(), 6) << "the source keeps its duty when the target throws";
 
+  // A value that was thrown from is as good as new when another is assigned to it.
+  errcode used(3, 4);
+  EXPECT_THROW(DefaultFacility->report(used), errcode);
+  errcode fresh(4, 4);
+  used = fresh;
+  EXPECT_THROW({ errcode heir(used); }, errcode);
+  Log();
+
   errcode quiet(0, 0);
   quiet = errcode(9, 4);
   EXPECT_EQ(quiet.code(), 9);

@@ -128,7 +128,8 @@ TEST_F(FailureTest, EveryFileOperationThatFailsIsToldAndLeavesTheObjectUsable) {
     Position position = start;
     EXPECT_EQ(WGS84Conv(object.get(), &position.latitude, &position.longitude, &position.h), 1);
     FailOperationAt = -1;
-    EXPECT_EQ(std::fabs(position.longitude - start.longitude) < 1e-12, i < 5) << "carried across unshifted, or not at all";
+    EXPECT_EQ(std::fabs(position.longitude - start.longitude) < 1e-12, i < 5)
+        << "carried across unshifted, or not at all";
   }
 }
 

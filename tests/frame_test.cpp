@@ -62,6 +62,15 @@ TEST_F(FrameTest, NamesOfEllipsoidAndProjectionComeWithTheRecordIfAskedFor) {
   EXPECT_EQ(GetGeodesyParams(Make(params).get(), &params, nullptr, nullptr), 1);
 }
 
+TEST_F(FrameTest, NamesAreCutToTheBufferAndUnknownRequestsLeaveItAlone) {
+  const Object object = Make(Utm31());
+  EXPECT_EQ(Name(object, 1, "", 3), "me");
+  EXPECT_EQ(Name(object, 1, "fra", 5), "m\xE8tr");
+  char text[8] = "before";
+  EXPECT_EQ(GetLocalName(object.get(), 11, "", text, sizeof text), 0);
+  EXPECT_STREQ(text, "before");
+}
+
 TEST_F(FrameTest, ThreadsWithObjectsOfTheirOwnDoNotMeet) {
   const std::string grid = Write("grid", Grid{}.Bytes());
   const Lines systems = Systems();

@@ -48,6 +48,7 @@ TEST_F(InterpFileTest, HeadersAreRefusedWithTheCodeOfTheirFault) {
       {"beyond 180 east", [](Grid& g) { g.west = std::nextafter(180.0F, 200.0F); }, 2},
       {"no latitude", [](Grid& g) { g.south = static_cast<float>(NaN); }, 2},
       {"no columns", [](Grid& g) { g.nc = 0; }, 2},
+      {"no rows", [](Grid& g) { g.nr = 0; }, 2},
       {"negative rows", [](Grid& g) { g.nr = -1; }, 2},
       {"no values", [](Grid& g) { g.nz = 0; }, 2},
       {"a step below half a second", [](Grid& g) { g.lonstep = 0.00013F; }, 2},
@@ -175,6 +176,10 @@ TEST_F(InterpFileTest, StepsAreWholeArcSecondsAndTheMagicIgnoresCapitals) {
   EXPECT_EQ(file.HeaderValueA(), 0);
   EXPECT_EQ(file.Description().size(), 56);
   EXPECT_EQ(file.Path(), Path("other"));
+  grid.value = [](int, int, int) { return 7.0F; };
+  EXPECT_EQ(Value(file, Rad(50), Rad(10)), 0);
+  EXPECT_EQ(file.Open(Write("third", grid.Bytes()).c_str(), false).code(), 0);
+  EXPECT_EQ(Value(file, Rad(50), Rad(10)), 7) << "nothing of the file before stays";
 }
 
 TEST_F(InterpFileTest, ReversedLatticesMirrorTheirLimitsOnly) {

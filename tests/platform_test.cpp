@@ -3,6 +3,7 @@
 
 #include <thread>
 
+#include "frame/install_dir.h"
 #include "platform/files.h"
 #include "support.h"
 
@@ -18,8 +19,8 @@ TEST_F(PlatformTest, SlotsStartAtNothingInEveryThread) {
   std::thread([slot] { EXPECT_EQ(TlsGetValue(slot), nullptr); }).join();
   EXPECT_EQ(TlsGetValue(slot), &mine);
   EXPECT_NE(TlsAlloc(), slot);
-  EXPECT_FALSE(TlsSetValue(1000, &mine));
-  EXPECT_EQ(TlsGetValue(1000), nullptr);
+  EXPECT_FALSE(TlsSetValue(8, &mine)) << "there are eight slots";
+  EXPECT_EQ(TlsGetValue(8), nullptr);
 }
 
 TEST_F(PlatformTest, BackslashesAreSlashesAndOnlyRegularFilesOpen) {
@@ -43,6 +44,16 @@ TEST_F(PlatformTest, TheHostProgramHasAPathWithBackslashes) {
   EXPECT_EQ(std::strchr(path, '/'), nullptr);
   EXPECT_EQ(GetModuleFileNameA(nullptr, path, 5), 4u);
   EXPECT_EQ(path[4], '\0');
+  EXPECT_EQ(GetModuleFileNameA(nullptr, path, 0), 0u);
+}
+
+TEST_F(PlatformTest, PathsOfGridFilesHaveRoomFor255Characters) {
+  char path[256];
+  const std::size_t room = 255 - std::strlen(latigo::GetInstallDir(nullptr)) - std::strlen("\\datum\\");
+  EXPECT_TRUE(latigo::GridFilePath(std::string(room, 'x').c_str(), path));
+  EXPECT_EQ(std::strlen(path), 255);
+  EXPECT_FALSE(latigo::GridFilePath(std::string(room + 1, 'x').c_str(), path));
+  EXPECT_STREQ(path, "");
 }
 
 }  // namespace

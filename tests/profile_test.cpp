@@ -89,6 +89,7 @@ TEST_F(ProfileTest, WritingKeepsTheOtherLines) {
         {"; c\n[T]\na=1", "k", "v", "; c\n[T]\na=1\n[S]\nk=v\n"},
         {"[s]\n; c\nk = old\nj=2\n", "K", "v", "[s]\n; c\nK=v\nj=2\n"},
         {"[S]\na=1", "k", "v", "[S]\na=1\nk=v\n"},
+        {"[S]\nk=1\n", " k ", "v", "[S]\nk=v\n"},
         {"[S]\r\na=1\r\n\r\n[T]\r\n", "k", "v", "[S]\r\na=1\r\nk=v\r\n\r\n[T]\r\n"},
         {"[S]\nk=1\nj=2\n", "k", nullptr, "[S]\nj=2\n"},
         {"[S]\nj=2\n", "k", nullptr, "[S]\nj=2\n"},
@@ -96,6 +97,8 @@ TEST_F(ProfileTest, WritingKeepsTheOtherLines) {
     EXPECT_TRUE(File(before).WriteString(key, value, "S"));
     EXPECT_EQ(Bytes(), after);
   }
+  EXPECT_TRUE(File("[S]\nk=1\n").WriteString("k", "v", " S "));
+  EXPECT_EQ(Bytes(), "[S]\nk=v\n");
   EXPECT_FALSE(Profile(Path("file.ini").c_str()).WriteString("k", "two\nlines", "S"));
   EXPECT_FALSE(Profile(Path("no/folder.ini").c_str()).WriteString("k", "v", "S"));
   const std::filesystem::directory_iterator files(Path(""));

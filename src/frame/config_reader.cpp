@@ -97,9 +97,10 @@ class SectionReader {
 Geodesy* CreateFromFile(const char* fileName, const char* section) noexcept {
   std::unique_ptr<Geodesy> object;
   try {
-    const ProfileSnapshot snapshot(fileName);
+    section = section != nullptr ? section : DefaultSection;
+    const ProfileSnapshot snapshot(fileName, section);
     Profile profile(fileName);
-    const SectionReader reader(profile, section != nullptr ? section : DefaultSection);
+    const SectionReader reader(profile, section);
     object = std::make_unique<Geodesy>(reader.ReadParams());
     object->SetVertUnit(reader.Number("VertUnit"));
     reader.ReadDatum(*object);

@@ -7,18 +7,20 @@
 
 namespace latigo {
 
-// While it lives, the profile services give this thread the values of the file as it was when it was made, without
-// reading it again. On Windows the system does so itself.
+// While it lives, the profile services give this thread the values of a section as it was when it was made, without
+// reading the file again. On Windows the system does so itself.
 class ProfileSnapshot {
  public:
-  explicit ProfileSnapshot(const char* fileName);
+  ProfileSnapshot(const char* fileName, const char* section);
   ~ProfileSnapshot();
   ProfileSnapshot(const ProfileSnapshot&) = delete;
   ProfileSnapshot& operator=(const ProfileSnapshot&) = delete;
 
+  bool IsOf(std::string_view fileName, std::string_view section) const {
+    return fileName == fileName_ && section == section_;
+  }
   // The value of a key, or null.
-  const std::string_view* Value(std::string_view section, std::string_view key);
-  const std::string& FileName() const { return fileName_; }
+  const std::string_view* Value(std::string_view key) const;
 
  private:
   struct Entry {
@@ -27,9 +29,8 @@ class ProfileSnapshot {
 
   std::string fileName_;
   std::string bytes_;
-  std::string section_;         // that was asked for last
-  std::vector<Entry> entries_;  // its keys
-  bool parsed_ = false;
+  std::string section_;
+  std::vector<Entry> entries_;
 };
 
 }  // namespace latigo

@@ -147,12 +147,19 @@ std::optional<std::string_view> Optional(const char* text) {
   return text != nullptr ? std::optional<std::string_view>(text) : std::nullopt;
 }
 
-thread_local ProfileSnapshot* CurrentSnapshot = nullptr;
+thread_local const ProfileSnapshot* CurrentSnapshot = nullptr;
 
 }  // namespace
 
-ProfileSnapshot::ProfileSnapshot(const char* fileName)
-    : fileName_(fileName), bytes_(ReadProfile(NativePath(fileName))) {
+ProfileSnapshot::ProfileSnapshot(const char* fileName, const char* section)
+    : fileName_(fileName), bytes_(ReadProfile(NativePath(fileName))), section_(section) {
+  ProfileLines lines(bytes_);
+  ProfileLine line;
+  if (lines.ToSection(Trimmed(section_), line)) {
+    while (lines.NextKey(line)) {
+      entries_.push_back({line.name, line.value});
+    }
+  }
   CurrentSnapshot = this;
 }
 
@@ -160,19 +167,7 @@ ProfileSnapshot::~ProfileSnapshot() {
   CurrentSnapshot = nullptr;
 }
 
-const std::string_view* ProfileSnapshot::Value(std::string_view section, std::string_view key) {
-  if (!parsed_ || section != section_) {
-    section_ = section;
-    entries_.clear();
-    ProfileLines lines(bytes_);
-    ProfileLine line;
-    if (lines.ToSection(Trimmed(section), line)) {
-      while (lines.NextKey(line)) {
-        entries_.push_back({line.name, line.value});
-      }
-    }
-    parsed_ = true;
-  }
+const std::string_view* ProfileSnapshot::Value(std::string_view key) const {
   const auto found = std::find_if(entries_.begin(), entries_.end(),
                                   [&](const Entry& entry) { return EqualIgnoringCase(entry.key, Trimmed(key)); });
   return found != entries_.end() ? &found->value : nullptr;
@@ -186,8 +181,8 @@ DWORD GetPrivateProfileStringA(const char* section, const char* key, const char*
   if (section == nullptr) {
     return GetPrivateProfileSectionNamesA(buffer, size, fileName);
   }
-  if (key != nullptr && CurrentSnapshot != nullptr && CurrentSnapshot->FileName() == fileName) {
-    const std::string_view* value = CurrentSnapshot->Value(section, key);
+  if (key != nullptr && CurrentSnapshot != nullptr && CurrentSnapshot->IsOf(fileName, section)) {
+    const std::string_view* value = CurrentSnapshot->Value(key);
     return CopyText(value != nullptr ? *value : OrEmpty(defaultText), buffer, size);
   }
   const std::string bytes = ReadProfile(NativePath(fileName));
