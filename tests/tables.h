@@ -53,6 +53,7 @@ struct Row {
   std::vector<Expectation> expected;
   std::string expectedText;  // the same as one text
   std::int32_t code = 0;
+  std::vector<std::int32_t> logs;  // codes of the log lines, if they are told
 };
 
 inline std::vector<Row> ReadTable(const std::string& name) {
@@ -75,6 +76,8 @@ inline std::vector<Row> ReadTable(const std::string& name) {
       const double tolerance = wave == std::string::npos ? 0 : ToNumber(word.substr(wave + 1));
       if (word == "code") {
         results >> row.code;
+      } else if (word == "logs") {
+        for (std::int32_t log = 0; results >> log;) { row.logs.push_back(log); }
       } else if (wave == 0) {
         for (Expectation& each : row.expected) { each.tolerance = tolerance; }
       } else {

@@ -1,0 +1,61 @@
+// What tables cannot say of objects from files: the locale of the host, and paths that are copied to buffers.
+#include <clocale>
+
+#include "support.h"
+
+namespace {
+
+using namespace support;
+
+class FileTest : public Scratch {};
+
+TEST_F(FileTest, NumbersDoNotChangeWithTheLocaleOfTheHost) {
+  ASSERT_NE(std::setlocale(LC_ALL, "de_DE.UTF-8"), nullptr) << "scripts/install-deps makes this locale";
+  ASSERT_STREQ(std::localeconv()->decimal_point, ",");
+  const std::string file = Write("file.ini",
+                                 "[Geodesy]\nProjection=UTM\nSemiMajorAxis=6378137\nFlattening=298.257223563\n"
+                                 "ScaleFactor=0.9996\nFalseNorthing=2,5\n");
+  GeodesyParams params{};
+  GetGeodesyParams(Object(CreateFileGeodesy(file.c_str(), nullptr)).get(), &params, nullptr, nullptr);
+  std::setlocale(LC_ALL, "C");
+  EXPECT_EQ(double{params.ScaleFactor}, 0.9996);
+  EXPECT_EQ(double{params.FalseNorthing}, 2) << "a comma ends a number";
+  EXPECT_EQ(CreateFileGeodesy(Path("nothing.ini").c_str(), nullptr), nullptr);
+  EXPECT_EQ(GetGeodesyError(), 5);
+}
+
+TEST_F(FileTest, PathsAreCopiedUpToTheBufferOrOneByteLess) {
+  Grid two;
+  two.nz = 2;
+  const std::string datum = Write("datum", two.Bytes());
+  const std::string geoid = Write("geoid", Grid{}.Bytes());
+  const Object object = Make(Utm31());
+  ASSERT_EQ(SetEllModel(object.get(), datum.c_str()) + SetGeoid(object.get(), geoid.c_str(), 0), 2);
+  const auto size = static_cast<std::int32_t>(datum.size());
+  std::string text(datum.size() + 4, '#');
+  EXPECT_EQ(GetEllModel(object.get(), text.data(), size), 1);
+  EXPECT_EQ(text, datum.substr(0, datum.size() - 1) + "#####") << "no terminator, and the last byte is not touched";
+  EXPECT_EQ(GetEllModel(object.get(), text.data(), size + 4), 1);
+  EXPECT_EQ(text, datum + std::string(3, '\0') + "#") << "filled up with zeros";
+  text.assign(text.size(), '#');
+  EXPECT_EQ(GetGeoid(object.get(), text.data(), size, nullptr), 1);
+  EXPECT_EQ(text, geoid + "####") << "no terminator, and nothing beyond the size";
+  EXPECT_EQ(GetGeoid(object.get(), text.data(), size + 3, nullptr), 1);
+  EXPECT_EQ(text, geoid + std::string(3, '\0') + "#");
+}
+
+TEST_F(FileTest, WithoutAHeightConversionsRunAtHeightZero) {
+  const Object object = Open("Clarke");
+  const EllDiff diff = {-8, 160, 176, 1.000005, 1 * Second, -2 * Second, 3 * Second};
+  SetEllDiff(object.get(), &diff);
+  for (const auto convert : {WGS84Conv, InvWGS84Conv}) {
+    Position with;
+    Position without;
+    with.h = 0;
+    EXPECT_EQ(convert(object.get(), &with.latitude, &with.longitude, &with.h), 1);
+    EXPECT_EQ(convert(object.get(), &without.latitude, &without.longitude, nullptr), 1);
+    EXPECT_TRUE(with.latitude == without.latitude && with.longitude == without.longitude);
+  }
+}
+
+}  // namespace
