@@ -57,6 +57,13 @@ TEST_F(ErrcodeTest, AssignmentReportsThePendingTargetFirst) {
   EXPECT_THROW({ errcode heir(used); }, errcode);
   Log();
 
+  EXPECT_THROW(
+      {
+        errcode quiet(0, 0);
+        quiet = errcode(9, 4);
+      },
+      errcode);
+  EXPECT_EQ(Log(), Lines{"Log --- Error 9"});
   errcode quiet(0, 0);
   quiet = errcode(9, 4);
   EXPECT_EQ(quiet.code(), 9);

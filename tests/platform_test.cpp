@@ -48,12 +48,16 @@ TEST_F(PlatformTest, TheHostProgramHasAPathWithBackslashes) {
 }
 
 TEST_F(PlatformTest, PathsOfGridFilesHaveRoomFor255Characters) {
-  char path[256];
+  char path[4096];
+  GetModuleFileNameA(nullptr, path, sizeof path);
+  *std::strrchr(path, '\\') = '\0';
+  EXPECT_STREQ(latigo::GetInstallDir(nullptr), path) << "the directory of the host program";
+  char grid[256];
   const std::size_t room = 255 - std::strlen(latigo::GetInstallDir(nullptr)) - std::strlen("\\datum\\");
-  EXPECT_TRUE(latigo::GridFilePath(std::string(room, 'x').c_str(), path));
-  EXPECT_EQ(std::strlen(path), 255);
-  EXPECT_FALSE(latigo::GridFilePath(std::string(room + 1, 'x').c_str(), path));
-  EXPECT_STREQ(path, "");
+  EXPECT_TRUE(latigo::GridFilePath(std::string(room, 'x').c_str(), grid));
+  EXPECT_EQ(std::strlen(grid), 255);
+  EXPECT_FALSE(latigo::GridFilePath(std::string(room + 1, 'x').c_str(), grid));
+  EXPECT_STREQ(grid, "");
 }
 
 }  // namespace

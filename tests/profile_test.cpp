@@ -34,6 +34,7 @@ TEST_F(ProfileTest, ValuesAreFoundInFilesAsPeopleWriteThem) {
                                         {"  [ s ]  \n\t K \t=  v w  \n", "v w"},
                                         {"[S]\nk=\"  v \"\n", "  v "},
                                         {"[S]\nk='v\"\n", "'v\""},
+                                        {"[S]\nk=\"\"\n", ""},
                                         {"[S]\nk=\"\n", "\""},
                                         {"[S]\nk=a=b\n", "a=b"},
                                         {"[S]\nk=\n", ""},
@@ -65,7 +66,7 @@ TEST_F(ProfileTest, WhatIsNoRegularFileOfOrdinarySizeHasNoValues) {
 }
 
 TEST_F(ProfileTest, TextsAndListsAreCutToAnyBuffer) {
-  const Profile profile(Write("file.ini", "[One]\nab=xyz\ncde=\n[Two]\n[]\n").c_str());
+  const Profile profile(Write("file.ini", "[One]\n;c=1\nab=xyz\ncde=\n[Two]\n[]\n").c_str());
   char buffer[40];
   EXPECT_EQ(profile.ListKeys(buffer, sizeof buffer, "one"), 2);
   EXPECT_EQ(Shown(buffer, 8), "ab|cde||");
@@ -89,6 +90,7 @@ TEST_F(ProfileTest, WritingKeepsTheOtherLines) {
         {"; c\n[T]\na=1", "k", "v", "; c\n[T]\na=1\n[S]\nk=v\n"},
         {"[s]\n; c\nk = old\nj=2\n", "K", "v", "[s]\n; c\nK=v\nj=2\n"},
         {"[S]\na=1", "k", "v", "[S]\na=1\nk=v\n"},
+        {"\r\n[S]\r\n", "k", "v", "\r\n[S]\r\nk=v\r\n"},
         {"[S]\nk=1\n", " k ", "v", "[S]\nk=v\n"},
         {"[S]\r\na=1\r\n\r\n[T]\r\n", "k", "v", "[S]\r\na=1\r\nk=v\r\n\r\n[T]\r\n"},
         {"[S]\nk=1\nj=2\n", "k", nullptr, "[S]\nj=2\n"},
@@ -101,6 +103,12 @@ TEST_F(ProfileTest, WritingKeepsTheOtherLines) {
   EXPECT_EQ(Bytes(), "[S]\nk=v\n");
   EXPECT_FALSE(Profile(Path("file.ini").c_str()).WriteString("k", "two\nlines", "S"));
   EXPECT_FALSE(Profile(Path("no/folder.ini").c_str()).WriteString("k", "v", "S"));
+  std::filesystem::permissions(Path("file.ini"), std::filesystem::perms(0640));
+  std::filesystem::create_symlink(Path("file.ini"), Path("link"));
+  EXPECT_TRUE(Profile(Path("link").c_str()).WriteString("k", "2", "S"));
+  EXPECT_EQ(Bytes(), "[S]\nk=2\n");
+  EXPECT_EQ(std::filesystem::status(Path("file.ini")).permissions(), std::filesystem::perms(0640));
+  EXPECT_TRUE(std::filesystem::remove(Path("link")) && std::filesystem::exists(Path("file.ini")));
   const std::filesystem::directory_iterator files(Path(""));
   EXPECT_EQ(std::distance(begin(files), end(files)), 1) << "nothing stays beside the file";
 }
