@@ -89,7 +89,7 @@ class ClaimsTest : public Scratch, public testing::WithParamInterface<std::strin
                                        {"three", {10, 20, 30}},
                                        {"five", {10, 20, 30, 99, 98}}}) {
       grid.nz = static_cast<std::int32_t>(values.size());
-      grid.value = [values](int, int, int i) { return values[static_cast<std::size_t>(i)]; };
+      grid.value = [nodes = values](int, int, int i) { return nodes[static_cast<std::size_t>(i)]; };
       write(file, grid.Bytes());
     }
     write("two-cut", grid.Bytes().substr(0, 100));
