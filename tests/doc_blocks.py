@@ -1,0 +1,37 @@
+"""What the pages show works.   doc_blocks.py PROJECT BUILD CC CXX
+
+C and C++ blocks are compiled and run; one without main() is the body of one in which `grid` is an object of the National
+Grid. A block of text behind them is what they print. Blocks of ini are described by the command-line program, and lines
+behind a $ run in turn, printing what stands below them.
+"""
+import glob, os, re, subprocess, sys, tempfile
+
+root, build, cc, cxx = sys.argv[1:]
+os.chdir(root)
+OPEN = '("examples/national_grid.ini", "NationalGrid")'
+FRAMES = {
+    "c": "#include <latigo/latigo.h>\n#include <stdio.h>\nint main(void) {\nGeodesyHandle grid = CreateFileGeodesy" + OPEN
+         + ";\n%s\nreturn !DestroyGeodesy(grid);\n}\n",
+    "cpp": "#include <cstdio>\n#include <latigo/latigo.hpp>\n#include <vector>\nint main() {\nconst latigo::api::Geodesy grid ="
+           " latigo::api::Geodesy::CreateFileGeodesy" + OPEN + ".value;\n%s\n}\n"}
+COMPILERS = {"c": [cc, "-std=gnu11"], "cpp": [cxx, "-std=c++20"]}
+OPTIONS = ["-Wall", "-Wextra", "-Werror", "-Iinclude", f"-L{build}", f"-Wl,-rpath,{build}", "-Wl,--disable-new-dtags", "-Wl,--no-as-needed"]
+run = lambda *command: subprocess.run(command, check=True, stdout=subprocess.PIPE, text=True).stdout
+count = 0
+with tempfile.TemporaryDirectory() as scratch:
+    for page in ["README.md", *sorted(glob.glob("docs/*.md"))]:
+        text = open(page, encoding="utf-8").read()
+        for language, code, _, printed in re.findall(r"^```(\w+)\n(.*?)^```\n(\n```text\n(.*?)^```)?", text, re.M | re.S):
+            source, count = f"{scratch}/block.{language}", count + 1
+            with open(source, "w", encoding="utf-8") as file:
+                file.write(code if "main(" in code or language not in FRAMES else FRAMES[language] % code)
+            if language in FRAMES:
+                run(*COMPILERS[language], source, *OPTIONS, "-llatigo", "-o", f"{scratch}/block")
+                said = run(f"{scratch}/block")
+                assert not printed or said == printed, (page, said)
+            elif language == "ini":
+                run(f"{build}/latigo", "info", source, "-s", re.search(r"\[(.*)\]", code)[1])
+        for command, printed in re.findall(r"^    \$ (.*)\n((?:    [^$].*\n)*)", text, re.M):
+            said, count = run("sh", "-c", command.replace("build/release", build)), count + 1
+            assert not printed or said == re.sub("^    ", "", printed, flags=re.M), (page, command, said)
+assert count >= 12, count
