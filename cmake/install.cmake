@@ -1,0 +1,42 @@
+# What `cmake --install` puts where, and how it goes away again. The components are those of the packages: library,
+# development, tools.
+set(CMAKE_INSTALL_DOCDIR share/doc/latigo CACHE PATH "Documents and examples")
+include(GNUInstallDirs)
+include(CMakePackageConfigHelpers)
+
+set(config_dir ${CMAKE_INSTALL_LIBDIR}/cmake/Latigo)
+
+install(TARGETS latigo EXPORT LatigoTargets
+  RUNTIME COMPONENT library
+  LIBRARY COMPONENT library NAMELINK_COMPONENT development
+  ARCHIVE COMPONENT development
+  FILE_SET HEADERS COMPONENT development)
+install(TARGETS latigo_static EXPORT LatigoTargets ARCHIVE COMPONENT development)
+install(EXPORT LatigoTargets NAMESPACE Latigo:: DESTINATION ${config_dir} COMPONENT development)
+
+write_basic_package_version_file(LatigoConfigVersion.cmake COMPATIBILITY SameMajorVersion)
+file(CONFIGURE OUTPUT LatigoConfig.cmake CONTENT "include(\${CMAKE_CURRENT_LIST_DIR}/LatigoTargets.cmake)\n" @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/LatigoConfig.cmake ${PROJECT_BINARY_DIR}/LatigoConfigVersion.cmake
+  DESTINATION ${config_dir} COMPONENT development)
+
+# Paths relative to the file itself, so that the tree can be moved.
+file(RELATIVE_PATH pc_to_prefix /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
+configure_file(cmake/latigo.pc.in latigo.pc @ONLY)
+install(FILES ${PROJECT_BINARY_DIR}/latigo.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
+
+install(FILES README.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development)
+install(DIRECTORY docs examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development
+  PATTERN CMakeLists.txt EXCLUDE PATTERN man EXCLUDE)
+
+if(LATIGO_BUILD_TOOLS)
+  file(RELATIVE_PATH bin_to_lib /${CMAKE_INSTALL_BINDIR} /${CMAKE_INSTALL_LIBDIR})
+  set_target_properties(latigo-cli PROPERTIES INSTALL_RPATH $ORIGIN/${bin_to_lib})
+  install(TARGETS latigo-cli RUNTIME COMPONENT tools)
+endif()
+
+# The prefix is known when it is installed; the target takes away what the manifest lists.
+foreach(component library development tools)
+  install(CODE "file(WRITE \"${PROJECT_BINARY_DIR}/install_prefix\" \"\${CMAKE_INSTALL_PREFIX}\")" COMPONENT ${component})
+endforeach()
+add_custom_target(uninstall
+  COMMAND ${CMAKE_COMMAND} -D BUILD=${PROJECT_BINARY_DIR} -P ${PROJECT_SOURCE_DIR}/cmake/uninstall.cmake)
