@@ -71,9 +71,8 @@ class ClaimsTest : public Scratch, public testing::WithParamInterface<std::strin
  protected:
   // The grid files of this program stand in one directory, since the install directory is found once and kept.
   static void SetUpTestSuite() {
-    char name[] = "/tmp/latigo-install-XXXXXX";
-    install_ = mkdtemp(name);
-    setenv("TWI_BATHYX", install_.c_str(), 1);
+    install_ = MakeDirectory();
+    SetEnvironment("TWI_BATHYX", install_);
     std::filesystem::create_directory(install_ + "/datum");
     const auto write = [](const std::string& file, const std::string& bytes) {
       std::ofstream(install_ + "/datum/" + file, std::ios::binary) << bytes;

@@ -1,12 +1,16 @@
 // What the library allocates: nothing on the road of a point. And what it makes of memory that runs out and of files that
 // cannot be read: a code, and no exception. The functions below are those of the whole process, the library's included.
-#include <dlfcn.h>
-
 #include <atomic>
 #include <cstdio>
 #include <new>
 
 #include "support.h"
+
+#if defined(_WIN32)
+#include "frame/last_error.h"
+#else
+#include <dlfcn.h>
+#endif
 
 namespace {
 
@@ -25,6 +29,20 @@ bool OperationFails() { return Operations++ == FailOperationAt; }
 
 }  // namespace
 
+#if defined(_WIN32)
+// The linker leads the library's calls here. The library is part of this program, and is not told that it is loaded.
+extern "C" {
+std::size_t __real_fread(void* buffer, std::size_t size, std::size_t count, std::FILE* file);
+std::size_t __wrap_fread(void* buffer, std::size_t size, std::size_t count, std::FILE* file) {
+  return OperationFails() ? 0 : __real_fread(buffer, size, count, file);
+}
+int __real_fseeko64(std::FILE* file, long long offset, int whence);
+int __wrap_fseeko64(std::FILE* file, long long offset, int whence) {
+  return OperationFails() ? -1 : __real_fseeko64(file, offset, whence);
+}
+}
+const bool Loaded = (latigo::AllocateLastError(), true);
+#else
 extern "C" [[gnu::visibility("default")]] std::size_t fread(void* buffer, std::size_t size, std::size_t count,
                                                             std::FILE* file) {
   static const auto real = reinterpret_cast<decltype(&fread)>(dlsym(RTLD_NEXT, "fread"));
@@ -34,6 +52,7 @@ extern "C" [[gnu::visibility("default")]] int fseeko(std::FILE* file, off_t offs
   static const auto real = reinterpret_cast<decltype(&fseeko)>(dlsym(RTLD_NEXT, "fseeko"));
   return OperationFails() ? -1 : real(file, offset, whence);
 }
+#endif
 
 [[gnu::noinline]] void* operator new(std::size_t size) {
   if (void* block = Allocate(size)) { return block; }

@@ -10,7 +10,7 @@ using namespace support;
 class FileTest : public Scratch {};
 
 TEST_F(FileTest, NumbersDoNotChangeWithTheLocaleOfTheHost) {
-  ASSERT_NE(std::setlocale(LC_ALL, "de_DE.UTF-8"), nullptr) << "scripts/install-deps makes this locale";
+  ASSERT_NE(std::setlocale(LC_ALL, GermanLocale), nullptr) << "scripts/install-deps makes this locale";
   ASSERT_STREQ(std::localeconv()->decimal_point, ",");
   const std::string file = Write("file.ini",
                                  "[Geodesy]\nProjection=UTM\nSemiMajorAxis=6378137\nFlattening=298.257223563\n"

@@ -3,7 +3,6 @@
 
 #include <gtest/gtest.h>
 #include <latigo/latigo.h>
-#include <unistd.h>
 
 #include <cmath>
 #include <cstdlib>
@@ -13,8 +12,13 @@
 #include <functional>
 #include <limits>
 #include <memory>
+#include <random>
 #include <string>
 #include <vector>
+
+#if defined(_WIN32)
+#include <windows.h>
+#endif
 
 namespace support {
 
@@ -99,16 +103,49 @@ inline LatLon Inverse(const Object& object, double x, double y) {
   return out;
 }
 
+#if defined(_WIN32)
+inline constexpr const char* GermanLocale = "German_Germany.1252";
+
+// An empty value takes the variable away.
+inline void SetEnvironment(const char* name, const std::string& value) { _putenv_s(name, value.c_str()); }
+
+// Debug output reaches handlers of the process before it goes to a debugger; this one keeps it in the tests' file.
+inline LONG CALLBACK KeepDebugOutput(EXCEPTION_POINTERS* event) {
+  const char* path = std::getenv("LATIGO_DEBUG_OUTPUT");
+  std::FILE* file = nullptr;
+  if (event->ExceptionRecord->ExceptionCode != DBG_PRINTEXCEPTION_C || path == nullptr ||
+      (file = std::fopen(path, "ab")) == nullptr) {
+    return EXCEPTION_CONTINUE_SEARCH;
+  }
+  std::fputs(reinterpret_cast<const char*>(event->ExceptionRecord->ExceptionInformation[1]), file);
+  std::fclose(file);
+  return EXCEPTION_CONTINUE_EXECUTION;
+}
+inline void* const DebugOutputHandler = AddVectoredExceptionHandler(1, KeepDebugOutput);
+#else
+inline constexpr const char* GermanLocale = "de_DE.UTF-8";
+
+inline void SetEnvironment(const char* name, const std::string& value) {
+  value.empty() ? unsetenv(name) : setenv(name, value.c_str(), 1);
+}
+#endif
+
+// A new directory for files that do not last.
+inline std::string MakeDirectory() {
+  std::random_device random;
+  std::filesystem::path directory;
+  do {
+    directory = std::filesystem::temp_directory_path() / ("latigo-" + std::to_string(random()));
+  } while (!std::filesystem::create_directory(directory));
+  return directory.string();
+}
+
 // A directory that goes with the test, and what the library logs meanwhile.
 class Scratch : public testing::Test {
  protected:
-  Scratch() {
-    char name[] = "/tmp/latigo-XXXXXX";
-    directory_ = mkdtemp(name);
-    setenv("LATIGO_DEBUG_OUTPUT", Path("log").c_str(), 1);
-  }
+  Scratch() { SetEnvironment("LATIGO_DEBUG_OUTPUT", Path("log")); }
   ~Scratch() override {
-    unsetenv("LATIGO_DEBUG_OUTPUT");
+    SetEnvironment("LATIGO_DEBUG_OUTPUT", "");
     std::filesystem::remove_all(directory_);
   }
 
@@ -132,7 +169,7 @@ class Scratch : public testing::Test {
   }
 
  private:
-  std::string directory_;
+  std::string directory_ = MakeDirectory();
 };
 
 struct Position {

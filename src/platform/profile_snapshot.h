@@ -1,14 +1,25 @@
 // A profile file that is read many times in a row.
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace latigo {
 
+#if defined(_WIN32)
+
+// The system keeps the file that was read last.
+class ProfileSnapshot {
+ public:
+  ProfileSnapshot(const char* /*fileName*/, const char* /*section*/) {}
+};
+
+#else
+
 // While it lives, the profile services give this thread the values of a section as it was when it was made, without
-// reading the file again. On Windows the system does so itself.
+// reading the file again.
 class ProfileSnapshot {
  public:
   ProfileSnapshot(const char* fileName, const char* section);
@@ -24,7 +35,8 @@ class ProfileSnapshot {
 
  private:
   struct Entry {
-    std::string_view key, value;
+    std::string_view key;
+    std::optional<std::string_view> value;
   };
 
   std::string fileName_;
@@ -32,5 +44,7 @@ class ProfileSnapshot {
   std::string section_;
   std::vector<Entry> entries_;
 };
+
+#endif
 
 }  // namespace latigo

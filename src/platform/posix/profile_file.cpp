@@ -1,5 +1,7 @@
 #include "platform/posix/profile_file.h"
 
+#include <algorithm>
+
 #include "platform/ascii.h"
 
 namespace latigo {
@@ -7,7 +9,8 @@ namespace latigo {
 namespace {
 
 constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
-constexpr std::string_view Blanks = " \t\r\v\f";
+constexpr std::string_view Blanks = " \t\v\f\x1A";  // the last once ended text files
+constexpr std::string_view LineBreaks = "\r\n";
 
 std::string_view Unquoted(std::string_view value) {
   if (value.size() >= 2 && (value.front() == '"' || value.front() == '\'') && value.back() == value.front()) {
@@ -22,16 +25,16 @@ void Classify(std::string_view text, ProfileLine& line) {
   if (text.empty() || text.front() == ';' || text.find('\0') != std::string_view::npos) {
     return;
   }
-  if (text.front() == '[') {
+  if (const std::size_t bracket = text.rfind(']'); text.front() == '[' && bracket != std::string_view::npos) {
     line.is = ProfileLine::Is::Section;
-    line.name = Trimmed(text.substr(1, text.find(']') - 1));
+    line.name = Trimmed(text.substr(1, bracket - 1));
     return;
   }
-  if (const std::size_t equals = text.find('='); equals != std::string_view::npos) {
-    line.is = ProfileLine::Is::Key;
-    line.name = Trimmed(text.substr(0, equals));
-    line.value = Unquoted(Trimmed(text.substr(equals + 1)));
-  }
+  line.is = ProfileLine::Is::Key;
+  const std::size_t equals = text.find('=');
+  line.name = Trimmed(text.substr(0, equals));
+  line.value =
+      equals != std::string_view::npos ? std::optional(Unquoted(Trimmed(text.substr(equals + 1)))) : std::nullopt;
 }
 
 std::string_view LineEnd(std::string_view bytes) {
@@ -42,6 +45,46 @@ std::string_view LineEnd(std::string_view bytes) {
 std::string Replaced(std::string_view bytes, std::size_t begin, std::size_t end, std::string_view by) {
   return std::string(bytes.substr(0, begin)).append(by).append(bytes.substr(end));
 }
+
+// Names one behind the other, each with its NUL, and a NUL behind the last. A list that is too long is cut so that two
+// NULs still end it.
+class NameList {
+ public:
+  NameList(char* buffer, std::uint32_t size) : buffer_(buffer), size_(size) {}
+
+  void Add(std::string_view name) {
+    if (full_ || size_ < 2) {
+      return;
+    }
+    const std::size_t room = size_ - 1 - length_;
+    full_ = name.size() + 1 > room;
+    if (room == 0) {
+      return;
+    }
+    const std::size_t taken = full_ ? room - 1 : name.size();
+    name.copy(buffer_ + length_, taken);
+    buffer_[length_ + taken] = '\0';
+    length_ += taken + 1;
+  }
+
+  // Ends the list; gives the number of characters before the last NUL, and one less for a list that was cut.
+  std::uint32_t End() {
+    if (size_ == 0) {
+      return 0;
+    }
+    buffer_[length_] = '\0';
+    if (length_ == 0 && size_ > 1) {
+      buffer_[1] = '\0';
+    }
+    return static_cast<std::uint32_t>(full_ ? size_ - 2 : length_);
+  }
+
+ private:
+  char* buffer_;
+  std::uint32_t size_;
+  std::size_t length_ = 0;
+  bool full_ = false;
+};
 
 }  // namespace
 
@@ -61,14 +104,18 @@ bool ProfileLines::Next(ProfileLine& line) {
     return false;
   }
   line.begin = place_;
-  const std::size_t feed = bytes_.find('\n', place_);
-  place_ = line.end = feed == std::string_view::npos ? bytes_.size() : feed + 1;
-  const std::size_t length = (feed == std::string_view::npos ? bytes_.size() : feed) - line.begin;
-  Classify(bytes_.substr(line.begin, length), line);
+  const std::size_t end = std::min(bytes_.find_first_of(LineBreaks, place_), bytes_.size());
+  const std::size_t breakLength = bytes_.substr(end).starts_with("\r\n") ? 2 : 1;
+  place_ = line.end = std::min(end + breakLength, bytes_.size());
+  Classify(bytes_.substr(line.begin, end - line.begin), line);
   return true;
 }
 
 bool ProfileLines::ToSection(std::string_view section, ProfileLine& head) {
+  if (section.empty()) {
+    head = {ProfileLine::Is::Section, {}, std::nullopt, place_, place_};
+    return true;
+  }
   while (Next(head)) {
     if (head.is == ProfileLine::Is::Section && EqualIgnoringCase(head.name, section)) {
       return true;
@@ -99,12 +146,47 @@ std::optional<std::string_view> ProfileValue(std::string_view bytes, std::string
   return std::nullopt;
 }
 
+std::uint32_t CopyText(std::string_view text, char* buffer, std::uint32_t size) {
+  if (size == 0) {
+    return 0;
+  }
+  const std::size_t length = text.copy(buffer, size - 1);
+  buffer[length] = '\0';
+  return static_cast<std::uint32_t>(length);
+}
+
+std::uint32_t ListKeys(std::string_view bytes, std::string_view section, char* buffer, std::uint32_t size) {
+  NameList names(buffer, size);
+  ProfileLines lines(bytes);
+  ProfileLine line;
+  if (lines.ToSection(section, line)) {
+    while (lines.NextKey(line)) {
+      if (line.value && !line.name.empty()) {  // an empty name would end the list
+        names.Add(line.name);
+      }
+    }
+  }
+  return names.End();
+}
+
+std::uint32_t ListSections(std::string_view bytes, char* buffer, std::uint32_t size) {
+  NameList names(buffer, size);
+  ProfileLines lines(bytes);
+  ProfileLine line;
+  while (lines.Next(line)) {
+    if (line.is == ProfileLine::Is::Section && !line.name.empty()) {
+      names.Add(line.name);
+    }
+  }
+  return names.End();
+}
+
 std::string ProfileEdited(std::string_view bytes, std::string_view section, std::optional<std::string_view> key,
                           std::optional<std::string_view> value) {
   section = Trimmed(section);
   key = key ? std::optional(Trimmed(*key)) : key;
   const std::string_view eol = LineEnd(bytes);
-  const std::string_view before = bytes.empty() || bytes.back() == '\n' ? "" : eol;
+  const std::string_view before = bytes.empty() || LineBreaks.find(bytes.back()) != std::string_view::npos ? "" : eol;
   std::string entry;
   if (key && value) {
     entry.append(*key).append("=").append(*value).append(eol);

@@ -49,56 +49,6 @@ std::string ReadProfile(const NativePath& path) {
   return bytes;
 }
 
-// Copies as much as there is room for, with a NUL behind it; gives the number of characters.
-DWORD CopyText(std::string_view text, char* buffer, DWORD size) {
-  if (size == 0) {
-    return 0;
-  }
-  const std::size_t length = text.copy(buffer, size - 1);
-  buffer[length] = '\0';
-  return static_cast<DWORD>(length);
-}
-
-// Names one behind the other, each with its NUL, and a NUL behind the last. A list that is too long is cut so that two
-// NULs still end it.
-class NameList {
- public:
-  NameList(char* buffer, DWORD size) : buffer_(buffer), size_(size) {}
-
-  void Add(std::string_view name) {
-    if (full_ || size_ < 2) {
-      return;
-    }
-    const std::size_t room = size_ - 1 - length_;
-    full_ = name.size() + 1 > room;
-    if (room == 0) {
-      return;
-    }
-    const std::size_t taken = full_ ? room - 1 : name.size();
-    name.copy(buffer_ + length_, taken);
-    buffer_[length_ + taken] = '\0';
-    length_ += taken + 1;
-  }
-
-  // Ends the list; gives the number of characters before the last NUL, and one less for a list that was cut.
-  DWORD End() {
-    if (size_ == 0) {
-      return 0;
-    }
-    buffer_[length_] = '\0';
-    if (length_ == 0 && size_ > 1) {
-      buffer_[1] = '\0';
-    }
-    return static_cast<DWORD>(full_ ? size_ - 2 : length_);
-  }
-
- private:
-  char* buffer_;
-  DWORD size_;
-  std::size_t length_ = 0;
-  bool full_ = false;
-};
-
 bool WriteAll(int file, std::string_view bytes) {
   while (!bytes.empty()) {
     const ssize_t written = write(file, bytes.data(), bytes.size());
@@ -170,7 +120,7 @@ ProfileSnapshot::~ProfileSnapshot() {
 const std::string_view* ProfileSnapshot::Value(std::string_view key) const {
   const auto found = std::find_if(entries_.begin(), entries_.end(),
                                   [&](const Entry& entry) { return EqualIgnoringCase(entry.key, Trimmed(key)); });
-  return found != entries_.end() ? &found->value : nullptr;
+  return found != entries_.end() && found->value ? &*found->value : nullptr;
 }
 
 }  // namespace latigo
@@ -186,34 +136,13 @@ DWORD GetPrivateProfileStringA(const char* section, const char* key, const char*
     return CopyText(value != nullptr ? *value : OrEmpty(defaultText), buffer, size);
   }
   const std::string bytes = ReadProfile(NativePath(fileName));
-  if (key != nullptr) {
-    return CopyText(ProfileValue(bytes, section, key).value_or(OrEmpty(defaultText)), buffer, size);
-  }
-  NameList names(buffer, size);
-  ProfileLines lines(bytes);
-  ProfileLine line;
-  if (lines.ToSection(section, line)) {
-    while (lines.NextKey(line)) {
-      if (!line.name.empty()) {  // it would end the list
-        names.Add(line.name);
-      }
-    }
-  }
-  return names.End();
+  return key != nullptr ? CopyText(ProfileValue(bytes, section, key).value_or(OrEmpty(defaultText)), buffer, size)
+                        : ListKeys(bytes, section, buffer, size);
 }
 
 DWORD GetPrivateProfileSectionNamesA(char* buffer, DWORD size, const char* fileName) {
   using namespace latigo;
-  const std::string bytes = ReadProfile(NativePath(fileName));
-  NameList names(buffer, size);
-  ProfileLines lines(bytes);
-  ProfileLine line;
-  while (lines.Next(line)) {
-    if (line.is == ProfileLine::Is::Section && !line.name.empty()) {
-      names.Add(line.name);
-    }
-  }
-  return names.End();
+  return ListSections(ReadProfile(NativePath(fileName)), buffer, size);
 }
 
 BOOL WritePrivateProfileStringA(const char* section, const char* key, const char* value, const char* fileName) {
