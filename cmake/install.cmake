@@ -11,7 +11,9 @@ install(TARGETS latigo EXPORT LatigoTargets
   LIBRARY COMPONENT library NAMELINK_COMPONENT development
   ARCHIVE COMPONENT development
   FILE_SET HEADERS COMPONENT development)
-install(TARGETS latigo_static EXPORT LatigoTargets ARCHIVE COMPONENT development)
+if(TARGET latigo_static)
+  install(TARGETS latigo_static EXPORT LatigoTargets ARCHIVE COMPONENT development)
+endif()
 install(EXPORT LatigoTargets NAMESPACE Latigo:: DESTINATION ${config_dir} COMPONENT development)
 
 write_basic_package_version_file(LatigoConfigVersion.cmake COMPATIBILITY SameMajorVersion)

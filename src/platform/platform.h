@@ -3,6 +3,10 @@
 #pragma once
 
 #if defined(_WIN32)
+#if !defined(NOMINMAX)
+#define NOMINMAX  // the names min and max are the standard library's
+#endif
+#define WIN32_LEAN_AND_MEAN
 #include <windows.h>
 #else
 

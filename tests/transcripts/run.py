@@ -1,12 +1,12 @@
-"""Runs the command-line program as transcripts/*.txt tell.   run.py PROGRAM"""
+"""Runs the command-line program as transcripts/*.txt tell.   run.py [EMULATOR...] PROGRAM"""
 import glob, os, re, subprocess, sys
 
-program = os.path.realpath(sys.argv[1])
+program = [*sys.argv[1:-1], os.path.realpath(sys.argv[-1])]
 os.chdir(os.path.dirname(os.path.realpath(__file__)))
 
 
 def run(arguments, text):
-    done = subprocess.run([program, *arguments], input=text.encode(), capture_output=True)
+    done = subprocess.run([*program, *arguments], input=text.encode(), capture_output=True)
     return done.returncode, done.stdout.decode(), done.stderr.decode()
 
 

@@ -26,6 +26,16 @@ std::vector<std::string> Names(const std::vector<char>& list) {
   return names;
 }
 
+// The path of a configuration file as the library needs it: Windows looks for a bare name in its own directory.
+std::string ProfilePath(const std::string& file) {
+#if defined(_WIN32)
+  char path[_MAX_PATH];
+  return _fullpath(path, file.c_str(), sizeof path) != nullptr ? path : file;
+#else
+  return file;
+#endif
+}
+
 std::string ValueOf(const Profile& profile, const std::string& section, const char* key) {
   char value[256];
   profile.GetString(value, sizeof value, key, section.c_str(), "");
@@ -79,13 +89,13 @@ std::size_t Distance(std::string_view from, std::string_view to) {
 
 std::vector<std::string> SectionsOf(const std::string& file) {
   std::vector<char> list(ListSize);
-  Profile(file.c_str()).ListSections(list.data(), ListSize);
+  Profile(ProfilePath(file).c_str()).ListSections(list.data(), ListSize);
   return Names(list);
 }
 
 std::vector<std::string> KeysOf(const std::string& file, const std::string& section) {
   std::vector<char> list(ListSize);
-  Profile(file.c_str()).ListKeys(list.data(), ListSize, section.c_str());
+  Profile(ProfilePath(file).c_str()).ListKeys(list.data(), ListSize, section.c_str());
   return Names(list);
 }
 
@@ -108,10 +118,11 @@ void RequireSection(const std::string& file, const std::string& section) {
 
 Opened OpenSection(const std::string& file, const std::string& section) {
   Opened opened;
-  opened.object.reset(CreateFileGeodesy(file.c_str(), section.c_str()));
+  const std::string path = ProfilePath(file);
+  opened.object.reset(CreateFileGeodesy(path.c_str(), section.c_str()));
   opened.code = GetGeodesyError();
   if (opened.code != 0) {
-    opened.explanation = Explain(opened.code, Profile(file.c_str()), section);
+    opened.explanation = Explain(opened.code, Profile(path.c_str()), section);
   }
   return opened;
 }

@@ -9,7 +9,10 @@
 #include <iterator>
 
 #if defined(_WIN32)
+#include <fcntl.h>
 #include <io.h>
+
+#include "platform/platform.h"
 #else
 #include <unistd.h>
 #endif
@@ -157,6 +160,14 @@ void Writer::Dms(double degrees, Axis axis, int precision) {
   char text[64];
   const char* const end = WriteDms(text, degrees, axis, precision);
   Text({text, static_cast<std::size_t>(end - text)});
+}
+
+void PrepareStreams() {
+#if defined(_WIN32)
+  _setmode(_fileno(stdin), _O_BINARY);
+  _setmode(_fileno(stdout), _O_BINARY);
+  SetConsoleOutputCP(CP_UTF8);
+#endif
 }
 
 void Print(std::string_view text) {

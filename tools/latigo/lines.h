@@ -64,6 +64,9 @@ class Writer {
   std::string text_;
 };
 
+// On Windows: the bytes of standard input and output pass as they are, and a console takes the output as UTF-8.
+void PrepareStreams();
+
 // Writes a text to standard output at once. Throws UsageError if that cannot be done.
 void Print(std::string_view text);
 

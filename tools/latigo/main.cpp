@@ -7,6 +7,7 @@
 
 #include "commands.h"
 #include "error_text.h"
+#include "lines.h"
 
 namespace {
 
@@ -102,6 +103,7 @@ int Run(int argc, char** argv) {
 
 int main(int argc, char** argv) {
   try {
+    latigo::cli::PrepareStreams();
     return Run(argc, argv);
   } catch (const std::exception& failure) {
     std::fprintf(stderr, "latigo: %s\n", failure.what());

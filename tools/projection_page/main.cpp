@@ -56,7 +56,7 @@ bool Check(const std::filesystem::path& path, const std::string& made) {
     return true;
   }
   const auto differs = std::mismatch(made.begin(), made.end(), found.begin(), found.end()).first;
-  std::printf("%s:%d: not what the library gives now; scripts/projection-page makes it anew\n", path.c_str(),
+  std::printf("%s:%d: not what the library gives now; scripts/projection-page makes it anew\n", path.string().c_str(),
               static_cast<int>(std::count(made.begin(), differs, '\n')) + 1);
   return false;
 }

@@ -1,0 +1,4 @@
+set(CMAKE_SYSTEM_PROCESSOR x86_64)
+set(LATIGO_MINGW x86_64-w64-mingw32)
+set(LATIGO_LOADER wine64)
+include(${CMAKE_CURRENT_LIST_DIR}/mingw.cmake)
