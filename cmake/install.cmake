@@ -47,3 +47,5 @@ foreach(component library development tools)
 endforeach()
 add_custom_target(uninstall
   COMMAND ${CMAKE_COMMAND} -D BUILD=${PROJECT_BINARY_DIR} -P ${PROJECT_SOURCE_DIR}/cmake/uninstall.cmake)
+
+include(${CMAKE_CURRENT_LIST_DIR}/package.cmake)
