@@ -1,0 +1,18 @@
+# What Debian wants of a package's files: pages compressed, a changelog and a copyright note, no debug information in
+# archives. CPack runs this on the tree of every component before it packs them.
+if(NOT CPACK_GENERATOR STREQUAL "DEB")
+  return()
+endif()
+foreach(component IN LISTS CPACK_COMPONENTS_ALL)
+  string(TOUPPER ${component} name)
+  set(tree ${CPACK_TEMPORARY_DIRECTORY}/${component}/usr)
+  set(doc ${tree}/share/doc/${CPACK_DEBIAN_${name}_PACKAGE_NAME})
+  file(COPY ${CMAKE_CURRENT_LIST_DIR}/copyright DESTINATION ${doc})
+  file(COPY_FILE ${CMAKE_CURRENT_LIST_DIR}/changelog ${doc}/changelog.Debian)
+  file(GLOB pages ${tree}/share/man/*/*)
+  execute_process(COMMAND gzip -9n ${doc}/changelog.Debian ${pages} COMMAND_ERROR_IS_FATAL ANY)
+  file(GLOB_RECURSE archives ${tree}/*.a)
+  if(archives)
+    execute_process(COMMAND strip --strip-debug --enable-deterministic-archives ${archives} COMMAND_ERROR_IS_FATAL ANY)
+  endif()
+endforeach()
