@@ -135,7 +135,9 @@ class ClaimsTest : public Scratch, public testing::WithParamInterface<std::strin
       EXPECT_EQ(GetGeodesyError(), row.code);
       EXPECT_EQ(Log(), LinesOf(row.logs));
     } else if (row.word == "datum?" || row.word == "geoid?") {
-      char text[300] = "x";
+      char text[300];
+      std::fill(std::begin(text), std::end(text), 'x');
+      text[299] = '\0';
       double constant = 0;
       EXPECT_EQ(row.word == "datum?" ? GetEllModel(object_.get(), text, sizeof text)
                                      : GetGeoid(object_.get(), text, sizeof text, &constant),
