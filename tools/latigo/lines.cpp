@@ -138,7 +138,7 @@ bool Writer::ShortNumber(double value, int precision) {
     return false;
   }
   const auto units = static_cast<std::uint64_t>(below) + (fraction > 0.5 ? 1 : 0);
-  char digits[24] = "0000000000000";  // so many zeros may stand in front of the units
+  char digits[32] = "0000000000000";  // so many zeros may stand in front of the units, which are up to 15 digits
   const auto whole = static_cast<std::size_t>(precision) + 1;
   char* first = digits + whole;
   const char* const end = std::to_chars(first, digits + sizeof digits, units).ptr;
