@@ -1,4 +1,7 @@
 // Bytes as a points file of the command-line program: lines, their fields, and angles written and read back.
+#include <charconv>
+#include <utility>
+
 #include "fuzz_input.h"
 #include "lines.h"
 #include "point_line.h"
@@ -47,24 +50,36 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   if (std::fabs(degrees) <= 90) { CheckWritten(degrees, Axis::Latitude, precision); }
   if (std::fabs(degrees) <= 360) { CheckWritten(degrees, Axis::Longitude, precision); }
   if (std::fabs(degrees) <= 360) { CheckWritten(std::fabs(degrees), Axis::Azimuth, precision); }
+  // Numbers are written to the last digit as the standard library writes them, but for the sign of a zero.
+  Writer writer;
+  writer.Number(degrees, precision);
+  char digits[400];
+  const char* const end =
+      std::to_chars(digits, digits + sizeof digits, degrees, std::chars_format::fixed, precision).ptr;
+  REQUIRE(!std::isfinite(degrees) || std::string_view(digits, end).ends_with(writer.Written()));
   // Now and then a file so long that the reader's buffer has to grow or to be filled anew.
   const std::size_t times = in.Below(64) == 0 ? 1000 : 1;
   const std::string piece = in.Text(in.size);
   std::string bytes;
   for (std::size_t i = 0; i < times; ++i) { bytes += piece; }
 
-  LineReader reader(WriteFile("points", bytes));
+  BlockReader reader(WriteFile("points", bytes));
   std::size_t place = 0, number = 0;
-  for (std::string_view line; reader.Next(line);) {
-    REQUIRE(place < bytes.size() && reader.Number() == ++number);
-    const std::size_t feed = std::min(bytes.find('\n', place), bytes.size());
-    std::string_view wanted = std::string_view(bytes).substr(place, feed - place);
-    place = feed + 1;
-    if (wanted.ends_with('\r') && !reader.TooLong()) { wanted.remove_suffix(1); }
-    REQUIRE(reader.TooLong() ? wanted.size() >= 1 << 20 && wanted.starts_with(line) : line == wanted);
-    if (number < 200) {
-      CheckLine(line);
-      CheckNumber(std::string(line.substr(0, line.find_first_of(std::string_view(" \t,\0", 4)))));
+  for (Block block; reader.Next(block);) {
+    REQUIRE(block.firstLine == number + 1);
+    std::string_view text = block.bytes;
+    for (std::string_view line; block.cut ? std::exchange(text, {}).size() > 0 : NextLine(text, line);) {
+      REQUIRE(place < bytes.size());
+      const std::size_t feed = std::min(bytes.find('\n', place), bytes.size());
+      std::string_view wanted = std::string_view(bytes).substr(place, feed - place);
+      place = feed + 1;
+      ++number;
+      if (wanted.ends_with('\r') && !block.cut) { wanted.remove_suffix(1); }
+      REQUIRE(block.cut ? wanted.size() >= 1 << 20 && wanted.starts_with(block.bytes) : line == wanted);
+      if (number < 200 && !block.cut) {
+        CheckLine(line);
+        CheckNumber(std::string(line.substr(0, line.find_first_of(std::string_view(" \t,\0", 4)))));
+      }
     }
   }
   REQUIRE(place >= bytes.size());
