@@ -298,7 +298,7 @@ TEST_F(AnyNumbersTest, EveryCallEndsOnWhateverNumbersCome) {
 Lines Tables() {
   Lines names;
   for (const auto& entry : std::filesystem::directory_iterator(LATIGO_CLAIMS)) {
-    const std::string name = entry.path().stem();
+    const std::string name = entry.path().stem().string();
     if (entry.path().extension() == ".txt" && name != "poly_grids") { names.push_back(name); }
   }
   return names;

@@ -7,7 +7,7 @@ os.chdir(os.path.dirname(os.path.realpath(__file__)))
 
 def run(arguments, text):
     done = subprocess.run([*program, *arguments], input=text.encode(), capture_output=True)
-    return done.returncode, done.stdout.decode(), done.stderr.decode()
+    return done.returncode, done.stdout.decode(), done.stderr.decode().replace("\r\n", "\n")
 
 
 count = 0
