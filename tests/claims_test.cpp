@@ -69,13 +69,9 @@ Lines LinesOf(const std::vector<std::int32_t>& codes) {
 
 class ClaimsTest : public Scratch, public testing::WithParamInterface<std::string> {
  protected:
-  // The grid files of this program stand in one directory, since the install directory is found once and kept.
   static void SetUpTestSuite() {
-    install_ = MakeDirectory();
-    SetEnvironment("TWI_BATHYX", install_);
-    std::filesystem::create_directory(install_ + "/datum");
     const auto write = [](const std::string& file, const std::string& bytes) {
-      std::ofstream(install_ + "/datum/" + file, std::ios::binary) << bytes;
+      std::ofstream(InstallDirectory() + "/datum/" + file, std::ios::binary) << bytes;
     };
     Grid grid;
     write("geoid", grid.Bytes());
@@ -98,7 +94,6 @@ class ClaimsTest : public Scratch, public testing::WithParamInterface<std::strin
     grid.south = -91;
     write("range", grid.Bytes());
   }
-  static void TearDownTestSuite() { std::filesystem::remove_all(install_); }
 
   void Run(const Row& row) {
     if (row.word == "system") {
@@ -127,7 +122,7 @@ class ClaimsTest : public Scratch, public testing::WithParamInterface<std::strin
     } else if (row.word == "config") {
       Configure(row);
     } else if (row.word == "datum" || row.word == "geoid") {
-      const std::string path = install_ + "/datum/" + row.arguments.at(0);
+      const std::string path = InstallDirectory() + "/datum/" + row.arguments.at(0);
       const char* const file = row.arguments.at(0) == "none" ? nullptr : path.c_str();
       EXPECT_EQ(row.word == "datum" ? SetEllModel(object_.get(), file)
                                     : SetGeoid(object_.get(), file, ToNumber(row.arguments.at(1))),
@@ -142,7 +137,7 @@ class ClaimsTest : public Scratch, public testing::WithParamInterface<std::strin
       EXPECT_EQ(row.word == "datum?" ? GetEllModel(object_.get(), text, sizeof text)
                                      : GetGeoid(object_.get(), text, sizeof text, &constant),
                 1);
-      EXPECT_EQ(std::string(text).substr(std::min(install_.size(), std::strlen(text))), row.expectedText);
+      EXPECT_EQ(std::string(text).substr(std::min(InstallDirectory().size(), std::strlen(text))), row.expectedText);
     } else if (row.word == "closes") {
       ExpectClosure(row);
     } else {
@@ -233,7 +228,6 @@ class ClaimsTest : public Scratch, public testing::WithParamInterface<std::strin
   Object other_ = Make(Utm31());  // keeps the line of the last instance out of the log
   GeodesyParams params_{};
   Object object_;
-  static inline std::string install_;
 };
 
 TEST_P(ClaimsTest, Hold) {

@@ -176,11 +176,14 @@ TEST_F(FailureTest, EveryAllocationThatFailsEndsInCodeOne) {
     const GeodesyParams params = Utm31();
     return Object(CreateGeodesy(&params)) != nullptr;
   });
-  const std::string file = Write("file.ini", "[Geodesy]\nProjection=UTM\nSemiMajorAxis=6378137\nFlattening=298\n");
-  FailEachIn([&] { return Object(CreateFileGeodesy(file.c_str(), nullptr)) != nullptr; });
-
-  const std::string datum = Write("datum", two_.Bytes());
-  const std::string geoid = Write("geoid", Grid{}.Bytes());
+  const std::string datum = InstallDirectory() + "/datum/failing-datum", geoid = datum + "-geoid";
+  std::ofstream(datum, std::ios::binary) << two_.Bytes();
+  std::ofstream(geoid, std::ios::binary) << Grid{}.Bytes();
+  const std::string plain = "[Geodesy]\nProjection=UTM\nSemiMajorAxis=6378137\nFlattening=298\n";
+  for (const char* const grids : {"", "DynDatum=failing-datum\n", "Geoid=failing-datum-geoid\n"}) {
+    const std::string file = Write("file.ini", plain + grids);
+    FailEachIn([&] { return Object(CreateFileGeodesy(file.c_str(), nullptr)) != nullptr; });
+  }
   const Object object = Make(Utm31());
   FailEachIn([&] { return SetEllModel(object.get(), datum.c_str()) == 1; });
   FailEachIn([&] { return SetGeoid(object.get(), geoid.c_str(), 1) == 1; });

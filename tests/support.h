@@ -140,6 +140,19 @@ inline std::string MakeDirectory() {
   return directory.string();
 }
 
+// The install directory. The library finds it once and keeps it, so that one serves the whole program.
+inline const std::string& InstallDirectory() {
+  static const struct Made {
+    std::string path = MakeDirectory();
+    Made() {
+      SetEnvironment("TWI_BATHYX", path);
+      std::filesystem::create_directory(path + "/datum");
+    }
+    ~Made() { std::filesystem::remove_all(path); }
+  } made;
+  return made.path;
+}
+
 // A directory that goes with the test, and what the library logs meanwhile.
 class Scratch : public testing::Test {
  protected:
