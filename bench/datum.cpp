@@ -2,6 +2,7 @@
 #include "floors/datum.h"
 #include "library.h"
 #include "peers.h"
+#include "records.h"
 #include "rows.h"
 
 namespace bench {
@@ -11,18 +12,7 @@ namespace {
 constexpr double ArcSecond = Pi / 648000;
 
 // UTM on the ellipsoid of Bessel; the projection takes no part.
-constexpr GeodesyParams Own = {.SemiMajorAxis = 6377397.155,
-                               .InvFlattening = 299.1528128,
-                               .Kind = 3,
-                               .Unit = 1,
-                               .ScaleFactor = 1,
-                               .CentralMeridian = 0,
-                               .RefLatitude = 0,
-                               .NorthParallel = 0,
-                               .SouthParallel = 0,
-                               .SkewAzimuth = 0,
-                               .FalseEasting = 0,
-                               .FalseNorthing = 0};
+constexpr GeodesyParams Own = OnEllipsoid(6377397.155, 299.1528128);
 
 constexpr EllDiff Diff = {.DeltaX = -598.1,
                           .DeltaY = -73.7,

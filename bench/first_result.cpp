@@ -1,11 +1,12 @@
 // latigo-first-result latigo|floor|proj LIBRARY: loads a library, makes a coordinate system (the British grid) and
 // converts one position; prints the nanoseconds from before the loading, x and y.
 #include <dlfcn.h>
-#include <latigo/latigo.h>
 
 #include <chrono>
 #include <cstdio>
 #include <cstring>
+
+#include "records.h"
 
 #if BENCH_HAS_PROJ
 #include <proj.h>
@@ -13,21 +14,8 @@
 
 namespace {
 
-constexpr double Degree = 0.017453292519943295;  // radians
-constexpr double Latitude = 52.5 * Degree;
-constexpr double Longitude = 1.5 * Degree;
-constexpr GeodesyParams Grid = {.SemiMajorAxis = 6377563.396,
-                                .InvFlattening = 299.3249646,
-                                .Kind = 3,
-                                .Unit = 1,
-                                .ScaleFactor = 0.9996012717,
-                                .CentralMeridian = -2 * Degree,
-                                .RefLatitude = 49 * Degree,
-                                .NorthParallel = 0,
-                                .SouthParallel = 0,
-                                .SkewAzimuth = 0,
-                                .FalseEasting = 400000,
-                                .FalseNorthing = -100000};
+constexpr double Latitude = 52.5 * bench::Degree;
+constexpr double Longitude = 1.5 * bench::Degree;
 
 template <typename Function>
 Function* Find(void* library, const char* name) {
@@ -37,12 +25,12 @@ Function* Find(void* library, const char* name) {
 bool Latigo(void* library, double& x, double& y) {
   auto* const create = Find<decltype(CreateGeodesy)>(library, "CreateGeodesy");
   auto* const convert = Find<decltype(GeoXY)>(library, "GeoXY");
-  return convert(create(&Grid), &x, &y, Latitude, Longitude) == 1;
+  return convert(create(&bench::BritishGrid), &x, &y, Latitude, Longitude) == 1;
 }
 
 bool Floor(void* library, double& x, double& y) {
   using Convert = void(const GeodesyParams*, double, double, double*, double*);
-  Find<Convert>(library, "FloorGeoXY")(&Grid, Latitude, Longitude, &x, &y);
+  Find<Convert>(library, "FloorGeoXY")(&bench::BritishGrid, Latitude, Longitude, &x, &y);
   return true;
 }
 

@@ -6,24 +6,14 @@
 #include "grid_file.h"
 #include "library.h"
 #include "peers.h"
+#include "records.h"
 #include "rows.h"
 
 namespace bench {
 
 namespace {
 
-constexpr GeodesyParams Own = {.SemiMajorAxis = 6377397.155,
-                               .InvFlattening = 299.1528128,
-                               .Kind = 3,
-                               .Unit = 1,
-                               .ScaleFactor = 1,
-                               .CentralMeridian = 0,
-                               .RefLatitude = 0,
-                               .NorthParallel = 0,
-                               .SouthParallel = 0,
-                               .SkewAzimuth = 0,
-                               .FalseEasting = 0,
-                               .FalseNorthing = 0};
+constexpr GeodesyParams Own = OnEllipsoid(6377397.155, 299.1528128);
 
 constexpr int CellRow = 71;
 constexpr int CellColumn = 140;

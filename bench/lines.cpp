@@ -2,24 +2,14 @@
 #include "floors/lines.h"
 #include "library.h"
 #include "peers.h"
+#include "records.h"
 #include "rows.h"
 
 namespace bench {
 
 namespace {
 
-constexpr GeodesyParams Own = {.SemiMajorAxis = 6378137,
-                               .InvFlattening = 298.257223563,
-                               .Kind = 3,
-                               .Unit = 1,
-                               .ScaleFactor = 1,
-                               .CentralMeridian = 0,
-                               .RefLatitude = 0,
-                               .NorthParallel = 0,
-                               .SouthParallel = 0,
-                               .SkewAzimuth = 0,
-                               .FalseEasting = 0,
-                               .FalseNorthing = 0};
+constexpr GeodesyParams Own = OnEllipsoid(6378137, 298.257223563);
 
 constexpr Values FloorLine = {1e-7, 1e-13};
 // Nearly along a parallel the library divides by the small cosine of an azimuth.

@@ -11,6 +11,7 @@
 #include "grid_file.h"
 #include "library.h"
 #include "peers.h"
+#include "records.h"
 #include "rows.h"
 
 namespace bench {
@@ -18,18 +19,7 @@ namespace bench {
 namespace {
 
 // The British grid.
-constexpr GeodesyParams Own = {.SemiMajorAxis = 6377563.396,
-                               .InvFlattening = 299.3249646,
-                               .Kind = 3,
-                               .Unit = 1,
-                               .ScaleFactor = 0.9996012717,
-                               .CentralMeridian = -2 * Degree,
-                               .RefLatitude = 49 * Degree,
-                               .NorthParallel = 0,
-                               .SouthParallel = 0,
-                               .SkewAzimuth = 0,
-                               .FalseEasting = 400000,
-                               .FalseNorthing = -100000};
+constexpr GeodesyParams Own = BritishGrid;
 
 constexpr const char* Section =
     "[Geodesy]\n"

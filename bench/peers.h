@@ -7,11 +7,10 @@
 #include <functional>
 #include <string>
 
+#include "records.h"
 #include "rows.h"
 
 namespace bench {
-
-inline constexpr double Degree = 0.017453292519943295;  // radians
 
 // Units of GeographicLib's calls, seen from radians and metres.
 inline constexpr Units DegreesIn = {{Degree, Degree, Degree, Degree}, {1, 1, 1, 1}};

@@ -12,13 +12,12 @@
 #include "floors/lambert.h"
 #include "floors/transverse_mercator.h"
 #include "library.h"
+#include "records.h"
 #include "rows.h"
 
 namespace bench {
 
 namespace {
-
-constexpr double Degree = Pi / 180;
 
 constexpr GeodesyParams Utm = {.SemiMajorAxis = 6378137,
                                .InvFlattening = 298.257223563,
