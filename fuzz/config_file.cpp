@@ -55,6 +55,12 @@ std::string Value(const Profile& profile, const std::string& key, const std::str
   return buffer.c_str();
 }
 
+// A line without blanks around it, and without the mark of a UTF-8 file, behind which a line can be inserted.
+std::string Plain(std::string line) {
+  for (line = Trimmed(line); line.starts_with("\xEF\xBB\xBF"); line = Trimmed(line.substr(3))) {}
+  return line;
+}
+
 // The lines of the file that are not empty, and how many of them at one place another file does not have. A CR alone ends
 // a line too; an LF behind it, when the line between them goes, becomes part of the same line end.
 struct Lines : Names {
@@ -63,7 +69,7 @@ struct Lines : Names {
     for (std::string line; std::getline(file, line);) {
       std::istringstream parts(line);
       for (std::string part; std::getline(parts, part, '\r');) {
-        if (!Trimmed(part).empty()) { push_back(Trimmed(part)); }
+        if (!Plain(part).empty()) { push_back(Plain(part)); }
       }
     }
   }
