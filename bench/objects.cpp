@@ -71,6 +71,23 @@ Contestant MakeAndEnd(const std::string& name, const Values& tolerance, Make mak
   return {name, round, answers, tolerance};
 }
 
+// What else makes the same object: the floor, which reads the bytes of a file if one is named, and PROJ.
+void AddOthers(Row& row, const std::string& path) {
+  row.Add(MakeAndEnd("floor", Metres(1e-8), [path](Values* out) {
+    if (!path.empty()) {
+      ReadWhole(path);
+    }
+    const auto floor = std::make_unique<TransverseMercatorFloor>(Own);
+    benchmark::DoNotOptimize(floor.get());
+    if (out != nullptr) {
+      floor->GeoXY(Latitude, Longitude, (*out)[0], (*out)[1]);
+    }
+  }));
+  if (const auto make = ProjMaker(ProjDefinition(), Latitude, Longitude)) {
+    row.Add(MakeAndEnd("PROJ", PeerTolerance, make));
+  }
+}
+
 void AddRecordRow(const Run& run) {
   Row row{.name = "create and destroy", .contestants = {}, .targets = {{"PROJ", 0.02}}, .floorBinds = false};
   for (const Library& library : run.libraries) {
@@ -83,16 +100,7 @@ void AddRecordRow(const Run& run) {
     }));
   }
   if (run.WithOthers()) {
-    row.Add(MakeAndEnd("floor", Metres(1e-8), [](Values* out) {
-      const auto floor = std::make_unique<TransverseMercatorFloor>(Own);
-      benchmark::DoNotOptimize(floor.get());
-      if (out != nullptr) {
-        floor->GeoXY(Latitude, Longitude, (*out)[0], (*out)[1]);
-      }
-    }));
-    if (const auto make = ProjMaker(ProjDefinition(), Latitude, Longitude)) {
-      row.Add(MakeAndEnd("PROJ", PeerTolerance, make));
-    }
+    AddOthers(row, "");
   }
   Register(std::move(row));
 }
@@ -112,17 +120,7 @@ void AddFileRow(const Run& run) {
     }));
   }
   if (run.WithOthers()) {
-    row.Add(MakeAndEnd("floor", Metres(1e-8), [path](Values* out) {
-      ReadWhole(path);
-      const auto floor = std::make_unique<TransverseMercatorFloor>(Own);
-      benchmark::DoNotOptimize(floor.get());
-      if (out != nullptr) {
-        floor->GeoXY(Latitude, Longitude, (*out)[0], (*out)[1]);
-      }
-    }));
-    if (const auto make = ProjMaker(ProjDefinition(), Latitude, Longitude)) {
-      row.Add(MakeAndEnd("PROJ", PeerTolerance, make));
-    }
+    AddOthers(row, path);
   }
   Register(std::move(row));
 }
