@@ -4,7 +4,6 @@
 
 #include <unistd.h>
 
-#include <bit>
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
@@ -15,7 +14,8 @@
 #include <iterator>
 #include <limits>
 #include <string>
-#include <vector>
+
+#include "../tests/grid_bytes.h"
 
 namespace fuzz {
 
@@ -59,29 +59,11 @@ struct Input {
   // A number that means something to the library, one beside it, one of any bit pattern, or an angle or a length.
   double Number() {
     using Limits = std::numeric_limits<double>;
-    constexpr double Known[] = {Pi / 2,
-                                -Pi / 2,
-                                Pi,
-                                -Pi,
-                                0,
-                                1,
-                                -1,
-                                -0.0,
-                                2 * Pi,
-                                Pi / 4,
-                                1e-9,
-                                -1e-9,
-                                1e7,
-                                1e300,
-                                -1e300,
-                                Limits::denorm_min(),
-                                Limits::max(),
-                                Limits::infinity(),
-                                -Limits::infinity(),
-                                Limits::quiet_NaN(),
-                                6378137,
-                                298.257223563,
-                                0.3048};
+    // clang-format off
+    constexpr double Known[] = {Pi / 2, -Pi / 2, Pi, -Pi, 0, 1, -1, -0.0, 2 * Pi, Pi / 4, 1e-9, -1e-9, 1e7, 1e300, -1e300,
+                                Limits::denorm_min(), Limits::max(), Limits::infinity(), -Limits::infinity(),
+                                Limits::quiet_NaN(), 6378137, 298.257223563, 0.3048};
+    // clang-format on
     const std::size_t choice = Below(64);
     if (choice < std::size(Known)) { return Known[choice]; }
     if (choice < 26) { return std::nextafter(Known[Below(4)], Known[4 + Below(3)]); }
@@ -110,14 +92,9 @@ inline std::string WriteFile(const char* name, const std::string& bytes) {
   return path;
 }
 
-// The bytes of a grid file of 3 rows and 23 columns about (0, 0), a degree apart; nodes count up.
+// The bytes of a grid file about (0, 0), a degree from node to node.
 inline std::string SmallGrid(std::int32_t depth) {
-  const auto record = static_cast<std::size_t>(23 * depth + 1);
-  std::vector<float> words = {
-      std::bit_cast<float>(23), std::bit_cast<float>(3), std::bit_cast<float>(depth), -11, 1, -1, 1};
-  words.resize(record - 16);
-  while (words.size() < 4 * record - 16) { words.push_back(static_cast<float>(words.size())); }
-  return std::string(64, ' ').append(reinterpret_cast<const char*>(words.data()), 4 * words.size());
+  return support::Grid{.nz = depth, .west = -11, .lonstep = 1, .south = -1, .latstep = 1}.Bytes();
 }
 
 }  // namespace fuzz

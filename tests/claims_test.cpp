@@ -1,6 +1,7 @@
 // Runs the claims of claims/*.txt through the exports.
 #include <array>
 #include <map>
+#include <variant>
 
 #include "tables.h"
 
@@ -67,46 +68,29 @@ Lines LinesOf(const std::vector<std::int32_t>& codes) {
   return lines;
 }
 
+// NAME=VALUE, a comma in the value for a blank.
+std::pair<std::string, std::string> Assignment(std::string text) {
+  std::ranges::replace(text, ',', ' ');
+  const std::size_t equals = text.find('=');
+  return {text.substr(0, equals), text.substr(equals + 1)};
+}
+
 class ClaimsTest : public Scratch, public testing::WithParamInterface<std::string> {
  protected:
-  static void SetUpTestSuite() {
-    const auto write = [](const std::string& file, const std::string& bytes) {
-      std::ofstream(InstallDirectory() + "/datum/" + file, std::ios::binary) << bytes;
-    };
-    Grid grid;
-    write("geoid", grid.Bytes());
-    write("geoid-cut", grid.Bytes().substr(0, grid.Bytes().size() - 4));
-    // The same values at all nodes around 40.1 degrees north and 68.8 west.
-    grid.south = 40;
-    grid.west = -69;
-    for (const auto& [file, values] : {std::pair<const char*, std::vector<float>>{"one", {1}},
-                                       {"two", {1.5F, -2.5F}},
-                                       {"three", {10, 20, 30}},
-                                       {"five", {10, 20, 30, 99, 98}}}) {
-      grid.nz = static_cast<std::int32_t>(values.size());
-      grid.value = [nodes = values](int, int, int i) { return nodes[static_cast<std::size_t>(i)]; };
-      write(file, grid.Bytes());
-    }
-    write("two-cut", grid.Bytes().substr(0, 100));
-    write("short", "short");
-    grid.west = 100;
-    write("far", grid.Bytes());
-    grid.south = -91;
-    write("range", grid.Bytes());
-  }
-
   void Run(const Row& row) {
     if (row.word == "system") {
       object_ = Open(row.arguments.at(0));
       GetGeodesyParams(object_.get(), &params_, nullptr, nullptr);
     } else if (row.word == "record" || row.word == "with") {
       MakeObject(row);
+    } else if (row.word == "grid") {
+      WriteGrid(row);
     } else if (row.word == "kind" || row.word == "ellipsoid") {
       GeodesyParams found{};
-      char name[LATIGO_ELLIPSOID_NAME_SIZE];
-      char code[LATIGO_PROJECTION_CODE_SIZE];
-      GetGeodesyParams(object_.get(), &found, name, code);
-      EXPECT_EQ(row.word == "kind" ? std::to_string(found.Kind) + " " + code : name, row.expectedText);
+      char name[LATIGO_ELLIPSOID_NAME_SIZE] = "", code[LATIGO_PROJECTION_CODE_SIZE] = "";
+      const bool kind = row.word == "kind";
+      GetGeodesyParams(object_.get(), &found, kind ? nullptr : name, kind ? code : nullptr);
+      EXPECT_EQ(kind ? std::to_string(found.Kind) + " " + code : name, row.expectedText);
     } else if (row.word == "field") {
       GeodesyParams found{};
       GetGeodesyParams(object_.get(), &found, nullptr, nullptr);
@@ -115,7 +99,8 @@ class ClaimsTest : public Scratch, public testing::WithParamInterface<std::strin
       row.expected.at(0).Test(value);
     } else if (row.word == "name") {
       std::string name;  // from Windows-1252 to UTF-8
-      for (const char c : Name(object_, std::stoi(row.arguments.at(0)), row.arguments.at(1).c_str())) {
+      const std::int32_t size = row.arguments.size() > 2 ? std::stoi(row.arguments[2]) : 40;
+      for (const char c : Name(object_, std::stoi(row.arguments.at(0)), row.arguments.at(1).c_str(), size)) {
         name += c < 0 ? std::string{'\xC3', static_cast<char>(c - 0x40)} : std::string(1, c);
       }
       EXPECT_EQ(name, row.expectedText);
@@ -146,12 +131,37 @@ class ClaimsTest : public Scratch, public testing::WithParamInterface<std::strin
   }
 
  private:
+  // A grid file in the datum folder, with these numbers in its header; with "nodes", all nodes have the same values; with
+  // "bytes" the file is so long.
+  static void WriteGrid(const Row& row) {
+    Grid grid;
+    std::int32_t bytes = -1;
+    const std::map<std::string, std::variant<std::int32_t*, float*>> fields = {
+        {"nc", &grid.nc},           {"nr", &grid.nr},       {"nz", &grid.nz},           {"west", &grid.west},
+        {"lonstep", &grid.lonstep}, {"south", &grid.south}, {"latstep", &grid.latstep}, {"bytes", &bytes}};
+    for (std::size_t i = 1; i < row.arguments.size(); ++i) {
+      const auto [name, text] = Assignment(row.arguments[i]);
+      if (name == "nodes") {
+        std::istringstream numbers(text);
+        const std::vector<float> nodes(std::istream_iterator<float>(numbers), {});
+        grid.nz = static_cast<std::int32_t>(nodes.size());
+        grid.value = [nodes](int, int, int node) { return nodes[static_cast<std::size_t>(node)]; };
+      } else {
+        std::visit(
+            [number = ToNumber(text)](auto* field) { *field = static_cast<std::decay_t<decltype(*field)>>(number); },
+            fields.at(name));
+      }
+    }
+    const std::string whole = bytes < 0 || bytes > 96 ? grid.Bytes() : grid.Header();
+    std::ofstream(InstallDirectory() + "/datum/" + row.arguments.at(0), std::ios::binary) << whole.substr(0, bytes);
+  }
+
   // "record" begins with WGS-84 and a unit of 1, "with" with the record before; both set fields and make an object.
   void MakeObject(const Row& row) {
     if (row.word == "record") { params_ = WGS84(0); }
     for (const std::string& argument : row.arguments) {
-      const std::string name = argument.substr(0, argument.find('='));
-      const double value = ToNumber(argument.substr(name.size() + 1));
+      const auto [name, text] = Assignment(argument);
+      const double value = ToNumber(text);
       if (name == "Kind") {
         params_.Kind = static_cast<std::int32_t>(value);
       } else {
@@ -265,9 +275,9 @@ void ExpectEnds(const Object& object, const std::string& what) {
   }
 }
 
-class AnyNumbersTest : public Scratch {};
+class ExportsTest : public Scratch {};
 
-TEST_F(AnyNumbersTest, EveryCallEndsOnWhateverNumbersCome) {
+TEST_F(ExportsTest, EveryCallEndsOnWhateverNumbersCome) {
   Grid two;
   two.nz = 2;
   const std::string datum = Write("datum", two.Bytes());
@@ -286,6 +296,25 @@ TEST_F(AnyNumbersTest, EveryCallEndsOnWhateverNumbersCome) {
       }
     }
   }
+}
+
+TEST_F(ExportsTest, EveryExportRefusesANullHandle) {
+  const Object object = Make(Utm31());
+  const auto refused = [&](std::int32_t result) {
+    const bool code = GetGeodesyVersion() == 1302 && GetGeodesyError() == 2;
+    return result == 0 && code && Forward(object, 0.9, 0.1).code == 0;
+  };
+  for (const auto& [name, function] : Functions) {
+    double in[7] = {1, 2, 3, 4, 5, 6, 7}, out[7];
+    EXPECT_TRUE(refused(function.call(nullptr, in, out))) << name;
+  }
+  char text[40] = "untouched";
+  GeodesyParams params = {};
+  EXPECT_TRUE(refused(DestroyGeodesy(nullptr)) && refused(GetGeodesyParams(nullptr, &params, text, text)));
+  EXPECT_TRUE(refused(GetEllModel(nullptr, text, 40)) && refused(SetEllModel(nullptr, text)));
+  EXPECT_TRUE(refused(GetGeoid(nullptr, text, 40, nullptr)) && refused(SetGeoid(nullptr, text, 1)));
+  EXPECT_TRUE(refused(GetLocalName(nullptr, 1, "", text, 40)) && std::string(text) == "untouched");
+  EXPECT_EQ(Scale(nullptr, 1, 2), 1.0);
 }
 
 // Every table but that of the local grids' own functions.

@@ -20,57 +20,6 @@ TEST_F(FrameTest, TheLastInstanceIsLoggedEachTimeNoneIsLeft) {
   EXPECT_EQ(Log(), Lines{"LATIGO - last instance"});
 }
 
-TEST_F(FrameTest, EveryExportRefusesANullHandleAndTouchesNothing) {
-  double a = 1;
-  double b = 2;
-  double c = 3;
-  char text[40] = "untouched";
-  GeodesyParams params{};
-  EllDiff diff{};
-  Adjustment adjustment{};
-  const Object object = Make(Utm31());
-  const auto refused = [&](double result) {
-    const bool code = GetGeodesyVersion() == 1302 && GetGeodesyError() == 2;
-    return result == 0 && code && Forward(object, 0.9, 0.1).code == 0;
-  };
-  EXPECT_TRUE(refused(DestroyGeodesy(nullptr)) && refused(ECEFGeo(nullptr, 1, 2, 3, &a, &b, &c)) &&
-              refused(EllConv(nullptr, &a, &b, &c, 1, 0)) && refused(InvEllConv(nullptr, &a, &b, &c, 1, 0)));
-  EXPECT_TRUE(refused(GeoECEF(nullptr, &a, &b, &c, 1, 2, 3)) && refused(GeoXY(nullptr, &a, &b, 1, 2)) &&
-              refused(XYGeo(nullptr, 1, 2, &a, &b)) && refused(Scale(nullptr, 1, 2) - 1.0));
-  EXPECT_TRUE(refused(GetAdjustment(nullptr, &adjustment)) && refused(SetAdjustment(nullptr, &adjustment)) &&
-              refused(GetEllDiff(nullptr, &diff)) && refused(SetEllDiff(nullptr, &diff)));
-  EXPECT_TRUE(refused(GetEllModel(nullptr, text, 40)) && refused(SetEllModel(nullptr, text)) &&
-              refused(GetGeoid(nullptr, text, 40, &a)) && refused(SetGeoid(nullptr, text, 1)));
-  EXPECT_TRUE(refused(GetGeodesyParams(nullptr, &params, text, text)) && refused(Undulation(nullptr, 1, 2, &a)) &&
-              refused(GetLocalName(nullptr, 1, "", text, 40)) && refused(HConvert(nullptr, &a, 1)));
-  EXPECT_TRUE(refused(VConvert(nullptr, &a, 1)) && refused(WGS84Conv(nullptr, &a, &b, &c)) &&
-              refused(InvWGS84Conv(nullptr, &a, &b, &c)));
-  EXPECT_TRUE(a == 1 && b == 2 && c == 3 && std::string(text) == "untouched");
-  EXPECT_EQ(Log(), Lines{});
-}
-
-TEST_F(FrameTest, NamesOfEllipsoidAndProjectionComeWithTheRecordIfAskedFor) {
-  GeodesyParams params = Utm31();
-  char name[LATIGO_ELLIPSOID_NAME_SIZE] = "before";
-  char code[LATIGO_PROJECTION_CODE_SIZE];
-  EXPECT_EQ(GetGeodesyParams(Make(params).get(), &params, name, code), 1);
-  EXPECT_STREQ(name, "WGS-84");
-  EXPECT_STREQ(code, "TME");
-  params.InvFlattening = 256;
-  EXPECT_EQ(GetGeodesyParams(Make(params).get(), &params, name, nullptr), 1);
-  EXPECT_STREQ(name, "");
-  EXPECT_EQ(GetGeodesyParams(Make(params).get(), &params, nullptr, nullptr), 1);
-}
-
-TEST_F(FrameTest, NamesAreCutToTheBufferAndUnknownRequestsLeaveItAlone) {
-  const Object object = Make(Utm31());
-  EXPECT_EQ(Name(object, 1, "", 3), "me");
-  EXPECT_EQ(Name(object, 1, "fra", 5), "m\xE8tr");
-  char text[8] = "before";
-  EXPECT_EQ(GetLocalName(object.get(), 11, "", text, sizeof text), 0);
-  EXPECT_STREQ(text, "before");
-}
-
 TEST_F(FrameTest, ThreadsWithObjectsOfTheirOwnDoNotMeet) {
   const std::string grid = Write("grid", Grid{}.Bytes());
   const Lines systems = Systems();

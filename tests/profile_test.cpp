@@ -20,27 +20,15 @@ class ProfileTest : public support::Scratch {
 };
 
 TEST_F(ProfileTest, ValuesAreFoundInFilesAsPeopleWriteThem) {
-  for (const auto& [bytes, expected] : {std::pair{"[S]\nk=v\n", "v"},
-                                        {"[S]\nk=v", "v"},
-                                        {"[S]\r\nk=v\r\n", "v"},
-                                        {"\xEF\xBB\xBF[S]\nk=v\n", "v"},
-                                        {"  [s]  \n\t K \t=  v w  \n", "v w"},
-                                        {"[S]\nk=\"  v \"\n", "  v "},
-                                        {"[S]\nk='v\"\n", "'v\""},
-                                        {"[S]\nk=\"\"\n", ""},
-                                        {"[S]\nk=\"\n", "\""},
-                                        {"[S]\nk=a=b\n", "a=b"},
-                                        {"[S]\nk=\n", ""},
-                                        {"[S]\n;k=no\n ;k=no\nk=v ; w\n", "v ; w"},
-                                        {"[S]\nk=first\nK=second\n", "first"},
-                                        {"[S]\nj=1\n[T]\nk=t\n[S]\nk=late\n", "-"},
-                                        {"[T]\nk=t\n[S]\nk=v\n", "v"},
-                                        {"k=v\n[T]\n", "-"},
-                                        {"[S\nk=v\n", "-"},
-                                        {"[S]\rk=v\rj=w", "v"},
-                                        {"[S]\nk\nk=v\n", "-"},
-                                        {"[S]\nk\n=v\n", "-"},
-                                        {"", "-"}}) {
+  // clang-format off
+  for (const auto& [bytes, expected] :
+       {std::pair{"[S]\nk=v\n", "v"}, {"[S]\nk=v", "v"}, {"[S]\r\nk=v\r\n", "v"}, {"\xEF\xBB\xBF[S]\nk=v\n", "v"},
+        {"  [s]  \n\t K \t=  v w  \n", "v w"}, {"[S]\nk=\"  v \"\n", "  v "}, {"[S]\nk='v\"\n", "'v\""},
+        {"[S]\nk=\"\"\n", ""}, {"[S]\nk=\"\n", "\""}, {"[S]\nk=a=b\n", "a=b"}, {"[S]\nk=\n", ""},
+        {"[S]\n;k=no\n ;k=no\nk=v ; w\n", "v ; w"}, {"[S]\nk=first\nK=second\n", "first"},
+        {"[S]\nj=1\n[T]\nk=t\n[S]\nk=late\n", "-"}, {"[T]\nk=t\n[S]\nk=v\n", "v"}, {"k=v\n[T]\n", "-"},
+        {"[S\nk=v\n", "-"}, {"[S]\rk=v\rj=w", "v"}, {"[S]\nk\nk=v\n", "-"}, {"[S]\nk\n=v\n", "-"}, {"", "-"}}) {
+    // clang-format on
     char value[256];
     EXPECT_EQ(File(bytes).GetString(value, sizeof value, "k", "S", "-"), std::ssize(std::string(expected))) << bytes;
     EXPECT_STREQ(value, expected) << bytes;
