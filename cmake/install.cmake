@@ -1,6 +1,5 @@
 # What `cmake --install` puts where, and how it goes away again. The components are those of the packages: library,
 # development, tools.
-set(CMAKE_INSTALL_DOCDIR share/doc/latigo CACHE PATH "Documents and examples")
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 

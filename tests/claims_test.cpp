@@ -18,6 +18,9 @@ const std::map<std::string, std::size_t> Fields = {
 
 std::int32_t Succeeded(double) { return GetGeodesyError() == 0 ? 1 : 0; }
 
+// A height of nan stands for none.
+double* OrNull(double* height) { return std::isnan(*height) ? nullptr : height; }
+
 // A position's place on the grid.
 std::array<double, 2> Grid2(Handle h, const double* i) {
   std::array<double, 2> xy = {NaN, NaN};
@@ -42,8 +45,8 @@ const std::map<std::string, Function> Functions = {
     {"rhumb-line",     {4, false, CALL { return Succeeded(o[0] = RLineLL(h, i[0], i[1], i[2], i[3], &o[1])); }}},
     {"cartesian",      {3, false, CALL { return GeoECEF(h, &o[0], &o[1], &o[2], i[0], i[1], i[2]); }}},
     {"geographic",     {3, false, CALL { return ECEFGeo(h, i[0], i[1], i[2], &o[0], &o[1], &o[2]); }}},
-    {"from-wgs84",     {3, true,  CALL { std::copy_n(i, 3, o); return WGS84Conv(h, &o[0], &o[1], &o[2]); }}},
-    {"to-wgs84",       {3, true,  CALL { std::copy_n(i, 3, o); return InvWGS84Conv(h, &o[0], &o[1], &o[2]); }}},
+    {"from-wgs84",     {3, true,  CALL { std::copy_n(i, 3, o); return WGS84Conv(h, &o[0], &o[1], OrNull(&o[2])); }}},
+    {"to-wgs84",       {3, true,  CALL { std::copy_n(i, 3, o); return InvWGS84Conv(h, &o[0], &o[1], OrNull(&o[2])); }}},
     {"from-ellipsoid", {5, false, CALL { std::copy_n(i, 3, o); return EllConv(h, &o[0], &o[1], &o[2], i[3], 1 / i[4]); }}},
     {"to-ellipsoid",   {5, false, CALL { std::copy_n(i, 3, o); return InvEllConv(h, &o[0], &o[1], &o[2], i[3], 1 / i[4]); }}},
     {"undulation",     {2, false, CALL { return Undulation(h, i[0], i[1], &o[0]); }}},

@@ -44,18 +44,4 @@ TEST_F(FileTest, PathsAreCopiedUpToTheBufferOrOneByteLess) {
   EXPECT_EQ(text, geoid + std::string(3, '\0') + "#");
 }
 
-TEST_F(FileTest, WithoutAHeightConversionsRunAtHeightZero) {
-  const Object object = Open("Clarke");
-  const EllDiff diff = {-8, 160, 176, 1.000005, 1 * Second, -2 * Second, 3 * Second};
-  SetEllDiff(object.get(), &diff);
-  for (const auto convert : {WGS84Conv, InvWGS84Conv}) {
-    Position with;
-    Position without;
-    with.h = 0;
-    EXPECT_EQ(convert(object.get(), &with.latitude, &with.longitude, &with.h), 1);
-    EXPECT_EQ(convert(object.get(), &without.latitude, &without.longitude, nullptr), 1);
-    EXPECT_TRUE(with.latitude == without.latitude && with.longitude == without.longitude);
-  }
-}
-
 }  // namespace

@@ -26,4 +26,16 @@ TEST_F(LoadTest, LoadingWritesOneLine) {
   EXPECT_EQ(version(), 1302);
 }
 
+#if defined(_WIN32)
+TEST_F(LoadTest, TheVersionResourceHasTheVersion) {
+  char block[4096];
+  void* fixed = nullptr;
+  UINT size = 0;
+  ASSERT_TRUE(GetFileVersionInfoA(LATIGO_LIBRARY, 0, sizeof block, block) &&
+              VerQueryValueA(block, "\\", &fixed, &size));
+  EXPECT_EQ(static_cast<const VS_FIXEDFILEINFO*>(fixed)->dwFileVersionMS, 13u << 16 | 2u);
+  EXPECT_EQ(static_cast<const VS_FIXEDFILEINFO*>(fixed)->dwProductVersionMS, 13u << 16 | 2u);
+}
+#endif
+
 }  // namespace

@@ -76,18 +76,15 @@ TEST_F(ProfileTest, TextsAndListsAreCutToAnyBuffer) {
 }
 
 TEST_F(ProfileTest, WritingKeepsTheOtherLines) {
+  // clang-format off
   for (const auto& [before, key, value, after] :
-       {std::tuple{"", "k", "v", "[S]\nk=v\n"},
-        {"; c\n[T]\na=1", "k", "v", "; c\n[T]\na=1\n[S]\nk=v\n"},
-        {"[ s ]\n; c\nk = old\nj=2\n", "K", "v", "[ s ]\n; c\nK=v\nj=2\n"},
-        {"[S]\ra=1\rk\rj=2", "k", "v", "[S]\ra=1\rk=v\nj=2"},
-        {"[S]\na=1", "k", "v", "[S]\na=1\nk=v\n"},
-        {"\r\n[S]\r\n", "k", "v", "\r\n[S]\r\nk=v\r\n"},
-        {"[S]\nk=1\n", " k ", "v", "[S]\nk=v\n"},
-        {"[S]\r\na=1\r\n\r\n[T]\r\n", "k", "v", "[S]\r\na=1\r\nk=v\r\n\r\n[T]\r\n"},
-        {"[S]\nk=1\nj=2\n", "k", nullptr, "[S]\nj=2\n"},
-        {"[S]\nj=2\n", "k", nullptr, "[S]\nj=2\n"},
+       {std::tuple{"", "k", "v", "[S]\nk=v\n"}, {"; c\n[T]\na=1", "k", "v", "; c\n[T]\na=1\n[S]\nk=v\n"},
+        {"[ s ]\n; c\nk = old\nj=2\n", "K", "v", "[ s ]\n; c\nK=v\nj=2\n"}, {"[S]\ra=1\rk\rj=2", "k", "v", "[S]\ra=1\rk=v\nj=2"},
+        {"[S]\na=1", "k", "v", "[S]\na=1\nk=v\n"}, {"\r\n[S]\r\n", "k", "v", "\r\n[S]\r\nk=v\r\n"},
+        {"[S]\nk=1\n", " k ", "v", "[S]\nk=v\n"}, {"[S]\r\na=1\r\n\r\n[T]\r\n", "k", "v", "[S]\r\na=1\r\nk=v\r\n\r\n[T]\r\n"},
+        {"[S]\nk=1\nj=2\n", "k", nullptr, "[S]\nj=2\n"}, {"[S]\nj=2\n", "k", nullptr, "[S]\nj=2\n"},
         {"[R]\n[S]\nk=1\n; c\n[T]\nk=2\n", nullptr, nullptr, "[R]\n[T]\nk=2\n"}}) {
+    // clang-format on
     EXPECT_TRUE(File(before).WriteString(key, value, "S"));
     EXPECT_EQ(Bytes(), after);
   }
