@@ -50,8 +50,9 @@ bool Converter::ReadGeographic(const PointLine& point, double& latitude, double&
 }
 
 void Converter::WriteGeographic(double latitude, double longitude, Result& result) const {
+  const double degrees = longitude / RadiansPerDegree;
   result.Add(latitude / RadiansPerDegree, Quantity::Latitude);
-  result.Add(std::remainder(longitude / RadiansPerDegree, 360), Quantity::Longitude);
+  result.Add(std::fabs(degrees) <= 180 ? degrees : std::remainder(degrees, 360), Quantity::Longitude);
   if (options_.lonlat) {
     std::swap(result.values[0], result.values[1]);
   }
