@@ -281,9 +281,7 @@ void ExpectEnds(const Object& object, const std::string& what) {
 class ExportsTest : public Scratch {};
 
 TEST_F(ExportsTest, EveryCallEndsOnWhateverNumbersCome) {
-  Grid two;
-  two.nz = 2;
-  const std::string datum = Write("datum", two.Bytes());
+  const std::string datum = Write("datum", Grid{.nz = 2}.Bytes());
   const std::string geoid = Write("geoid", Grid{}.Bytes());
   for (const std::string& system : Systems()) {
     Object object = Open(system);

@@ -70,8 +70,6 @@ using namespace support;
 
 class FailureTest : public Scratch {
  protected:
-  FailureTest() { two_.nz = 2; }
-
   // Makes each allocation of the call fail in turn, until the call succeeds with none failing.
   static void FailEachIn(const std::function<bool()>& call) {
     bool done = false;
@@ -87,12 +85,10 @@ class FailureTest : public Scratch {
       EXPECT_EQ(code, done ? 0 : 1) << "allocation " << i;
     }
   }
-
-  Grid two_;  // of two values, for a datum
 };
 
 TEST_F(FailureTest, TheRoadOfAPointAllocatesNothing) {
-  const std::string datum = Write("datum", two_.Bytes());
+  const std::string datum = Write("datum", Grid{.nz = 2}.Bytes());
   const std::string geoid = Write("geoid", Grid{}.Bytes());
   for (const std::string& system : Systems()) {
     const Object object = Open(system);
@@ -119,7 +115,7 @@ TEST_F(FailureTest, TheRoadOfAPointAllocatesNothing) {
 }
 
 TEST_F(FailureTest, EveryFileOperationThatFailsIsToldAndLeavesTheObjectUsable) {
-  const std::string datum = Write("datum", two_.Bytes());
+  const std::string datum = Write("datum", Grid{.nz = 2}.Bytes());
   const std::string geoid = Write("geoid", Grid{}.Bytes());
   const double latitude = Rad(50.1), longitude = Rad(10.1);
   // Reading the header, looking at the length, finding a row, reading it and the next one; and nothing fails.
@@ -176,7 +172,7 @@ TEST_F(FailureTest, EveryAllocationThatFailsEndsInCodeOne) {
     return Object(CreateGeodesy(&params)) != nullptr;
   });
   const std::string datum = InstallDirectory() + "/datum/failing-datum", geoid = datum + "-geoid";
-  std::ofstream(datum, std::ios::binary) << two_.Bytes();
+  std::ofstream(datum, std::ios::binary) << Grid{.nz = 2}.Bytes();
   std::ofstream(geoid, std::ios::binary) << Grid{}.Bytes();
   const std::string plain = "[Geodesy]\nProjection=UTM\nSemiMajorAxis=6378137\nFlattening=298\n";
   for (const char* const grids : {"", "DynDatum=failing-datum\n", "Geoid=failing-datum-geoid\n"}) {

@@ -25,9 +25,7 @@ TEST_F(FileTest, NumbersDoNotChangeWithTheLocaleOfTheHost) {
 }
 
 TEST_F(FileTest, PathsAreCopiedUpToTheBufferOrOneByteLess) {
-  Grid two;
-  two.nz = 2;
-  const std::string datum = Write("datum", two.Bytes());
+  const std::string datum = Write("datum", Grid{.nz = 2}.Bytes());
   const std::string geoid = Write("geoid", Grid{}.Bytes());
   const Object object = Make(Utm31());
   ASSERT_EQ(SetEllModel(object.get(), datum.c_str()) + SetGeoid(object.get(), geoid.c_str(), 0), 2);

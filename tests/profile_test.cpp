@@ -54,6 +54,8 @@ TEST_F(ProfileTest, WhatIsNoRegularFileOfOrdinarySizeHasNoValues) {
     EXPECT_EQ(Shown(list, 2), "||");
     EXPECT_EQ(profile.ListSections(list, sizeof list), 0);
   }
+  const std::string megabytes(15 << 20, 'x');
+  EXPECT_TRUE(File("[S]\nlong=" + megabytes + "\nk=v\n").HasKey("k", "S"));
 }
 
 TEST_F(ProfileTest, TextsAndListsAreCutToAnyBuffer) {
