@@ -14,40 +14,37 @@ Order GeographicOrder(const Options& options) {
 }
 
 void Forward(const Converter& converter, const PointLine& point, Result& result) {
-  double latitude = 0;
-  double longitude = 0;
-  double h = 0;
+  Position from;
   double x = 0;
   double y = 0;
   double undulation = 0;
-  if (!converter.ReadGeographic(point, latitude, longitude, h, result) ||
-      !result.Call(GeoXY(converter.Handle(), &x, &y, latitude, longitude), "GeoXY") ||
-      !converter.ReadUndulation(point, latitude, longitude, undulation, result)) {
+  if (!converter.ReadGeographic(point, from, result) ||
+      !result.Call(GeoXY(converter.Handle(), &x, &y, from.latitude, from.longitude), "GeoXY") ||
+      !converter.ReadUndulation(point, from, undulation, result)) {
     return;
   }
   result.Add(x, Quantity::Length);
   result.Add(y, Quantity::Length);
   if (point.third) {
-    result.Add(h - undulation, Quantity::Length);
+    result.Add(from.h - undulation, Quantity::Length);
   }
 }
 
 void Inverse(const Converter& converter, const PointLine& point, Result& result) {
-  double latitude = 0;
-  double longitude = 0;
+  Position to;
   double undulation = 0;
-  if (!result.Call(XYGeo(converter.Handle(), point.first, point.second, &latitude, &longitude), "XYGeo") ||
-      !converter.ReadUndulation(point, latitude, longitude, undulation, result)) {
+  if (!result.Call(XYGeo(converter.Handle(), point.first, point.second, &to.latitude, &to.longitude), "XYGeo") ||
+      !converter.ReadUndulation(point, to, undulation, result)) {
     return;
   }
-  double h = point.third.value_or(0) + undulation;
+  to.h = point.third.value_or(0) + undulation;
   if (converter.CommandOptions().wgs84 &&
-      !result.Call(InvWGS84Conv(converter.Handle(), &latitude, &longitude, &h), "InvWGS84Conv")) {
+      !result.Call(InvWGS84Conv(converter.Handle(), &to.latitude, &to.longitude, &to.h), "InvWGS84Conv")) {
     return;
   }
-  converter.WriteGeographic(latitude, longitude, result);
+  converter.WriteGeographic(to, result);
   if (point.third) {
-    result.Add(h, Quantity::Length);
+    result.Add(to.h, Quantity::Length);
   }
 }
 
@@ -55,11 +52,9 @@ void ScaleFactor(const Converter& converter, const PointLine& point, Result& res
   double x = point.first;
   double y = point.second;
   if (!converter.CommandOptions().grid) {
-    double latitude = 0;
-    double longitude = 0;
-    double h = 0;
-    if (!converter.ReadGeographic(point, latitude, longitude, h, result) ||
-        !result.Call(GeoXY(converter.Handle(), &x, &y, latitude, longitude), "GeoXY")) {
+    Position at;
+    if (!converter.ReadGeographic(point, at, result) ||
+        !result.Call(GeoXY(converter.Handle(), &x, &y, at.latitude, at.longitude), "GeoXY")) {
       return;
     }
   }
@@ -70,40 +65,34 @@ void ScaleFactor(const Converter& converter, const PointLine& point, Result& res
 }
 
 void GeoidUndulation(const Converter& converter, const PointLine& point, Result& result) {
-  double latitude = 0;
-  double longitude = 0;
-  double h = 0;
+  Position at;
   double undulation = 0;
-  if (converter.ReadGeographic(point, latitude, longitude, h, result) &&
-      result.Call(Undulation(converter.Handle(), latitude, longitude, &undulation), "Undulation")) {
+  if (converter.ReadGeographic(point, at, result) &&
+      result.Call(Undulation(converter.Handle(), at.latitude, at.longitude, &undulation), "Undulation")) {
     result.Add(undulation, Quantity::Length);
   }
 }
 
 void ToCartesian(const Converter& converter, const PointLine& point, Result& result) {
-  double latitude = 0;
-  double longitude = 0;
-  double h = 0;
+  Position from;
+  if (!converter.ReadGeographic(point, from, result)) {
+    return;
+  }
   double x = 0;
   double y = 0;
   double z = 0;
-  if (converter.ReadGeographic(point, latitude, longitude, h, result)) {
-    result.Call(GeoECEF(converter.Handle(), &x, &y, &z, latitude, longitude, h), "GeoECEF");
-    for (const double length : {x, y, z}) {
-      result.Add(length, Quantity::Length);
-    }
+  result.Call(GeoECEF(converter.Handle(), &x, &y, &z, from.latitude, from.longitude, from.h), "GeoECEF");
+  for (const double length : {x, y, z}) {
+    result.Add(length, Quantity::Length);
   }
 }
 
 void FromCartesian(const Converter& converter, const PointLine& point, Result& result) {
-  double latitude = 0;
-  double longitude = 0;
-  double h = 0;
-  result.Call(
-      ECEFGeo(converter.Handle(), point.first, point.second, point.third.value_or(0), &latitude, &longitude, &h),
-      "ECEFGeo");
-  converter.WriteGeographic(latitude, longitude, result);
-  result.Add(h, Quantity::Length);
+  const double z = point.third.value_or(0);
+  Position to;
+  result.Call(ECEFGeo(converter.Handle(), point.first, point.second, z, &to.latitude, &to.longitude, &to.h), "ECEFGeo");
+  converter.WriteGeographic(to, result);
+  result.Add(to.h, Quantity::Length);
 }
 
 void Distance(const Converter& converter, const PointLine& line, Result& result) {

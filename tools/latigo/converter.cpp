@@ -34,8 +34,8 @@ Converter::Converter(const Options& options) : options_(options), object_(OpenOr
   }
 }
 
-bool Converter::ReadGeographic(const PointLine& point, double& latitude, double& longitude, double& h,
-                               Result& result) const {
+bool Converter::ReadGeographic(const PointLine& point, Position& position, Result& result) const {
+  auto& [latitude, longitude, h] = position;
   latitude = point.first * RadiansPerDegree;
   longitude = point.second * RadiansPerDegree;
   h = point.third.value_or(0);
@@ -49,20 +49,19 @@ bool Converter::ReadGeographic(const PointLine& point, double& latitude, double&
   return true;
 }
 
-void Converter::WriteGeographic(double latitude, double longitude, Result& result) const {
-  const double degrees = longitude / RadiansPerDegree;
-  result.Add(latitude / RadiansPerDegree, Quantity::Latitude);
-  result.Add(std::fabs(degrees) <= 180 ? degrees : std::remainder(degrees, 360), Quantity::Longitude);
+void Converter::WriteGeographic(const Position& position, Result& result) const {
+  const double longitude = position.longitude / RadiansPerDegree;
+  result.Add(position.latitude / RadiansPerDegree, Quantity::Latitude);
+  result.Add(std::fabs(longitude) <= 180 ? longitude : std::remainder(longitude, 360), Quantity::Longitude);
   if (options_.lonlat) {
     std::swap(result.values[0], result.values[1]);
   }
 }
 
-bool Converter::ReadUndulation(const PointLine& point, double latitude, double longitude, double& undulation,
-                               Result& result) const {
+bool Converter::ReadUndulation(const PointLine& point, const Position& at, double& undulation, Result& result) const {
   undulation = 0;
   return !point.third || !hasGeoid_ ||
-         result.Call(Undulation(Handle(), latitude, longitude, &undulation), "Undulation");
+         result.Call(Undulation(Handle(), at.latitude, at.longitude, &undulation), "Undulation");
 }
 
 }  // namespace latigo::cli

@@ -19,6 +19,13 @@ struct Value {
   Quantity quantity;
 };
 
+// Geographic, on the object's datum: radians, and a height in metres.
+struct Position {
+  double latitude = 0;
+  double longitude = 0;
+  double h = 0;
+};
+
 // What a command makes of a point; up to three values.
 struct Result {
   Value values[3];
@@ -47,13 +54,12 @@ class Converter {
   GeodesyHandle Handle() const { return object_.get(); }
   const Options& CommandOptions() const { return options_; }
 
-  // The geographic position of a line on the object's datum, radians, and its height; false if the datum shift fails.
-  bool ReadGeographic(const PointLine& point, double& latitude, double& longitude, double& h, Result& result) const;
-  void WriteGeographic(double latitude, double longitude, Result& result) const;
+  // The position of a line; false if the datum shift fails.
+  bool ReadGeographic(const PointLine& point, Position& position, Result& result) const;
+  void WriteGeographic(const Position& position, Result& result) const;
 
   // The undulation at a position if the line has a height and the section a geoid, else 0; false if it fails.
-  bool ReadUndulation(const PointLine& point, double latitude, double longitude, double& undulation,
-                      Result& result) const;
+  bool ReadUndulation(const PointLine& point, const Position& at, double& undulation, Result& result) const;
 
  private:
   const Options& options_;
