@@ -30,9 +30,10 @@ TEST_F(InterpFileTest, ResultsDoNotDependOnWhatWasAskedBefore) {
     const double latitude = Rad(49.9 + (step * 37 % 100) * 0.007);
     const double longitude = Rad(9.9 + (step * 61 % 100) * 0.007);
     InterpFile fresh(path.c_str(), false);
-    double both[2] = {0, 100};
+    double both[] = {0, 100, 77};
     roaming.Lookup(latitude, longitude, nullptr, both).code();
     EXPECT_NEAR(both[1] - both[0], 100, 1e-11);
+    EXPECT_EQ(both[2], 77);
     EXPECT_EQ(Value(roaming, latitude, longitude), Value(fresh, latitude, longitude));
   }
 }

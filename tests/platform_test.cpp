@@ -38,7 +38,8 @@ TEST_F(PlatformTest, TheHostProgramHasAPathWithBackslashes) {
   EXPECT_EQ(std::strchr(path, '/'), nullptr);
   EXPECT_EQ(GetModuleFileNameA(nullptr, path, 5), 4u);
   EXPECT_EQ(path[4], '\0');
-  EXPECT_EQ(GetModuleFileNameA(nullptr, path, 0), 0u);
+  EXPECT_EQ(GetModuleFileNameA(nullptr, path, 0) + static_cast<DWORD>(LoadStringA(nullptr, 1, path, 0)), 0u);
+  EXPECT_EQ(path[0], '\\') << "a buffer of no size is left alone";
 }
 
 TEST_F(PlatformTest, PathsOfGridFilesHaveRoomFor255Characters) {

@@ -3,9 +3,14 @@
 
 #include <algorithm>
 #include <clocale>
+#include <csignal>
 
 #include "frame/c_numbers.h"
 #include "support.h"
+
+#if !defined(_WIN32)
+#include <sys/resource.h>
+#endif
 
 namespace latigo {
 namespace {
@@ -100,6 +105,15 @@ TEST_F(ProfileTest, WritingKeepsTheOtherLines) {
   EXPECT_EQ(Bytes(), "[S]\nk=2\n");
   EXPECT_EQ(std::filesystem::status(Path("file.ini")).permissions(), std::filesystem::perms(0640));
   EXPECT_TRUE(std::filesystem::remove(Path("link")) && std::filesystem::exists(Path("file.ini")));
+  // A file system that is full.
+  std::signal(SIGXFSZ, SIG_IGN);
+  rlimit sizes{};
+  getrlimit(RLIMIT_FSIZE, &sizes);
+  const rlimit none = {0, sizes.rlim_max};
+  setrlimit(RLIMIT_FSIZE, &none);
+  EXPECT_FALSE(Profile(Path("file.ini").c_str()).WriteString("k", "3", "S"));
+  setrlimit(RLIMIT_FSIZE, &sizes);
+  EXPECT_EQ(Bytes(), "[S]\nk=2\n");
   const std::filesystem::directory_iterator files(Path(""));
   EXPECT_EQ(std::distance(begin(files), end(files)), 1) << "nothing stays beside the file";
 }
@@ -148,7 +162,7 @@ TEST(CNumbersTest, NumbersAreReadAsInTheCLocaleWhateverTheHostHasSet) {
     ASSERT_NE(std::setlocale(LC_ALL, support::GermanLocale), nullptr) << "scripts/install-deps makes this locale";
     const double found = CDouble(text);
     std::setlocale(LC_ALL, "C");
-    EXPECT_TRUE(support::Same(found, expected)) << text << " gave " << found << ", not " << expected;
+    EXPECT_EQ(std::memcmp(&found, &expected, sizeof found), 0) << text << " gave " << found << ", not " << expected;
   }
   EXPECT_TRUE(std::isnan(CDouble("nan")));
   for (const char* text : {"0", "12", " -7x", "+5", "+-5", "", "x", "1.9", "2147483647", "-2147483648"}) {

@@ -61,43 +61,12 @@ inline std::vector<std::string> Systems() {
   return names;
 }
 
-// Records are equal bit by bit.
-template <typename T>
-bool Same(const T& left, const T& right) {
-  return std::memcmp(&left, &right, sizeof left) == 0;
-}
-
 // The name of a unit or axis, or the code in brackets.
 inline std::string Name(const Object& object, std::int32_t request, const char* language = "", std::int32_t size = 40) {
   char text[40] = "untouched";
   const bool found = GetLocalName(object.get(), request, language, text, size) == 1;
   EXPECT_EQ(found, GetGeodesyError() == 0);
   return found ? text : "[" + std::to_string(GetGeodesyError()) + "]";
-}
-
-// The outcome of a conversion; what it does not write stays Untouched.
-inline constexpr double Untouched = -12345;
-struct XY {
-  double x = Untouched, y = Untouched;
-  std::int32_t code = 0;
-};
-struct LatLon {
-  double latitude = Untouched, longitude = Untouched;
-  std::int32_t code = 0;
-};
-inline XY Forward(const Object& object, double latitude, double longitude) {
-  XY out;
-  const std::int32_t success = GeoXY(object.get(), &out.x, &out.y, latitude, longitude);
-  out.code = GetGeodesyError();
-  EXPECT_EQ(success != 0, out.code == 0);
-  return out;
-}
-inline LatLon Inverse(const Object& object, double x, double y) {
-  LatLon out;
-  const std::int32_t success = XYGeo(object.get(), x, y, &out.latitude, &out.longitude);
-  out.code = GetGeodesyError();
-  EXPECT_EQ(success != 0, out.code == 0);
-  return out;
 }
 
 #if defined(_WIN32)

@@ -27,6 +27,8 @@ inline double ToNumber(const std::string& text) {
   return sum;
 }
 
+inline constexpr double Untouched = -12345;
+
 // What a result is to be: a number within a tolerance, "-" for one that is not written, "?" for any.
 struct Expectation {
   std::string text;
