@@ -25,10 +25,11 @@ inline constexpr DWORD KEY_QUERY_VALUE = 1;
 inline constexpr LONG ERROR_SUCCESS = 0;
 
 // One value per thread, 0 in a thread that has not set it. There are few slots; none is ever given back. Every call of
-// the library sets one, so this stands in line.
+// the library sets one, so this stands in line, and the slots lie in the block that every thread has from its start: a
+// first access allocates nothing, however the library was loaded, and none calls the run-time linker.
 namespace latigo::posix {
 inline constexpr DWORD SlotCount = 8;
-extern thread_local constinit void* Slots[SlotCount];
+[[gnu::tls_model("initial-exec")]] extern thread_local constinit void* Slots[SlotCount];
 }  // namespace latigo::posix
 
 DWORD TlsAlloc();

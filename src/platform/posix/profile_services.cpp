@@ -97,7 +97,7 @@ std::optional<std::string_view> Optional(const char* text) {
   return text != nullptr ? std::optional<std::string_view>(text) : std::nullopt;
 }
 
-thread_local const ProfileSnapshot* CurrentSnapshot = nullptr;
+[[gnu::tls_model("initial-exec")]] thread_local const ProfileSnapshot* CurrentSnapshot = nullptr;
 
 }  // namespace
 

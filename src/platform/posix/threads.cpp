@@ -6,8 +6,7 @@
 
 namespace latigo::posix {
 
-// In the block that every thread has from its start: a first access allocates nothing, however the library was loaded.
-[[gnu::tls_model("initial-exec")]] thread_local constinit void* Slots[SlotCount] = {};
+thread_local constinit void* Slots[SlotCount] = {};
 
 }  // namespace latigo::posix
 
