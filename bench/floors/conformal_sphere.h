@@ -57,7 +57,7 @@ class StereographicFloor : SphereFloor {
       const double P = std::exp(halfLogP);
       const double T = (1 + s) / c;
       const double zN1 = std::exp((n - 1) * (std::log(T) + halfLogP));
-      const double Q = P / (1 - s) - (1 + s) * e2 * s / (1 - es * es);
+      const double Q = P / (1 - s) - (1 + s) * e2 * s / (1 - e2 * s);  // the slope of the library, so its passes too
       step = (C * T * P * zN1 - w0) / (C * n * zN1 * Q);
       latitude -= step;
       if (!(std::fabs(step) > 1e-12)) {

@@ -63,13 +63,22 @@ inline double LatitudeOfIsometric(double q) {
 
 // Sine and cosine of the latitude with this isometric latitude on the sphere.
 inline SinCos FromIsometric(double q) {
-  const auto [s, c] = FromHalfComplement(std::exp(-std::fabs(q)));
-  return {std::copysign(s, q), c};
+  const double u = std::exp(-std::fabs(q));
+  const double d = 1 / (1 + u * u);
+  return {std::copysign((1 - u * u) * d, q), 2 * u * d};
 }
+
+// The angle with this sine, which rounding alone may have led past 1.
+inline double ArcSine(double sine) {
+  return std::asin(std::clamp(sine, -1.0, 1.0));
+}
+
+// No double is a right angle, and this is what its cosine comes to.
+inline constexpr double CosOfRightAngle = 6.1e-17;
 
 // The cosine of the angle with this sine, from -pi/2 to pi/2.
 inline double CosOfSine(double sine) {
-  return std::sqrt((1 - sine) * (1 + sine));
+  return std::max(std::sqrt((1 - sine) * (1 + sine)), CosOfRightAngle);
 }
 
 // The root of a sum of squares; by the C library only where the squares leave the range of doubles.

@@ -85,7 +85,7 @@ errcode AzimuthEqDist::XYGeo(double x, double y, double& phi, double& lambda) co
   } else if (SouthPole) {
     lambda = std::atan2(dx, dy) + CentralMeridian;
   } else {
-    lambda = NormalizeLongitude(std::asin(sinAz * sinE * invCosPsi) + CentralMeridian);
+    lambda = NormalizeLongitude(ArcSine(sinAz * sinE * invCosPsi) + CentralMeridian);
   }
   // (1 - e2 F sin phi0 / sin psi) tan psi / (1 - e2), which has a value on the equator of psi too.
   phi = std::atan((sinPsi - e2() * F * SinLat0) * invCosPsi * InvOneMinusE2);

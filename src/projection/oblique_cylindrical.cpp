@@ -27,7 +27,7 @@ errcode ObliqueCylindrical::GeoXY(double& x, double& y, double phi, double lambd
   const SinCos b = FromIsometric(Sphere.IsometricLatitude(phi));
   // Latitude and longitude in the oblique system.
   const double sinBBar = b.sin * Sphere.cosChi0 - l.cos * Sphere.sinChi0 * b.cos;
-  const double lBar = std::asin(l.sin * b.cos / CosOfSine(sinBBar));
+  const double lBar = ArcSine(l.sin * b.cos / CosOfSine(sinBBar));
   x = Radius * lBar + FalseEasting;
   y = Radius / 2 * std::log((1 + sinBBar) / (1 - sinBBar)) + FalseNorthing;
   return errcode();
@@ -36,8 +36,8 @@ errcode ObliqueCylindrical::GeoXY(double& x, double& y, double phi, double lambd
 errcode ObliqueCylindrical::XYGeo(double x, double y, double& phi, double& lambda) const {
   const SinCos lBar = SinCosOf((x - FalseEasting) / Radius);
   const SinCos bBar = FromIsometric((y - FalseNorthing) / Radius);
-  const double sinB = bBar.sin * Sphere.cosChi0 + lBar.cos * Sphere.sinChi0 * bBar.cos;
-  const double l = std::asin(lBar.sin * bBar.cos / CosOfSine(sinB));
+  const double sinB = std::clamp(bBar.sin * Sphere.cosChi0 + lBar.cos * Sphere.sinChi0 * bBar.cos, -1.0, 1.0);
+  const double l = ArcSine(lBar.sin * bBar.cos / CosOfSine(sinB));
   lambda = l / Alpha + CentralMeridian;
 
   // phi' = 2 atan(exp(S + e atanh(e sin phi))) - pi/2, which is the iteration from Snyder's t = exp(-S).

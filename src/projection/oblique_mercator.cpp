@@ -12,11 +12,6 @@ constexpr double LatitudeTolerance = 1e-9;
 
 constexpr int MaxPasses = 30;
 
-// Rounding may lift the sine of a right angle above 1.
-double ArcSine(double s) {
-  return std::asin(std::clamp(s, -1.0, 1.0));
-}
-
 }  // namespace
 
 double ObliqueMercator::MakeB() const {

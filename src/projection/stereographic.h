@@ -28,11 +28,13 @@ class Stereographic : public Projection {
 
  private:
   const ConformalSphere Sphere;
-  const double N;      // n: exponent of the conformal mapping
-  const double C;      // c: constant of the conformal mapping
-  const double LonN;   // n lambda0, radians
-  const double TwoRK;  // 2 R k0, metres
-  const double TwoR;   // 2 R, metres
+  const double N;         // n: exponent of the conformal mapping
+  const double C;         // c: constant of the conformal mapping
+  const double LonN;      // n lambda0, radians
+  const double InvN;      // 1 / n
+  const double TwoRK;     // 2 R k0, metres
+  const double InvTwoRK;  // 1 / 2 R k0
+  const double TwoR;      // 2 R, metres
 };
 
 }  // namespace latigo
