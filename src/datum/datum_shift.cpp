@@ -90,7 +90,8 @@ void Geodesy::GetEllModel(char* buffer, std::int32_t size) const {
   }
 }
 
-EllDiff Geodesy::LocalEllDiff(const Geographic& position) {
+// At a position, and at the same latitude, longitude and height on the object's own ellipsoid.
+EllDiff Geodesy::LocalEllDiff(const Geographic& position, const Cartesian& own) {
   std::array<double, 3> values;
   std::int32_t count = 0;
   // A point outside the grid is carried across unshifted.
@@ -101,7 +102,6 @@ EllDiff Geodesy::LocalEllDiff(const Geographic& position) {
     return Translation(values[0], values[1], values[2]);
   }
   // The grid has the shift of latitude and longitude from the object's datum to WGS-84, arc seconds.
-  const Cartesian own = Proj->GeoECEF(position);
   const Cartesian wgs84 = WGS84Ellipsoid.GeoECEF(
       {position.phi + ArcSeconds(values[0]), position.lambda + ArcSeconds(values[1]), position.h});
   return Translation(own.X - wgs84.X, own.Y - wgs84.Y, own.Z - wgs84.Z);
@@ -112,8 +112,11 @@ void Geodesy::WGS84Conv(double& latitude, double& longitude, double* h) {
     return;
   }
   const Geographic wgs84 = Position(latitude, longitude, h);
-  const Cartesian position = WGS84Ellipsoid.GeoECEF(wgs84);
-  Store(Proj->ECEFGeo(Forward(DatumFile ? LocalEllDiff(wgs84) : Diff, position)), latitude, longitude, h);
+  const SinCos phi = SinCosOf(wgs84.phi);
+  const SinCos lambda = SinCosOf(wgs84.lambda);
+  const EllDiff diff = DatumFile ? LocalEllDiff(wgs84, Proj->GeoECEF(phi, lambda, wgs84.h)) : Diff;
+  const Cartesian position = WGS84Ellipsoid.GeoECEF(phi, lambda, wgs84.h);
+  Store(Proj->ECEFGeo(Forward(diff, position)), latitude, longitude, h);
 }
 
 void Geodesy::InvWGS84Conv(double& latitude, double& longitude, double* h) {
@@ -122,7 +125,8 @@ void Geodesy::InvWGS84Conv(double& latitude, double& longitude, double* h) {
   }
   const Geographic own = Position(latitude, longitude, h);
   const Cartesian position = Proj->GeoECEF(own);
-  Store(WGS84Ellipsoid.ECEFGeo(Reverse(DatumFile ? LocalEllDiff(own) : Diff, position)), latitude, longitude, h);
+  const EllDiff diff = DatumFile ? LocalEllDiff(own, position) : Diff;
+  Store(WGS84Ellipsoid.ECEFGeo(Reverse(diff, position)), latitude, longitude, h);
 }
 
 // The seven values tell how to reach any other ellipsoid; a datum grid tells it for WGS-84 only.

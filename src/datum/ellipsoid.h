@@ -52,11 +52,12 @@ class Ellipsoid {
   }
 
   Cartesian GeoECEF(const Geographic& position) const {
-    const SinCos phi = SinCosOf(position.phi);
-    const SinCos lambda = SinCosOf(position.lambda);
+    return GeoECEF(SinCosOf(position.phi), SinCosOf(position.lambda), position.h);
+  }
+  Cartesian GeoECEF(const SinCos& phi, const SinCos& lambda, double h) const {
     const double N = NOfSine(phi.sin);
-    const double p = (N + position.h) * phi.cos;
-    return {p * lambda.cos, p * lambda.sin, ((1 - e2_) * N + position.h) * phi.sin};
+    const double p = (N + h) * phi.cos;
+    return {p * lambda.cos, p * lambda.sin, ((1 - e2_) * N + h) * phi.sin};
   }
 
   // The way back, by iteration on the latitude. On the polar axis the longitude is 0, and the centre of the earth

@@ -89,7 +89,7 @@ class Geodesy {
   void DoAdjustForward(double& x, double& y) const;
   void DoAdjustInverse(double& x, double& y) const;
   std::uint32_t AdjustmentType() const { return Adjust.AdjustType & 0xFFFFU; }
-  EllDiff LocalEllDiff(const Geographic& position);  // of the datum grid
+  EllDiff LocalEllDiff(const Geographic& position, const Cartesian& own);  // of the datum grid
   bool ShiftsFrom(const Ellipsoid& other) const;
 
   std::unique_ptr<const Projection> Proj;
