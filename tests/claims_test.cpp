@@ -156,7 +156,8 @@ class ClaimsTest : public Scratch, public testing::WithParamInterface<std::strin
       }
     }
     const std::string whole = bytes < 0 || bytes > 96 ? grid.Bytes() : grid.Header();
-    std::ofstream(InstallDirectory() + "/datum/" + row.arguments.at(0), std::ios::binary) << whole.substr(0, bytes);
+    std::ofstream(InstallDirectory() + "/datum/" + row.arguments.at(0), std::ios::binary)
+        << whole.substr(0, static_cast<std::size_t>(bytes));
   }
 
   // "record" begins with WGS-84 and a unit of 1, "with" with the record before; both set fields and make an object.
