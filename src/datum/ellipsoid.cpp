@@ -16,8 +16,9 @@ constexpr double LatitudeTolerance = 1e-9;
 // pole to the last digit, and the square of its tangent would leave the range of doubles.
 constexpr double NoDistance = 1e-100;
 
-// Three to five passes are the rule; the bound only ends what would never end, far inside the earth.
-constexpr int MaxPasses = 1000;
+// Three to five passes are the rule, and thousands where a vertical begins to have two feet, some 42 km from the axis in the
+// plane of the equator; the bound only ends what would never end there.
+constexpr int MaxPasses = 20000;
 
 }  // namespace
 

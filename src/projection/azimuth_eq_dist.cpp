@@ -20,8 +20,8 @@ AzimuthEqDist::AzimuthEqDist(const GeodesyParams& params)
       G(SecondEcc * SinLat0),
       InvN0(1 / N0),
       InvOneMinusE2(1 / (1 - e2())),
-      AFactor(-SecondEcc * SecondEcc * CosLat0 * CosLat0),
-      BFactor(3 * SecondEcc * SecondEcc * SinLat0 * CosLat0),
+      AFactor(-e2() * InvOneMinusE2 * CosLat0 * CosLat0),
+      BFactor(3 * e2() * InvOneMinusE2 * SinLat0 * CosLat0),
       OriginTerm(e2() * N0 * Unit / a() * SinLat0),
       NorthPole(std::fabs(RefLatitude - HalfPi) < PoleTolerance),
       SouthPole(std::fabs(RefLatitude + HalfPi) < PoleTolerance) {}

@@ -20,7 +20,7 @@ ObliqueCylindrical::ObliqueCylindrical(const GeodesyParams& params)
       Alpha(Sphere.exponent),
       KConst(Sphere.constant),
       Radius(Sphere.radius * ScaleFactor / Unit),
-      Start(std::tan(HalfPi / 2 - RefLatitude / 2)) {}
+      Start(std::max(std::tan(HalfPi / 2 - RefLatitude / 2), CosOfRightAngle / 2)) {}
 
 errcode ObliqueCylindrical::GeoXY(double& x, double& y, double phi, double lambda) const {
   const SinCos l = SinCosOf(Alpha * (lambda - CentralMeridian));
