@@ -1,5 +1,6 @@
 #include "projection/oblique_cylindrical.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace latigo {

@@ -1,5 +1,6 @@
 #include "projection/stereographic.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace latigo {
