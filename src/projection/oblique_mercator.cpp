@@ -1,6 +1,5 @@
 #include "projection/oblique_mercator.h"
 
-#include <algorithm>
 #include <cmath>
 
 namespace latigo {
