@@ -1,5 +1,6 @@
 #include "projection/oblique_mercator.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace latigo {
