@@ -1,8 +1,8 @@
-// Compares two builds of the library: same-digits LIBRARY OTHER FOLDER [POINTS]
+// Compares two builds of the library: same-digits LIBRARY OTHER FOLDER [POINTS [SEED]]
 //
 // Every conversion is done by both at POINTS (a million) random positions and at all combinations of special values, on
-// systems drawn at random; codes and the bits of every output must be equal (any NaN equals any other). Prints a row for
-// each comparison and the first differences; the exit status is 1 if there is one. Grid files are made in FOLDER.
+// systems drawn at random; codes and the bits of every output must be equal (any NaN equals any other). Prints a row
+// for each comparison and the first differences; the exit status is 1 if there is one. Grid files are made in FOLDER.
 #include <array>
 #include <bit>
 #include <cmath>
@@ -25,7 +25,6 @@ using same_digits::Random;
 using same_digits::Specials;
 using same_digits::Uniform;
 
-constexpr std::uint64_t Seed = 20;
 constexpr int PointsPerSystem = 1000;
 constexpr int DifferencesShown = 3;
 
@@ -165,12 +164,13 @@ const std::vector<Subject> GridLookups = {
 // A subject on systems that `prepare` draws and sets up.
 class Run {
  public:
-  Run(const Library& one, const Library& other, long points) : one_(one), other_(other), points_(points) {}
+  Run(const Library& one, const Library& other, long points, std::uint64_t seed)
+      : one_(one), other_(other), points_(points), seed_(seed) {}
 
   using Prepare = std::function<GeodesyParams(Random&, Pair::SetUp&)>;
   void Compare(const std::string& name, const Subject& subject, const Prepare& prepare, double extent) {
     Comparison comparison(name + " " + subject.name);
-    Random random(Seed);
+    Random random(seed_);
     for (long done = 0; done < points_; done += PointsPerSystem) {
       Pair::SetUp setUp;
       const GeodesyParams params = prepare(random, setUp);
@@ -215,6 +215,7 @@ class Run {
   const Library& one_;
   const Library& other_;
   long points_;
+  std::uint64_t seed_;
   bool same_ = true;
 };
 
@@ -228,7 +229,7 @@ EllDiff RandomDiff(Random& random) {
 }
 
 std::string WriteGrid(const std::string& folder, int values) {
-  const std::string path = folder + "/grid" + std::to_string(values);
+  std::string path = folder + "/grid" + std::to_string(values);
   support::Grid grid;
   grid.nz = values;
   grid.nr = 41;
@@ -243,8 +244,8 @@ std::string WriteGrid(const std::string& folder, int values) {
   return path;
 }
 
-int Main(const Library& one, const Library& other, const std::string& folder, long points) {
-  Run run(one, other, points);
+int Main(const Library& one, const Library& other, const std::string& folder, long points, std::uint64_t seed) {
+  Run run(one, other, points, seed);
   for (std::int32_t kind = 1; kind <= 12; ++kind) {
     for (const Subject& subject : Conversions) {
       for (const double extent : Extents) {
@@ -311,10 +312,12 @@ int Main(const Library& one, const Library& other, const std::string& folder, lo
 int main(int argc, char** argv) {
   try {
     if (argc < 4) {
-      std::fputs("usage: same-digits LIBRARY OTHER FOLDER [POINTS]\n", stderr);
+      std::fputs("usage: same-digits LIBRARY OTHER FOLDER [POINTS [SEED]]\n", stderr);
       return 2;
     }
-    return Main(Library(argv[1]), Library(argv[2]), argv[3], argc > 4 ? std::atol(argv[4]) : 1000000);
+    const long points = argc > 4 ? std::atol(argv[4]) : 1000000;
+    const std::uint64_t seed = argc > 5 ? std::strtoull(argv[5], nullptr, 10) : 1;
+    return Main(Library(argv[1]), Library(argv[2]), argv[3], points, seed);
   } catch (const std::exception& failure) {
     std::fprintf(stderr, "same-digits: %s\n", failure.what());
     return 2;

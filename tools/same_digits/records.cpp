@@ -23,7 +23,7 @@ constexpr double Shapes[][2] = {{6378137, 298.257223563},
 constexpr double Units[] = {1, 0.3048, 0.3048006096, 20.11678249};
 
 double OneOf(Random& random, std::initializer_list<double> values) {
-  return values.begin()[random() % values.size()];
+  return values.begin()[std::uniform_int_distribution<std::size_t>(0, values.size() - 1)(random)];
 }
 
 void AddNeighbours(std::vector<double>& values, double value) {
