@@ -1,11 +1,13 @@
 // What tables cannot say of objects from files: the locale of the host, and paths that are copied to buffers.
 #include <clocale>
+#include <latigo/latigo.hpp>
 
 #include "support.h"
 
 namespace {
 
 using namespace support;
+namespace api = latigo::api;
 
 class FileTest : public Scratch {};
 
@@ -40,6 +42,21 @@ TEST_F(FileTest, PathsAreCopiedUpToTheBufferOrOneByteLess) {
   EXPECT_EQ(text, geoid + "####") << "no terminator, and nothing beyond the size";
   EXPECT_EQ(GetGeoid(object.get(), text.data(), size + 3, nullptr), 1);
   EXPECT_EQ(text, geoid + std::string(3, '\0') + "#");
+}
+
+TEST_F(FileTest, TheClassGivesPathsOfAnyLengthWhole) {
+  Write("g", Grid{.nz = 1}.Bytes());
+  Write("d", Grid{.nz = 2}.Bytes());
+  api::Geodesy object = *api::Geodesy::CreateGeodesy(Utm31());
+  for (const std::size_t length : {200, 509, 510, 511, 512, 513, 816, 1021, 1022, 1023, 1024, 1025, 4000}) {
+    std::string folder = Path("");
+    while (folder.size() + 1 < length) { folder += folder.size() + 3 < length && folder.ends_with('/') ? "./" : "/"; }
+    ASSERT_EQ(object.SetGeoid((folder + "g").c_str(), 2) + object.SetEllModel((folder + "d").c_str()), 0) << length;
+    EXPECT_EQ(object.GetGeoid()->fileName, folder + "g");
+    EXPECT_EQ(object.GetEllModel().value, folder + "d");
+    EXPECT_EQ(object.GetGeoid()->orthoHCorr, 2);
+  }
+  EXPECT_EQ(api::Geodesy().GetEllModel().code, 2);
 }
 
 }  // namespace

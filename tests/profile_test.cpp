@@ -10,6 +10,8 @@
 
 #if !defined(_WIN32)
 #include <sys/resource.h>
+#include <sys/stat.h>
+#include <unistd.h>
 #endif
 
 namespace latigo {
@@ -82,6 +84,37 @@ TEST_F(ProfileTest, TextsAndListsAreCutToAnyBuffer) {
   }
 }
 
+TEST_F(ProfileTest, WhatCannotBeReadOrMayNotBeWrittenIsNotReplaced) {
+  const bool root = geteuid() == 0;
+  std::filesystem::permissions(Path(""), std::filesystem::perms(0777));
+  const std::string file = Write("file.ini", "[S]\nk=1\n");
+  ASSERT_TRUE(!root || chown(file.c_str(), 4711, 4712) == 0);
+  EXPECT_TRUE(Profile(file.c_str()).WriteString("k", "2", "S"));
+  struct stat status {};
+  stat(file.c_str(), &status);
+  EXPECT_TRUE(!root || (status.st_uid == 4711 && status.st_gid == 4712)) << "the owner stays";
+  ASSERT_TRUE(!root || seteuid(65534) == 0);
+  for (const auto& [mode, writes] : {std::pair{0222, false}, {0444, false}, {0666, true}}) {
+    const std::string own = Write("own" + std::to_string(mode), "[S]\nk=1\n");
+    chmod(own.c_str(), static_cast<mode_t>(mode));
+    EXPECT_EQ(Profile(own.c_str()).WriteString("k", "2", "S"), writes) << mode;
+    EXPECT_EQ(std::filesystem::file_size(own), 8);
+  }
+  ASSERT_TRUE(!root || (seteuid(0) == 0 && chmod(file.c_str(), 06677) == 0 && seteuid(65534) == 0));
+  EXPECT_TRUE(Profile(file.c_str()).WriteString("k", "3", "S"));
+  stat(file.c_str(), &status);
+  EXPECT_EQ(status.st_mode & 07777, root ? 0677 : 0644) << "a file of another owner runs as nobody else";
+  EXPECT_TRUE(!root || seteuid(0) == 0);
+
+  std::filesystem::create_symlink(Path("nothing"), Path("link"));
+  EXPECT_FALSE(Profile(Path("link").c_str()).WriteString("k", "v", "S"));
+  std::filesystem::resize_file(file, 16 << 20);
+  EXPECT_FALSE(Profile(file.c_str()).WriteString("new", "v", "S")) << "it would be too large to be read";
+  std::filesystem::resize_file(file, 20 << 20);
+  EXPECT_FALSE(Profile(file.c_str()).WriteString("k", "v", "S"));
+  EXPECT_EQ(std::filesystem::file_size(file), 20 << 20);
+}
+
 TEST_F(ProfileTest, WritingKeepsTheOtherLines) {
   // clang-format off
   for (const auto& [before, key, value, after] :
@@ -97,7 +130,12 @@ TEST_F(ProfileTest, WritingKeepsTheOtherLines) {
   }
   EXPECT_TRUE(File("[S]\nk=1\n").WriteString("k", "v", " S "));
   EXPECT_EQ(Bytes(), "[S]\nk=v\n");
-  EXPECT_FALSE(Profile(Path("file.ini").c_str()).WriteString("k", "two\nlines", "S"));
+  Profile profile(Path("file.ini").c_str());
+  for (const auto& [key, value] :
+       {std::pair{"k", "two\nlines"}, {"k=j", "v"}, {";k", "v"}, {"[k]", "v"}, {"[k", "]"}, {"", "v"}, {" ", "v"}}) {
+    EXPECT_FALSE(profile.WriteString(key, value, "S")) << key << " cannot be read back";
+  }
+  EXPECT_EQ(Bytes(), "[S]\nk=v\n");
   EXPECT_FALSE(Profile(Path("no/folder.ini").c_str()).WriteString("k", "v", "S"));
   std::filesystem::permissions(Path("file.ini"), std::filesystem::perms(0640));
   std::filesystem::create_symlink(Path("file.ini"), Path("link"));
@@ -169,6 +207,7 @@ TEST(CNumbersTest, NumbersAreReadAsInTheCLocaleWhateverTheHostHasSet) {
     EXPECT_EQ(CInt(text), std::atoi(text)) << text;
   }
   EXPECT_EQ(CInt("99999999999"), 2147483647);
+  EXPECT_EQ(CInt("99999999999999999999"), 2147483647);
   EXPECT_EQ(CInt("-99999999999999999999"), -2147483647 - 1);
 }
 

@@ -120,10 +120,40 @@ inline const std::string& InstallDirectory() {
   return made.path;
 }
 
+// The file of the log, one for the whole program.
+inline const std::string& LogPath() {
+  static const struct Made {
+    std::string directory = MakeDirectory(), path = directory + "/log";
+    ~Made() { std::filesystem::remove_all(directory); }
+  } made;
+  return made.path;
+}
+inline bool LogHasFile = true;
+inline int LogQuestions = 0;
+
+}  // namespace support
+
+#if !defined(_WIN32)
+// The library asks for the file when it is loaded, before any code of the program can set the environment. So the program
+// itself answers, and a library that asked getenv would get no answer.
+extern "C" [[gnu::visibility("default"), gnu::used]] inline char* secure_getenv(const char* name) noexcept {
+  if (std::strcmp(name, "LATIGO_DEBUG_OUTPUT") != 0) { return std::getenv(name); }
+  ++support::LogQuestions;
+  return support::LogHasFile ? const_cast<char*>(support::LogPath().c_str()) : nullptr;
+}
+#endif
+
+namespace support {
+
 // A directory that goes with the test, and what the library logs meanwhile.
 class Scratch : public testing::Test {
  protected:
-  Scratch() { SetEnvironment("LATIGO_DEBUG_OUTPUT", Path("log")); }
+  Scratch() {
+#if defined(_WIN32)
+    SetEnvironment("LATIGO_DEBUG_OUTPUT", LogPath());
+#endif
+    std::filesystem::remove(LogPath());
+  }
   ~Scratch() override {
     SetEnvironment("LATIGO_DEBUG_OUTPUT", "");
     std::filesystem::remove_all(directory_);
@@ -138,13 +168,13 @@ class Scratch : public testing::Test {
 
   // The log lines since the last call, without the thread id in front; an empty line separates none of them.
   std::vector<std::string> Log() const {
-    std::ifstream file(Path("log"));
+    std::ifstream file(LogPath());
     std::vector<std::string> lines;
     for (std::string line; std::getline(file, line);) {
       if (!line.empty()) { lines.push_back(line.substr(line.find("] ") + 2)); }
     }
     file.close();
-    std::filesystem::remove(Path("log"));
+    std::filesystem::remove(LogPath());
     return lines;
   }
 

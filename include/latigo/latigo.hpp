@@ -173,7 +173,7 @@ class Geodesy {
   std::int32_t SetEllModel(const char* fileName) noexcept { return Code(::SetEllModel(Handle(), fileName)); }
   /** The path of the datum grid, empty for none. */
   Result<std::string> GetEllModel() const {
-    return Text<PathSize>([&](char* buffer) { return ::GetEllModel(Handle(), buffer, PathSize); });
+    return Path([&](char* buffer, std::int32_t size) { return ::GetEllModel(Handle(), buffer, size); });
   }
   /** From another ellipsoid to the object's datum by the seven values. */
   Result<Place> EllConv(Place from, Ellipsoid other) const noexcept {
@@ -231,7 +231,7 @@ class Geodesy {
   Result<Geoid> GetGeoid() const {
     double constant = 0;
     Result<std::string> path =
-        Text<PathSize>([&](char* buffer) { return ::GetGeoid(Handle(), buffer, PathSize, &constant); });
+        Path([&](char* buffer, std::int32_t size) { return ::GetGeoid(Handle(), buffer, size, &constant); });
     return {{std::move(path.value), constant}, path.code};
   }
   /** The geoid undulation. With codes 8 and 13 the value is the constant alone. */
@@ -261,8 +261,7 @@ class Geodesy {
   }
 
  private:
-  static constexpr std::int32_t PathSize = 512;  // a path of the library has 255 characters at most
-  static constexpr std::int32_t NameSize = 64;
+  static constexpr std::int32_t NameSize = 64;  // the names of the library are shorter
 
   struct Destroy {
     void operator()(GeodesyHandle handle) const noexcept { ::DestroyGeodesy(handle); }
@@ -287,6 +286,20 @@ class Geodesy {
     std::array<char, Size + 1> buffer{};
     const std::int32_t code = Code(operation(buffer.data()));
     return {buffer.data(), code};
+  }
+
+  // A path that reaches the last byte that it may take could be cut: then the buffer grows. The library writes no
+  // terminator behind such a text, so one byte is kept from it.
+  template <typename Operation>
+  static Result<std::string> Path(Operation operation) {
+    for (std::string text(512, '\0');; text.assign(text.size() * 2, '\0')) {
+      const std::int32_t code = Code(operation(text.data(), static_cast<std::int32_t>(text.size() - 1)));
+      const std::size_t length = std::min(text.find('\0'), text.size());
+      if (length < text.size() - 2) {
+        text.resize(length);
+        return {std::move(text), code};
+      }
+    }
   }
 
   template <typename Operation>

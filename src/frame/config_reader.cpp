@@ -1,6 +1,8 @@
 #include "frame/config_reader.h"
 
 #include <cstring>
+#include <string_view>
+#include <vector>
 
 #include "frame/config_keys.h"
 #include "frame/install_dir.h"
@@ -92,13 +94,22 @@ class SectionReader {
   const char* section_;
 };
 
+std::vector<std::string_view> KeyNames() {
+  std::vector<std::string_view> names;
+  names.reserve(ConfigKeys().size());
+  for (const ConfigKey& key : ConfigKeys()) {
+    names.emplace_back(key.name);
+  }
+  return names;
+}
+
 }  // namespace
 
 Geodesy* CreateFromFile(const char* fileName, const char* section) noexcept {
   std::unique_ptr<Geodesy> object;
   try {
     section = section != nullptr ? section : DefaultSection;
-    const ProfileSnapshot snapshot(fileName, section);
+    const ProfileSnapshot snapshot(fileName, section, KeyNames());
     Profile profile(fileName);
     const SectionReader reader(profile, section);
     object = std::make_unique<Geodesy>(reader.ReadParams());

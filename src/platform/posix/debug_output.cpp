@@ -1,18 +1,24 @@
 // The debug output: the file that LATIGO_DEBUG_OUTPUT names, for tests and for a look from outside; else standard error
-// if a debugger is attached to the process; else nowhere. Lines are rare, so nothing is kept between them.
+// if a debugger is attached to the process; else nowhere. The file is opened for each line: a descriptor that stayed open
+// could be closed by the host, and its number could then stand for a file of the host's.
 #include <fcntl.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
-#include <cerrno>
+#include <atomic>
+#include <cstdint>
 #include <cstdlib>
 #include <cstring>
+#include <ctime>
 #include <string_view>
 
 #include "platform/platform.h"
+#include "platform/posix/native_file.h"
 
+namespace latigo {
 namespace {
 
-bool DebuggerAttached() {
+bool TracerInStatus() {
   const int status = open("/proc/self/status", O_RDONLY | O_CLOEXEC);
   if (status < 0) {
     return false;
@@ -26,23 +32,51 @@ bool DebuggerAttached() {
   return place != std::string_view::npos && seen.substr(place + Field.size(), 1) != "0";
 }
 
-void WriteAll(int file, const char* text) {
-  std::string_view left(text);
-  while (!left.empty()) {
-    const ssize_t written = write(file, left.data(), left.size());
-    if (written <= 0) {
-      return;
-    }
-    left.remove_prefix(static_cast<std::size_t>(written));
+// Reading the status takes a thousand times as long as a conversion, so it is read at most once in each second of a clock
+// that costs next to nothing: a debugger that attaches later is noticed in the next second.
+bool DebuggerAttached() {
+  static std::atomic<std::int64_t> lastLook = -1;  // the second, times two, plus one if a debugger was attached
+  timespec now = {};
+  clock_gettime(CLOCK_MONOTONIC_COARSE, &now);
+  const std::int64_t second = now.tv_sec;
+  std::int64_t look = lastLook.load(std::memory_order_relaxed);
+  if (look < 0 || look / 2 != second) {
+    look = second * 2 + (TracerInStatus() ? 1 : 0);
+    lastLook.store(look, std::memory_order_relaxed);
   }
+  return look % 2 != 0;
+}
+
+// The file that the environment named when the first line was written, which is when the library is loaded: a host may
+// change its environment in one thread while another thread's conversion fails. Null for none. A program that runs with
+// more rights than its user has no such file.
+const char* OutputPath() {
+  static const char* const path = [] {
+    const char* named = secure_getenv("LATIGO_DEBUG_OUTPUT");
+    return named != nullptr ? strdup(named) : nullptr;
+  }();
+  return path;
+}
+
+// Opens the file, or makes it. Only a regular file will do, and no link: a pipe would make the caller wait.
+int OpenOutput(const char* path) {
+  const int file = open(path, O_WRONLY | O_APPEND | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, 0666);
+  struct stat status;
+  if (file >= 0 && (fstat(file, &status) != 0 || !S_ISREG(status.st_mode))) {
+    close(file);
+    return -1;
+  }
+  return file;
 }
 
 }  // namespace
+}  // namespace latigo
 
 void OutputDebugStringA(const char* text) {
-  const int savedErrno = errno;
-  if (const char* path = std::getenv("LATIGO_DEBUG_OUTPUT"); path != nullptr) {
-    const int file = open(path, O_WRONLY | O_APPEND | O_CREAT | O_CLOEXEC, 0666);
+  using namespace latigo;
+  const KeptErrno kept;
+  if (const char* path = OutputPath(); path != nullptr) {
+    const int file = OpenOutput(path);
     if (file >= 0) {
       WriteAll(file, text);
       close(file);
@@ -50,5 +84,4 @@ void OutputDebugStringA(const char* text) {
   } else if (DebuggerAttached()) {
     WriteAll(STDERR_FILENO, text);
   }
-  errno = savedErrno;
 }

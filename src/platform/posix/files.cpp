@@ -21,7 +21,7 @@ NativePath::NativePath(const char* path) {
 }
 
 int OpenRegularFile(const NativePath& path) {
-  const int file = open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC);
+  const int file = Uninterrupted([&] { return open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC); });
   struct stat status;
   if (file >= 0 && (fstat(file, &status) != 0 || !S_ISREG(status.st_mode))) {
     close(file);
@@ -30,7 +30,19 @@ int OpenRegularFile(const NativePath& path) {
   return file;
 }
 
+bool WriteAll(int file, std::string_view bytes) {
+  while (!bytes.empty()) {
+    const ssize_t written = Uninterrupted([&] { return write(file, bytes.data(), bytes.size()); });
+    if (written <= 0) {
+      return false;
+    }
+    bytes.remove_prefix(static_cast<std::size_t>(written));
+  }
+  return true;
+}
+
 std::FILE* OpenForReading(const char* path) {
+  const KeptErrno kept;
   const int descriptor = OpenRegularFile(NativePath(path));
   if (descriptor < 0) {
     return nullptr;

@@ -1,7 +1,9 @@
 // Paths and files as this system has them.
 #pragma once
 
+#include <cerrno>
 #include <climits>
+#include <string_view>
 
 namespace latigo {
 
@@ -18,5 +20,30 @@ class NativePath {
 // Opens a regular file for reading; gives its descriptor, or -1. A directory or a device counts as no file, and none of
 // them makes the caller wait.
 int OpenRegularFile(const NativePath& path);
+
+// Writes all bytes to a descriptor; false if it does not take them.
+bool WriteAll(int file, std::string_view bytes);
+
+// Makes a call until no signal interrupts it.
+template <typename Call>
+auto Uninterrupted(Call call) {
+  auto result = call();
+  while (result < 0 && errno == EINTR) {
+    result = call();
+  }
+  return result;
+}
+
+// Leaves errno to the host as it was.
+class KeptErrno {
+ public:
+  KeptErrno() = default;
+  ~KeptErrno() { errno = errno_; }
+  KeptErrno(const KeptErrno&) = delete;
+  KeptErrno& operator=(const KeptErrno&) = delete;
+
+ private:
+  const int errno_ = errno;
+};
 
 }  // namespace latigo

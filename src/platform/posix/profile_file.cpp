@@ -86,6 +86,42 @@ class NameList {
   bool full_ = false;
 };
 
+std::string Edited(std::string_view bytes, std::string_view section, std::optional<std::string_view> key,
+                   std::optional<std::string_view> value) {
+  const std::string_view eol = LineEnd(bytes);
+  const std::string_view before = bytes.empty() || LineBreaks.find(bytes.back()) != std::string_view::npos ? "" : eol;
+  std::string entry;
+  if (key && value) {
+    entry.append(*key).append("=").append(*value).append(eol);
+  }
+
+  ProfileLines lines(bytes);
+  ProfileLine line;
+  if (!lines.ToSection(section, line)) {
+    if (entry.empty()) {
+      return std::string(bytes);
+    }
+    return std::string(bytes).append(before).append("[").append(section).append("]").append(eol).append(entry);
+  }
+  const std::size_t head = line.begin;
+  std::size_t bodyEnd = line.end;
+  std::size_t lastEntry = line.end;  // a new key goes behind the last one
+  while (lines.Next(line) && line.is != ProfileLine::Is::Section) {
+    if (key && line.is == ProfileLine::Is::Key && EqualIgnoringCase(line.name, *key)) {
+      return Replaced(bytes, line.begin, line.end, entry);
+    }
+    bodyEnd = line.end;
+    lastEntry = line.is == ProfileLine::Is::Key ? line.end : lastEntry;
+  }
+  if (!key) {
+    return Replaced(bytes, head, bodyEnd, "");
+  }
+  if (entry.empty()) {
+    return std::string(bytes);
+  }
+  return Replaced(bytes, lastEntry, lastEntry, lastEntry == bytes.size() ? std::string(before) + entry : entry);
+}
+
 }  // namespace
 
 std::string_view Trimmed(std::string_view text) {
@@ -181,42 +217,15 @@ std::uint32_t ListSections(std::string_view bytes, char* buffer, std::uint32_t s
   return names.End();
 }
 
-std::string ProfileEdited(std::string_view bytes, std::string_view section, std::optional<std::string_view> key,
-                          std::optional<std::string_view> value) {
+std::optional<std::string> ProfileEdited(std::string_view bytes, std::string_view section,
+                                         std::optional<std::string_view> key, std::optional<std::string_view> value) {
   section = Trimmed(section);
   key = key ? std::optional(Trimmed(*key)) : key;
-  const std::string_view eol = LineEnd(bytes);
-  const std::string_view before = bytes.empty() || LineBreaks.find(bytes.back()) != std::string_view::npos ? "" : eol;
-  std::string entry;
-  if (key && value) {
-    entry.append(*key).append("=").append(*value).append(eol);
+  std::string edited = Edited(bytes, section, key, value);
+  if (key && value && (key->empty() || ProfileValue(edited, section, *key) != Unquoted(Trimmed(*value)))) {
+    return std::nullopt;
   }
-
-  ProfileLines lines(bytes);
-  ProfileLine line;
-  if (!lines.ToSection(section, line)) {
-    if (entry.empty()) {
-      return std::string(bytes);
-    }
-    return std::string(bytes).append(before).append("[").append(section).append("]").append(eol).append(entry);
-  }
-  const std::size_t head = line.begin;
-  std::size_t bodyEnd = line.end;
-  std::size_t lastEntry = line.end;  // a new key goes behind the last one
-  while (lines.Next(line) && line.is != ProfileLine::Is::Section) {
-    if (key && line.is == ProfileLine::Is::Key && EqualIgnoringCase(line.name, *key)) {
-      return Replaced(bytes, line.begin, line.end, entry);
-    }
-    bodyEnd = line.end;
-    lastEntry = line.is == ProfileLine::Is::Key ? line.end : lastEntry;
-  }
-  if (!key) {
-    return Replaced(bytes, head, bodyEnd, "");
-  }
-  if (entry.empty()) {
-    return std::string(bytes);
-  }
-  return Replaced(bytes, lastEntry, lastEntry, lastEntry == bytes.size() ? std::string(before) + entry : entry);
+  return edited;
 }
 
 }  // namespace latigo

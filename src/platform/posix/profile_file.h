@@ -55,8 +55,9 @@ std::uint32_t ListKeys(std::string_view bytes, std::string_view section, char* b
 std::uint32_t ListSections(std::string_view bytes, char* buffer, std::uint32_t size);
 
 // The bytes of the file with a value set, a key deleted (no value), or a section deleted (no key). All other lines stay
-// as they are.
-std::string ProfileEdited(std::string_view bytes, std::string_view section, std::optional<std::string_view> key,
-                          std::optional<std::string_view> value);
+// as they are. Nothing if the value could not be read back under those names: an empty key, one with `=` in it, one that
+// begins like a comment or a section. Blanks and quotes around the value are written, and reading drops them.
+std::optional<std::string> ProfileEdited(std::string_view bytes, std::string_view section,
+                                         std::optional<std::string_view> key, std::optional<std::string_view> value);
 
 }  // namespace latigo

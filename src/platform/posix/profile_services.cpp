@@ -1,16 +1,19 @@
-// The services of profile files. A file is read whole at each call. One that is no regular file, or beyond the limit of
-// size, counts as missing.
+// The services of profile files. A file is read whole at each call. One that is no regular file, is beyond the limit of
+// size, or does not yield as many bytes as its size says, has no values; and it is not written, for that would replace
+// what nobody has seen.
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
 #include <atomic>
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <exception>
 #include <memory>
+#include <utility>
 
 #include "platform/ascii.h"
 #include "platform/platform.h"
@@ -23,66 +26,95 @@ namespace {
 
 constexpr std::size_t SizeLimit = 16U << 20U;  // bytes
 
-// Empty for a missing file, which has no sections.
-std::string ReadProfile(const NativePath& path) {
+struct ProfileBytes {
   std::string bytes;
+  bool known = false;  // whether these are all bytes of the file; true for a file that does not exist
+};
+
+ProfileBytes ReadProfile(const NativePath& path) {
+  const KeptErrno kept;
+  ProfileBytes whole;
   const int file = OpenRegularFile(path);
+  struct stat status;
   if (file < 0) {
-    return bytes;
+    // A link to nothing is not missing.
+    whole.known = errno == ENOENT && lstat(path.c_str(), &status) != 0;
+    return whole;
   }
   const auto close = [](const int* descriptor) { ::close(*descriptor); };
   const std::unique_ptr<const int, decltype(close)> closer(&file, close);
-  struct stat status;
   if (fstat(file, &status) != 0 || static_cast<std::size_t>(status.st_size) > SizeLimit) {
-    return bytes;
+    return whole;
   }
+  std::string& bytes = whole.bytes;
   bytes.resize(static_cast<std::size_t>(status.st_size));
   std::size_t length = 0;
   while (length < bytes.size()) {
-    const ssize_t more = read(file, bytes.data() + length, bytes.size() - length);
+    const ssize_t more = Uninterrupted([&] { return read(file, bytes.data() + length, bytes.size() - length); });
     if (more <= 0) {
-      break;
+      return {};
     }
     length += static_cast<std::size_t>(more);
   }
-  bytes.resize(length);
-  return bytes;
+  whole.known = true;
+  return whole;
 }
 
-bool WriteAll(int file, std::string_view bytes) {
-  while (!bytes.empty()) {
-    const ssize_t written = write(file, bytes.data(), bytes.size());
-    if (written <= 0) {
-      return false;
+// Gives a new file the owner, the group and the mode of the one that it replaces. Without the right to give files away it
+// stays the caller's, and nobody may do more with it than before.
+bool TakeOver(int file, const struct stat& old) {
+  mode_t mode = old.st_mode & 07777;
+  if (fchown(file, old.st_uid, old.st_gid) != 0) {
+    mode &= 0777;
+    if (fchown(file, static_cast<uid_t>(-1), old.st_gid) != 0) {
+      mode =
+          (mode & 0707) | (mode & mode << 3 & 070);  // another group has no more than both the old group and others had
     }
-    bytes.remove_prefix(static_cast<std::size_t>(written));
   }
-  return true;
+  return fchmod(file, mode) == 0;
 }
 
-// Writes beside the file and renames, so that a crash leaves the old file or the new one.
+// Brings the name of a new file to the disk, where the folder may be opened and the file system can do so.
+bool SyncFolderOf(const std::string& path) {
+  const std::size_t slash = path.rfind('/');
+  const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
+  const int file = Uninterrupted([&] { return open(folder.c_str(), O_RDONLY | O_DIRECTORY | O_CLOEXEC); });
+  if (file < 0) {
+    return true;
+  }
+  const bool done = Uninterrupted([&] { return fsync(file); }) == 0 || errno == EINVAL;
+  close(file);
+  return done;
+}
+
+// Writes beside the file and renames, so that a crash leaves the old file or the new one. A file that may not be written
+// is not replaced either.
 bool ReplaceFile(const NativePath& path, std::string_view bytes) {
   static std::atomic<unsigned> counter = 0;
-  struct stat status;
-  const bool exists = stat(path.c_str(), &status) == 0;
-  if (exists && !S_ISREG(status.st_mode)) {
+  struct stat old;
+  const bool exists = stat(path.c_str(), &old) == 0;
+  if (exists ? faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) != 0 : errno != ENOENT) {
     return false;
   }
   char resolved[PATH_MAX];  // a link stays a link
-  const std::string target = exists && realpath(path.c_str(), resolved) != nullptr ? resolved : path.c_str();
+  if (exists && realpath(path.c_str(), resolved) == nullptr) {
+    return false;
+  }
+  const std::string target = exists ? resolved : path.c_str();
   const std::string beside = target + "." + std::to_string(getpid()) + "-" + std::to_string(counter++) + ".new";
-  const int file = open(beside.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
+  const int file = Uninterrupted(
+      [&] { return open(beside.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, exists ? 0600 : 0666); });
   if (file < 0) {
     return false;
   }
-  bool done = !exists || fchmod(file, status.st_mode & 07777) == 0;
-  done = done && WriteAll(file, bytes) && fsync(file) == 0;
+  bool done = !exists || TakeOver(file, old);
+  done = done && WriteAll(file, bytes) && Uninterrupted([&] { return fsync(file); }) == 0;
   done = close(file) == 0 && done;
-  done = done && std::rename(beside.c_str(), target.c_str()) == 0;
-  if (!done) {
+  if (!done || std::rename(beside.c_str(), target.c_str()) != 0) {
     unlink(beside.c_str());
+    return false;
   }
-  return done;
+  return SyncFolderOf(target);
 }
 
 bool HasLineBreak(const char* text) {
@@ -101,13 +133,22 @@ std::optional<std::string_view> Optional(const char* text) {
 
 }  // namespace
 
-ProfileSnapshot::ProfileSnapshot(const char* fileName, const char* section)
-    : fileName_(fileName), bytes_(ReadProfile(NativePath(fileName))), section_(section) {
+ProfileSnapshot::ProfileSnapshot(const char* fileName, const char* section, std::vector<std::string_view> keys)
+    : fileName_(fileName),
+      section_(section),
+      bytes_(ReadProfile(NativePath(fileName)).bytes),
+      keys_(std::move(keys)),
+      values_(keys_.size()) {
+  std::vector<bool> found(keys_.size());
   ProfileLines lines(bytes_);
   ProfileLine line;
   if (lines.ToSection(Trimmed(section_), line)) {
     while (lines.NextKey(line)) {
-      entries_.push_back({line.name, line.value});
+      const std::size_t place = PlaceOf(line.name);
+      if (place < keys_.size() && !found[place]) {
+        found[place] = true;
+        values_[place] = line.value;
+      }
     }
   }
   CurrentSnapshot = this;
@@ -117,10 +158,9 @@ ProfileSnapshot::~ProfileSnapshot() {
   CurrentSnapshot = nullptr;
 }
 
-const std::string_view* ProfileSnapshot::Value(std::string_view key) const {
-  const auto found = std::find_if(entries_.begin(), entries_.end(),
-                                  [&](const Entry& entry) { return EqualIgnoringCase(entry.key, Trimmed(key)); });
-  return found != entries_.end() && found->value ? &*found->value : nullptr;
+std::size_t ProfileSnapshot::PlaceOf(std::string_view key) const {
+  const auto same = [key](std::string_view known) { return EqualIgnoringCase(known, key); };
+  return static_cast<std::size_t>(std::find_if(keys_.begin(), keys_.end(), same) - keys_.begin());
 }
 
 }  // namespace latigo
@@ -131,18 +171,17 @@ DWORD GetPrivateProfileStringA(const char* section, const char* key, const char*
   if (section == nullptr) {
     return GetPrivateProfileSectionNamesA(buffer, size, fileName);
   }
-  if (key != nullptr && CurrentSnapshot != nullptr && CurrentSnapshot->IsOf(fileName, section)) {
-    const std::string_view* value = CurrentSnapshot->Value(key);
-    return CopyText(value != nullptr ? *value : OrEmpty(defaultText), buffer, size);
+  if (key != nullptr && CurrentSnapshot != nullptr && CurrentSnapshot->Has(fileName, section, key)) {
+    return CopyText(CurrentSnapshot->Value(key).value_or(OrEmpty(defaultText)), buffer, size);
   }
-  const std::string bytes = ReadProfile(NativePath(fileName));
+  const std::string bytes = ReadProfile(NativePath(fileName)).bytes;
   return key != nullptr ? CopyText(ProfileValue(bytes, section, key).value_or(OrEmpty(defaultText)), buffer, size)
                         : ListKeys(bytes, section, buffer, size);
 }
 
 DWORD GetPrivateProfileSectionNamesA(char* buffer, DWORD size, const char* fileName) {
   using namespace latigo;
-  return ListSections(ReadProfile(NativePath(fileName)), buffer, size);
+  return ListSections(ReadProfile(NativePath(fileName)).bytes, buffer, size);
 }
 
 BOOL WritePrivateProfileStringA(const char* section, const char* key, const char* value, const char* fileName) {
@@ -150,11 +189,15 @@ BOOL WritePrivateProfileStringA(const char* section, const char* key, const char
   if (section == nullptr || HasLineBreak(section) || HasLineBreak(key) || HasLineBreak(value)) {
     return 0;
   }
+  const KeptErrno kept;
   try {
     const NativePath path(fileName);
-    const std::string bytes = ReadProfile(path);
-    const std::string edited = ProfileEdited(bytes, section, Optional(key), Optional(value));
-    return edited == bytes || ReplaceFile(path, edited) ? 1 : 0;
+    const ProfileBytes whole = ReadProfile(path);
+    const std::optional<std::string> edited = ProfileEdited(whole.bytes, section, Optional(key), Optional(value));
+    if (!whole.known || !edited || edited->size() > SizeLimit) {
+      return 0;
+    }
+    return *edited == whole.bytes || ReplaceFile(path, *edited) ? 1 : 0;
   } catch (const std::exception&) {
     return 0;
   }

@@ -1,0 +1,228 @@
+// What becomes of configuration files, profile files and the log when system calls fail, are interrupted or yield less
+// than they were asked for. The linker leads the library's calls here.
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <new>
+
+#include "frame/config_reader.h"
+#include "frame/last_error.h"
+#include "frame/log_line.h"
+#include "frame/profile.h"
+#include "support.h"
+
+namespace {
+
+constexpr int Less = 0;  // a read or a write of 0 bytes
+int Fault = EIO;         // or EINTR, or Less
+int FailAt = -1;         // the call that fails, counted from 0; -1 for none
+int Calls = 0;
+int Opens = 0;
+bool OneByteAtOnce = false, Traced = false;
+time_t Now = 5;
+std::size_t Allocated = 0;  // bytes
+const bool Loaded = (latigo::AllocateLastError(), true);
+
+// Calls of rank 0 only fail, those of rank 1 may be interrupted, those of rank 2 may also yield less.
+bool Fails(int rank) {
+  if ((Fault == EINTR && rank < 1) || (Fault == Less && rank < 2) || Calls++ != FailAt) { return false; }
+  errno = Fault;
+  return true;
+}
+std::size_t Count(std::size_t count) { return OneByteAtOnce ? std::min<std::size_t>(count, 1) : count; }
+
+}  // namespace
+
+extern "C" {
+#define WRAPPED(name, rank, parameters, ...) \
+  int __real_##name parameters;              \
+  int __wrap_##name parameters { return Fails(rank) ? -1 : __real_##name(__VA_ARGS__); }
+WRAPPED(fstat, 0, (int file, struct stat* status), file, status)
+WRAPPED(stat, 0, (const char* path, struct stat* status), path, status)
+WRAPPED(fchmod, 0, (int file, mode_t mode), file, mode)
+WRAPPED(fchown, 0, (int file, uid_t user, gid_t group), file, user, group)
+WRAPPED(faccessat, 0, (int folder, const char* path, int mode, int flags), folder, path, mode, flags)
+WRAPPED(rename, 0, (const char* from, const char* to), from, to)
+WRAPPED(fsync, 1, (int file), file)
+#undef WRAPPED
+int __real_open(const char* path, int flags, ...);
+int __wrap_open(const char* path, int flags, mode_t mode) {
+  Opens += path != support::LogPath();
+  return Fails(1) ? -1 : __real_open(path, flags, mode);
+}
+int __real_close(int file);
+int __wrap_close(int file) { return __real_close(file) + (Fails(0) ? -1 : 0); }
+ssize_t __real_read(int file, void* buffer, std::size_t count);
+ssize_t __wrap_read(int file, void* buffer, std::size_t count) {
+  constexpr std::string_view Status = "Name:\tn\nTracerPid:\t7\n";
+  if (Traced) { return static_cast<ssize_t>(Status.copy(static_cast<char*>(buffer), count)); }
+  return Fails(2) ? (Fault == Less) - 1 : __real_read(file, buffer, Count(count));
+}
+ssize_t __real_write(int file, const void* buffer, std::size_t count);
+ssize_t __wrap_write(int file, const void* buffer, std::size_t count) {
+  return Fails(2) ? (Fault == Less) - 1 : __real_write(file, buffer, Count(count));
+}
+int __wrap_clock_gettime(clockid_t, timespec* time) {
+  *time = {Now, 0};
+  return 0;
+}
+}
+
+[[gnu::noinline]] void* operator new(std::size_t size) {
+  Allocated += size;
+  return std::malloc(size);
+}
+[[gnu::noinline]] void operator delete(void* block) noexcept { std::free(block); }
+[[gnu::noinline]] void operator delete(void* block, std::size_t) noexcept { std::free(block); }
+
+namespace latigo {
+namespace {
+
+using support::Lines;
+using support::LogPath;
+
+class SystemCallTest : public support::Scratch {
+ protected:
+  const std::string plain_ =
+      "[Geodesy]\nProjection=UTM\nSemiMajorAxis=6378137\nFlattening=298\nCentralMeridian=3\nFalseEasting=500000";
+
+  // Makes the nth call in turn fail, and calls; until no call is left that could. Gives how often the call failed.
+  template <typename Call>
+  static int Failures(int fault, Call call) {
+    int failures = 0, free = dup(0), reached = 1;
+    close(free);
+    for (int i = 0; reached > 0; ++i) {
+      SCOPED_TRACE("fault " + std::to_string(fault) + " at call " + std::to_string(i));
+      Fault = fault;
+      FailAt = i;
+      Calls = 0;
+      errno = 1234;
+      const bool done = call();
+      EXPECT_EQ(errno, 1234) << "errno is the host's";
+      FailAt = -1;
+      reached = Calls > i;
+      failures += !done;
+      EXPECT_TRUE(done || reached);
+      const int next = dup(0);
+      close(next);
+      EXPECT_EQ(next, free) << "a descriptor stays open";
+    }
+    return failures;
+  }
+
+  static double FalseEasting(const std::string& file) {
+    const std::unique_ptr<Geodesy> object(CreateFromFile(file.c_str(), nullptr));
+    GeodesyParams params{};
+    if (object) { object->GetParams(params); }
+    return params.FalseEasting;
+  }
+};
+
+TEST_F(SystemCallTest, AConfigurationFileIsReadWholeAndOnceOrNotAtAll) {
+  const std::string file = Write("file.ini", plain_);
+  const auto make = [&] {
+    Opens = 0;
+    const double easting = FalseEasting(file);
+    const int kept = errno;
+    EXPECT_EQ(easting, LastError() == 0 ? 500000 : 0);
+    EXPECT_TRUE(LastError() == 0 || LastError() == 5);
+    EXPECT_LE(Opens, Fault == EINTR ? 2 : 1);
+    errno = kept;
+    return easting != 0;
+  };
+  EXPECT_EQ(Failures(EIO, make), 4) << "opening, its kind, its size, reading";
+  EXPECT_EQ(Failures(EINTR, make), 0);
+  EXPECT_EQ(Failures(Less, make), 1);
+  OneByteAtOnce = true;
+  EXPECT_TRUE(make());
+  OneByteAtOnce = false;
+  const int input = dup(0);
+  close(0);
+  EXPECT_TRUE(make()) << "as descriptor 0";
+  EXPECT_EQ(fcntl(0, F_GETFD), -1);
+  dup2(input, 0);
+  close(input);
+}
+
+TEST_F(SystemCallTest, SixteenMegabytesOfShortLinesTakeTheirSizeInMemory) {
+  std::string bytes = plain_;
+  while (bytes.size() < (16 << 20) - 5) { bytes += "\na=1"; }
+  const std::string file = Write("file.ini", bytes + "\n");
+  Allocated = 0;
+  EXPECT_EQ(FalseEasting(file), 500000);
+  EXPECT_LT(Allocated, bytes.size() * 5 / 4);
+}
+
+TEST_F(SystemCallTest, AProfileFileIsTheOldOneOrTheNewOneWhateverFails) {
+  const std::string file = Path("file.ini"), before = "[S]\nk=1\n", after = "[S]\nk=2\n";
+  Profile profile(file.c_str());
+  const auto write = [&] {
+    Write("file.ini", before);
+    chmod(file.c_str(), 0640);
+    errno = 1234;
+    const bool done = profile.WriteString("k", "2", "S");
+    const int kept = errno;
+    std::ifstream stream(file);
+    const std::string bytes{std::istreambuf_iterator<char>(stream), {}};
+    EXPECT_TRUE(bytes == after || (!done && bytes == before)) << bytes;
+    EXPECT_EQ(std::filesystem::status(file).permissions(), std::filesystem::perms(0640));
+    const std::filesystem::directory_iterator files(Path(""));
+    EXPECT_EQ(std::distance(begin(files), end(files)), 1) << "nothing stays beside the file";
+    errno = kept;
+    return done;
+  };
+  // open, fstat twice, read; stat, faccessat, open, fchmod, write, fsync, close, rename; fsync of the folder.
+  EXPECT_EQ(Failures(EIO, write), 13);
+  EXPECT_EQ(Failures(EINTR, write), 0);
+  EXPECT_EQ(Failures(Less, write), 2);
+  OneByteAtOnce = true;
+  EXPECT_TRUE(write());
+  OneByteAtOnce = false;
+}
+
+TEST_F(SystemCallTest, TheLogIsARegularFileThatWasNamedBeforeTheFirstLine) {
+  const auto log = [] {
+    errno = 1234;
+    LogLine("line");
+    EXPECT_EQ(errno, 1234);
+  };
+  log();
+  EXPECT_EQ(Log(), Lines{"line"});
+  const char* const path = LogPath().c_str();
+  ASSERT_EQ(mkfifo(path, 0600), 0);
+  log();
+  const int reader = open(path, O_RDONLY | O_NONBLOCK);
+  log();
+  char byte;
+  EXPECT_EQ(read(reader, &byte, 1), 0) << "nothing is written to a pipe";
+  close(reader);
+  std::filesystem::remove(path);
+  std::filesystem::create_symlink(Path("elsewhere"), path);
+  log();
+  EXPECT_FALSE(std::filesystem::exists(Path("elsewhere")));
+  std::filesystem::remove(path);
+  support::SetEnvironment("LATIGO_DEBUG_OUTPUT", Path("elsewhere"));
+  log();
+  EXPECT_EQ(Log(), Lines{"line"});
+  EXPECT_EQ(support::LogQuestions, 1);
+}
+
+TEST_F(SystemCallTest, ADebuggerIsLookedForOnceInASecond) {
+  testing::FLAGS_gtest_death_test_style = "threadsafe";  // a program that has written no line
+  const auto log = [] {
+    support::LogHasFile = false;
+    Opens = 0;
+    for (int i = 0; i < 1000; ++i) { LogLine("unseen"); }
+    Traced = true;
+    LogLine("unseen");
+    Now += 1;
+    LogLine("seen");
+    _exit(Opens == 2 ? 0 : 1);
+  };
+  EXPECT_EXIT(log(), testing::ExitedWithCode(0), "^\\[[0-9a-f]+\\] seen\n$");
+}
+
+}  // namespace
+}  // namespace latigo
