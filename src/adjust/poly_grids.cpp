@@ -9,7 +9,8 @@ namespace {
 constexpr double Chain = 20.1167651216;  // metres
 constexpr double ChainScale = 10000.0;   // chains per unit of the quadratic grids' arguments
 
-// P(u, v), the sum of c[k, j] u^k v^j, by Horner in both variables, from the triangle's end to its start.
+// P(u, v) = sum of c[k, j] u^k v^j over k + j <= n, by Horner in both variables, from the end of the triangle to its
+// start.
 double PolyEval(const double* c, int n, double u, double v) {
   const double* next = c + (n + 1) * (n + 2) / 2;
   double r = *--next;

@@ -1,4 +1,4 @@
-// The similarity transformation of a local grid: a turn and a scale about an origin point, a shift, and mirrored axes.
+// The similarity transformation of a local grid: rotation and scale about an origin point, a shift, and mirrored axes.
 // x, y are the projection's coordinates, X, Y the local ones; both grid units.
 #pragma once
 

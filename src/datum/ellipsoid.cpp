@@ -8,17 +8,17 @@ namespace latigo {
 
 namespace {
 
-// The latitude of ECEFGeo is good when a pass changes it by no more than this, radians (6 mm on the earth; the error
-// left is e2 times smaller).
+// The iteration of ECEFGeo ends when it changes the latitude by at most this, radians (6 mm on the earth; the error
+// left is smaller by e2).
 constexpr double LatitudeTolerance = 1e-9;
 
-// A point so near to the polar axis, as a part of its height above the equator, lies on it: its latitude is that of the
-// pole to the last digit, and the square of its tangent would leave the range of doubles.
+// A point whose distance from the polar axis is at most this part of its height above the equator is on the axis: its
+// latitude is that of the pole to the last digit, and the square of its tangent would overflow.
 constexpr double NoDistance = 1e-100;
 
-// Three to five passes are the rule, and thousands where a vertical begins to have two feet, some 42 km from the axis in the
-// plane of the equator; the bound only ends what would never end there.
-constexpr int MaxPasses = 20000;
+// Three to five iterations are usual. Where a point has two verticals to the ellipsoid, near the plane of the equator
+// and within some 42 km of the axis, it takes thousands; the limit is for points where the iteration would never end.
+constexpr int MaxIterations = 20000;
 
 }  // namespace
 
@@ -46,6 +46,11 @@ double Ellipsoid::MeridianArc(double phi) const {
   return a_ * (A0 * phi + B[0] * std::sin(2 * phi) + B[1] * std::sin(4 * phi) + B[2] * std::sin(6 * phi));
 }
 
+// Snyder, USGS PP 1395, (3-21): M = a (A0 phi - A2 sin 2phi + A4 sin 4phi - A6 sin 6phi) with
+//     A0 = 1 - e2/4 - 3 e2^2/64 - 5 e2^3/256       A4 = 15 e2^2/256 + 45 e2^3/1024
+//     A2 = 3 e2/8 + 3 e2^2/32 + 45 e2^3/1024       A6 = 35 e2^3/3072
+// All are exact in binary but 35/3072, which is 0.0113932291666..: it has 14 decimals here, which changes the arc by
+// less than 1e-14 m. A6 has its sign in the constant.
 Ellipsoid::ArcTerms Ellipsoid::MeridianArcTerms() const {
   const double t = 0.0439453125 * e2_;
   const double A0 = ((-0.01953125 * e2_ - 0.046875) * e2_ - 0.25) * e2_ + 1;
@@ -55,26 +60,27 @@ Ellipsoid::ArcTerms Ellipsoid::MeridianArcTerms() const {
   return {A0, {-A2, A4, A6, 0}};
 }
 
+// Fixed-point iteration (Heiskanen and Moritz): tan phi' = (Z + e2 N sin phi) / p. On the tangent T of phi,
+// N sin phi = a T / w with w^2 = 1 + (1 - e2) T^2, so that T' = Z / p + (a e2 / p) T / w and no angle is formed.
 Geographic Ellipsoid::ECEFGeo(const Cartesian& position) const {
   const auto [X, Y, Z] = position;
   const double p = Hypotenuse(X, Y);
   if (p < NoDistance * (std::fabs(Z) + 1)) {
     return {Z > 0 ? HalfPi : -HalfPi, p == 0 ? 0 : std::atan2(Y, X), std::fabs(Z) - (1 - f_) * a_};
   }
-  // phi' = atan((N e2 sin phi + Z) / p), on the tangent T of phi: N sin phi = a T / w with w^2 = 1 + (1 - e2) T^2.
   const double invP = 1 / p;
   const double first = Z * invP;
   const double factor = a_ * e2_ * invP;
   double T = Z / ((1 - e2_) * p);
   double last;
   double w;
-  int passes = 0;
+  int iterations = 0;
   do {
     last = T;
     w = std::sqrt(1 + (1 - e2_) * last * last);
     T = first + factor * last / w;
-    // phi' - phi = atan((T' - T) / (1 + T T')), and the tolerance is its own tangent.
-  } while (std::fabs(T - last) > LatitudeTolerance * (1 + T * last) && ++passes < MaxPasses);
+    // phi' - phi = atan((T' - T) / (1 + T T')); for so small an angle the tangent is the angle.
+  } while (std::fabs(T - last) > LatitudeTolerance * (1 + T * last) && ++iterations < MaxIterations);
   // N = a sqrt(1 + T^2) / w belongs to the latitude before the last change.
   return {std::atan(T), std::atan2(Y, X), p * std::sqrt(1 + T * T) - a_ * std::sqrt(1 + last * last) / w};
 }

@@ -6,7 +6,14 @@
 
 namespace latigo {
 
-// The mid-latitude formulas of Gauss.
+// Gauss's mid-latitude formulas (Rapp, Geometric Geodesy, Part I). With t = tan phi_m, eta2 = e'^2 cos^2 phi_m and
+// V^2 = 1 + eta2, for a line of length s and mean azimuth alpha:
+//     s sin alpha = N dLambda cos phi_m (1 - dLambda^2 sin^2 phi_m / 24 + (1 + eta2 - 9 eta2 t^2) dPhi^2 / (24 V^4))
+//     s cos alpha = M dPhi cos(dLambda / 2) (1 + (1 - 2 eta2) dLambda^2 cos^2 phi_m / 24
+//                                              + eta2 (1 - t^2) dPhi^2 / (8 V^4))
+//     dAlpha = dLambda sin phi_m (1 + (1 + eta2) dLambda^2 cos^2 phi_m / 12 + (3 + 8 eta2) dPhi^2 / (24 V^4))
+// Here Q = (1 - eta2)^2 stands for V^4, and 1 + 9 eta2^2 t^2 for 1 + eta2 - 9 eta2 t^2. Against the published terms
+// this costs up to 1 cm and 0.035 arc seconds at 100 km, growing with the third and the second power of the length.
 double Ellipsoid::GCircLL(double phi1, double lambda1, double phi2, double lambda2, double* az) const {
   const double dPhi = phi2 - phi1;
   const double dLambda = lambda2 - lambda1;
@@ -25,7 +32,7 @@ double Ellipsoid::GCircLL(double phi1, double lambda1, double phi2, double lambd
   const double G = (9 * eta2 * eta2 * T + 1) / (24 * Q);
   const double E = (1 - 2 * eta2) / 24;
   const double F = (1 - T) * eta2 / (8 * Q);
-  // East and north components of the line at its middle.
+  // East and north components of the line at its middle: s sin alpha and s cos alpha. The constant is 1/24.
   const double P = (1 - 0.041666666666666664 * dLambda2 * S * S + G * dPhi2) * (N * dLambda * C);
   const double R = std::cos(dLambda * 0.5) * M * dPhi * (1 + E * dLambda2 * C * C + F * dPhi2);
   if (az != nullptr) {
@@ -36,6 +43,9 @@ double Ellipsoid::GCircLL(double phi1, double lambda1, double phi2, double lambd
   return std::hypot(P, R);
 }
 
+// Snyder, USGS PP 1395, chapter 7: tan az = dLambda / dq, with q the isometric latitude, the y / a of (7-7); the length
+// is the meridian arc between the parallels over cos az. Of 2 q, exp gives (1 + s) / (1 - s) ((1 - e s) / (1 + e s))^e,
+// and one logarithm serves both latitudes.
 double Ellipsoid::RLineLL(double phi1, double lambda1, double phi2, double lambda2, double* az) const {
   const double s1 = std::sin(phi1);
   const double s2 = std::sin(phi2);

@@ -6,11 +6,11 @@ namespace latigo {
 
 namespace {
 
-// The latitude is good when a pass changes it by no more than this, radians; convergence is quadratic.
+// The iteration ends when it changes the latitude by at most this, radians; convergence is quadratic.
 constexpr double LatitudeTolerance = 1e-7;
 
-// A latitude that needs the tenth pass counts as one that does not converge, even if that pass is good.
-constexpr int MaxPasses = 10;
+// A latitude that needs the tenth iteration is refused, even if that one meets the tolerance.
+constexpr int MaxIterations = 10;
 
 // q of the pole is below 2; beyond it there is no latitude.
 constexpr double LargestQ = 2;
@@ -24,7 +24,7 @@ double Albers::MakeConeConstant() const {
   }
   const double m1 = ParallelRatio(NorthParallel);
   const double m2 = ParallelRatio(SouthParallel);
-  return (m1 * m1 - m2 * m2) / (Q(std::sin(SouthParallel)) - Q(s1));
+  return (m1 * m1 - m2 * m2) / (Q(std::sin(SouthParallel)) - Q(s1));  // (14-14)
 }
 
 Albers::Albers(const GeodesyParams& params)
@@ -43,31 +43,34 @@ Albers::Albers(const GeodesyParams& params)
 }
 
 errcode Albers::GeoXY(double& x, double& y, double phi, double lambda) const {
-  const SinCos theta = SinCosOf(ConeConstant * (lambda - CentralMeridian));
-  const double rho = Radius(Q(std::sin(phi)));
-  x = rho * theta.sin + FalseEasting;
-  y = (OriginRadius + FalseNorthing) - rho * theta.cos;
+  const SinCos theta = SinCosOf(ConeConstant * (lambda - CentralMeridian));  // (14-4)
+  const double rho = Radius(Q(std::sin(phi)));                               // (14-12)
+  x = rho * theta.sin + FalseEasting;                                        // (14-1)
+  y = (OriginRadius + FalseNorthing) - rho * theta.cos;                      // (14-2)
   return errcode();
 }
 
+// Book (3-16), for phi from q, starting at asin(q / 2):
+//   change = (1 - e2 s^2)^2 / (2 cos phi) (q / (1 - e2) - s / (1 - e2 s^2) + L), s = sin phi.
+// Here W = 1 - e2 s^2, and one factor W goes into the bracket: W / (2 cos phi) ((q / (1 - e2) + L) W - s).
 errcode Albers::XYGeo(double x, double y, double& phi, double& lambda) const {
   const double dx = x - FalseEasting;
   const double dy = OriginRadius - (y - FalseNorthing);
-  const double theta = std::atan(dx / dy);  // of the quotient: the same for both signs of n
-  lambda = theta * InvCone + CentralMeridian;
-  const double q = QOfRoot(RootSquared(dx, dy));
+  const double theta = std::atan(dx / dy);        // (14-11); a quotient, so that no signs change for a negative n
+  lambda = theta * InvCone + CentralMeridian;     // (14-9)
+  const double q = QOfRoot(RootSquared(dx, dy));  // (14-19)
   if (std::fabs(q) > LargestQ) {
     return errcode(BeyondDomain, Fatal);
   }
   const double scaledQ = q / (1 - e2());
   SinCos of = {q / 2, CosOfSine(q / 2)};
   phi = std::asin(q / 2);
-  for (int pass = 1; pass <= MaxPasses; ++pass) {
+  for (int iteration = 1; iteration <= MaxIterations; ++iteration) {
     const double W = 1 - e2() * of.sin * of.sin;
-    const double change = W / (2 * of.cos) * ((scaledQ + L(of.sin)) * W - of.sin);
+    const double change = W / (2 * of.cos) * ((scaledQ + L(of.sin)) * W - of.sin);  // (3-16)
     phi += change;
     if (!(std::fabs(change) > LatitudeTolerance)) {
-      return pass < MaxPasses ? errcode() : errcode(NoConvergence, Fatal);
+      return iteration < MaxIterations ? errcode() : errcode(NoConvergence, Fatal);
     }
     of = SinCosOf(phi);
   }
@@ -80,7 +83,7 @@ errcode Albers::Scale(double x, double y, double& k) const {
   if (std::fabs(q) > LargestQ) {
     return errcode(BeyondDomain, Fatal);
   }
-  // sqrt(C - n q) / m of the first latitude asin(q / 2).
+  // (14-16), sqrt(C - n q) / m, of the starting latitude asin(q / 2) instead of phi.
   const double s = q / 2;
   k = std::sqrt(root2 * (1 - e2() * s * s) / ((1 - s) * (1 + s)));
   return errcode();

@@ -4,8 +4,8 @@
 // Reads NorthParallel and SouthParallel (in either order), RefLatitude, CentralMeridian, Unit and the false origin.
 // ScaleFactor is not read: the cone and its scale follow from the parallels and the ellipsoid. With one parallel the
 // cone constant is its sine.
-// Domain: GeoXY takes latitudes where the radius is real (elsewhere coordinates are no numbers, with code 0); XYGeo
-// sees cone angles within 90 degrees of the central meridian, and latitudes up to 89.92 degrees.
+// Domain: GeoXY takes latitudes where the radius is real (elsewhere coordinates are NaN, with code 0); XYGeo sees cone
+// angles within 90 degrees of the central meridian, and latitudes up to 89.92 degrees.
 // Accuracy: forward exact to rounding; forward and inverse close to better than 0.001 mm up to 89 degrees of latitude.
 // Failures: 7 from the constructor, 10 and 11 from XYGeo, 10 from Scale.
 //
@@ -27,7 +27,8 @@ class Albers : public Projection {
   errcode Scale(double x, double y, double& k) const override;
 
  private:
-  // L = ln((1 - e s) / (1 + e s)) / (2 e), and q (3-12), of the sine of a latitude.
+  // L = ln((1 - e s) / (1 + e s)) / (2 e), and q (3-12) = (1 - e2) (s / (1 - e2 s^2) - L), of the sine s of a latitude.
+  // With d = 1 / (1 - e2 s^2) the quotient in L is (1 - e s)^2 d: one division for both terms.
   double L(double s) const {
     const double es = e() * s;
     return InvTwoE * std::log((1 - es) / (1 + es));
@@ -37,9 +38,9 @@ class Albers : public Projection {
     const double d = 1 / ((1 - es) * (1 + es));
     return (1 - e2()) * (s * d - InvTwoE * std::log((1 - es) * (1 - es) * d));
   }
-  // The radius of a latitude, a sqrt(C - n q) / n, grid units, from its q.
+  // rho (14-12) = a sqrt(C - n q) / n, grid units.
   double Radius(double q) const { return MajorOverCone * std::sqrt(ConeRoot - ConeConstant * q); }
-  // The way back, by the square of that root: (rho n / a)^2.
+  // The inverse by the square of that root, (rho n / a)^2; and q (14-19).
   double RootSquared(double dx, double dy) const { return (dx * dx + dy * dy) * InvMajorOverCone2; }
   double QOfRoot(double root2) const { return (ConeRoot - root2) * InvCone; }
   double MakeConeConstant() const;
@@ -50,8 +51,8 @@ class Albers : public Projection {
   const double InvCone;            // 1/n
   const double MajorOverCone;      // a/n, grid units
   const double InvMajorOverCone2;  // (n/a)^2
-  const double ConeRoot;           // C
-  const double OriginRadius;       // rho0, grid units, with the sign of n
+  const double ConeRoot;           // C (14-13)
+  const double OriginRadius;       // rho0 (14-12a), grid units, with the sign of n
 };
 
 }  // namespace latigo

@@ -1,4 +1,4 @@
-// Hotine's oblique Mercator: the skew frame is turned by the azimuth of the central line at the centre.
+// Hotine's oblique Mercator: the skew frame is rotated by the azimuth of the central line at the centre.
 // ObliqueMercator has the formulas, the domain and the failures.
 #pragma once
 
@@ -12,8 +12,8 @@ class Hotine : public ObliqueMercator {
 
   const char* Code() const override { return "HOM"; }
   std::int32_t Kind() const override { return 6; }
-  void UVXY(double u, double v, double& x, double& y) const override { TurnToGrid(Omega, u, v, x, y); }
-  void XYUV(double x, double y, double& u, double& v) const override { TurnToSkew(Omega, x, y, u, v); }
+  void UVXY(double u, double v, double& x, double& y) const override { RotateToGrid(Omega, u, v, x, y); }
+  void XYUV(double x, double y, double& u, double& v) const override { RotateToSkew(Omega, x, y, u, v); }
 
  private:
   const SinCos Omega;

@@ -6,25 +6,26 @@ namespace latigo {
 
 namespace {
 
-// The latitude is good when a pass changes it by no more than this, radians.
+// The iteration ends when it changes the latitude by at most this, radians.
 constexpr double LatitudeTolerance = 1e-10;
 
-// A latitude that needs the tenth pass counts as one that does not converge, even if that pass is good.
-constexpr int MaxPasses = 10;
+// A latitude that needs the tenth iteration is refused, even if that one meets the tolerance.
+constexpr int MaxIterations = 10;
 
-// The scale factor needs the latitude less exactly, and takes just so many passes.
-constexpr int ScalePasses = 3;
+// The scale factor takes this number of iterations, without a test.
+constexpr int ScaleIterations = 3;
 
 }  // namespace
 
 double Lambert::MakeConeConstant() const {
   if (SouthParallel == NorthParallel) {
-    return std::sin(NorthParallel);
+    return std::sin(NorthParallel);  // the limit of (15-8)
   }
   return std::log(ParallelRatio(NorthParallel) / ParallelRatio(SouthParallel)) /
-         std::log(IsometricT(NorthParallel) / IsometricT(SouthParallel));
+         std::log(IsometricT(NorthParallel) / IsometricT(SouthParallel));  // (15-8)
 }
 
+// (15-10) with the factors a k0 of (15-7).
 double Lambert::MakeConeRadius() const {
   const double n = ConeConstant;
   return a() / Unit * ScaleFactor * ParallelRatio(NorthParallel) / (n * std::pow(IsometricT(NorthParallel), n));
@@ -34,7 +35,7 @@ Lambert::Lambert(const GeodesyParams& params)
     : Projection(params),
       ConeConstant(MakeConeConstant()),
       ConeRadius(MakeConeRadius()),
-      OriginRadius(ParallelRadius(IsometricLatitude(std::sin(RefLatitude)))),
+      OriginRadius(ParallelRadius(IsometricLatitude(std::sin(RefLatitude)))),  // (15-7a)
       SemiMajor(a() / Unit),
       InvCone(1 / ConeConstant) {
   if (ConeConstant == 0) {
@@ -42,8 +43,8 @@ Lambert::Lambert(const GeodesyParams& params)
   }
 }
 
-double Lambert::PointRadius(double dx, double q) const {
-  const double rho = Hypotenuse(dx, q);
+double Lambert::PointRadius(double dx, double dy) const {
+  const double rho = Hypotenuse(dx, dy);
   return ConeConstant < 0 ? -rho : rho;
 }
 
@@ -56,36 +57,35 @@ errcode Lambert::GeoXY(double& x, double& y, double phi, double lambda) const {
   } else {
     rho = ParallelRadius(IsometricLatitude(std::sin(phi)));
   }
-  const SinCos theta = SinCosOf((lambda - CentralMeridian) * ConeConstant);
-  x = rho * theta.sin + FalseEasting;
-  y = (OriginRadius + FalseNorthing) - rho * theta.cos;
+  const SinCos theta = SinCosOf((lambda - CentralMeridian) * ConeConstant);  // (14-4)
+  x = rho * theta.sin + FalseEasting;                                        // (14-1)
+  y = (OriginRadius + FalseNorthing) - rho * theta.cos;                      // (14-2)
   return errcode();
 }
 
 errcode Lambert::XYGeo(double x, double y, double& phi, double& lambda) const {
   const double dx = x - FalseEasting;
-  const double q = OriginRadius - (y - FalseNorthing);
-  const double theta = std::atan(dx / q);  // of the quotient: the same for both signs of n
-  lambda = theta * InvCone + CentralMeridian;
+  const double dy = OriginRadius - (y - FalseNorthing);
+  const double theta = std::atan(dx / dy);     // (14-11); a quotient, so that no signs change for a negative n
+  lambda = theta * InvCone + CentralMeridian;  // (14-9)
 
-  const HalfComplement latitude = Converge(PointT(PointRadius(dx, q)), LatitudeTolerance, MaxPasses);
+  const HalfComplement latitude = Converge(PointT(PointRadius(dx, dy)), LatitudeTolerance, MaxIterations);  // (7-9)
   phi = latitude.Latitude();
-  if (latitude.passes >= MaxPasses || std::isnan(phi)) {
+  if (latitude.iterations >= MaxIterations || std::isnan(phi)) {
     return errcode(NoConvergence, Fatal);
   }
   return errcode();
 }
 
 errcode Lambert::Scale(double x, double y, double& k) const {
-  const double q = OriginRadius - (y - FalseNorthing);
-  const double rho = PointRadius(x - FalseEasting, q);
+  const double rho = PointRadius(x - FalseEasting, OriginRadius - (y - FalseNorthing));
   const double pointT = PointT(rho);
   const double t = pointT > 1 ? 1 / pointT : pointT;  // m is the same in both hemispheres
   double u = t;
-  for (int pass = 1; pass <= ScalePasses; ++pass) {
-    u = LatitudePass(t, u);
+  for (int iteration = 1; iteration <= ScaleIterations; ++iteration) {
+    u = LatitudeIteration(t, u);
   }
-  k = ConeConstant * rho / SemiMajor * InvParallelRatio(u);
+  k = ConeConstant * rho / SemiMajor * InvParallelRatio(u);  // (14-16): rho n / (a m)
   return errcode();
 }
 

@@ -1,5 +1,6 @@
 // The meridian arc and its inverse, the footpoint latitude, as series in multiple angles with the third flattening n.
-// Helmert; Snyder, USGS PP 1395, (3-21) and (3-26).
+// The arc M is Helmert's: M / G = phi + A2 sin 2phi + A4 sin 4phi + A6 sin 6phi + A8 sin 8phi. The inverse is Snyder,
+// USGS PP 1395, (3-26), whose e1 (3-24) is n: phi = mu + B2 sin 2mu + B4 sin 4mu + B6 sin 6mu + B8 sin 8mu, mu = M / G.
 #pragma once
 
 #include "datum/angles.h"

@@ -2,11 +2,11 @@
 // right angles to its meridian. Rosenmund's formulas for the Swiss grid (1903), as Swisstopo publishes them.
 //
 // Reads RefLatitude and CentralMeridian (the origin), ScaleFactor, Unit and the false origin.
-// Domain: GeoXY takes any position; XYGeo gives back those within a quarter turn of the origin, in longitude and in the
-// oblique system.
-// Accuracy: forward exact to rounding; the inverse stops when a pass changes the latitude by 1e-7 radians (0.6 m) or
-// less, and the error left is smaller by e^2: 4 mm.
-// Failures: none. The scale factor is always given as 1.
+// Domain: GeoXY takes any position; XYGeo returns positions within a quarter turn of the origin, in longitude and in
+// the oblique system.
+// Accuracy: forward exact to rounding; the inverse stops when an iteration changes the latitude by at most 1e-7 radians
+// (0.6 m), and the error left is smaller by e^2: 4 mm.
+// Failures: none. Scale always returns 1.
 #pragma once
 
 #include "projection/conformal_sphere.h"

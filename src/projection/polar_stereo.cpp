@@ -6,27 +6,28 @@ namespace latigo {
 
 namespace {
 
-// A RefLatitude this near to a pole is the pole, radians.
+// A RefLatitude within this of a pole is the pole, radians.
 constexpr double PoleTolerance = 1e-5;
 
 double SideOf(double phi0) {
   return phi0 < 0 ? -1.0 : 1.0;
 }
 
-// sqrt((1 + e)^(1 + e) (1 - e)^(1 - e))
+// The root of (21-33): sqrt((1 + e)^(1 + e) (1 - e)^(1 - e)).
 double Root(double e) {
   return std::sqrt(std::pow(1 + e, 1 + e) * std::pow(1 - e, 1 - e));
 }
 
-// t of a latitude counted from the equator towards the projection's own pole: tan(pi/4 - phi/2) and the ellipsoidal
-// factor.
+// t (15-9) of a latitude that is positive towards the projection's own pole: tan(pi/4 - phi/2) ((1 + e s) /
+// (1 - e s))^(e/2). With h = pi/4 - phi/2, s = sin phi = cos 2h = (cos h - sin h) (cos h + sin h).
 inline double PolarT(double e, double phi) {
   const auto [sinH, cosH] = SinCosOf(HalfPi / 2 - phi / 2);
   const double es = e * ((cosH - sinH) * (cosH + sinH));
   return sinH / cosH * std::exp(e / 2 * std::log((1 + es) / (1 - es)));
 }
 
-// The record with the scale factor of the pole, for one with a latitude of true scale.
+// The record with the scale factor k0 of the pole, for one with a latitude of true scale: (21-33) equals (21-34),
+// rho = a m t / t_c, for k0 = m root / (2 t_c).
 GeodesyParams WithPoleScale(const GeodesyParams& params) {
   const double phi0 = std::fabs(params.RefLatitude);
   if (!(std::fabs(phi0 - HalfPi) > PoleTolerance)) {
@@ -40,7 +41,7 @@ GeodesyParams WithPoleScale(const GeodesyParams& params) {
   return scaled;
 }
 
-// From conformal to geodetic latitude: coefficients of sin 2 chi to sin 8 chi.
+// (3-5), from conformal to geodetic latitude: coefficients of sin 2 chi to sin 8 chi.
 FourTerms LatitudeSeries(double e2) {
   const double e4 = e2 * e2;
   return {e2 * (1.0 / 2 + e2 * (5.0 / 24 + e2 * (1.0 / 12 + e2 * 13.0 / 360))),
@@ -58,16 +59,19 @@ PolarStereo::PolarStereo(const GeodesyParams& params)
       InvRhoFactor(1 / RhoFactor),
       SinCoefs(LatitudeSeries(e2())) {}
 
+// For the south pole the book reverses the signs of phi, x, y and the longitudes. Here only phi and y change sign,
+// which is the same: sin and x are both odd, cos is even.
 errcode PolarStereo::GeoXY(double& x, double& y, double phi, double lambda) const {
-  const double rho = RhoFactor * PolarT(e(), Side * phi);
+  const double rho = RhoFactor * PolarT(e(), Side * phi);  // (21-33)
   const SinCos theta = SinCosOf(lambda - CentralMeridian);
-  x = FalseEasting + rho * theta.sin;
-  y = FalseNorthing - Side * rho * theta.cos;
+  x = FalseEasting + rho * theta.sin;          // (21-30)
+  y = FalseNorthing - Side * rho * theta.cos;  // (21-31)
   return errcode();
 }
 
 double PolarStereo::Latitude(double r) const {
-  const double t = r * InvRhoFactor;
+  const double t = r * InvRhoFactor;  // (21-39)
+  // chi = pi/2 - 2 atan t (7-13), and the series (3-5) by sine and cosine of 2 chi alone.
   const SinCos chi = FromHalfComplement(t);
   return Side * (HalfPi - 2 * std::atan(t) + SineSeries(SinCoefs, Doubled(chi)));
 }
@@ -75,15 +79,15 @@ double PolarStereo::Latitude(double r) const {
 errcode PolarStereo::XYGeo(double x, double y, double& phi, double& lambda) const {
   const double dx = x - FalseEasting;
   const double dy = y - FalseNorthing;
-  lambda = CentralMeridian + std::atan2(dx, Side < 0 ? dy : FalseNorthing - y);
-  phi = Latitude(Hypotenuse(dx, dy));
+  lambda = CentralMeridian + std::atan2(dx, Side < 0 ? dy : FalseNorthing - y);  // (20-16)
+  phi = Latitude(Hypotenuse(dx, dy));                                            // (20-18)
   return errcode();
 }
 
 errcode PolarStereo::Scale(double x, double y, double& k) const {
   const double r = Hypotenuse(x - FalseEasting, y - FalseNorthing);
   // At the pole the quotient has no value, and its limit is the scale factor.
-  k = r == 0 ? ScaleFactor : r / (a() * ParallelRatio(Latitude(r)));
+  k = r == 0 ? ScaleFactor : r / (a() * ParallelRatio(Latitude(r)));  // (21-32)
   return errcode();
 }
 

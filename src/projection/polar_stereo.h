@@ -1,11 +1,11 @@
-// Polar stereographic on the ellipsoid, at either pole. Snyder, USGS PP 1395, chapter 21, (21-33) to (21-40), with the
-// latitude from the series (3-5) in the conformal latitude, one term more.
+// Polar stereographic on the ellipsoid, at either pole. Snyder, USGS PP 1395, chapter 21, (21-30) to (21-40), with the
+// latitude from the series (3-5) in the conformal latitude, to its term in sin 8 chi.
 //
 // Reads RefLatitude, CentralMeridian, ScaleFactor and the false origin. The sign of RefLatitude picks the pole, 0 being
 // north. At a pole (within 1e-5 radians) ScaleFactor applies there; elsewhere RefLatitude is the latitude of true
 // scale, and the scale factor of the pole takes the place of ScaleFactor. Unit is not read: coordinates are metres.
 // Domain: everything but the opposite pole.
-// Accuracy: forward exact to rounding; forward and inverse close to 0.002 mm within 30 degrees of the pole, 0.004 mm
+// Accuracy: forward exact to rounding; the round-trip error is 0.002 mm within 30 degrees of the pole, 0.004 mm
 // within 60 and 0.013 mm within 80.
 // Failures: none.
 //
@@ -28,7 +28,7 @@ class PolarStereo : public Projection {
   errcode Scale(double x, double y, double& k) const override;
 
  private:
-  // The latitude of a distance from the pole.
+  // The latitude at a distance from the pole.
   double Latitude(double r) const;
 
   const double Side;       // 1 for the north pole, -1 for the south pole

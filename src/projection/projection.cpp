@@ -6,7 +6,7 @@ namespace latigo {
 
 namespace {
 
-// Beyond so many turns repeated subtraction would take long, or never end.
+// Beyond this angle repeated subtraction would take long, or never end; radians.
 constexpr double ManyTurns = 1000 * TwoPi;
 
 double OneIfZero(double value) {

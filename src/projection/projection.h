@@ -43,65 +43,65 @@ class Projection : public Ellipsoid {
   // The Scale of projections that do not work one out: 1 everywhere.
   static errcode UnitScale(double x, double y, double& k);
 
-  // Brings an angle into -pi to pi by whole turns; both ends stay as they are.
+  // Wraps an angle into -pi to pi by whole turns; both ends stay as they are.
   static double NormalizeLongitude(double v) { return std::fabs(v) <= Pi ? v : WrapLongitude(v); }
 
   // Snyder's t (15-9): tan(pi/4 - chi/2) of the conformal latitude chi.
   double IsometricT(double phi) const;
 
-  // The isometric latitude psi of the latitude with this sine, (7-7): t = exp(-psi).
+  // The isometric latitude psi of the latitude with this sine, the y / a of (7-7): t = exp(-psi), (15-9).
   double IsometricLatitude(double sinPhi) const { return std::log((1 + sinPhi) / (1 - sinPhi)) / 2 - EccTerm(sinPhi); }
 
-  // What the eccentricity takes from the isometric latitude: e/2 ln((1 + e s) / (1 - e s)).
+  // The ellipsoidal term of the isometric latitude: e/2 ln((1 + e s) / (1 - e s)).
   double EccTerm(double sinPhi) const {
     const double es = e() * sinPhi;
     return HalfE * std::log((1 + es) / (1 - es));
   }
 
-  // One pass of the iteration from Snyder's t back to the latitude (7-9), phi' = pi/2 - 2 atan(t ((1 - e s) /
-  // (1 + e s))^(e/2)), on u = tan(pi/4 - phi/2) instead of phi, so that s = (1 - u^2) / (1 + u^2).
-  double LatitudePass(double t, double u) const {
+  // One iteration from Snyder's t to the latitude, (7-9): phi' = pi/2 - 2 atan(t ((1 - e s) / (1 + e s))^(e/2)), in
+  // u = tan(pi/4 - phi/2) instead of phi, so that s = sin phi = (1 - u^2) / (1 + u^2) and no angle is formed.
+  double LatitudeIteration(double t, double u) const {
     const double v = u * u;
     return t * std::exp(HalfE * std::log((OneMinusE + OnePlusE * v) / (OnePlusE + OneMinusE * v)));
   }
 
-  // A latitude by u = tan(pi/4 - phi/2), and how many passes led to it. In the south u is that of -phi, for which the
-  // passes are the same with 1/t, so that t stays at 1 or below.
+  // A latitude as u = tan(pi/4 - phi/2), and the number of iterations. In the south u is that of -phi, for which (7-9)
+  // is the same with 1/t, so that t is at most 1.
   struct HalfComplement {
     double u;
     bool south;
-    int passes;
+    int iterations;
     double Latitude() const { return south ? 2 * std::atan(u) - HalfPi : HalfPi - 2 * std::atan(u); }
   };
 
-  // Passes from a start until one changes the latitude by no more than the tolerance, radians, but no more than so
-  // many; if the last one did not meet the tolerance, one more is told. No number ends the passes at once.
-  HalfComplement Converge(double t, double start, double tolerance, int maxPasses) const {
+  // Iterates (7-9) until the latitude changes by at most the tolerance, radians. If it never does, `iterations` is one
+  // more than the limit. NaN ends the iteration at once.
+  HalfComplement Converge(double t, double start, double tolerance, int maxIterations) const {
     const bool south = t > 1;
     t = south ? 1 / t : t;
     double u = south ? 1 / start : start;
-    for (int pass = 1; pass <= maxPasses; ++pass) {
+    for (int iteration = 1; iteration <= maxIterations; ++iteration) {
       const double last = u;
-      u = LatitudePass(t, last);
-      // phi' - phi = 2 atan((u - u') / (1 + u u')), and half a tolerance is its own tangent.
+      u = LatitudeIteration(t, last);
+      // phi' - phi = 2 atan((u - u') / (1 + u u')); for so small an angle the tangent is the angle.
       if (!(std::fabs(u - last) > tolerance / 2 * (1 + u * last))) {
-        return {u, south, pass};
+        return {u, south, iteration};
       }
     }
-    return {u, south, maxPasses + 1};
+    return {u, south, maxIterations + 1};
   }
-  // From the conformal latitude.
-  HalfComplement Converge(double t, double tolerance, int maxPasses) const {
-    return Converge(t, t, tolerance, maxPasses);
+  // Starts at the conformal latitude.
+  HalfComplement Converge(double t, double tolerance, int maxIterations) const {
+    return Converge(t, t, tolerance, maxIterations);
   }
 
-  // 1/m of Snyder's m (14-15) of the latitude with this u: the radius of the parallel for a semi-major axis of 1.
+  // 1/m, with Snyder's m (14-15): the radius of the parallel for a semi-major axis of 1.
   double InvParallelRatio(double u) const {
     const double v = u * u;
     return std::sqrt((1 + v) * (1 + v) - e2() * (1 - v) * (1 - v)) / (2 * u);
   }
 
-  // Snyder's m of a latitude.
+  // m (14-15) of a latitude.
   double ParallelRatio(double phi) const;
 
  private:
