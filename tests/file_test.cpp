@@ -59,4 +59,17 @@ TEST_F(FileTest, TheClassGivesPathsOfAnyLengthWhole) {
   EXPECT_EQ(api::Geodesy().GetEllModel().code, 2);
 }
 
+#if !defined(_WIN32)
+TEST_F(FileTest, GridFilesLieInTheDatumFolderAndNowhereElse) {
+  std::ofstream(InstallDirectory() + "/outside", std::ios::binary) << Grid{.nz = 2}.Bytes();
+  for (const auto& [key, code] : {std::pair{"DynDatum", 1}, {"Geoid", 9}}) {
+    const std::string text = "[Geodesy]\nProjection=UTM\nSemiMajorAxis=6378137\nFlattening=298\n" + std::string(key);
+    const Object object(CreateFileGeodesy(Write("file.ini", text + "=../outside\n").c_str(), nullptr));
+    EXPECT_EQ(GetGeodesyError(), code);
+    EXPECT_EQ(object != nullptr, code == 9);
+    EXPECT_EQ(Log().front(), "Log --- Error 1") << "as a file that cannot be opened";
+  }
+}
+#endif
+
 }  // namespace

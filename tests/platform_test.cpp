@@ -53,19 +53,24 @@ TEST_F(PlatformTest, PathsOfGridFilesHaveRoomFor255Characters) {
   EXPECT_EQ(std::strlen(grid), 255);
   EXPECT_FALSE(latigo::GridFilePath(std::string(room + 1, 'x').c_str(), grid));
   EXPECT_STREQ(grid, "");
+  EXPECT_FALSE(latigo::GridFilePath("..\\../datum/file", grid)) << "grid files lie in one folder";
+  EXPECT_STREQ(grid, "");
+  EXPECT_TRUE(latigo::GridFilePath("elsewhere/..\\file", grid)) << "only what follows the last backslash counts";
 }
 #endif
 
 TEST_F(PlatformTest, BackslashesAreSlashesAndOnlyRegularFilesOpen) {
   std::filesystem::create_directory(Path("folder"));
   Write("folder/file", "bytes");
-  std::FILE* file = latigo::OpenForReading((Path("folder") + "\\file").c_str());
-  ASSERT_NE(file, nullptr);
-  EXPECT_TRUE(latigo::SeekTo(file, 2));
-  EXPECT_EQ(std::fgetc(file), 't');
-  std::fclose(file);
+  latigo::InputFile file;
+  ASSERT_TRUE(file.Open((Path("folder") + "\\file").c_str()));
+  char bytes[] = "......";
+  EXPECT_TRUE(file.ReadAt(2, bytes, 3));
+  EXPECT_STREQ(bytes, "tes...");
+  EXPECT_FALSE(file.ReadAt(2, bytes, 4)) << "beyond the end";
   for (const std::string& none : {Path("folder"), Path("nothing"), std::string(Device), std::string(5000, 'x')}) {
-    EXPECT_EQ(latigo::OpenForReading(none.c_str()), nullptr);
+    EXPECT_FALSE(file.Open(none.c_str()));
+    EXPECT_FALSE(file.ReadAt(0, bytes, 1)) << "the file before is closed";
   }
 }
 

@@ -8,6 +8,7 @@
 #include "frame/install_dir.h"
 #include "frame/last_error.h"
 #include "frame/profile.h"
+#include "platform/cancellation.h"
 #include "platform/profile_snapshot.h"
 
 namespace latigo {
@@ -81,7 +82,7 @@ class SectionReader {
     char text[256];
   };
 
-  // A path that is too long comes out empty, and no file has that name.
+  // A path that is too long or leads out of the folder comes out empty, and no file has that name.
   PathText GridPath(const char* key) const {
     char value[256];
     profile_.GetString(value, sizeof value, key, section_, "");
@@ -106,6 +107,7 @@ std::vector<std::string_view> KeyNames() {
 }  // namespace
 
 Geodesy* CreateFromFile(const char* fileName, const char* section) noexcept {
+  const CancellationDisabled guard;
   std::unique_ptr<Geodesy> object;
   try {
     section = section != nullptr ? section : DefaultSection;

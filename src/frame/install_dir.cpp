@@ -63,6 +63,11 @@ bool GridFilePath(const char* value, char (&path)[256]) {
   const char* const name = last != nullptr ? last + 1 : value;
   const char* const directory = GetInstallDir(nullptr);
   path[0] = '\0';
+#if !defined(_WIN32)
+  if (std::strchr(name, '/') != nullptr) {
+    return false;
+  }
+#endif
   if (std::strlen(directory) + std::strlen(Folder) + std::strlen(name) >= sizeof path) {
     return false;
   }

@@ -9,7 +9,8 @@ namespace latigo {
 const char* GetInstallDir(char* buffer);
 
 // Forms the path of a grid file: its name, which is what follows the last backslash, in the folder "datum" of the
-// install directory. Gives false and an empty path if it has more than 255 characters.
+// install directory. Gives false and an empty path if it has more than 255 characters or, elsewhere than on Windows, if
+// the name has a slash: grid files lie in that folder and in none below or above it.
 bool GridFilePath(const char* value, char (&path)[256]);
 
 }  // namespace latigo

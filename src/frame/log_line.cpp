@@ -3,6 +3,7 @@
 #include <cstdarg>
 #include <cstdio>
 
+#include "platform/cancellation.h"
 #include "platform/platform.h"
 
 namespace latigo {
@@ -16,6 +17,7 @@ void LogLine(const char* format, ...) {
 
   char line[512];
   std::snprintf(line, sizeof line, "[%x] %s\n", static_cast<unsigned>(GetCurrentThreadId()), message);
+  const CancellationDisabled guard;
   OutputDebugStringA(line);
 }
 

@@ -4,12 +4,11 @@
 #include <bit>
 #include <cmath>
 #include <cstring>
-#include <limits>
 #include <string_view>
+#include <utility>
 
 #include "datum/angles.h"
 #include "platform/ascii.h"
-#include "platform/files.h"
 
 namespace latigo {
 
@@ -33,6 +32,7 @@ namespace {
 
 constexpr std::string_view Magic = "TIDEWRAK";
 constexpr std::size_t ShortDescription = 30;
+constexpr std::int64_t MaxRecordBytes = 64 << 20;  // two are in memory
 
 // Steps are whole arc seconds; the file has them as degrees in single precision. Radians.
 double RoundedStep(float degrees) {
@@ -74,18 +74,16 @@ InterpFile::InterpFile(const char* path, bool reverse) {
 }
 
 errcode InterpFile::Open(const char* path, bool reverse) {
-  file_.reset();
-  rowLow_.reset();
-  rowHigh_.reset();
+  records_.reset();
+  cachedRow_ = -1;
   path_ = path;
 
-  file_.reset(OpenForReading(path));
-  if (!file_) {
+  if (!file_.Open(path)) {
     return Failure(FileNotOpened);
   }
   Header header;
   static_assert(sizeof header == 96);
-  if (std::fread(&header, sizeof header, 1, file_.get()) != 1) {
+  if (!file_.ReadAt(0, &header, sizeof header)) {
     return Failure(HeaderShort);
   }
   return ReadHeader(header, reverse);
@@ -110,19 +108,19 @@ errcode InterpFile::ReadHeader(const Header& header, bool reverse) {
   if (!(rows_ > 0 && cols_ > 0 && depth_ > 0)) {
     return Failure(HeaderOutOfRange);
   }
-  const std::int64_t rowValues = std::int64_t{cols_} * depth_;
-  if (rowValues > (std::numeric_limits<std::int32_t>::max() - 4) / 4) {
+  const std::int64_t recordValues = std::int64_t{cols_} * depth_ + 1;
+  if (recordValues > MaxRecordBytes / 4) {
     return Failure(HeaderOutOfRange);
   }
-  recordBytes_ = static_cast<std::int32_t>(rowValues * 4 + 4);
+  recordBytes_ = static_cast<std::int32_t>(recordValues * 4);
   north_ = south_ + latStep_ * (rows_ - 1);
   east_ = west_ + lonStep_ * (cols_ - 1);
-  // A file without a whole row gets no room for one: its header alone may ask for gigabytes.
-  if (SeekTo(file_.get(), std::int64_t{recordBytes_} * 2 - 1) && std::fgetc(file_.get()) != EOF) {
-    rowLow_.reset(new float[static_cast<std::size_t>(rowValues + 1)]);
-    rowHigh_.reset(new float[static_cast<std::size_t>(rowValues + 1)]);
+  // A file without a whole row gets no room for one: its header alone may ask for megabytes.
+  if (char last; file_.ReadAt(std::int64_t{recordBytes_} * 2 - 1, &last, 1)) {
+    records_.reset(new float[static_cast<std::size_t>(recordValues * 2)]);
+    rowLow_ = records_.get();
+    rowHigh_ = rows_ == 1 ? rowLow_ : rowLow_ + recordValues;
   }
-  cachedRow_ = cachedCol_ = -1;
 
   if (EqualIgnoringCase(std::string_view(header.magic, sizeof header.magic), Magic)) {
     std::memcpy(&headerValueA_, header.text + 32, sizeof headerValueA_);
@@ -153,16 +151,11 @@ errcode InterpFile::Lookup(double latitude, double longitude, std::int32_t* coun
   }
   const Cell row = CellOf(latitude, south_, latStep_, invLatStep_, rows_);
   const Cell col = CellOf(longitude, west_, lonStep_, invLonStep_, cols_);
-  if (row.first != cachedRow_ || col.first != cachedCol_) {
-    cachedRow_ = cachedCol_ = -1;
-    if (!ReadRows(row.first)) {
-      return Failure(RowUnreadable);
-    }
-    cachedRow_ = row.first;
-    cachedCol_ = col.first;
+  if (row.first != cachedRow_ && !MoveToRow(row.first)) {
+    return Failure(RowUnreadable);
   }
-  const float* const low = rowLow_.get() + 1;
-  const float* const high = rowHigh_.get() + 1;
+  const float* const low = rowLow_ + 1;
+  const float* const high = rowHigh_ + 1;
   const auto depth = static_cast<std::size_t>(depth_);
   const std::size_t west = depth * static_cast<std::size_t>(col.first);
   const std::size_t east = depth * static_cast<std::size_t>(col.second);
@@ -176,22 +169,36 @@ errcode InterpFile::Lookup(double latitude, double longitude, std::int32_t* coun
   return errcode();
 }
 
-// Row r lies behind the header's record. The last row has none behind it and stands for both.
-bool InterpFile::ReadRows(std::int32_t row) {
-  const bool last = row == rows_ - 1;
-  const auto bytes = static_cast<std::size_t>(recordBytes_);
-  if (!rowLow_) {
+// Row r follows the header's record and r others.
+bool InterpFile::ReadRecords(std::int32_t row, float* records, std::int32_t count) const {
+  return file_.ReadAt((std::int64_t{row} + 1) * recordBytes_, records,
+                      static_cast<std::uint32_t>(recordBytes_) * static_cast<std::uint32_t>(count));
+}
+
+// Puts a row and the next one north of it into memory. A row that is there already is not read again; two rows follow
+// one another in the file and take one read.
+bool InterpFile::MoveToRow(std::int32_t row) {
+  if (!records_) {
     return false;
   }
-  if (!SeekTo(file_.get(), (std::int64_t{row} + 1) * recordBytes_) ||
-      std::fread(rowLow_.get(), bytes, 1, file_.get()) != 1) {
-    return false;
+  const std::int32_t before = std::exchange(cachedRow_, -1);
+  bool read = false;
+  if (before >= 0 && row == before + 1) {
+    std::swap(rowLow_, rowHigh_);
+    read = ReadRecords(row + 1, rowHigh_, 1);
+  } else if (row == before - 1) {
+    std::swap(rowLow_, rowHigh_);
+    read = ReadRecords(row, rowLow_, 1);
+  } else {
+    if (rowLow_ > rowHigh_) {
+      std::swap(rowLow_, rowHigh_);
+    }
+    read = ReadRecords(row, rowLow_, std::min(rows_, 2));
   }
-  if (last) {
-    std::memcpy(rowHigh_.get(), rowLow_.get(), bytes);
-    return true;
+  if (read) {
+    cachedRow_ = row;
   }
-  return std::fread(rowHigh_.get(), bytes, 1, file_.get()) == 1;
+  return read;
 }
 
 double InterpFile::Interpolate(const double* corners, double v, double u) const {

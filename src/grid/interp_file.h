@@ -8,12 +8,12 @@
 #include <array>
 #include <cstddef>
 #include <cstdint>
-#include <cstdio>
 #include <memory>
 #include <span>
 #include <string>
 
 #include "frame/errcode.h"
+#include "platform/files.h"
 
 namespace latigo {
 
@@ -49,14 +49,12 @@ class InterpFile {
 
  private:
   struct Header;
-  struct CloseFile {
-    void operator()(std::FILE* file) const { std::fclose(file); }
-  };
 
   errcode ReadHeader(const Header& header, bool reverse);
-  bool ReadRows(std::int32_t row);
+  bool ReadRecords(std::int32_t row, float* records, std::int32_t count) const;
+  bool MoveToRow(std::int32_t row);
 
-  std::unique_ptr<std::FILE, CloseFile> file_;
+  InputFile file_;
   std::string path_;
   double south_ = 0, north_ = 0;      // limits of the lattice
   double west_ = 0, east_ = 0;        // limits of the lattice
@@ -65,9 +63,12 @@ class InterpFile {
   double headerValueA_ = 0, headerValueB_ = 0;
   std::int32_t rows_ = 0, cols_ = 0, depth_ = 0;
   std::int32_t recordBytes_ = 0;
-  // The rows of the cell at hand, each behind a word of no meaning; null if the file has no row.
-  std::unique_ptr<float[]> rowLow_, rowHigh_;
-  std::int32_t cachedRow_ = -1, cachedCol_ = -1;  // the cell at hand, -1 for none
+  std::unique_ptr<float[]> records_;  // room for two records; null if the file has no row
+  // The records of the southern and the northern row in memory, each a word without meaning and the nodes. Either may be
+  // the first in `records_`; a lattice of one row has it as both.
+  float* rowLow_ = nullptr;
+  float* rowHigh_ = nullptr;
+  std::int32_t cachedRow_ = -1;  // the southern row in memory, -1 for none
   std::array<double, 4> corners_{};
   std::string description_;
 };

@@ -1,19 +1,36 @@
-// Binary files by path and by position, where the standard library leaves the width of a position open.
+// Files by path, read by position.
 #pragma once
 
 #include <cstdint>
-#include <cstdio>
 
 namespace latigo {
 
-// Opens a file for reading in binary, without a buffer of its own: a read takes just the bytes that it gives. Elsewhere
-// than on Windows backslashes in the path are taken as slashes. Gives null if the file cannot be opened.
-std::FILE* OpenForReading(const char* path);
+// A file for reading in binary. Every read names its position and takes just the bytes asked for, so a process made by
+// fork may read beside its parent.
+class InputFile {
+ public:
+  InputFile() = default;
+  ~InputFile() { Close(); }
+  InputFile(const InputFile&) = delete;
+  InputFile& operator=(const InputFile&) = delete;
+
+  // Closes the file before and opens another. Elsewhere than on Windows backslashes in the path are taken as slashes.
+  // Returns false if there is no such regular file or it cannot be opened.
+  bool Open(const char* path);
+  void Close();
+
+  // Reads `size` bytes from a position in bytes. Returns false if they cannot all be read; the buffer is then undefined.
+  bool ReadAt(std::int64_t position, void* buffer, std::uint32_t size) const;
+
+ private:
+#if defined(_WIN32)
+  void* handle_ = nullptr;
+#else
+  int descriptor_ = -1;
+#endif
+};
 
 // Removes a file; the path is taken as above.
 void RemoveFile(const char* path);
-
-// Moves to a position in bytes from the start of the file. Gives false if that cannot be done.
-bool SeekTo(std::FILE* file, std::int64_t position);
 
 }  // namespace latigo

@@ -5,8 +5,10 @@
 #include <unistd.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <cstring>
 
+#include "platform/cancellation.h"
 #include "platform/posix/native_file.h"
 
 namespace latigo {
@@ -41,27 +43,40 @@ bool WriteAll(int file, std::string_view bytes) {
   return true;
 }
 
-std::FILE* OpenForReading(const char* path) {
+bool InputFile::Open(const char* path) {
+  Close();
   const KeptErrno kept;
-  const int descriptor = OpenRegularFile(NativePath(path));
-  if (descriptor < 0) {
-    return nullptr;
+  const CancellationDisabled guard;
+  descriptor_ = OpenRegularFile(NativePath(path));
+  return descriptor_ >= 0;
+}
+
+void InputFile::Close() {
+  if (descriptor_ >= 0) {
+    const CancellationDisabled guard;
+    close(descriptor_);
+    descriptor_ = -1;
   }
-  std::FILE* file = fdopen(descriptor, "rb");
-  if (file == nullptr) {
-    close(descriptor);
-    return nullptr;
+}
+
+bool InputFile::ReadAt(std::int64_t position, void* buffer, std::uint32_t size) const {
+  const KeptErrno kept;
+  const CancellationDisabled guard;
+  auto* to = static_cast<char*>(buffer);
+  for (std::size_t left = size; left > 0;) {
+    const ssize_t count = Uninterrupted([&] { return pread(descriptor_, to, left, position); });
+    if (count <= 0) {
+      return false;
+    }
+    to += count;
+    position += count;
+    left -= static_cast<std::size_t>(count);
   }
-  std::setvbuf(file, nullptr, _IONBF, 0);
-  return file;
+  return true;
 }
 
 void RemoveFile(const char* path) {
   std::remove(NativePath(path).c_str());
-}
-
-bool SeekTo(std::FILE* file, std::int64_t position) {
-  return fseeko(file, position, SEEK_SET) == 0;
 }
 
 }  // namespace latigo

@@ -1,31 +1,54 @@
 #include "platform/files.h"
 
-#include <io.h>
+#include <cstdio>
 
 #include "platform/platform.h"
 
 namespace latigo {
 
-std::FILE* OpenForReading(const char* path) {
-  std::FILE* file = std::fopen(path, "rbN");  // N: no child process inherits it
-  if (file == nullptr) {
-    return nullptr;
+bool InputFile::Open(const char* path) {
+  Close();
+  // Others may read and write the file meanwhile; no child process inherits it.
+  const HANDLE file = CreateFileA(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
+                                  FILE_ATTRIBUTE_NORMAL, nullptr);
+  if (file == INVALID_HANDLE_VALUE) {
+    return false;
   }
+  handle_ = file;
   // A device counts as no file.
-  if (GetFileType(reinterpret_cast<HANDLE>(_get_osfhandle(_fileno(file)))) != FILE_TYPE_DISK) {
-    std::fclose(file);
-    return nullptr;
+  if (GetFileType(file) != FILE_TYPE_DISK) {
+    Close();
+    return false;
   }
-  std::setvbuf(file, nullptr, _IONBF, 0);
-  return file;
+  return true;
+}
+
+void InputFile::Close() {
+  if (handle_ != nullptr) {
+    CloseHandle(handle_);
+    handle_ = nullptr;
+  }
+}
+
+bool InputFile::ReadAt(std::int64_t position, void* buffer, std::uint32_t size) const {
+  auto* to = static_cast<char*>(buffer);
+  while (size > 0) {
+    OVERLAPPED at{};
+    at.Offset = static_cast<DWORD>(position);
+    at.OffsetHigh = static_cast<DWORD>(position >> 32);
+    DWORD count = 0;
+    if (!ReadFile(handle_, to, size, &count, &at) || count == 0) {
+      return false;
+    }
+    to += count;
+    position += count;
+    size -= count;
+  }
+  return true;
 }
 
 void RemoveFile(const char* path) {
   std::remove(path);
-}
-
-bool SeekTo(std::FILE* file, std::int64_t position) {
-  return fseeko64(file, position, SEEK_SET) == 0;
 }
 
 }  // namespace latigo
