@@ -72,13 +72,12 @@ struct Input {
   }
 };
 
-// A directory for this process; the log goes nowhere.
+// A directory for this process.
 inline const std::string& Scratch() {
   static const struct Directory {
     std::string name = std::filesystem::temp_directory_path() / "latigo-fuzz-XXXXXX";
     Directory() {
       REQUIRE(mkdtemp(name.data()) != nullptr && std::filesystem::create_directory(name + "/datum"));
-      setenv("LATIGO_DEBUG_OUTPUT", "/dev/null", 1);
       setenv("TWI_BATHYX", name.c_str(), 1);
     }
     ~Directory() { std::filesystem::remove_all(name); }

@@ -100,10 +100,15 @@ TEST_F(ProfileTest, WhatCannotBeReadOrMayNotBeWrittenIsNotReplaced) {
     EXPECT_EQ(Profile(own.c_str()).WriteString("k", "2", "S"), writes) << mode;
     EXPECT_EQ(std::filesystem::file_size(own), 8);
   }
-  ASSERT_TRUE(!root || (seteuid(0) == 0 && chmod(file.c_str(), 06677) == 0 && seteuid(65534) == 0));
-  EXPECT_TRUE(Profile(file.c_str()).WriteString("k", "3", "S"));
-  stat(file.c_str(), &status);
-  EXPECT_EQ(status.st_mode & 07777, root ? 0677 : 0644) << "a file of another owner runs as nobody else";
+  // A file of another owner, of the caller's group and of another group, becomes the caller's, and lets nobody do more.
+  for (const auto& [group, mode, kept] : {std::tuple{0, 06660, 0660}, {4712, 06676, 0666}}) {
+    if (!root) { break; }
+    EXPECT_EQ(seteuid(0) + chown(file.c_str(), 4711, static_cast<gid_t>(group)), 0);
+    EXPECT_EQ(chmod(file.c_str(), static_cast<mode_t>(mode)) + seteuid(65534), 0);
+    EXPECT_TRUE(Profile(file.c_str()).WriteString("k", std::to_string(group).c_str(), "S"));
+    stat(file.c_str(), &status);
+    EXPECT_EQ(status.st_mode & 07777, kept);
+  }
   EXPECT_TRUE(!root || seteuid(0) == 0);
 
   std::filesystem::create_symlink(Path("nothing"), Path("link"));

@@ -86,7 +86,7 @@ using support::LogPath;
 class SystemCallTest : public support::Scratch {
  protected:
   const std::string plain_ =
-      "[Geodesy]\nProjection=UTM\nSemiMajorAxis=6378137\nFlattening=298\nCentralMeridian=3\nFalseEasting=500000";
+      "[Geodesy]\nProjection=UTM\nSemiMajorAxis=6378137\nFlattening=298\nFalseEasting=500000\nfalseeasting=7";
 
   // Makes the nth call in turn fail, and calls; until no call is left that could. Gives how often the call failed.
   template <typename Call>
@@ -175,6 +175,7 @@ TEST_F(SystemCallTest, AProfileFileIsTheOldOneOrTheNewOneWhateverFails) {
   };
   // open, fstat twice, read; stat, faccessat, open, fchmod, write, fsync, close, rename; fsync of the folder.
   EXPECT_EQ(Failures(EIO, write), 13);
+  EXPECT_EQ(Failures(EINVAL, write), 12) << "a file system that cannot sync a folder";
   EXPECT_EQ(Failures(EINTR, write), 0);
   EXPECT_EQ(Failures(Less, write), 2);
   OneByteAtOnce = true;
