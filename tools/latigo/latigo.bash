@@ -1,9 +1,28 @@
 # Completion of latigo(1) for bash: commands, options, files, and the sections of the file on the line.
 
+# Section names come from a file that anybody may have written, and compgen -W would expand them. So they are compared in
+# a loop, and each is quoted so that the command line takes it as one word of plain text. Inside quotes that the user has
+# opened only harmless names are offered.
+#   _latigo_sections TYPED   sets COMPREPLY
 _latigo_sections() {
-  local word
+  local word name typed=$1 harmless='*'
+  case $typed in
+    [\'\"]*) typed=${typed:1} harmless='*([[:alnum:]_.,:+ /()-])' ;;
+    *) typed=${typed//\\/} ;;
+  esac
+  local LC_ALL=C
   for word in "${COMP_WORDS[@]:2}"; do
-    [ -f "$word" ] && sed -n 's/^[[:blank:]]*\[\(.*\)\].*/\1/p' "$word" && return
+    word=${word//[\\\'\"]/}
+    [ -f "$word" ] || continue
+    while IFS= read -r name; do
+      name=${name%"${name##*[![:blank:]]}"}
+      # shellcheck disable=SC2053  # the right side is a pattern
+      if [[ $name == "$typed"* && $name == $harmless ]]; then
+        [ "$harmless" != '*' ] || printf -v name '%q' "$name"
+        COMPREPLY+=("$name")
+      fi
+    done < <(sed -n 's/^[[:blank:]]*\[[[:blank:]]*\(.*\)\].*/\1/p' "$word" | tr -d '\000\r')
+    break
   done
 }
 
@@ -13,8 +32,7 @@ _latigo() {
   COMPREPLY=()
   case $previous in
     -s | --section)
-      local IFS=$'\n'
-      mapfile -t COMPREPLY < <(compgen -W "$(_latigo_sections)" -- "$current")
+      _latigo_sections "$current"
       return ;;
     --lang) mapfile -t COMPREPLY < <(compgen -W 'eng fra esp' -- "$current") && return ;;
     --precision | --jobs) return ;;

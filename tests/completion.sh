@@ -1,0 +1,27 @@
+#!/usr/bin/env bash
+# Completes sections of a file whose names are hostile: nothing in them runs, and what is inserted reads back as the name.
+#   tests/completion.sh latigo.bash
+set -euo pipefail
+completion=$(realpath "$1")
+cd "$(mktemp -d)"
+trap 'rm -rf "$PWD"' EXIT
+source "$completion"
+names=('a$(touch ran)b' 'a`touch ran`b' 'a b' "a'b" 'a"b' 'a*' 'a?[x]' 'a;touch ran' 'a&b' 'a\b' $'a\e[31mb' 'a$PATH' 'aÿ' 'aGrid')
+{ printf '[%s]\n' "${names[@]}" && printf 'Key=[a]\n  [ other ]  ; comment\r\n'; } >'my file.ini'
+touch a-file-that-a-glob-would-find
+
+# offered WORD   lists what completes it, a line each
+offered() {
+  COMP_WORDS=(latigo info 'my\ file.ini' -s "$1") COMP_CWORD=4
+  _latigo
+  printf '%s\n' "${COMPREPLY[@]}"
+}
+mapfile -t found < <(offered a)
+[ ! -e ran ] || { echo "a section's name was run" >&2 && exit 1; }
+for i in "${!names[@]}"; do
+  eval "word=${found[i]}" # as the shell reads the line when Enter is pressed
+  [ "$word" = "${names[i]}" ] || { echo "${names[i]} is offered as ${found[i]}" >&2 && exit 1; }
+done
+[ ! -e ran ] && [ "${#found[@]}" = "${#names[@]}" ] || { echo "${#found[@]} names, or one was run" >&2 && exit 1; }
+[ "$(offered 'a\ ')" = 'a\ b' ] && [ "$(offered o)" = other ] && [ -z "$(offered x)" ]
+[ "$(offered '"a')" = $'a b\naGrid' ] # within quotes nothing that the shell expands
