@@ -9,14 +9,14 @@ constexpr double SphereRadius = 6378388.0;  // metres
 }
 
 errcode SMerc::GeoXY(double& x, double& y, double phi, double lambda) const {
-  x = lambda * SphereRadius;
-  y = SphereIsometricOf(phi).q * SphereRadius;
+  x = lambda * SphereRadius;                    // (7-1)
+  y = SphereIsometricOf(phi).q * SphereRadius;  // (7-2)
   return errcode();
 }
 
 errcode SMerc::XYGeo(double x, double y, double& phi, double& lambda) const {
-  lambda = x * (1 / SphereRadius);
-  phi = LatitudeOfIsometric(y * (1 / SphereRadius));
+  lambda = x / SphereRadius;                    // (7-5); a product with 1 / R would round twice
+  phi = LatitudeOfIsometric(y / SphereRadius);  // (7-4)
   return errcode();
 }
 

@@ -2,9 +2,9 @@
 //
 // Reads no parameter: x and y are metres on the sphere, from the equator and the meridian of Greenwich, and longitudes
 // are not wrapped.
-// Domain: everything; the poles go to infinity.
+// Domain: everything; the poles map to infinity.
 // Accuracy: exact to rounding.
-// Failures: none. The scale factor is always given as 1.
+// Failures: none. Scale always returns 1.
 #pragma once
 
 #include "projection/projection.h"

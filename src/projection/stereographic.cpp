@@ -45,7 +45,8 @@ errcode Stereographic::XYGeo(double x, double y, double& phi, double& lambda) co
   const double sinChi = std::clamp((d - 1) * Sphere.sinChi0 + Sphere.cosChi0 * (d * Y), -1.0, 1.0);
   // Sine and cosine of h = pi/4 + chi/2; no double is a right angle.
   SinCos h = {std::sqrt((1 + sinChi) / 2), std::max(std::sqrt((1 - sinChi) / 2), CosOfRightAngle)};
-  lambda = (ArcSine(d * X / (2 * h.sin * h.cos)) + LonN) * InvN;
+  const double cosChi = std::max(2 * h.sin * h.cos, CosOfRightAngle);  // 0 at the far pole
+  lambda = (ArcSine(d * X / cosChi) + LonN) * InvN;
 
   // Newton's iteration for c z^n = w0 = tan(h), z = tan(pi/4 + phi/2) ((1 - e s)/(1 + e s))^(e/2), from chi.
   const double w0 = h.sin / h.cos;
