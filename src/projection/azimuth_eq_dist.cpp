@@ -9,6 +9,13 @@ namespace {
 
 // An origin nearer to a pole than this is the pole, radians.
 constexpr double PoleTolerance = 1e-6;
+
+// Sines above this may stand for 1: some units in the last place are lost on the way to them.
+constexpr double NearlyOne = 1 - 1e-15;
+
+// The reciprocal of a shorter distance would overflow.
+constexpr double ShortestInverted = 1e-300;
+
 }  // namespace
 
 AzimuthEqDist::AzimuthEqDist(const GeodesyParams& params)
@@ -45,7 +52,14 @@ errcode AzimuthEqDist::GeoXY(double& x, double& y, double phi, double lambda) co
   const double sinAz = east * invH;
   const double cosAz = north * invH;
   const double cosPsi = 1 / std::sqrt(1 + tanPsi * tanPsi);
-  const double s = std::asin(std::min(cosPsi * h, 1.0));  // angular distance
+  double sinS = std::min(cosPsi * h, 1.0);
+  if (sinS > NearlyOne) {
+    const double psi = std::atan(tanPsi);
+    const double published = east == 0 ? CosLat0 * std::sin(psi) - SinLat0 * std::cos(psi)
+                                       : std::cos(psi) * east / std::sin(std::atan2(east, north));
+    sinS = std::fabs(published) == 1 ? 1 : sinS;
+  }
+  const double s = std::asin(sinS);  // angular distance
   const double H = SecondEcc * CosLat0 * cosAz;
   const double H2 = H * H;
   const double GH = G * H;
@@ -69,8 +83,8 @@ errcode AzimuthEqDist::XYGeo(double x, double y, double& phi, double& lambda) co
   }
   const double c = Hypotenuse(dx, dy);
   const double invC = 1 / c;
-  const double sinAz = dx * invC;
-  const double cosAz = dy * invC;
+  const double sinAz = c < ShortestInverted ? dx / c : dx * invC;
+  const double cosAz = c < ShortestInverted ? dy / c : dy * invC;
   const double A = AFactor * cosAz * cosAz;
   const double B = BFactor * (1 - A) * cosAz;
   const double D = c * InvN0;
@@ -85,7 +99,12 @@ errcode AzimuthEqDist::XYGeo(double x, double y, double& phi, double& lambda) co
   } else if (SouthPole) {
     lambda = std::atan2(dx, dy) + CentralMeridian;
   } else {
-    lambda = NormalizeLongitude(ArcSine(sinAz * sinE * invCosPsi) + CentralMeridian);
+    double sinD = sinAz * sinE * invCosPsi;
+    if (std::fabs(sinD) > NearlyOne) {
+      const double published = std::sin(std::atan2(dx, dy)) * sinE / std::cos(ArcSine(sinPsi));
+      sinD = std::fabs(published) == 1 ? published : sinD;
+    }
+    lambda = NormalizeLongitude(ArcSine(sinD) + CentralMeridian);
   }
   // (1 - e2 F sin phi0 / sin psi) tan psi / (1 - e2), which has a value on the equator of psi too.
   phi = std::atan((sinPsi - e2() * F * SinLat0) * invCosPsi * InvOneMinusE2);

@@ -2,11 +2,14 @@
 // (25-9) to (25-27), after Clarke.
 //
 // Reads RefLatitude and CentralMeridian (the origin), Unit and the false origin. ScaleFactor is not read.
-// Domain: GeoXY takes any position; XYGeo gives back those within a quarter turn of the origin, in distance and in
+// Domain: GeoXY takes any position; XYGeo returns positions within a quarter turn of the origin, in distance and in
 // longitude.
-// Accuracy: as the series end: forward and inverse close to 0.003 mm within 1 degree of the origin, 8 mm within 5 and
-// 1.7 m within 15.
-// Failures: none. The scale factor is always given as 1.
+// Accuracy: that of the truncated series: the round-trip error is 0.003 mm within 1 degree of the origin, 8 mm within 5
+// and 1.7 m within 15.
+// Failures: none. Scale always returns 1.
+//
+// A quarter turn from the origin the sine of the distance, forward, and of the longitude, inverse, is 1, where an arc
+// sine makes 0.1 m of one unit in the last place. There a sine that is 1 in the published form of the formulas is 1.
 //
 // On the meridian opposite the origin's, points lie at their true distance over the pole, as on the central meridian.
 #pragma once
