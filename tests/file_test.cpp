@@ -7,7 +7,6 @@
 namespace {
 
 using namespace support;
-namespace api = latigo::api;
 
 class FileTest : public Scratch {};
 
@@ -44,9 +43,11 @@ TEST_F(FileTest, PathsAreCopiedUpToTheBufferOrOneByteLess) {
   EXPECT_EQ(text, geoid + std::string(3, '\0') + "#");
 }
 
+#if !defined(_WIN32)  // There, no path is as long.
 TEST_F(FileTest, TheClassGivesPathsOfAnyLengthWhole) {
   Write("g", Grid{.nz = 1}.Bytes());
   Write("d", Grid{.nz = 2}.Bytes());
+  namespace api = latigo::api;
   api::Geodesy object = *api::Geodesy::CreateGeodesy(Utm31());
   for (const std::size_t length : {200, 509, 510, 511, 512, 513, 816, 1021, 1022, 1023, 1024, 1025, 4000}) {
     std::string folder = Path("");
@@ -58,6 +59,7 @@ TEST_F(FileTest, TheClassGivesPathsOfAnyLengthWhole) {
   }
   EXPECT_EQ(api::Geodesy().GetEllModel().code, 2);
 }
+#endif
 
 #if !defined(_WIN32)
 TEST_F(FileTest, GridFilesLieInTheDatumFolderAndNowhereElse) {

@@ -67,14 +67,15 @@ bool TakeOver(int file, const struct stat& old) {
   if (fchown(file, old.st_uid, old.st_gid) != 0) {
     mode &= 0777;
     if (fchown(file, static_cast<uid_t>(-1), old.st_gid) != 0) {
-      mode =
-          (mode & 0707) | (mode & mode << 3 & 070);  // another group has no more than both the old group and others had
+      // The members of another group get what both the old group and all others had.
+      mode = (mode & 0707) | (mode & mode << 3 & 070);
     }
   }
   return fchmod(file, mode) == 0;
 }
 
-// Brings the name of a new file to the disk, where the folder may be opened and the file system can do so.
+// Brings the name of a new file to the disk, where the folder may be opened and the file system can do so. False means
+// that a crash may bring the old file back.
 bool SyncFolderOf(const std::string& path) {
   const std::size_t slash = path.rfind('/');
   const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
