@@ -33,14 +33,14 @@ Points AtRandom() {
   return RandomPoints({Latitudes(1, GridFile::rows - 2), Longitudes(1, GridFile::columns - 2)});
 }
 
-// North-eastward through the grid on one line after another, some nine points to a cell.
-Points AlongTrack() {
+// North-eastward through the grid on one line after another, each over so many rows and columns.
+Points AlongTrack(double rows, double columns) {
   Points points(PointCount);
   for (std::size_t i = 0; i < PointCount; ++i) {
     const double line = static_cast<double>(i / RoundPoints);
     const double run = static_cast<double>(i % RoundPoints) / RoundPoints;
-    points[i] = {GridFile::South() + (20.3 + 2 * line + 40 * run) * GridFile::Step(),
-                 GridFile::West() + (30.7 + 75 * run) * GridFile::Step()};
+    points[i] = {GridFile::South() + (20.3 + 2 * line + rows * run) * GridFile::Step(),
+                 GridFile::West() + (30.7 + columns * run) * GridFile::Step()};
   }
   return points;
 }
@@ -169,7 +169,8 @@ void AddGridRows(const Run& run) {
   const GridFile geoid = WriteGeoidGrid();
   const std::string projGeoid = WriteGeoidGridForProj();
   AddGeoidRow(run, geoid, projGeoid, "in one cell", InOneCell(), 0.20);
-  AddGeoidRow(run, geoid, projGeoid, "along a track", AlongTrack(), 0);
+  AddGeoidRow(run, geoid, projGeoid, "along a track", AlongTrack(40, 75), 0);       // some nine points to a cell
+  AddGeoidRow(run, geoid, projGeoid, "on a survey line", AlongTrack(1.6, 1.6), 0);  // a point every 15 m or so
   AddGeoidRow(run, geoid, projGeoid, "at random", AtRandom(), 0);
 
   const GridFile datum = WriteDatumGrid();

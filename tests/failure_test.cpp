@@ -41,6 +41,7 @@ bool OperationFails() { return Operations++ == FailOperationAt; }
 #if defined(_WIN32)
 // The linker leads the library's calls here. The library is part of this program, and is not told that it is loaded.
 #if defined(__i386__)
+#pragma GCC diagnostic ignored "-Wattributes"  // a member's convention for a function that is none
 #define MEMBER __attribute__((thiscall))
 #else
 #define MEMBER

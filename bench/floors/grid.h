@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <stdexcept>
+#include <utility>
 #include <vector>
 
 #include "floors/ellipsoid.h"
@@ -12,8 +13,8 @@
 
 namespace bench {
 
-// A grid read as the library reads it: two rows in memory, and for another cell one seek and two reads, by bare system
-// calls into the place where the values are needed.
+// A grid read as the library reads it: two rows in memory, of which those that a point needs stay, and the rest is one
+// bare system call into the place where the values are needed.
 class GridFloor {
  public:
   explicit GridFloor(const GridFile& grid)
@@ -23,7 +24,9 @@ class GridFloor {
         invStep_(1 / grid.Step()),
         depth_(grid.depth),
         rowValues_(static_cast<std::size_t>(grid.columns * grid.depth) + 1),
-        rows_(2 * rowValues_) {
+        rows_(2 * rowValues_),
+        low_(rows_.data()),
+        high_(low_ + rowValues_) {
     if (file_ < 0) {
       throw std::runtime_error(grid.path + " cannot be opened");
     }
@@ -39,15 +42,13 @@ class GridFloor {
     const double column = (lambda - west_) * invStep_;
     const auto r = static_cast<std::int32_t>(row);
     const auto c = static_cast<std::int32_t>(column);
-    if (r != row_ || c != column_) {
-      Read(r);
-      row_ = r;
-      column_ = c;
+    if (r != row_) {
+      Move(r);
     }
     const double v = Smooth(column - c);
     const double u = Smooth(row - r);
-    const float* low = rows_.data() + 1 + c * Depth;
-    const float* high = low + rowValues_;
+    const float* low = low_ + 1 + c * Depth;
+    const float* high = high_ + 1 + c * Depth;
     for (int i = 0; i < Depth; ++i) {
       const double south = low[i] + v * (double{low[i + Depth]} - low[i]);
       const double north = high[i] + v * (double{high[i + Depth]} - high[i]);
@@ -59,11 +60,25 @@ class GridFloor {
   // S(t); the four weights are the products of S and 1 - S along both axes.
   static double Smooth(double t) { return t * t * (3 - 2 * t); }
 
-  void Read(std::int32_t row) {
+  void Move(std::int32_t row) {
+    if (row == row_ + 1) {
+      std::swap(low_, high_);
+      Read(row + 1, high_, 1);
+    } else if (row == row_ - 1) {
+      std::swap(low_, high_);
+      Read(row, low_, 1);
+    } else {
+      low_ = rows_.data();
+      high_ = low_ + rowValues_;
+      Read(row, low_, 2);
+    }
+    row_ = row;
+  }
+
+  void Read(std::int32_t row, float* to, std::size_t count) {
     const std::size_t bytes = rowValues_ * sizeof(float);
-    if (lseek(file_, (row + 1) * static_cast<off_t>(bytes), SEEK_SET) < 0 ||
-        read(file_, rows_.data(), bytes) != static_cast<ssize_t>(bytes) ||
-        read(file_, rows_.data() + rowValues_, bytes) != static_cast<ssize_t>(bytes)) {
+    const std::size_t size = count * bytes;
+    if (pread(file_, to, size, (row + 1) * static_cast<off_t>(bytes)) != static_cast<ssize_t>(size)) {
       throw std::runtime_error("a grid row cannot be read");
     }
   }
@@ -73,7 +88,9 @@ class GridFloor {
   const int depth_;
   const std::size_t rowValues_;
   std::vector<float> rows_;
-  std::int32_t row_ = -1, column_ = -1;
+  float* low_;
+  float* high_;
+  std::int32_t row_ = -2;  // the southern one in memory; -2 has no neighbour in the grid
 };
 
 }  // namespace bench
