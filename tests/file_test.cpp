@@ -69,7 +69,7 @@ TEST_F(FileTest, GridFilesLieInTheDatumFolderAndNowhereElse) {
     const Object object(CreateFileGeodesy(Write("file.ini", text + "=../outside\n").c_str(), nullptr));
     EXPECT_EQ(GetGeodesyError(), code);
     EXPECT_EQ(object != nullptr, code == 9);
-    EXPECT_EQ(Log().front(), "Log --- Error 1") << "as a file that cannot be opened";
+    EXPECT_EQ(Log().at(0), "Log --- Error 1") << "as a file that cannot be opened";
   }
 }
 #endif
