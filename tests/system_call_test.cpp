@@ -112,6 +112,17 @@ class SystemCallTest : public support::Scratch {
     return failures;
   }
 
+  // With every file that the call opens as descriptor 0, and none left there.
+  template <typename Call>
+  static bool AsDescriptor0(Call call) {
+    const int input = dup(0);
+    close(0);
+    const bool done = call() && fcntl(0, F_GETFD) == -1;
+    dup2(input, 0);
+    close(input);
+    return done;
+  }
+
   static double FalseEasting(const std::string& file) {
     const std::unique_ptr<Geodesy> object(CreateFromFile(file.c_str(), nullptr));
     GeodesyParams params{};
@@ -138,12 +149,7 @@ TEST_F(SystemCallTest, AConfigurationFileIsReadWholeAndOnceOrNotAtAll) {
   OneByteAtOnce = true;
   EXPECT_TRUE(make());
   OneByteAtOnce = false;
-  const int input = dup(0);
-  close(0);
-  EXPECT_TRUE(make()) << "as descriptor 0";
-  EXPECT_EQ(fcntl(0, F_GETFD), -1);
-  dup2(input, 0);
-  close(input);
+  EXPECT_TRUE(AsDescriptor0(make));
 }
 
 TEST_F(SystemCallTest, SixteenMegabytesOfShortLinesTakeTheirSizeInMemory) {
@@ -178,6 +184,8 @@ TEST_F(SystemCallTest, AProfileFileIsTheOldOneOrTheNewOneWhateverFails) {
   EXPECT_EQ(Failures(EINVAL, write), 12) << "a file system that cannot sync a folder";
   EXPECT_EQ(Failures(EINTR, write), 0);
   EXPECT_EQ(Failures(Less, write), 2);
+  EXPECT_TRUE(AsDescriptor0([&] { return Profile(Path("new.ini").c_str()).WriteString("k", "v", "S"); }));
+  std::filesystem::remove(Path("new.ini"));
   OneByteAtOnce = true;
   EXPECT_TRUE(write());
   OneByteAtOnce = false;
