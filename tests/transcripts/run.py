@@ -40,3 +40,10 @@ assert one == three
 names = [line.split()[-1] if i != 30000 else "*" for i, line in enumerate(lines)]
 assert [line.split()[-1] for line in one[1].splitlines()] == names
 assert "standard input:30001: the line is too long\n" in one[2]
+
+# Output that cannot be written is a failure of every command.
+if os.path.exists("/dev/full"):
+    for command in ("--help", "--version", "info --help", "info systems.ini", "forward systems.ini"):
+        with open("/dev/full", "w") as full:
+            done = subprocess.run([*program, *command.split()], input=b"52 5\n", stdout=full, stderr=subprocess.PIPE)
+        assert done.returncode == 2 and b"standard output: " in done.stderr, (command, done)

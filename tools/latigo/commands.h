@@ -20,6 +20,7 @@ struct Options {
   bool rhumb = false;               // distance: along the rhumb line
   bool grid = false;                // scale: read projection coordinates
   bool localGrid = true;            // the local grid of the section is in force
+  bool strict = false;              // every warning is a failure
   int precision = -1;               // digits behind the point; -1 for the command's own
   int jobs = 1;                     // threads
 };

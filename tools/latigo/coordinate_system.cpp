@@ -11,6 +11,7 @@
 #include "frame/install_dir.h"
 #include "frame/profile.h"
 #include "platform/ascii.h"
+#include "visible.h"
 
 namespace latigo::cli {
 
@@ -134,8 +135,8 @@ void WarnOfUnknownKeys(const std::string& file, const std::string& section) {
       return Distance(key, l.name) < Distance(key, r.name);
     });
     if (!EqualIgnoringCase(key, nearest.name)) {
-      std::fprintf(stderr, "latigo: %s [%s]: warning: nobody reads the key %s; the nearest known key is %s\n",
-                   file.c_str(), section.c_str(), key.c_str(), nearest.name);
+      Message(file + " [" + section + "]: warning: nobody reads the key " + key + "; the nearest known key is " +
+              nearest.name);
     }
   }
 }

@@ -4,6 +4,7 @@
 
 #include "commands.h"
 #include "coordinate_system.h"
+#include "visible.h"
 
 namespace latigo::cli {
 
@@ -87,7 +88,7 @@ void PrintDatum(GeodesyHandle handle) {
   GetEllModel(handle, path, sizeof path);
   GetEllDiff(handle, &d);
   if (path[0] != '\0') {
-    std::printf("  datum           grid %s\n", path);
+    std::printf("  datum           grid %s\n", Visible(path).c_str());
   } else if (d.DeltaX == 0 && d.DeltaY == 0 && d.DeltaZ == 0 && d.DeltaRX == 0 && d.DeltaRY == 0 && d.DeltaRZ == 0) {
     std::printf("  datum           no shift to WGS-84\n");
   } else {
@@ -123,18 +124,18 @@ void PrintGeoid(GeodesyHandle handle) {
   char path[512] = "";
   double constant = 0;
   GetGeoid(handle, path, sizeof path, &constant);
-  std::printf("  geoid           %s%s, constant %.10g\n", path[0] != '\0' ? "grid " : "no grid", path, constant);
+  std::printf("  geoid           %s%s, constant %.10g\n", path[0] != '\0' ? "grid " : "no grid", Visible(path).c_str(),
+              constant);
 }
 
 // False if the section does not open, or not whole.
 bool Describe(const Options& options, const std::string& section) {
-  std::printf("[%s]\n", section.c_str());
+  std::printf("[%s]\n", Visible(section).c_str());
   std::fflush(stdout);  // so that warnings stand below the name
   WarnOfUnknownKeys(options.file, section);
   const Opened opened = OpenSection(options.file, section);
   if (opened.code != 0) {
-    std::fprintf(stderr, "latigo: %s [%s]: %s%s\n", options.file.c_str(), section.c_str(),
-                 opened.object ? "warning: " : "", opened.explanation.c_str());
+    Message(options.file + " [" + section + "]: " + (opened.object ? "warning: " : "") + opened.explanation);
   }
   if (!opened.object) {
     return false;
@@ -152,7 +153,7 @@ bool Describe(const Options& options, const std::string& section) {
 int RunInfo(const Options& options, bool sectionGiven) {
   if (sectionGiven) {
     RequireSection(options.file, options.section);
-    return Describe(options, options.section) ? 0 : 2;
+    return Describe(options, options.section) ? 0 : 1;
   }
   const std::vector<std::string> sections = SectionsOf(options.file);
   if (sections.empty()) {

@@ -28,7 +28,7 @@ _latigo_sections() {
 
 _latigo() {
   local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} options
-  local points='--help --section --precision --jobs --dms --lonlat'
+  local points='--help --section --strict --precision --jobs --dms --lonlat'
   COMPREPLY=()
   case $previous in
     -s | --section)
@@ -41,7 +41,7 @@ _latigo() {
     mapfile -t COMPREPLY < <(compgen -W 'info forward inverse scale undulation ecef distance --help --version' -- "$current")
   elif [[ $current == -* ]]; then
     case ${COMP_WORDS[1]} in
-      info) options='--help --section --lang' ;;
+      info) options='--help --section --strict --lang' ;;
       forward | inverse | undulation) options="$points --wgs84" ;;
       scale) options="$points --wgs84 --grid" ;;
       ecef) options="$points --inverse" ;;

@@ -2,12 +2,15 @@
 #include <latigo/latigo.h>
 
 #include <CLI/CLI.hpp>
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
 #include <functional>
 
 #include "commands.h"
 #include "error_text.h"
 #include "lines.h"
+#include "visible.h"
 
 namespace {
 
@@ -21,11 +24,12 @@ constexpr const char* PointsHelp =
     "that is "
     "no point, or a point that fails, gives * for each value and a message, and the exit status is 1 at the end; a "
     "wrong "
-    "file, section or argument gives exit status 2.";
+    "file, section or argument, or output that cannot be written, gives exit status 2.";
 
 void AddSystem(CLI::App& command, Options& options) {
   command.add_option("FILE", options.file, "configuration file")->required();
   command.add_option("-s,--section", options.section, "section of the file")->capture_default_str();
+  command.add_flag("--strict", options.strict, "every warning is a failure: of the point, or of the file");
 }
 
 // Options of the commands that read points.
@@ -39,6 +43,13 @@ CLI::App* AddPointCommand(CLI::App& app, Options& options, const char* name, con
   command->add_flag("--dms", options.dms, "write angles as degrees, minutes and seconds");
   command->add_flag("--lonlat", options.lonlat, "longitude before latitude, in input and output");
   return command;
+}
+
+// What is printed may still wait in a buffer, and a full disk is noticed only when it is written.
+void FinishOutput() {
+  if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
+    throw latigo::cli::UsageError(std::string("standard output: ") + std::strerror(errno));
+  }
 }
 
 int Run(int argc, char** argv) {
@@ -92,11 +103,15 @@ int Run(int argc, char** argv) {
   try {
     app.parse(argc, argv);
   } catch (const CLI::Success& help) {
-    return app.exit(help);
+    const int status = app.exit(help);
+    FinishOutput();
+    return status;
   } catch (const CLI::ParseError& wrong) {
     throw latigo::cli::UsageError(wrong.what());
   }
-  return run();
+  const int status = run();
+  FinishOutput();
+  return status;
 }
 
 }  // namespace
@@ -106,7 +121,7 @@ int main(int argc, char** argv) {
     latigo::cli::PrepareStreams();
     return Run(argc, argv);
   } catch (const std::exception& failure) {
-    std::fprintf(stderr, "latigo: %s\n", failure.what());
+    latigo::cli::Message(failure.what());
     return 2;
   }
 }
