@@ -21,11 +21,15 @@ enum class Conversion {
 // Where a key's value goes. Keys of `Other` are read by the reader one by one.
 enum class Record { Params, Diff, Adjust, Other };
 
+// What a value is, for whoever checks it.
+enum class ValueKind { Number, Factor, Latitude, Longitude, Azimuth, Reciprocal, Integer, Boolean, Keyword, File };
+
 struct ConfigKey {
   const char* name;
   Record record;
   std::size_t offset;  // of the double in the record
   Conversion conversion;
+  ValueKind kind;
 };
 
 // All keys, in the order of reading.

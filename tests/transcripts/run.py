@@ -1,8 +1,16 @@
 """Runs the command-line program as transcripts/*.txt tell.   run.py [EMULATOR...] PROGRAM"""
-import glob, os, re, subprocess, sys
+import glob, os, re, struct, subprocess, sys, tempfile
 
 program = [*sys.argv[1:-1], os.path.realpath(sys.argv[-1])]
 os.chdir(os.path.dirname(os.path.realpath(__file__)))
+
+# Grid files with faults: a header cut, one of zeros, and one of 2 rows of 3 nodes whose last row is cut.
+install = tempfile.TemporaryDirectory()
+os.environ["TWI_BATHYX"] = install.name
+os.mkdir(install.name + "/datum")
+header = struct.pack("<64s3i4f4x", b"", 3, 2, 3, 0, 1, 0, 1)
+for name, content in (("short", header[:50]), ("zero", bytes(96)), ("cut", header + bytes(20))):
+    open(f"{install.name}/datum/{name}.dat", "wb").write(content)
 
 
 def run(arguments, text):
@@ -47,3 +55,14 @@ if os.path.exists("/dev/full"):
         with open("/dev/full", "w") as full:
             done = subprocess.run([*program, *command.split()], input=b"52 5\n", stdout=full, stderr=subprocess.PIPE)
         assert done.returncode == 2 and b"standard output: " in done.stderr, (command, done)
+
+# A configuration file that is none is reported as what it is, never waited for; one with many sections is searched whole.
+if hasattr(os, "mkfifo"):
+    os.mkfifo(install.name + "/fifo")
+    assert run(["info", install.name + "/fifo"], "")[2].endswith("fifo: is not a regular file\n")
+assert run(["info", install.name], "")[2].endswith(": is a directory\n")
+for size, section, expected in ((1 << 24, "Last", 0), ((1 << 24) + 1, "Last", 2)):
+    text = "".join(f"[S{i}]\n" for i in range(60000)) + "[Last]\nProjection=SMERC\nFlattening=298\n"
+    open(install.name + "/many.ini", "w", newline="\n").write(text.ljust(size, ";"))
+    status, output, messages = run(["check", install.name + "/many.ini", "-s", section], "")
+    assert status == expected and not messages and not output, (status, messages)

@@ -36,4 +36,7 @@ int RunDistance(const Options& options);
 // Describes the section, or every section of the file if sectionGiven is false.
 int RunInfo(const Options& options, bool sectionGiven);
 
+// The same without a word: 0 if there is no warning and every section opens, else 2.
+int RunCheck(const Options& options, bool sectionGiven);
+
 }  // namespace latigo::cli

@@ -1,31 +1,16 @@
 #include "coordinate_system.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
-#include <numeric>
 
 #include "frame/config_keys.h"
 #include "frame/errcode.h"
 #include "frame/install_dir.h"
 #include "frame/profile.h"
-#include "platform/ascii.h"
 #include "visible.h"
 
 namespace latigo::cli {
 
 namespace {
-
-constexpr std::int32_t ListSize = 1 << 20;
-
-std::vector<std::string> Names(const std::vector<char>& list) {
-  std::vector<std::string> names;
-  for (const char* name = list.data(); *name != '\0'; name += names.back().size() + 1) {
-    names.emplace_back(name);
-  }
-  return names;
-}
 
 // The path of a configuration file as the library needs it: Windows looks for a bare name in its own directory.
 std::string ProfilePath(const std::string& file) {
@@ -71,49 +56,32 @@ std::string Explain(std::int32_t code, const Profile& profile, const std::string
   }
 }
 
-// How many letters must be put in, taken out or changed to make one name of the other, whatever their capitals.
-std::size_t Distance(std::string_view from, std::string_view to) {
-  std::vector<std::size_t> row(to.size() + 1);
-  std::iota(row.begin(), row.end(), 0U);
-  for (const char letter : from) {
-    std::size_t diagonal = row[0]++;
-    for (std::size_t i = 0; i < to.size(); ++i) {
-      const std::size_t change = diagonal + (AsciiLower(letter) == AsciiLower(to[i]) ? 0 : 1);
-      diagonal = row[i + 1];
-      row[i + 1] = std::min({change, row[i] + 1, row[i + 1] + 1});
-    }
-  }
-  return row.back();
-}
-
 }  // namespace
 
-std::vector<std::string> SectionsOf(const std::string& file) {
-  std::vector<char> list(ListSize);
-  Profile(ProfilePath(file).c_str()).ListSections(list.data(), ListSize);
-  return Names(list);
-}
-
-std::vector<std::string> KeysOf(const std::string& file, const std::string& section) {
-  std::vector<char> list(ListSize);
-  Profile(ProfilePath(file).c_str()).ListKeys(list.data(), ListSize, section.c_str());
-  return Names(list);
-}
-
-void RequireSection(const std::string& file, const std::string& section) {
-  if (std::FILE* readable = std::fopen(file.c_str(), "rb"); readable != nullptr) {
-    std::fclose(readable);
-  } else {
-    throw UsageError(file + ": " + std::strerror(errno));
+void RequireSection(const ConfigFile& config, const Options& options) {
+  if (config.Has(options.section)) {
+    return;
   }
-  const std::vector<std::string> sections = SectionsOf(file);
-  const auto same = [&](const std::string& name) { return EqualIgnoringCase(name, section); };
-  if (std::none_of(sections.begin(), sections.end(), same)) {
-    std::string known;
-    for (const std::string& name : sections) {
-      known += (known.empty() ? "" : ", ") + name;
-    }
-    throw UsageError(file + ": no section " + section + (known.empty() ? "; it has none" : "; it has " + known));
+  constexpr std::size_t Shown = 20;
+  std::string known;
+  const std::vector<std::string> sections = config.Sections();
+  for (std::size_t i = 0; i < std::min(sections.size(), Shown); ++i) {
+    known += (known.empty() ? "" : ", ") + sections[i];
+  }
+  known += sections.size() > Shown ? " and " + std::to_string(sections.size() - Shown) + " others" : "";
+  throw UsageError(options.file + ": no section " + options.section +
+                   (known.empty() ? "; it has none" : "; it has " + known));
+}
+
+void CheckSection(const Options& options) {
+  const ConfigFile config(options.file);
+  RequireSection(config, options);
+  const std::vector<std::string> warnings = config.Warnings(options.section);
+  for (const std::string& warning : warnings) {
+    Message(warning);
+  }
+  if (options.strict && !warnings.empty()) {
+    throw UsageError(options.file + " [" + options.section + "]: refused because of its warnings");
   }
 }
 
@@ -126,19 +94,6 @@ Opened OpenSection(const std::string& file, const std::string& section) {
     opened.explanation = Explain(opened.code, Profile(path.c_str()), section);
   }
   return opened;
-}
-
-void WarnOfUnknownKeys(const std::string& file, const std::string& section) {
-  for (const std::string& key : KeysOf(file, section)) {
-    const auto keys = ConfigKeys();
-    const auto& nearest = *std::min_element(keys.begin(), keys.end(), [&](const ConfigKey& l, const ConfigKey& r) {
-      return Distance(key, l.name) < Distance(key, r.name);
-    });
-    if (!EqualIgnoringCase(key, nearest.name)) {
-      Message(file + " [" + section + "]: warning: nobody reads the key " + key + "; the nearest known key is " +
-              nearest.name);
-    }
-  }
 }
 
 }  // namespace latigo::cli

@@ -7,6 +7,8 @@
 #include <string>
 #include <vector>
 
+#include "commands.h"
+#include "config_check.h"
 #include "error_text.h"
 
 namespace latigo::cli {
@@ -22,16 +24,13 @@ struct Opened {
   std::string explanation;  // for a code other than 0: what it means, and where to look
 };
 
-// The names of a file's sections in its order, or of a section's keys.
-std::vector<std::string> SectionsOf(const std::string& file);
-std::vector<std::string> KeysOf(const std::string& file, const std::string& section);
+// Throws UsageError if the file has no such section, and names those that it has.
+void RequireSection(const ConfigFile& config, const Options& options);
 
-// Throws UsageError if the file cannot be read or has no such section, and names those that it has.
-void RequireSection(const std::string& file, const std::string& section);
+// Warns of what the section has that is probably not meant so. Throws UsageError if the file cannot be read or has no
+// such section, or if there is a warning and the options are strict.
+void CheckSection(const Options& options);
 
 Opened OpenSection(const std::string& file, const std::string& section);
-
-// Warns on standard error of the keys that nobody reads, each with the nearest known key.
-void WarnOfUnknownKeys(const std::string& file, const std::string& section);
 
 }  // namespace latigo::cli

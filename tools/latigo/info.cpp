@@ -1,4 +1,5 @@
 // What a section describes, in words.
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 
@@ -89,7 +90,8 @@ void PrintDatum(GeodesyHandle handle) {
   GetEllDiff(handle, &d);
   if (path[0] != '\0') {
     std::printf("  datum           grid %s\n", Visible(path).c_str());
-  } else if (d.DeltaX == 0 && d.DeltaY == 0 && d.DeltaZ == 0 && d.DeltaRX == 0 && d.DeltaRY == 0 && d.DeltaRZ == 0) {
+  } else if (d.DeltaScale == 1 && d.DeltaX == 0 && d.DeltaY == 0 && d.DeltaZ == 0 && d.DeltaRX == 0 && d.DeltaRY == 0 &&
+             d.DeltaRZ == 0) {
     std::printf("  datum           no shift to WGS-84\n");
   } else {
     std::printf("  datum           from WGS-84: dX %.10g, dY %.10g, dZ %.10g m, scale %.10g ppm,\n", d.DeltaX, d.DeltaY,
@@ -128,42 +130,66 @@ void PrintGeoid(GeodesyHandle handle) {
               constant);
 }
 
-// False if the section does not open, or not whole.
-bool Describe(const Options& options, const std::string& section) {
+// How a section was found; the worst stands last.
+enum class Outcome { Clean, Warned, Failed };
+
+Outcome Describe(const Options& options, const ConfigFile& config, const std::string& section) {
   std::printf("[%s]\n", Visible(section).c_str());
   std::fflush(stdout);  // so that warnings stand below the name
-  WarnOfUnknownKeys(options.file, section);
+  Outcome outcome = Outcome::Clean;
+  for (const std::string& warning : config.Warnings(section)) {
+    Message(warning);
+    outcome = Outcome::Warned;
+  }
   const Opened opened = OpenSection(options.file, section);
   if (opened.code != 0) {
+    outcome = opened.object ? std::max(outcome, Outcome::Warned) : Outcome::Failed;
     Message(options.file + " [" + section + "]: " + (opened.object ? "warning: " : "") + opened.explanation);
   }
-  if (!opened.object) {
-    return false;
+  if (opened.object) {
+    PrintProjection(opened.object.get());
+    PrintNames(opened.object.get(), options.language);
+    PrintDatum(opened.object.get());
+    PrintAdjustment(opened.object.get());
+    PrintGeoid(opened.object.get());
   }
-  PrintProjection(opened.object.get());
-  PrintNames(opened.object.get(), options.language);
-  PrintDatum(opened.object.get());
-  PrintAdjustment(opened.object.get());
-  PrintGeoid(opened.object.get());
-  return true;
+  return outcome;
+}
+
+std::vector<std::string> SectionsAsked(const Options& options, const ConfigFile& config, bool sectionGiven) {
+  const std::vector<std::string> sections = config.Sections();
+  if (sectionGiven || sections.empty()) {
+    RequireSection(config, options);
+    return {options.section};
+  }
+  return sections;
 }
 
 }  // namespace
 
 int RunInfo(const Options& options, bool sectionGiven) {
-  if (sectionGiven) {
-    RequireSection(options.file, options.section);
-    return Describe(options, options.section) ? 0 : 1;
+  const ConfigFile config(options.file);
+  Outcome worst = Outcome::Clean;
+  for (const std::string& section : SectionsAsked(options, config, sectionGiven)) {
+    worst = std::max(worst, Describe(options, config, section));
   }
-  const std::vector<std::string> sections = SectionsOf(options.file);
-  if (sections.empty()) {
-    RequireSection(options.file, options.section);
+  if (options.strict && worst != Outcome::Clean) {
+    return 2;
   }
-  bool all = true;
-  for (const std::string& section : sections) {
-    all = Describe(options, section) && all;
+  return worst == Outcome::Failed ? 1 : 0;
+}
+
+int RunCheck(const Options& options, bool sectionGiven) {
+  try {
+    const ConfigFile config(options.file);
+    const std::vector<std::string> sections = SectionsAsked(options, config, sectionGiven);
+    const bool clean = std::all_of(sections.begin(), sections.end(), [&](const std::string& section) {
+      return config.Warnings(section).empty() && OpenSection(options.file, section).code == 0;
+    });
+    return clean ? 0 : 2;
+  } catch (const UsageError&) {
+    return 2;
   }
-  return all ? 0 : 1;
 }
 
 }  // namespace latigo::cli

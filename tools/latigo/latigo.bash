@@ -38,10 +38,11 @@ _latigo() {
     --precision | --jobs) return ;;
   esac
   if [ "$COMP_CWORD" -eq 1 ]; then
-    mapfile -t COMPREPLY < <(compgen -W 'info forward inverse scale undulation ecef distance --help --version' -- "$current")
+    mapfile -t COMPREPLY < <(compgen -W 'info check forward inverse scale undulation ecef distance --help --version' -- "$current")
   elif [[ $current == -* ]]; then
     case ${COMP_WORDS[1]} in
       info) options='--help --section --strict --lang' ;;
+      check) options='--help --section' ;;
       forward | inverse | undulation) options="$points --wgs84" ;;
       scale) options="$points --wgs84 --grid" ;;
       ecef) options="$points --inverse" ;;

@@ -66,6 +66,13 @@ int Run(int argc, char** argv) {
       ->check(CLI::IsMember({"eng", "fra", "esp"}));
   info->callback([&] { run = [&, info] { return RunInfo(options, info->count("--section") > 0); }; });
 
+  CLI::App* check = app.add_subcommand(
+      "check",
+      "Says by its exit status alone whether info has nothing to warn of: 0, or 2 if it has, or if the file "
+      "cannot be read or a section does not open.");
+  AddSystem(*check, options);
+  check->callback([&] { run = [&, check] { return RunCheck(options, check->count("--section") > 0); }; });
+
   CLI::App* forward = AddPointCommand(app, options, "forward",
                                       "Latitude and longitude to easting and northing (x and y), and an ellipsoidal "
                                       "height to the height less the undulation if the section has a geoid.");

@@ -142,8 +142,7 @@ class BlockRun {
 }  // namespace
 
 int RunPoints(const Options& options, const PointCommand& command) {
-  RequireSection(options.file, options.section);
-  WarnOfUnknownKeys(options.file, options.section);
+  CheckSection(options);
   std::vector<std::unique_ptr<const Converter>> converters(static_cast<std::size_t>(options.jobs));  // one a thread
   for (auto& converter : converters) {
     converter = std::make_unique<const Converter>(options);

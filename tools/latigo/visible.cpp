@@ -13,8 +13,8 @@ constexpr std::uint32_t Lowest[] = {0, 0x80, 0x800, 0x10000};
 
 bool IsPlain(std::uint32_t c) {
   const bool control = c < 0x20 || (c >= 0x7F && c < 0xA0);
-  const bool direction = c == 0x61C || c == 0x200E || c == 0x200F || (c >= 0x202A && c <= 0x202E) ||
-                         (c >= 0x2066 && c <= 0x2069);
+  const bool direction =
+      c == 0x61C || c == 0x200E || c == 0x200F || (c >= 0x202A && c <= 0x202E) || (c >= 0x2066 && c <= 0x2069);
   const bool separator = c == 0x2028 || c == 0x2029;
   const bool surrogate = c >= 0xD800 && c < 0xE000;
   return !control && !direction && !separator && !surrogate && c < 0x110000;

@@ -1,0 +1,267 @@
+#include "config_check.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <charconv>
+#include <cmath>
+#include <cstdint>
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <memory>
+#include <numeric>
+
+#include "error_text.h"
+#include "frame/c_numbers.h"
+#include "frame/config_keys.h"
+#include "frame/install_dir.h"
+#include "platform/ascii.h"
+#include "platform/posix/profile_file.h"
+
+namespace latigo::cli {
+
+namespace {
+
+constexpr std::uintmax_t SizeLimit = 16U << 20U;  // bytes; the library reads no larger file
+constexpr std::size_t ValueLimit = 79;            // characters of a value that count
+
+using File = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
+
+std::string ReadFile(const std::string& path) {
+  std::error_code ignored;
+  const std::filesystem::file_status status = std::filesystem::status(path, ignored);
+  if (std::filesystem::is_directory(status)) {
+    throw UsageError(path + ": is a directory");
+  }
+  if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)) {
+    throw UsageError(path + ": is not a regular file");
+  }
+  const File file(std::fopen(path.c_str(), "rb"), std::fclose);
+  if (!file) {
+    throw UsageError(path + ": " + std::strerror(errno));
+  }
+  std::string bytes(SizeLimit + 1, '\0');
+  bytes.resize(std::fread(bytes.data(), 1, bytes.size(), file.get()));
+  if (std::ferror(file.get()) != 0) {
+    throw UsageError(path + ": " + std::strerror(errno));
+  }
+  if (bytes.size() > SizeLimit) {
+    throw UsageError(path + ": is larger than 16 MB");
+  }
+  return bytes;
+}
+
+std::string Short(double value) {
+  char text[32];
+  return {text, std::to_chars(text, text + sizeof text, value).ptr};
+}
+
+template <typename Number>
+bool IsWhole(std::string_view text) {
+  text.remove_prefix(text.starts_with('+') && !text.starts_with("+-") ? 1 : 0);
+  Number number{};
+  const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
+  return result.ec == std::errc() && result.ptr == text.data() + text.size();
+}
+
+bool IsOneOf(std::string_view text, std::initializer_list<std::string_view> words) {
+  return std::any_of(words.begin(), words.end(), [&](std::string_view word) { return EqualIgnoringCase(text, word); });
+}
+
+// The letters to insert, remove or change between two names, ignoring case.
+std::size_t Distance(std::string_view from, std::string_view to) {
+  std::vector<std::size_t> row(to.size() + 1);
+  std::iota(row.begin(), row.end(), 0U);
+  for (const char letter : from) {
+    std::size_t diagonal = row[0]++;
+    for (std::size_t i = 0; i < to.size(); ++i) {
+      const std::size_t change = diagonal + (AsciiLower(letter) == AsciiLower(to[i]) ? 0 : 1);
+      diagonal = row[i + 1];
+      row[i + 1] = std::min({change, row[i] + 1, row[i + 1] + 1});
+    }
+  }
+  return row.back();
+}
+
+// Compares the size of a grid file with the lattice of its header; empty if they fit or the file has no header.
+std::string CheckGridFile(std::string_view name) {
+  char path[256];
+  if (!GridFilePath(std::string(name).c_str(), path)) {
+    return {};
+  }
+#if !defined(_WIN32)
+  std::replace(path, path + std::strlen(path), '\\', '/');
+#endif
+  std::error_code failure;
+  if (!std::filesystem::is_regular_file(path, failure)) {
+    return {};
+  }
+  const std::uintmax_t size = std::filesystem::file_size(path, failure);
+  const File file(std::fopen(path, "rb"), std::fclose);
+  unsigned char header[96];
+  if (failure || !file || std::fread(header, 1, sizeof header, file.get()) != sizeof header) {
+    return {};
+  }
+  const auto count = [&](std::size_t offset) {
+    std::uint32_t value = 0;
+    for (std::size_t i = 4; i-- > 0;) {
+      value = value << 8U | header[offset + i];
+    }
+    return static_cast<double>(static_cast<std::int32_t>(value));
+  };
+  const double needed = (count(64) * count(72) * 4 + 4) * (count(68) + 1);
+  if (static_cast<double>(size) >= needed) {
+    return {};
+  }
+  return std::string(path) + " has " + std::to_string(size) + " bytes, but its header describes " + Short(needed);
+}
+
+}  // namespace
+
+ConfigFile::ConfigFile(const std::string& path) : path_(path), bytes_(ReadFile(path)) {
+  ProfileLines lines(bytes_);
+  ProfileLine line;
+  std::size_t number = 0;
+  std::size_t current = SIZE_MAX;  // no section, or one that is not read
+  while (lines.Next(line)) {
+    ++number;
+    if (line.is == ProfileLine::Is::Section && !line.name.empty()) {
+      const auto [place, isNew] = index_.emplace(Folded(line.name), sections_.size());
+      current = isNew ? sections_.size() : SIZE_MAX;
+      if (isNew) {
+        sections_.push_back({line.name, number, {}, {}});
+      } else {
+        sections_[place->second].again.push_back(number);
+      }
+    } else if (line.is == ProfileLine::Is::Key && current != SIZE_MAX) {
+      sections_[current].keys.push_back({line.name, line.value, number});
+    }
+  }
+}
+
+std::string ConfigFile::Folded(std::string_view name) {
+  std::string folded(Trimmed(name));
+  std::transform(folded.begin(), folded.end(), folded.begin(), [](char c) { return AsciiLower(c); });
+  return folded;
+}
+
+std::vector<std::string> ConfigFile::Sections() const {
+  std::vector<std::string> names;
+  for (const Section& section : sections_) {
+    names.emplace_back(section.name);
+  }
+  return names;
+}
+
+std::string_view ConfigFile::ValueOf(const Section& section, std::string_view key) const {
+  const auto found = std::find_if(section.keys.begin(), section.keys.end(),
+                                  [&](const Key& one) { return EqualIgnoringCase(one.name, key); });
+  return found != section.keys.end() ? found->value.value_or("").substr(0, ValueLimit) : std::string_view();
+}
+
+double ConfigFile::NumberOf(const Section& section, std::string_view key) const {
+  return CDouble(std::string(ValueOf(section, key)).c_str());
+}
+
+std::string ConfigFile::CheckValue(const Key& key) const {
+  const auto keys = ConfigKeys();
+  const auto known = std::find_if(keys.begin(), keys.end(),
+                                  [&](const ConfigKey& one) { return EqualIgnoringCase(one.name, key.name); });
+  if (known == keys.end()) {
+    const auto nearest = std::min_element(keys.begin(), keys.end(), [&](const ConfigKey& l, const ConfigKey& r) {
+      return Distance(key.name, l.name) < Distance(key.name, r.name);
+    });
+    return "nobody reads the key " + std::string(key.name) + "; the nearest known key is " + nearest->name;
+  }
+  const std::string value(*key.value);
+  if (value.empty()) {
+    return {};
+  }
+  const std::string cut = value.substr(0, ValueLimit);
+  const std::string entry = std::string(key.name) + "=" + value;
+  const double number = CDouble(cut.c_str());
+  const bool angle =
+      known->kind == ValueKind::Latitude || known->kind == ValueKind::Longitude || known->kind == ValueKind::Azimuth;
+  switch (known->kind) {
+    case ValueKind::File:
+      return CheckGridFile(value);
+    case ValueKind::Keyword:
+      return {};
+    case ValueKind::Boolean:
+      return IsOneOf(cut, {"on", "yes", "true", "1", "off", "no", "false", "0"})
+                 ? ""
+                 : entry + " is read as " + (CInt(cut.c_str()) == 1 ? "yes" : "no");
+    case ValueKind::Integer:
+      return IsWhole<std::int32_t>(value) ? "" : entry + " is read as " + std::to_string(CInt(cut.c_str()));
+    default:
+      break;
+  }
+  if (!IsWhole<double>(value) || !std::isfinite(number)) {
+    return entry + " is read as " + Short(number) + (angle ? " (angles are decimal degrees)" : "");
+  }
+  const double limit = known->kind == ValueKind::Latitude ? 90 : known->kind == ValueKind::Longitude ? 180 : 360;
+  if (angle && !(std::fabs(number) <= limit)) {
+    return entry + " is beyond " + Short(limit) + " degrees";
+  }
+  if (known->kind == ValueKind::Factor && number != 0 && !(number >= 0.5 && number <= 2)) {
+    return entry + " is not between 0.5 and 2";
+  }
+  if (known->kind == ValueKind::Reciprocal && number != 0 && !(number >= 1)) {
+    return entry + " is below 1, but it is the reciprocal flattening 1/f that is read";
+  }
+  return {};
+}
+
+// What several keys have together.
+std::vector<std::string> ConfigFile::CheckSystem(const Section& section) const {
+  constexpr std::int32_t Sphere = 9;  // reads no parameter
+  std::vector<std::string> found;
+  const std::string keyword(ValueOf(section, "Projection"));
+  const std::int32_t kind = KindOfKeyword(keyword.c_str());
+  const double a = NumberOf(section, "SemiMajorAxis");
+  if (kind != 0 && kind != Sphere && !(a > 6.3e6 && a < 6.4e6)) {
+    found.push_back("SemiMajorAxis is read as " + Short(a) + ", which is no size of the earth in metres");
+  }
+  const double unit = NumberOf(section, "Unit");
+  const double easting = NumberOf(section, "FalseEasting");
+  const double k0 = NumberOf(section, "ScaleFactor");
+  if (EqualIgnoringCase(keyword, "UTM") &&
+      !(k0 == 0.9996 && std::fabs(easting * (unit == 0 ? 1 : unit) - 500000) < 1)) {
+    found.push_back("Projection=UTM sets no parameter: ScaleFactor is read as " + Short(k0 == 0 ? 1 : k0) +
+                    " and FalseEasting as " + Short(easting) + ", where UTM has 0.9996 and 500000 metres");
+  }
+  return found;
+}
+
+std::vector<std::string> ConfigFile::Warnings(std::string_view name) const {
+  std::vector<std::string> warnings;
+  const auto found = index_.find(Folded(name));
+  if (found == index_.end()) {
+    return warnings;
+  }
+  const Section& section = sections_[found->second];
+  const auto warn = [&](std::size_t line, const std::string& text) {
+    warnings.push_back(path_ + ":" + std::to_string(line) + " [" + std::string(section.name) + "]: warning: " + text);
+  };
+  std::unordered_map<std::string, std::size_t> seen;
+  for (const Key& key : section.keys) {
+    const auto [first, isNew] = seen.emplace(Folded(key.name), key.line);
+    if (!isNew) {
+      warn(key.line, "the key " + std::string(key.name) + " is not read: line " + std::to_string(first->second) +
+                         " has it already");
+    } else if (!key.value) {
+      warn(key.line, "a line without = is not read: " + std::string(key.name));
+    } else if (const std::string text = CheckValue(key); !text.empty()) {
+      warn(key.line, text);
+    }
+  }
+  for (const std::string& text : CheckSystem(section)) {
+    warn(section.line, text);
+  }
+  for (const std::size_t line : section.again) {
+    warn(line, "this section is not read: line " + std::to_string(section.line) + " has one of its name already");
+  }
+  return warnings;
+}
+
+}  // namespace latigo::cli

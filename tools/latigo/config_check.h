@@ -1,0 +1,53 @@
+// What a configuration file has that is probably not meant as the library reads it.
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+#include <vector>
+
+namespace latigo::cli {
+
+// A configuration file in memory, read as the library reads it.
+class ConfigFile {
+ public:
+  // Throws UsageError if the file cannot be read: it is missing, no regular file, or too large.
+  explicit ConfigFile(const std::string& path);
+  ConfigFile(const ConfigFile&) = delete;
+  ConfigFile& operator=(const ConfigFile&) = delete;
+
+  // The names of the sections, each once.
+  std::vector<std::string> Sections() const;
+  bool Has(std::string_view section) const { return index_.contains(Folded(section)); }
+
+  // One line of text for each cause: file, line, section, key and what is read.
+  std::vector<std::string> Warnings(std::string_view section) const;
+
+ private:
+  struct Key {
+    std::string_view name;
+    std::optional<std::string_view> value;  // nothing for a line without =
+    std::size_t line;
+  };
+  struct Section {
+    std::string_view name;
+    std::size_t line;
+    std::vector<Key> keys;
+    std::vector<std::size_t> again;  // lines of further sections of the name, which are not read
+  };
+
+  static std::string Folded(std::string_view name);
+  std::string_view ValueOf(const Section& section, std::string_view key) const;
+  double NumberOf(const Section& section, std::string_view key) const;
+  std::string CheckValue(const Key& key) const;
+  std::vector<std::string> CheckSystem(const Section& section) const;
+
+  std::string path_;
+  std::string bytes_;
+  std::vector<Section> sections_;
+  std::unordered_map<std::string, std::size_t> index_;
+};
+
+}  // namespace latigo::cli
