@@ -49,7 +49,8 @@ TEST_F(FileTest, TheClassGivesPathsOfAnyLengthWhole) {
   Write("d", Grid{.nz = 2}.Bytes());
   namespace api = latigo::api;
   api::Geodesy object = *api::Geodesy::CreateGeodesy(Utm31());
-  for (const std::size_t length : {200U, 509U, 510U, 511U, 512U, 513U, 816U, 1021U, 1022U, 1023U, 1024U, 1025U, 4000U}) {
+  for (const std::size_t length :
+       {200U, 509U, 510U, 511U, 512U, 513U, 816U, 1021U, 1022U, 1023U, 1024U, 1025U, 4000U}) {
     std::string folder = Path("");
     while (folder.size() + 1 < length) { folder += folder.size() + 3 < length && folder.ends_with('/') ? "./" : "/"; }
     ASSERT_EQ(object.SetGeoid((folder + "g").c_str(), 2) + object.SetEllModel((folder + "d").c_str()), 0) << length;
