@@ -1,5 +1,5 @@
 """Runs the command-line program as transcripts/*.txt tell.   run.py [EMULATOR...] PROGRAM"""
-import glob, os, re, struct, subprocess, sys, tempfile
+import glob, os, re, select, struct, subprocess, sys, tempfile
 
 program = [*sys.argv[1:-1], os.path.realpath(sys.argv[-1])]
 os.chdir(os.path.dirname(os.path.realpath(__file__)))
@@ -39,6 +39,48 @@ status, output, messages = run(["info", "systems.ini", "--lang", "fra"], "")
 for text in ("mètre, mètres (m)", "ouest (Y), nord (Y)", "coordinate frame rotation, not position vector", "dX 10, dY 0, dZ 0 m",
              "rX -1.5,", "X reversed", "constant 45.5"):
     assert text in output, (text, output)
+
+if len(sys.argv) == 2:  # grids that a section names lie in the install folder
+    with tempfile.TemporaryDirectory() as folder:
+        os.environ["TWI_BATHYX"] = folder
+        os.mkdir(folder + "/datum")
+        for name, nz, rows in ("d", 3, 5), ("short", 3, 3), ("g", 1, 5):
+            node = struct.pack(f"<{nz}f", *((0, 0, 100) if nz == 3 else (40,)))
+            bytes_ = (b" " * 64 + struct.pack("<3i4fi", 10, 5, nz, 0, 1, 50, 1, 0)).ljust(10 * nz * 4 + 4)
+            open(f"{folder}/datum/{name}.dat", "wb").write(bytes_ + (b"lead" + node * 10) * rows)
+        system = open("systems.ini").read().split("[")[1].split("]")[1]
+        for name, more in ("grids", "Geoid=g.dat\nVertUnit=0.5\nDynDatum=d.dat"), ("short", "DynDatum=short.dat"):
+            open(f"{folder}/{name}.ini", "w").write(f"[Geodesy]{system}{more}\n")
+        forward = ["forward", f"{folder}/grids.ini", "--wgs84"]
+        # 40 m below 100 m above WGS-84, in half metres; the ellipsoid of the datum lies 100 sin(52) lower there.
+        for more, height in ([], "120.0000"), (["--geoid-on-datum"], "277."):
+            status, output, messages = run([*forward, *more], "52 5 100.0")
+            assert status == 0 and output.split()[2].startswith(height) and messages == "", (output, messages)
+            back = run(["inverse", *forward[1:], *more, "--precision", "4"], output)[1]
+            assert back == "52.0000 5.0000 100.0000\n", back
+        outside = run(forward, "52 5\n60 5\n52 -1"), run([*forward, "--outside-grid", "unshifted"], "60 5\n60 5")
+        assert outside[0][0] == 1 and outside[0][1].endswith("\n* *\n* *\n"), outside
+        assert outside[0][2].count("outside the datum grid\n") == 2, outside
+        assert outside[1][0] == 0 and outside[1][1].startswith("611544.") and "2 points: outside" in outside[1][2], outside
+        short = run(["forward", f"{folder}/short.ini", "--wgs84"], "51.5 5\n53.5 5")
+        assert short[0] == 1 and short[1].endswith("\n* *\n") and "cannot be read" in short[2], short
+
+    # What the files before a missing one gave is printed, and a finished block while input is awaited.
+    with tempfile.NamedTemporaryFile("w", suffix=".txt") as points:
+        points.write("52 5\n" * 50000)
+        points.flush()
+        for jobs in "1", "3":
+            status, output, messages = run(["forward", "systems.ini", "--jobs", jobs, points.name, "nothing.txt"], "")
+            assert status == 2 and output.count("\n") == 50000 and "nothing.txt" in messages, messages
+    for jobs in "1", "3":
+        process = subprocess.Popen([*program, "forward", "systems.ini", "--jobs", jobs], stdin=-1, stdout=-1)
+        process.stdin.write(b"52 5\n")
+        process.stdin.flush()
+        assert select.select([process.stdout], [], [], 30)[0], "nothing is printed while input is awaited"
+        process.communicate()
+        with open("/dev/full", "w") as full:
+            command = [*program, "forward", "systems.ini", "--jobs", jobs]
+            assert subprocess.run(command, input=b"52 5\n", stdout=full, stderr=-3).returncode == 2
 
 # Threads keep the order of lines and messages, and a line beyond the limit is a failed point in its place.
 lines = [f"{i % 91}.5 {i % 7} p{i}" for i in range(60000)]

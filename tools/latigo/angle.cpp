@@ -102,9 +102,15 @@ Parsed ParseAngle(std::string_view text, Axis axis) {
   const bool minus = text.starts_with('-');
   const bool hasSign = minus || text.starts_with('+');
   text.remove_prefix(hasSign ? 1 : 0);
+  const std::string_view unsignedText = text;
   double degrees = 0;
   if (const char* fault = TakeSexagesimal(text, degrees); fault != nullptr) {
     return {0, fault};
+  }
+  if (text.size() > 1 && Upper(text.front()) == 'E') {  // an exponent, no hemisphere
+    const Parsed number = ParseNumber(unsignedText);
+    degrees = number.fault == nullptr ? number.value : degrees;
+    text.remove_prefix(number.fault == nullptr ? text.size() : 0);
   }
   bool negative = minus;
   if (!text.empty()) {

@@ -16,7 +16,7 @@ struct Parsed {
 // A whole text that is a finite number with a decimal point.
 Parsed ParseNumber(std::string_view text);
 
-// Decimal degrees, or degrees, minutes and seconds: 52.5, -1.5, 52:30:00N, 52:30.5, 52°30'00"N. Either a sign or a
+// Decimal degrees, or degrees, minutes and seconds: 52.5, -1.5, 52:30:00N, 52:30.5, 52°30'00"N, 1e-05. Either a sign or a
 // hemisphere letter behind. Latitudes up to 90 degrees, longitudes up to 360.
 Parsed ParseAngle(std::string_view text, Axis axis);
 

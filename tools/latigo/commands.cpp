@@ -1,6 +1,7 @@
 #include "commands.h"
 
 #include <cmath>
+#include <cstdio>
 
 #include "converter.h"
 #include "point_loop.h"
@@ -17,29 +18,27 @@ void Forward(const Converter& converter, const PointLine& point, Result& result)
   Position from;
   double x = 0;
   double y = 0;
-  double undulation = 0;
+  double height = 0;
   if (!converter.ReadGeographic(point, from, result) ||
       !result.Call(GeoXY(converter.Handle(), &x, &y, from.latitude, from.longitude), "GeoXY") ||
-      !converter.ReadUndulation(point, from, undulation, result)) {
+      (point.third && !converter.ToGridHeight(point, from, height, result))) {
     return;
   }
+  converter.CheckForward(from, x, y, result);
   result.Add(x, Quantity::Length);
   result.Add(y, Quantity::Length);
   if (point.third) {
-    result.Add(from.h - undulation, Quantity::Length);
+    result.Add(height, Quantity::Length);
   }
 }
 
 void Inverse(const Converter& converter, const PointLine& point, Result& result) {
   Position to;
-  double undulation = 0;
-  if (!result.Call(XYGeo(converter.Handle(), point.first, point.second, &to.latitude, &to.longitude), "XYGeo") ||
-      !converter.ReadUndulation(point, to, undulation, result)) {
+  if (!result.Call(XYGeo(converter.Handle(), point.first, point.second, &to.latitude, &to.longitude), "XYGeo")) {
     return;
   }
-  to.h = point.third.value_or(0) + undulation;
-  if (converter.CommandOptions().wgs84 &&
-      !result.Call(InvWGS84Conv(converter.Handle(), &to.latitude, &to.longitude, &to.h), "InvWGS84Conv")) {
+  converter.CheckInverse(point.first, point.second, to, result);
+  if (!converter.FromGridHeight(point, to, result)) {
     return;
   }
   converter.WriteGeographic(to, result);
@@ -57,6 +56,7 @@ void ScaleFactor(const Converter& converter, const PointLine& point, Result& res
         !result.Call(GeoXY(converter.Handle(), &x, &y, at.latitude, at.longitude), "GeoXY")) {
       return;
     }
+    converter.CheckForward(at, x, y, result);
   }
   const double k = Scale(converter.Handle(), x, y);
   if (result.Call(GetGeodesyError() == 0 ? 1 : 0, "Scale")) {
@@ -67,8 +67,7 @@ void ScaleFactor(const Converter& converter, const PointLine& point, Result& res
 void GeoidUndulation(const Converter& converter, const PointLine& point, Result& result) {
   Position at;
   double undulation = 0;
-  if (converter.ReadGeographic(point, at, result) &&
-      result.Call(Undulation(converter.Handle(), at.latitude, at.longitude, &undulation), "Undulation")) {
+  if (converter.ReadGeographic(point, at, result) && converter.ReadUndulation(point, at, undulation, result)) {
     result.Add(undulation, Quantity::Length);
   }
 }
@@ -123,6 +122,15 @@ int RunScale(Options options) {
 }
 
 int RunUndulation(const Options& options) {
+  RequireSection(ConfigFile(options.file), options);
+  if (!Converter(options).HasGeoid()) {
+    const std::string text = options.file + " [" + options.section + "]: the section has no geoid";
+    if (options.strict) {
+      throw UsageError(text);
+    }
+    std::fprintf(stderr, "latigo: %s [%s]: warning: the section has no geoid: every undulation is 0\n",
+                 options.file.c_str(), options.section.c_str());
+  }
   return RunPoints(options, {GeographicOrder(options), 1, Third::Carried, GeoidUndulation});
 }
 

@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+#include "point_line.h"
+
 namespace latigo::cli {
 
 inline constexpr double RadiansPerDegree = 0.017453292519943295;
@@ -21,8 +23,12 @@ struct Options {
   bool grid = false;                // scale: read projection coordinates
   bool localGrid = true;            // the local grid of the section is in force
   bool strict = false;              // every warning is a failure
-  int precision = -1;               // digits behind the point; -1 for the command's own
-  int jobs = 1;                     // threads
+  bool unshifted = false;           // points outside the datum grid keep their latitude and longitude
+  bool geoidOnDatum = false;        // the geoid belongs to the section's own ellipsoid, though the points are WGS-84
+  bool noHeight = false;            // the third field is no height and is carried through
+  Separation separation = Separation::Auto;
+  int precision = -1;  // digits behind the point; -1 for the command's own
+  int jobs = 1;        // threads
 };
 
 // Each gives the exit status: 0, or 1 if a point failed. Throws UsageError.

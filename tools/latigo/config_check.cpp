@@ -153,6 +153,11 @@ std::vector<std::string> ConfigFile::Sections() const {
   return names;
 }
 
+bool ConfigFile::HasValue(std::string_view section, std::string_view key) const {
+  const auto found = index_.find(Folded(section));
+  return found != index_.end() && !ValueOf(sections_[found->second], key).empty();
+}
+
 std::string_view ConfigFile::ValueOf(const Section& section, std::string_view key) const {
   const auto found = std::find_if(section.keys.begin(), section.keys.end(),
                                   [&](const Key& one) { return EqualIgnoringCase(one.name, key); });

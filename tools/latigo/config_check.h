@@ -22,6 +22,9 @@ class ConfigFile {
   std::vector<std::string> Sections() const;
   bool Has(std::string_view section) const { return index_.contains(Folded(section)); }
 
+  // Whether a section has a value for a key.
+  bool HasValue(std::string_view section, std::string_view key) const;
+
   // One line of text for each cause: file, line, section, key and what is read.
   std::vector<std::string> Warnings(std::string_view section) const;
 

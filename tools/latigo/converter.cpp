@@ -1,7 +1,10 @@
 #include "converter.h"
 
+#include <algorithm>
 #include <cmath>
 #include <utility>
+
+#include "platform/ascii.h"
 
 namespace latigo::cli {
 
@@ -9,6 +12,46 @@ namespace {
 
 constexpr double Pi = 3.141592653589793;
 constexpr double TwoPi = 6.283185307179586;
+
+constexpr std::size_t PathSize = 512;
+constexpr double EarthRadius = 6371000;   // metres
+constexpr double RoundTripLimit = 1;      // metres
+constexpr double HeightTolerance = 1e-6;  // metres
+constexpr int HeightIterations = 10;
+
+// How far from its origin a projection is taken to hold without a test: difference of longitude from the central
+// meridian in degrees, and distances in metres along the axes.
+struct Reach {
+  double degrees;
+  double easting;
+  double northing;
+};
+
+constexpr double Everywhere = 20.1e6;  // half a meridian, and a little
+
+constexpr Reach ReachOf(std::int32_t kind) {
+  switch (kind) {
+    case 3:   // transverse Mercator
+    case 11:  // Cassini-Soldner
+      return {6, 700e3, 10.1e6};
+    case 2:  // Mercator
+    case 9:  // Mercator on a sphere
+      return {181, Everywhere, 5 * Everywhere};
+    case 1:   // Lambert conformal conic
+    case 10:  // Albers equal-area conic
+      return {90, 3e6, 2e6};
+    case 8:  // azimuthal equidistant
+      return {10, 1.1e6, 1.1e6};
+    case 12:  // polar stereographic
+      return {181, Everywhere, Everywhere};
+    default:
+      return {20, 2.5e6, 2.5e6};
+  }
+}
+
+double Wrapped(double longitude) {
+  return std::fabs(longitude) <= Pi ? longitude : std::remainder(longitude, TwoPi);
+}
 
 Object OpenOrThrow(const Options& options) {
   Opened opened = OpenSection(options.file, options.section);
@@ -24,13 +67,30 @@ Converter::Converter(const Options& options) : options_(options), object_(OpenOr
   GeodesyParams params;
   GetGeodesyParams(Handle(), &params, nullptr, nullptr);
   centralMeridian_ = params.CentralMeridian;
-  char path[1] = "";
+  metresPerUnit_ = params.Kind == 4 || params.Kind == 9 || params.Kind == 12 ? 1 : params.Unit;  // these are in metres
+  char path[PathSize] = "";
   double constant = 0;
   GetGeoid(Handle(), path, sizeof path, &constant);
   hasGeoid_ = path[0] != '\0' || constant != 0;
+  hasVerticalUnit_ = ConfigFile(options.file).HasValue(options.section, "VertUnit");
   if (!options.localGrid) {
     const Adjustment none = {0, 0, 0, 0, 1, 0, 0};
     SetAdjustment(Handle(), &none);
+  }
+  if (char grid[PathSize] = ""; options.wgs84 && GetEllModel(Handle(), grid, sizeof grid) != 0 && grid[0] != '\0') {
+    datumGrid_ = std::make_unique<InterpFile>(grid, false);
+  }
+  Adjustment adjustment;
+  GetAdjustment(Handle(), &adjustment);
+  const Reach reach = ReachOf(params.Kind);
+  nearLongitude_ = reach.degrees * RadiansPerDegree;
+  nearX_ = reach.easting / metresPerUnit_;
+  nearY_ = reach.northing / metresPerUnit_;
+  if ((adjustment.AdjustType & 0xFFFFU) != 0) {  // which may turn the axes
+    nearX_ = nearY_ = std::min(nearX_, nearY_);
+  }
+  if (GeoXY(Handle(), &originX_, &originY_, params.RefLatitude, params.CentralMeridian) == 0) {
+    originX_ = originY_ = NAN;  // nothing is near
   }
 }
 
@@ -39,7 +99,8 @@ bool Converter::ReadGeographic(const PointLine& point, Position& position, Resul
   latitude = point.first * RadiansPerDegree;
   longitude = point.second * RadiansPerDegree;
   h = point.third.value_or(0);
-  if (options_.wgs84 && !result.Call(WGS84Conv(Handle(), &latitude, &longitude, &h), "WGS84Conv")) {
+  if (options_.wgs84 && (!InDatumGrid(latitude, longitude, result) ||
+                         !result.Call(WGS84Conv(Handle(), &latitude, &longitude, &h), "WGS84Conv"))) {
     return false;
   }
   // The nearest turn to the central meridian, since not every projection wraps longitudes.
@@ -58,10 +119,122 @@ void Converter::WriteGeographic(const Position& position, Result& result) const 
   }
 }
 
-bool Converter::ReadUndulation(const PointLine& point, const Position& at, double& undulation, Result& result) const {
-  undulation = 0;
-  return !point.third || !hasGeoid_ ||
-         result.Call(Undulation(Handle(), at.latitude, at.longitude, &undulation), "Undulation");
+bool Converter::UndulationAt(double latitude, double longitude, double& undulation, Result& result) const {
+  return result.Call(Undulation(Handle(), latitude, longitude, &undulation), "Undulation");
+}
+
+bool Converter::ReadUndulation(const PointLine& point, const Position& position, double& undulation,
+                               Result& result) const {
+  return GeoidOnWgs84() ? UndulationAt(point.first * RadiansPerDegree, Wrapped(point.second * RadiansPerDegree),
+                                       undulation, result)
+                        : UndulationAt(position.latitude, position.longitude, undulation, result);
+}
+
+bool Converter::ToGridHeight(const PointLine& point, const Position& position, double& height, Result& result) const {
+  double undulation = 0;
+  if (hasGeoid_ && !ReadUndulation(point, position, undulation, result)) {
+    return false;
+  }
+  // The undulation of a WGS-84 geoid belongs to the height above WGS-84, before the shift.
+  height = (hasGeoid_ && GeoidOnWgs84() ? *point.third : position.h) - undulation;
+  return !hasVerticalUnit_ || result.Call(VConvert(Handle(), &height, 0), "VConvert");
+}
+
+bool Converter::FromGridHeight(const PointLine& point, Position& position, Result& result) const {
+  double height = point.third.value_or(0);
+  if (hasVerticalUnit_ && !result.Call(VConvert(Handle(), &height, 1), "VConvert")) {
+    return false;
+  }
+  const bool withGeoid = hasGeoid_ && point.third;
+  if (!options_.wgs84) {
+    double undulation = 0;
+    if (withGeoid && !UndulationAt(position.latitude, position.longitude, undulation, result)) {
+      return false;
+    }
+    position.h = height + undulation;
+    return true;
+  }
+  if (!InDatumGrid(position.latitude, position.longitude, result)) {
+    return false;
+  }
+  Position own = position;
+  own.h = height;
+  if (withGeoid && !GeoidOnWgs84()) {
+    double undulation = 0;
+    if (!UndulationAt(position.latitude, position.longitude, undulation, result)) {
+      return false;
+    }
+    own.h += undulation;
+  }
+  // The geoid's height above WGS-84 is wanted, and the shift takes a height above the object's ellipsoid: the one that
+  // leads there is found by the difference, which the shift changes by parts in a hundred thousand.
+  for (int i = 0; i < HeightIterations; ++i) {
+    position = own;
+    if (!result.Call(InvWGS84Conv(Handle(), &position.latitude, &position.longitude, &position.h), "InvWGS84Conv")) {
+      return false;
+    }
+    if (!withGeoid || !GeoidOnWgs84()) {
+      return true;
+    }
+    double undulation = 0;
+    if (!UndulationAt(position.latitude, Wrapped(position.longitude), undulation, result)) {
+      return false;
+    }
+    const double miss = height + undulation - position.h;
+    position.h = height + undulation;
+    if (!(std::fabs(miss) > HeightTolerance)) {
+      return true;
+    }
+    own.h += miss;
+  }
+  return true;
+}
+
+// False if the point fails for want of a value of the datum grid.
+bool Converter::InDatumGrid(double latitude, double longitude, Result& result) const {
+  if (!datumGrid_) {
+    return true;
+  }
+  switch (datumGrid_->Lookup(latitude, longitude, nullptr, {}).code()) {
+    case 0:
+      return true;
+    case OutsideGrid:
+      result.fault = options_.unshifted ? nullptr : "the point lies outside the datum grid";
+      break;
+    default:
+      result.fault = options_.unshifted ? nullptr : "the datum grid's rows at the point cannot be read";
+  }
+  result.Add(Doubt::Unshifted);
+  return options_.unshifted;
+}
+
+bool Converter::NearOrigin(double x, double y) const {
+  return std::fabs(x - originX_) <= nearX_ && std::fabs(y - originY_) <= nearY_;
+}
+
+void Converter::CheckForward(const Position& from, double x, double y, Result& result) const {
+  if (std::fabs(from.longitude - centralMeridian_) <= nearLongitude_ && NearOrigin(x, y)) {
+    return;
+  }
+  Position back;
+  const bool there = XYGeo(Handle(), x, y, &back.latitude, &back.longitude) != 0;
+  const double north = EarthRadius * (back.latitude - from.latitude);
+  const double east = EarthRadius * std::cos(from.latitude) * std::remainder(back.longitude - from.longitude, TwoPi);
+  if (!(there && std::hypot(north, east) <= RoundTripLimit)) {
+    result.Add(Doubt::NoRoundTrip);
+  }
+}
+
+void Converter::CheckInverse(double x, double y, const Position& to, Result& result) const {
+  if (std::fabs(to.longitude - centralMeridian_) <= nearLongitude_ && NearOrigin(x, y)) {
+    return;
+  }
+  double backX = 0;
+  double backY = 0;
+  const bool there = GeoXY(Handle(), &backX, &backY, to.latitude, to.longitude) != 0;
+  if (!(there && std::hypot(backX - x, backY - y) * metresPerUnit_ <= RoundTripLimit)) {
+    result.Add(Doubt::NoRoundTrip);
+  }
 }
 
 }  // namespace latigo::cli

@@ -90,6 +90,16 @@ void BlockReader::SkipLine(std::string& bytes) {
 }
 
 bool BlockReader::Next(Block& block) {
+  if (!NextBlock(block)) {
+    return false;
+  }
+  if (block.firstLine == 1 && block.bytes.starts_with("\xEF\xBB\xBF")) {
+    block.bytes.erase(0, 3);
+  }
+  return true;
+}
+
+bool BlockReader::NextBlock(Block& block) {
   block.bytes = std::move(rest_);
   rest_.clear();
   block.firstLine = nextLine_;

@@ -27,6 +27,7 @@ class BlockReader {
   explicit BlockReader(const std::string& path);
 
   // Gives what is there as soon as it holds a whole line; false at the end of the file.
+  // The mark of UTF-8 in front of the first line is left out.
   bool Next(Block& block);
 
   const std::string& Name() const { return name_; }
@@ -39,6 +40,7 @@ class BlockReader {
   // Appends what can be read at once; false at the end of the file.
   bool ReadMore(std::string& bytes);
   void SkipLine(std::string& bytes);
+  bool NextBlock(Block& block);
 
   std::string name_;
   std::unique_ptr<std::FILE, CloseFile> file_;

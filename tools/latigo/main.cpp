@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <cstring>
 #include <functional>
+#include <map>
+#include <string>
 
 #include "commands.h"
 #include "error_text.h"
@@ -15,6 +17,7 @@
 namespace {
 
 using latigo::cli::Options;
+using latigo::cli::Separation;
 
 constexpr const char* PointsHelp =
     "Points are read from files or standard input, one a line: two coordinates, perhaps a height, and anything else, "
@@ -24,7 +27,18 @@ constexpr const char* PointsHelp =
     "that is "
     "no point, or a point that fails, gives * for each value and a message, and the exit status is 1 at the end; a "
     "wrong "
-    "file, section or argument, or output that cannot be written, gives exit status 2.";
+    "file, section or argument, or output that cannot be written, gives exit status 2. Heights are metres, on the "
+    "grid's side vertical units if the "
+    "section "
+    "has the key VertUnit. A position whose way back misses by more than a metre, tried far from the projection's "
+    "origin "
+    "only (latigo(1) has the limits), is a warning.";
+
+const std::map<std::string, Separation> Separations = {{"auto", Separation::Auto},
+                                                       {"comma", Separation::Comma},
+                                                       {"semicolon", Separation::Semicolon},
+                                                       {"tab", Separation::Tab},
+                                                       {"blank", Separation::Blank}};
 
 void AddSystem(CLI::App& command, Options& options) {
   command.add_option("FILE", options.file, "configuration file")->required();
@@ -41,8 +55,36 @@ CLI::App* AddPointCommand(CLI::App& app, Options& options, const char* name, con
   command->add_option("--precision", options.precision, "digits behind the point")->check(CLI::Range(0, 15));
   command->add_option("--jobs", options.jobs, "threads; the order of the lines stays")->check(CLI::Range(1, 256));
   command->add_flag("--dms", options.dms, "write angles as degrees, minutes and seconds");
+  command
+      ->add_option(
+          "--separator", options.separation,
+          "what separates fields: comma (then 391390,5817855 is a point), semicolon, tab, blank or auto, which "
+          "is blanks or commas")
+      ->transform(CLI::CheckedTransformer(Separations));
   command->add_flag("--lonlat", options.lonlat, "longitude before latitude, in input and output");
   return command;
+}
+
+// Beside --wgs84.
+void AddShiftOptions(CLI::App& command, Options& options) {
+  command
+      .add_option_function<std::string>(
+          "--outside-grid", [&options](const std::string& how) { options.unshifted = how == "unshifted"; },
+          "a point outside the datum grid or in rows that cannot be read: fail (the default), or unshifted, which "
+          "keeps "
+          "its latitude and longitude, with a warning")
+      ->check(CLI::IsMember({"fail", "unshifted"}));
+}
+
+void AddGeoidOptions(CLI::App& command, Options& options) {
+  command.add_flag(
+      "--geoid-on-datum", options.geoidOnDatum,
+      "the geoid belongs to the section's own ellipsoid; without it and with --wgs84 it belongs to WGS-84");
+}
+
+void AddHeightOptions(CLI::App& command, Options& options) {
+  AddGeoidOptions(command, options);
+  command.add_flag("--no-height", options.noHeight, "the third field is no height and is carried through");
 }
 
 // What is printed may still wait in a buffer, and a full disk is noticed only when it is written.
@@ -77,21 +119,28 @@ int Run(int argc, char** argv) {
                                       "Latitude and longitude to easting and northing (x and y), and an ellipsoidal "
                                       "height to the height less the undulation if the section has a geoid.");
   forward->add_flag("--wgs84", options.wgs84, "the input is WGS-84 and goes through the datum shift first");
+  AddHeightOptions(*forward, options);
+  AddShiftOptions(*forward, options);
   forward->callback([&] { run = [&] { return RunForward(options); }; });
 
   CLI::App* inverse = AddPointCommand(app, options, "inverse",
                                       "Easting and northing (x and y) to latitude and longitude, and a height to the "
                                       "height plus the undulation if the section has a geoid.");
   inverse->add_flag("--wgs84", options.wgs84, "the output is WGS-84, behind the datum shift");
+  AddHeightOptions(*inverse, options);
+  AddShiftOptions(*inverse, options);
   inverse->callback([&] { run = [&] { return RunInverse(options); }; });
 
   CLI::App* scale = AddPointCommand(app, options, "scale", "Latitude and longitude to the point scale factor.");
   scale->add_flag("--wgs84", options.wgs84, "the input is WGS-84 and goes through the datum shift first");
+  AddShiftOptions(*scale, options);
   scale->add_flag("--grid", options.grid, "read x and y of the projection, before any local grid");
   scale->callback([&] { run = [&] { return RunScale(options); }; });
 
   CLI::App* undulation = AddPointCommand(app, options, "undulation", "Latitude and longitude to the geoid undulation.");
   undulation->add_flag("--wgs84", options.wgs84, "the input is WGS-84 and goes through the datum shift first");
+  AddShiftOptions(*undulation, options);
+  AddGeoidOptions(*undulation, options);
   undulation->callback([&] { run = [&] { return RunUndulation(options); }; });
 
   CLI::App* ecef = AddPointCommand(app, options, "ecef",

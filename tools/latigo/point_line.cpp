@@ -29,20 +29,32 @@ std::string_view TrimRight(std::string_view text) {
 // Walks the fields of a line; what is left begins with the separator.
 class Fields {
  public:
-  explicit Fields(std::string_view line) : left_(TrimLeft(line)) {
-    const auto* const end = std::find_if(left_.begin(), left_.end(), [](char c) { return IsBlank(c) || c == ','; });
-    separator_ = TrimLeft({end, left_.end()}).starts_with(',') ? ',' : ' ';
+  Fields(std::string_view line, Separation separation) : left_(TrimLeft(line)) {
+    if (separation == Separation::Auto) {
+      const auto* const end = std::find_if(left_.begin(), left_.end(), [](char c) { return IsBlank(c) || c == ','; });
+      const std::string_view behind = TrimLeft({end, left_.end()});
+      separator_ = behind.starts_with(',') ? ',' : BlankOf({end, behind.begin()});
+    } else if (separation == Separation::Blank) {
+      const auto* const end = std::find_if(left_.begin(), left_.end(), IsBlank);
+      separator_ = BlankOf({end, TrimLeft({end, left_.end()}).begin()});
+    } else {
+      separator_ = static_cast<char>(separation);
+      single_ = true;
+    }
+    single_ = single_ || separator_ == ',';
+    left_ = separation == Separation::Tab ? line : left_;
   }
 
   std::string_view Next() {
-    left_ = TrimLeft(left_);
-    if (begun_ && separator_ == ',' && !left_.empty()) {
-      left_ = TrimLeft(left_.substr(1));
+    if (!single_) {
+      left_ = TrimLeft(left_);
+    } else if (begun_ && !left_.empty()) {
+      left_.remove_prefix(1);
     }
     begun_ = true;
-    const auto* const end = separator_ == ',' ? std::find(left_.begin(), left_.end(), ',')
-                                              : std::find_if(left_.begin(), left_.end(), IsBlank);
-    const std::string_view field = TrimRight({left_.begin(), end});
+    const auto* const end =
+        single_ ? std::find(left_.begin(), left_.end(), separator_) : std::find_if(left_.begin(), left_.end(), IsBlank);
+    const std::string_view field = TrimRight(TrimLeft({left_.begin(), end}));
     left_ = {end, left_.end()};
     return field;
   }
@@ -51,8 +63,11 @@ class Fields {
   std::string_view Left() const { return left_; }
 
  private:
+  static char BlankOf(std::string_view blanks) { return blanks.find('\t') != std::string_view::npos ? '\t' : ' '; }
+
   std::string_view left_;
-  char separator_;
+  char separator_ = ' ';
+  bool single_ = false;  // each separator ends a field, else a run of blanks does
   bool begun_ = false;
 };
 
@@ -75,9 +90,11 @@ void ParseThird(Fields& fields, PointLine& point) {
   const Parsed parsed = ParseNumber(field);
   if (parsed.fault == nullptr) {
     point.third = parsed.value;
+    point.wholeThird = field.find_first_not_of("0123456789") == std::string_view::npos;
     fields = ahead;
   } else if (LooksLikeNumber(field)) {
     point.fault = parsed.fault;
+    point.badThird = true;
   }
 }
 
@@ -88,10 +105,11 @@ bool IsComment(std::string_view line) {
   return text.empty() || text.front() == '#';
 }
 
-PointLine ParsePointLine(std::string_view line, Order order) {
-  Fields fields(line);
+PointLine ParsePointLine(std::string_view line, Order order, Separation separation) {
+  Fields fields(line, separation);
   const std::string_view first = fields.Next();
-  const bool tight = fields.Left().size() > 1 && fields.Left()[0] == ',' && fields.Left()[1] != ' ';
+  const bool tight =
+      separation == Separation::Auto && fields.Left().size() > 1 && fields.Left()[0] == ',' && fields.Left()[1] != ' ';
   const std::string_view second = fields.Next();
 
   PointLine point;
@@ -131,14 +149,15 @@ PointLine ParsePointLine(std::string_view line, Order order) {
   return point;
 }
 
-PointLine ParseTwoPoints(std::string_view line, Order order) {
-  PointLine from = ParsePointLine(line, order);
+PointLine ParseTwoPoints(std::string_view line, Order order, Separation separation) {
+  PointLine from = ParsePointLine(line, order, separation);
   if (from.fault != nullptr) {
     return from;
   }
-  std::string_view second = TrimLeft(from.restWithThird);
-  second.remove_prefix(second.starts_with(',') ? 1 : 0);
-  const PointLine to = ParsePointLine(second, order);
+  std::string_view second = from.restWithThird;
+  second = from.separator == '\t' || from.separator == ' ' ? second : TrimLeft(second);
+  second.remove_prefix(second.starts_with(from.separator) ? 1 : 0);
+  const PointLine to = ParsePointLine(second, order, separation);
   from.toFirst = to.first;
   from.toSecond = to.second;
   from.rest = to.restWithThird;

@@ -11,11 +11,16 @@ namespace latigo::cli {
 // What the first two fields are.
 enum class Order { LatitudeLongitude, LongitudeLatitude, Grid };
 
+// What separates the fields of a line. Auto: blanks, or commas with or without blanks around.
+enum class Separation : char { Auto, Comma = ',', Semicolon = ';', Tab = '\t', Blank = ' ' };
+
 struct PointLine {
   double first = 0;             // latitude in degrees, or x
   double second = 0;            // longitude in degrees, or y
   std::optional<double> third;  // height, or z
-  char separator = ' ';         // ' ' or ',': as in the line
+  char separator = ' ';         // as in the line; a tab if one stands behind the first of blank-separated fields
+  bool badThird = false;        // the fault is that of the third
+  bool wholeThird = false;      // the third is digits only, and could be a name
   std::string_view rest;        // what stands behind, from its separator on
   std::string_view restWithThird;
   double toFirst = 0;  // of a line of two positions, the second
@@ -26,11 +31,10 @@ struct PointLine {
 // Blank lines and lines that begin with # are no points and no faults.
 bool IsComment(std::string_view line);
 
-// Fields are separated by blanks, or by commas with or without blanks around. A comma straight between two whole
-// numbers could be a decimal comma and is a fault.
-PointLine ParsePointLine(std::string_view line, Order order);
+// With Separation::Auto a comma straight between two whole numbers could be a decimal comma and is a fault.
+PointLine ParsePointLine(std::string_view line, Order order, Separation separation = Separation::Auto);
 
 // Two positions, and anything else.
-PointLine ParseTwoPoints(std::string_view line, Order order);
+PointLine ParseTwoPoints(std::string_view line, Order order, Separation separation = Separation::Auto);
 
 }  // namespace latigo::cli

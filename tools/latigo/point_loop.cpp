@@ -1,8 +1,15 @@
 #include "point_loop.h"
 
+#include <array>
 #include <cmath>
+#include <condition_variable>
+#include <deque>
+#include <exception>
 #include <future>
 #include <memory>
+#include <mutex>
+#include <thread>
+#include <utility>
 #include <vector>
 
 #include "error_text.h"
@@ -20,10 +27,26 @@ constexpr int DegreePrecision = 10;  // 0.01 mm on the earth
 constexpr int SecondPrecision = 6;   // 0.03 mm
 constexpr int ScalePrecision = 10;
 
+constexpr const char* DoubtTexts[Doubts] = {
+    "outside the datum grid or in rows that cannot be read, and so not shifted",
+    "too far from the projection's origin: the way back misses by more than a metre",
+    "a whole number in the third field is taken as a height; --no-height carries it through",
+};
+constexpr int WholeHeightIndex = 2;
+
+// The points of one doubt.
+struct Doubtful {
+  std::size_t count = 0;
+  std::size_t firstLine = 0;
+};
+
 // What a block of lines becomes.
 struct Output {
   Writer text;
   std::string messages;  // for standard error
+  std::string file;
+  std::array<Doubtful, Doubts> doubtful{};
+  bool otherHeights = false;  // with a point or a sign, or 0: so the third field is no name
 };
 
 // The lines of one block, converted by one object.
@@ -52,7 +75,12 @@ class BlockRun {
       output_.text.Char('\n');
       return;
     }
-    PointLine point = command_.parse(line, command_.order);
+    PointLine point = command_.parse(line, command_.order, options_.separation);
+    if (options_.noHeight && command_.third == Third::Height) {
+      point.third.reset();
+      point.rest = point.restWithThird;
+      point.fault = point.badThird ? nullptr : point.fault;
+    }
     if (point.fault == nullptr && command_.third == Third::Needed && !point.third) {
       point.fault = "a field too few";
     }
@@ -66,6 +94,17 @@ class BlockRun {
       Fail(point, ErrorText(result.code, result.function));
       return;
     }
+    if (result.fault != nullptr) {
+      Fail(point, result.fault);
+      return;
+    }
+    if (point.third && command_.third == Third::Height) {
+      if (point.wholeThird && *point.third != 0) {
+        result.Add(Doubt::WholeHeight);
+      } else {
+        output_.otherHeights = true;
+      }
+    }
     for (int i = 0; i < result.count; ++i) {
       if (!std::isfinite(result.values[i].value)) {
         Fail(point, "the result is not a finite number");
@@ -76,6 +115,9 @@ class BlockRun {
         return;
       }
     }
+    if (result.doubts != 0 && !Accept(point, result.doubts)) {
+      return;
+    }
     for (int i = 0; i < result.count; ++i) {
       Separate(point, i);
       Write(result.values[i]);
@@ -85,6 +127,22 @@ class BlockRun {
       }
     }
     End(point);
+  }
+
+  // Notes the doubts of a point; false if it fails for them.
+  bool Accept(const PointLine& point, unsigned doubts) {
+    for (std::size_t i = 0; i < Doubts; ++i) {
+      if ((doubts >> i & 1U) == 0) {
+        continue;
+      }
+      if (options_.strict) {
+        Fail(point, DoubtTexts[i]);
+        return false;
+      }
+      Doubtful& doubtful = output_.doubtful[i];
+      doubtful.firstLine = doubtful.count++ == 0 ? line_ : doubtful.firstLine;
+    }
+    return true;
   }
 
   void Write(const Value& value) {
@@ -139,6 +197,113 @@ class BlockRun {
   std::size_t line_ = 0;
 };
 
+// Prints blocks in their order, and sums up.
+class Report {
+ public:
+  void Print(const Output& output) {
+    cli::Print(output.text.Written());
+    std::fputs(output.messages.c_str(), stderr);
+    failed_ = failed_ || !output.messages.empty();
+    otherHeights_ = otherHeights_ || output.otherHeights;
+    for (std::size_t i = 0; i < Doubts; ++i) {
+      if (totals_[i] == 0 && output.doubtful[i].count > 0) {
+        places_[i] = output.file + ":" + std::to_string(output.doubtful[i].firstLine);
+        if (i != WholeHeightIndex) {
+          std::fprintf(stderr, "latigo: %s: warning: %s\n", places_[i].c_str(), DoubtTexts[i]);
+        }
+      }
+      totals_[i] += output.doubtful[i].count;
+    }
+  }
+
+  // The exit status.
+  int Finish() const {
+    if (totals_[WholeHeightIndex] > 0 && !otherHeights_) {
+      std::fprintf(stderr, "latigo: %s: warning: %s\n", places_[WholeHeightIndex].c_str(),
+                   DoubtTexts[WholeHeightIndex]);
+    }
+    for (std::size_t i = 0; i < Doubts; ++i) {
+      if (totals_[i] > 0 && i != WholeHeightIndex) {
+        std::fprintf(stderr, "latigo: %zu points: %s\n", totals_[i], DoubtTexts[i]);
+      }
+    }
+    return failed_ ? 1 : 0;
+  }
+
+ private:
+  bool failed_ = false;
+  bool otherHeights_ = false;
+  std::array<std::size_t, Doubts> totals_{};
+  std::array<std::string, Doubts> places_;  // the first point of a doubt
+};
+
+// Prints blocks under way as soon as the oldest is finished, by a thread of its own, since the caller waits for input.
+class PrintQueue {
+ public:
+  PrintQueue(Report& report, std::size_t size) : report_(report), size_(size), thread_([this] { Run(); }) {}
+  ~PrintQueue() {
+    {
+      const std::lock_guard lock(mutex_);
+      ended_ = true;
+    }
+    changed_.notify_all();
+    thread_.join();
+  }
+  PrintQueue(const PrintQueue&) = delete;
+  PrintQueue& operator=(const PrintQueue&) = delete;
+
+  // Waits until fewer blocks are under way than there is room for, or for none. Throws what printing threw.
+  void WaitForRoom() { WaitForFewerThan(size_); }
+  void WaitForAll() { WaitForFewerThan(1); }
+  void Add(std::future<Output> output) {
+    {
+      const std::lock_guard lock(mutex_);
+      underWay_.push_back(std::move(output));
+    }
+    changed_.notify_all();
+  }
+
+ private:
+  void WaitForFewerThan(std::size_t size) {
+    std::unique_lock lock(mutex_);
+    changed_.wait(lock, [&] { return underWay_.size() < size || failure_; });
+    if (failure_) {
+      std::rethrow_exception(failure_);
+    }
+  }
+
+  void Run() {
+    std::unique_lock lock(mutex_);
+    for (;;) {
+      changed_.wait(lock, [this] { return !underWay_.empty() || ended_; });
+      if (underWay_.empty() || failure_) {
+        return;
+      }
+      std::future<Output>& oldest = underWay_.front();  // which stays at its place while others are added
+      lock.unlock();
+      std::exception_ptr failure;
+      try {
+        report_.Print(oldest.get());
+      } catch (...) {
+        failure = std::current_exception();
+      }
+      lock.lock();
+      failure_ = failure;
+      underWay_.pop_front();
+      changed_.notify_all();
+    }
+  }
+
+  Report& report_;
+  std::size_t size_;
+  std::mutex mutex_;
+  std::condition_variable changed_;
+  std::deque<std::future<Output>> underWay_;
+  bool ended_ = false;
+  std::exception_ptr failure_;
+  std::thread thread_;
+};
+
 }  // namespace
 
 int RunPoints(const Options& options, const PointCommand& command) {
@@ -147,42 +312,39 @@ int RunPoints(const Options& options, const PointCommand& command) {
   for (auto& converter : converters) {
     converter = std::make_unique<const Converter>(options);
   }
-  bool failed = false;
-  const auto print = [&](const Output& output) {
-    Print(output.text.Written());
-    std::fputs(output.messages.c_str(), stderr);
-    failed = failed || !output.messages.empty();
-  };
-
-  // Each thread takes every so manieth block, so the oldest one under way is always the next to be printed.
-  std::vector<std::future<Output>> underWay(converters.size());
+  Report report;
+  std::unique_ptr<PrintQueue> queue;
+  if (converters.size() > 1) {
+    queue = std::make_unique<PrintQueue>(report, converters.size());
+  }
   std::size_t turn = 0;
-  const std::vector<std::string> standardInput = {"-"};
-  for (const std::string& path : options.points.empty() ? standardInput : options.points) {
+  const auto read = [&](const std::string& path) {
     BlockReader reader(path);
     for (Block block; reader.Next(block);) {
+      // The oldest block under way is done before its converter's turn comes again.
       const auto convert = [&command, &converter = *converters[turn], file = reader.Name(), block = std::move(block)] {
         Output output;
+        output.file = file;
         BlockRun(converter, command, file, output).Run(block);
         return output;
       };
-      if (converters.size() == 1) {
-        print(convert());
+      if (!queue) {
+        report.Print(convert());
         continue;
       }
-      if (underWay[turn].valid()) {
-        print(underWay[turn].get());
-      }
-      underWay[turn] = std::async(std::launch::async, convert);
+      queue->WaitForRoom();
+      queue->Add(std::async(std::launch::async, convert));
       turn = (turn + 1) % converters.size();
     }
+  };
+  const std::vector<std::string> standardInput = {"-"};
+  for (const std::string& path : options.points.empty() ? standardInput : options.points) {
+    read(path);  // when a file cannot be read, the queue prints what the files before it gave
   }
-  for (std::size_t i = 0; i < underWay.size(); ++i, turn = (turn + 1) % underWay.size()) {
-    if (underWay[turn].valid()) {
-      print(underWay[turn].get());
-    }
+  if (queue) {
+    queue->WaitForAll();
   }
-  return failed ? 1 : 0;
+  return report.Finish();
 }
 
 }  // namespace latigo::cli

@@ -18,7 +18,7 @@ struct PointCommand {
   int values;  // that come out, a height not counted
   Third third;
   void (*convert)(const Converter& converter, const PointLine& point, Result& result);
-  PointLine (*parse)(std::string_view line, Order order) = ParsePointLine;
+  PointLine (*parse)(std::string_view line, Order order, Separation separation) = ParsePointLine;
   std::string unit = {};  // a word behind the first value
 };
 
