@@ -6,8 +6,6 @@
 
 #include <algorithm>
 #include <climits>
-#include <fstream>
-#include <sstream>
 #include <vector>
 
 #include "frame/c_numbers.h"
@@ -65,12 +63,14 @@ std::string Plain(std::string line) {
 // a line too; an LF behind it, when the line between them goes, becomes part of the same line end.
 struct Lines : Names {
   explicit Lines(const std::string& path) {
-    std::ifstream file(path, std::ios::binary);
-    for (std::string line; std::getline(file, line);) {
-      std::istringstream parts(line);
-      for (std::string part; std::getline(parts, part, '\r');) {
-        if (!Plain(part).empty()) { push_back(Plain(part)); }
+    std::string line;
+    for (const char c : ReadFile(path) + "\n") {
+      if (c != '\n' && c != '\r') {
+        line += c;
+        continue;
       }
+      if (!Plain(line).empty()) { push_back(Plain(line)); }
+      line.clear();
     }
   }
   std::ptrdiff_t Without(const Lines& other) const {

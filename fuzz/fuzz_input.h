@@ -2,6 +2,7 @@
 // stops the process.
 #pragma once
 
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <cmath>
@@ -9,8 +10,6 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
-#include <fstream>
 #include <iterator>
 #include <limits>
 #include <string>
@@ -72,23 +71,37 @@ struct Input {
   }
 };
 
-// A directory for this process.
+// Files by the C library alone, whose writes the memory sanitizer sees. A directory for this process.
 inline const std::string& Scratch() {
   static const struct Directory {
-    std::string name = std::filesystem::temp_directory_path() / "latigo-fuzz-XXXXXX";
+    std::string name;
     Directory() {
-      REQUIRE(mkdtemp(name.data()) != nullptr && std::filesystem::create_directory(name + "/datum"));
+      const char* const parent = std::getenv("TMPDIR");
+      name = std::string(parent != nullptr ? parent : "/tmp") + "/latigo-fuzz-XXXXXX";
+      REQUIRE(mkdtemp(name.data()) != nullptr && mkdir((name + "/datum").c_str(), 0700) == 0);
       setenv("TWI_BATHYX", name.c_str(), 1);
     }
-    ~Directory() { std::filesystem::remove_all(name); }
+    ~Directory() { REQUIRE(std::system(("rm -rf '" + name + "'").c_str()) == 0); }
   } directory;
   return directory.name;
 }
 
 inline std::string WriteFile(const char* name, const std::string& bytes) {
   std::string path = Scratch() + "/" + name;
-  std::ofstream(path, std::ios::binary) << bytes;
+  std::FILE* const file = std::fopen(path.c_str(), "wb");
+  REQUIRE(file != nullptr && std::fwrite(bytes.data(), 1, bytes.size(), file) == bytes.size() &&
+          std::fclose(file) == 0);
   return path;
+}
+
+// The bytes of a file; none if it cannot be read.
+inline std::string ReadFile(const std::string& path) {
+  std::string bytes;
+  if (std::FILE* const file = std::fopen(path.c_str(), "rb"); file != nullptr) {
+    for (int byte = 0; (byte = std::getc(file)) != EOF;) { bytes += static_cast<char>(byte); }
+    std::fclose(file);
+  }
+  return bytes;
 }
 
 // The bytes of a grid file about (0, 0), a degree from node to node.

@@ -1,0 +1,146 @@
+// The program's commands over lines, on a section with a datum grid and a geoid grid made of the fuzzer's bytes.
+#include <fcntl.h>
+#include <latigo/latigo.h>
+#include <sys/stat.h>
+
+#include <array>
+
+#include "commands.h"
+#include "error_text.h"
+#include "fuzz_input.h"
+#include "lines.h"
+#include "point_line.h"
+
+namespace {
+
+using namespace fuzz;
+using namespace latigo::cli;
+
+// The standard library's own code for threads is not compiled with the memory sanitizer, which would report its writes.
+constexpr bool Threads = !__has_feature(memory_sanitizer);
+
+// A grid file: whole with the fuzzer's bytes as its values, cut short, or nothing but the fuzzer's bytes.
+std::string GridBytes(Input& in, std::int32_t depth) {
+  const std::size_t kind = in.Below(8);
+  const std::string piece = in.Text(in.Take<std::uint16_t>() % 512);
+  if (kind == 0) { return piece; }
+  std::string bytes = SmallGrid(depth);
+  if (kind == 1) { return bytes.substr(0, bytes.size() - 1 - piece.size() % bytes.size()); }
+  const std::size_t values = bytes.size() / 4;
+  for (std::size_t i = 0; i < std::min(piece.size(), values); ++i) { bytes[values + i] = piece[i]; }
+  return bytes;
+}
+
+// What the commands print to standard output goes to a file, which is read back.
+struct Outcome {
+  int status = 2;
+  std::string text;
+};
+Outcome Run(int (*command)(const Options&), const Options& options) {
+  static const std::string path = Scratch() + "/output";
+  static const int file = [] {
+    const int opened = open(path.c_str(), O_RDWR | O_CREAT | O_TRUNC, 0600);
+    REQUIRE(opened >= 0 && dup2(opened, STDOUT_FILENO) >= 0);
+    return opened;
+  }();
+  REQUIRE(ftruncate(file, 0) == 0 && lseek(file, 0, SEEK_SET) == 0);
+  Outcome outcome;
+  try {
+    outcome.status = command(options);
+    REQUIRE(outcome.status == 0 || outcome.status == 1);
+  } catch (const UsageError&) {}
+  REQUIRE(std::fflush(stdout) == 0);
+  struct stat state {};
+  REQUIRE(fstat(file, &state) == 0);
+  outcome.text.resize(static_cast<std::size_t>(state.st_size));
+  REQUIRE(pread(file, outcome.text.data(), outcome.text.size(), 0) == state.st_size);
+  return outcome;
+}
+
+int Scaled(const Options& options) { return RunScale(options); }
+struct {
+  int (*run)(const Options&);
+  std::size_t values;  // in a line of output, a height not counted
+} constexpr Commands[] = {{RunForward, 2},    {RunInverse, 2}, {Scaled, 1},
+                          {RunUndulation, 1}, {RunEcef, 3},    {RunDistance, 1}};
+
+// A line's first values are finite numbers, or each of them is *.
+bool CheckValues(std::string_view line, std::size_t count) {
+  std::size_t stars = 0;
+  for (std::size_t i = 0; i < count; ++i) {
+    const std::string word(line.substr(0, line.find_first_of(" ,\t;")));
+    stars += word == "*" ? 1 : 0;
+    char* end = nullptr;
+    REQUIRE(word == "*" || (std::isfinite(std::strtod(word.c_str(), &end)) && !word.empty() && *end == '\0'));
+    line.remove_prefix(std::min(line.size(), word.size() + 1));
+  }
+  REQUIRE(stars == 0 || stars == count);
+  return stars == 0;
+}
+
+// The easting and northing of a line are those of the library's own calls.
+void CheckForward(GeodesyHandle object, const Options& options, std::string_view line, std::string_view written) {
+  const PointLine point = ParsePointLine(line, options.lonlat ? Order::LongitudeLatitude : Order::LatitudeLongitude);
+  double latitude = point.first * RadiansPerDegree, longitude = point.second * RadiansPerDegree, wanted[2];
+  double height = point.third.value_or(0);
+  REQUIRE(point.fault == nullptr && (!options.wgs84 || WGS84Conv(object, &latitude, &longitude, &height) == 1));
+  if (std::fabs(longitude) > Pi) { longitude -= std::copysign(2 * Pi, longitude); }
+  REQUIRE(GeoXY(object, &wanted[0], &wanted[1], latitude, longitude) == 1);
+  const char* text = written.data();
+  for (const double value : wanted) {
+    char* end = nullptr;
+    const double printed = std::strtod(text, &end);
+    REQUIRE(std::fabs(printed - value) <= 0.5e-4 + 1e-15 * std::fabs(value));
+    text = end + 1;
+  }
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+  Input in{data, size};
+  const auto& command = Commands[in.Below(std::size(Commands))];
+  const auto flags = in.Take<std::uint8_t>();
+  const auto flag = [flags](unsigned bit) { return (flags >> bit & 1U) != 0; };
+  constexpr std::array Kinds = {"TransMerc", "Mercator", "Lambert", "RSO"};
+  std::string text = "[Geodesy]\nSemiMajorAxis=6377397.155\nFlattening=299.1528128\nScaleFactor=0.9996\nProjection=";
+  text += Kinds[in.Below(Kinds.size())];
+  text += "\nNorthParallel=1\nSouthParallel=-1\nRefLatitude=0.5\nSkewAzimuth=45\n";
+  WriteFile("datum/d", GridBytes(in, 2 + static_cast<std::int32_t>(in.Below(2))));
+  WriteFile("datum/g", GridBytes(in, 1));
+  text += flag(0) ? "DynDatum=d\n" : "DeltaX=100\nDeltaY=-200\nDeltaZ=300\nRotX=1\n";
+  text += flag(1) ? "Geoid=g\n" : "";
+  const std::string lines = in.Text(in.size);
+
+  Options options;
+  options.file = WriteFile("file.ini", text);
+  options.points = {WriteFile("points", lines)};
+  options.wgs84 = flag(2), options.lonlat = flag(3), options.inverse = options.rhumb = options.grid = flag(4);
+  options.localGrid = flag(5);
+  const Outcome outcome = Run(command.run, options);
+  GeodesyHandle object = CreateFileGeodesy(options.file.c_str(), "Geodesy");
+  const bool opens = object != nullptr && GetGeodesyError() == 0;
+  REQUIRE(opens == (outcome.status != 2) && (opens || outcome.text.empty()));
+
+  // A line out for each line in; a line that failed and nothing else makes the status 1.
+  std::string_view from = lines, to = outcome.text;
+  bool failed = false;
+  for (std::string_view line, written; opens && NextLine(from, line);) {
+    REQUIRE(NextLine(to, written));
+    if (IsComment(line)) {
+      REQUIRE(written == line);
+      continue;
+    }
+    const bool good = CheckValues(written, command.values);
+    failed = failed || !good;
+    if (good && command.run == RunForward) { CheckForward(object, options, line, written); }
+  }
+  REQUIRE(to.empty() && (!opens || failed == (outcome.status == 1)));
+  if (flag(7) && Threads) {
+    options.jobs = 2;
+    const Outcome threads = Run(command.run, options);
+    REQUIRE(threads.status == outcome.status && threads.text == outcome.text);
+  }
+  DestroyGeodesy(object);
+  return 0;
+}
