@@ -1,7 +1,7 @@
 """What the pages show works.   doc_blocks.py PROJECT BUILD CC CXX
 
 C and C++ blocks are compiled and run; one without main() is the body of one in which `grid` is an object of the National
-Grid. A block of text behind them is what they print. Blocks of ini are described by the command-line program, and lines
+Grid. A block of text behind them is what they print, as for Python, which finds the library in the build folder. Blocks of ini are described by the command-line program, and lines
 behind a $ run in turn, printing what stands below them.
 """
 import glob, os, re, subprocess, sys, tempfile
@@ -29,9 +29,12 @@ with tempfile.TemporaryDirectory() as scratch:
                 run(*COMPILERS[language], source, *OPTIONS, "-llatigo", "-o", f"{scratch}/block")
                 said = run(f"{scratch}/block")
                 assert not printed or said == printed, (page, said)
+            elif language == "python":
+                said = run("env", f"LD_LIBRARY_PATH={build}", sys.executable, source)
+                assert printed and said == printed, (page, said)
             elif language == "ini":
                 run(f"{build}/latigo", "info", source, "-s", re.search(r"\[(.*)\]", code)[1])
         for command, printed in re.findall(r"^    \$ (.*)\n((?:    [^$].*\n)*)", text, re.M):
             said, count = run("sh", "-c", command.replace("build/release", build)), count + 1
             assert not printed or said == re.sub("^    ", "", printed, flags=re.M), (page, command, said)
-assert count >= 12, count
+assert count >= 13, count
