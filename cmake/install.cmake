@@ -13,6 +13,10 @@ install(TARGETS latigo EXPORT LatigoTargets
 if(TARGET latigo_static)
   install(TARGETS latigo_static EXPORT LatigoTargets ARCHIVE COMPONENT development)
 endif()
+if(WIN32)
+  install(FILES ${PROJECT_BINARY_DIR}/latigo.lib ${PROJECT_BINARY_DIR}/src/latigo.def DESTINATION ${CMAKE_INSTALL_LIBDIR}
+    COMPONENT development)
+endif()
 install(EXPORT LatigoTargets NAMESPACE Latigo:: DESTINATION ${config_dir} COMPONENT development)
 
 write_basic_package_version_file(LatigoConfigVersion.cmake COMPATIBILITY SameMajorVersion)

@@ -15,6 +15,7 @@
 #include "frame/c_numbers.h"
 #include "frame/config_keys.h"
 #include "frame/install_dir.h"
+#include "lines.h"
 #include "platform/ascii.h"
 #include "platform/posix/profile_file.h"
 
@@ -29,14 +30,15 @@ using File = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
 
 std::string ReadFile(const std::string& path) {
   std::error_code ignored;
-  const std::filesystem::file_status status = std::filesystem::status(path, ignored);
+  const std::filesystem::path native(std::u8string(path.begin(), path.end()));
+  const std::filesystem::file_status status = std::filesystem::status(native, ignored);
   if (std::filesystem::is_directory(status)) {
     throw UsageError(path + ": is a directory");
   }
   if (std::filesystem::exists(status) && !std::filesystem::is_regular_file(status)) {
     throw UsageError(path + ": is not a regular file");
   }
-  const File file(std::fopen(path.c_str(), "rb"), std::fclose);
+  const File file(OpenForReading(path), std::fclose);
   if (!file) {
     throw UsageError(path + ": " + std::strerror(errno));
   }

@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstdint>
 #include <cstring>
+#include <cwchar>
 #include <iterator>
 
 #if defined(_WIN32)
@@ -54,6 +55,26 @@ bool NextLine(std::string_view& text, std::string_view& line) {
   return true;
 }
 
+#if defined(_WIN32)
+std::string Narrow(const wchar_t* text) {
+  std::string bytes(std::wcslen(text) * 3, '\0');  // a unit of UTF-16 takes three bytes at most
+  bytes.resize(
+      static_cast<std::size_t>(WideCharToMultiByte(CP_UTF8, 0, text, static_cast<int>(std::wcslen(text)), bytes.data(),
+                                                   static_cast<int>(bytes.size()), nullptr, nullptr)));
+  return bytes;
+}
+
+std::FILE* OpenForReading(const std::string& path) {
+  std::wstring wide(path.size() + 1, L'\0');  // never more units than bytes, and the end
+  MultiByteToWideChar(CP_UTF8, 0, path.c_str(), -1, wide.data(), static_cast<int>(wide.size()));
+  return _wfopen(wide.c_str(), L"rb");
+}
+#else
+std::FILE* OpenForReading(const std::string& path) {
+  return std::fopen(path.c_str(), "rb");
+}
+#endif
+
 void BlockReader::CloseFile::operator()(std::FILE* file) const {
   if (file != stdin) {
     std::fclose(file);
@@ -61,7 +82,7 @@ void BlockReader::CloseFile::operator()(std::FILE* file) const {
 }
 
 BlockReader::BlockReader(const std::string& path)
-    : name_(path == "-" ? "standard input" : path), file_(path == "-" ? stdin : std::fopen(path.c_str(), "rb")) {
+    : name_(path == "-" ? "standard input" : path), file_(path == "-" ? stdin : OpenForReading(path)) {
   if (!file_) {
     ThrowSystemError(name_);
   }

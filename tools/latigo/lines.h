@@ -66,6 +66,14 @@ class Writer {
   std::string text_;
 };
 
+// Opens a file by its name in UTF-8; null for a failure, with errno.
+std::FILE* OpenForReading(const std::string& path);
+
+#if defined(_WIN32)
+// UTF-16 to UTF-8.
+std::string Narrow(const wchar_t* text);
+#endif
+
 // On Windows: the bytes of standard input and output pass as they are, and a console takes the output as UTF-8.
 void PrepareStreams();
 

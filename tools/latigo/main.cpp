@@ -8,6 +8,7 @@
 #include <functional>
 #include <map>
 #include <string>
+#include <vector>
 
 #include "commands.h"
 #include "error_text.h"
@@ -170,9 +171,7 @@ int Run(int argc, char** argv) {
   return status;
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
+int RunProgram(int argc, char** argv) {
   try {
     latigo::cli::PrepareStreams();
     return Run(argc, argv);
@@ -181,3 +180,25 @@ int main(int argc, char** argv) {
     return 2;
   }
 }
+
+}  // namespace
+
+#if defined(_WIN32)
+// Any name that Windows has is an argument; inside, texts are UTF-8.
+extern "C" int wmain(int argc, wchar_t** wide) {
+  std::vector<std::string> texts;
+  for (int i = 0; i < argc; ++i) {
+    texts.push_back(latigo::cli::Narrow(wide[i]));
+  }
+  std::vector<char*> argv;
+  for (std::string& text : texts) {
+    argv.push_back(text.data());
+  }
+  argv.push_back(nullptr);
+  return RunProgram(argc, argv.data());
+}
+#else
+int main(int argc, char** argv) {
+  return RunProgram(argc, argv);
+}
+#endif
