@@ -25,8 +25,8 @@ class ConfigFile {
   // Whether a section has a value for a key.
   bool HasValue(std::string_view section, std::string_view key) const;
 
-  // One line of text for each cause: file, line, section, key and what is read.
-  std::vector<std::string> Warnings(std::string_view section) const;
+  // Of a section by its name: one line of text for each cause, with file, line, section, key and what is read.
+  std::vector<std::string> Warnings(std::string_view name) const;
 
  private:
   struct Key {

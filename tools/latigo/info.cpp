@@ -157,7 +157,7 @@ Outcome Describe(const Options& options, const ConfigFile& config, const std::st
 }
 
 std::vector<std::string> SectionsAsked(const Options& options, const ConfigFile& config, bool sectionGiven) {
-  const std::vector<std::string> sections = config.Sections();
+  std::vector<std::string> sections = config.Sections();
   if (sectionGiven || sections.empty()) {
     RequireSection(config, options);
     return {options.section};
