@@ -42,8 +42,12 @@ std::string ReadFile(const std::string& path) {
   if (!file) {
     throw UsageError(path + ": " + std::strerror(errno));
   }
-  std::string bytes(SizeLimit + 1, '\0');
-  bytes.resize(std::fread(bytes.data(), 1, bytes.size(), file.get()));
+  std::string bytes;
+  char piece[1 << 16];
+  for (std::size_t length = 1; length > 0 && bytes.size() <= SizeLimit;) {
+    length = std::fread(piece, 1, sizeof piece, file.get());
+    bytes.append(piece, length);
+  }
   if (std::ferror(file.get()) != 0) {
     throw UsageError(path + ": " + std::strerror(errno));
   }
