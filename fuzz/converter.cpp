@@ -108,7 +108,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   text += "\nNorthParallel=1\nSouthParallel=-1\nRefLatitude=0.5\nSkewAzimuth=45\n";
   WriteFile("datum/d", GridBytes(in, 2 + static_cast<std::int32_t>(in.Below(2))));
   WriteFile("datum/g", GridBytes(in, 1));
-  text += flag(0) ? "DynDatum=d\n" : "DeltaX=100\nDeltaY=-200\nDeltaZ=300\nRotX=1\n";
+  text += flag(0) ? "DynDatum=d\n" : "DeltaX=100\nDeltaY=-200\nDeltaZ=300\nDeltaRX=1\n";
   text += flag(1) ? "Geoid=g\n" : "";
   const std::string lines = in.Text(in.size);
 

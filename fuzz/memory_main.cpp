@@ -27,6 +27,16 @@ std::to_chars_result ToChars(char* first, char* last, double value, std::chars_f
   return result;
 }
 
+#define TO_SHORTEST "_ZSt8to_charsPcS_d"
+std::to_chars_result RealToShortest(char* first, char* last, double value) REAL(TO_SHORTEST);
+std::to_chars_result ToShortest(char* first, char* last, double value) WRAPPED(TO_SHORTEST);
+std::to_chars_result ToShortest(char* first, char* last, double value) {
+  std::to_chars_result result = RealToShortest(first, last, value);
+  __msan_unpoison(&result, sizeof result);
+  __msan_unpoison(first, static_cast<std::size_t>(result.ptr - first));
+  return result;
+}
+
 // The list of a path's parts, which is one pointer.
 #define PATH_LIST "_ZNSt10filesystem7__cxx114path5_ListC1Ev"
 void RealPathList(void* list) REAL(PATH_LIST);
