@@ -2,6 +2,7 @@
 
 #include "frame/units.h"
 #include "platform/ascii.h"
+#include "platform/strings.h"
 
 namespace latigo {
 
@@ -71,7 +72,7 @@ std::int32_t GetLocalName(const Geodesy& object, std::int32_t request, const cha
     return NoSuchName;
   }
   for (const std::int32_t textId : {id + LanguageOffset(language), id}) {
-    if (LoadStringA(ModuleHandle, static_cast<UINT>(textId), buffer, size) != 0) {
+    if (LoadText(ModuleHandle, static_cast<UINT>(textId), buffer, size) != 0) {
       return 0;
     }
   }

@@ -3,6 +3,7 @@
 #include <string_view>
 
 #include "platform/platform.h"
+#include "platform/strings.h"
 
 namespace {
 
@@ -32,3 +33,11 @@ int LoadStringA(HMODULE /*module*/, UINT id, char* buffer, int size) {
   *std::transform(text.begin(), text.end(), buffer, [](char16_t c) { return static_cast<char>(c); }) = '\0';
   return static_cast<int>(text.size());
 }
+
+namespace latigo {
+
+int LoadText(HMODULE module, UINT id, char* buffer, int size) {
+  return LoadStringA(module, id, buffer, size);
+}
+
+}  // namespace latigo
