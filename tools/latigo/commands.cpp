@@ -5,6 +5,7 @@
 
 #include "converter.h"
 #include "point_loop.h"
+#include "visible.h"
 
 namespace latigo::cli {
 
@@ -128,8 +129,7 @@ int RunUndulation(const Options& options) {
     if (options.strict) {
       throw UsageError(text);
     }
-    std::fprintf(stderr, "latigo: %s [%s]: warning: the section has no geoid: every undulation is 0\n",
-                 options.file.c_str(), options.section.c_str());
+    Message(options.file + " [" + options.section + "]: warning: the section has no geoid: every undulation is 0");
   }
   return RunPoints(options, {GeographicOrder(options), 1, Third::Carried, GeoidUndulation});
 }

@@ -128,6 +128,13 @@ void PrintGeoid(GeodesyHandle handle) {
   GetGeoid(handle, path, sizeof path, &constant);
   std::printf("  geoid           %s%s, constant %.10g\n", path[0] != '\0' ? "grid " : "no grid", Visible(path).c_str(),
               constant);
+  if (path[0] != '\0' || constant != 0) {
+    std::printf("                  of WGS-84 with --wgs84, else or with --geoid-on-datum of the section's ellipsoid\n");
+  }
+}
+
+void PrintHeights(bool hasVerticalUnit) {
+  std::printf("  heights         metres%s\n", hasVerticalUnit ? ", on the grid's side vertical units" : "");
 }
 
 // How a section was found; the worst stands last.
@@ -152,6 +159,7 @@ Outcome Describe(const Options& options, const ConfigFile& config, const std::st
     PrintDatum(opened.object.get());
     PrintAdjustment(opened.object.get());
     PrintGeoid(opened.object.get());
+    PrintHeights(config.HasValue(section, "VertUnit"));
   }
   return outcome;
 }

@@ -28,13 +28,16 @@ _latigo_sections() {
 
 _latigo() {
   local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} options
-  local points='--help --section --strict --precision --jobs --dms --lonlat'
+  local points='--help --section --strict --precision --jobs --dms --lonlat --separator'
+  local shift='--wgs84 --outside-grid' heights='--geoid-on-datum --no-height'
   COMPREPLY=()
   case $previous in
     -s | --section)
       _latigo_sections "$current"
       return ;;
     --lang) mapfile -t COMPREPLY < <(compgen -W 'eng fra esp' -- "$current") && return ;;
+    --separator) mapfile -t COMPREPLY < <(compgen -W 'auto comma semicolon tab blank' -- "$current") && return ;;
+    --outside-grid) mapfile -t COMPREPLY < <(compgen -W 'fail unshifted' -- "$current") && return ;;
     --precision | --jobs) return ;;
   esac
   if [ "$COMP_CWORD" -eq 1 ]; then
@@ -42,9 +45,10 @@ _latigo() {
   elif [[ $current == -* ]]; then
     case ${COMP_WORDS[1]} in
       info) options='--help --section --strict --lang' ;;
-      check) options='--help --section' ;;
-      forward | inverse | undulation) options="$points --wgs84" ;;
-      scale) options="$points --wgs84 --grid" ;;
+      check) options='--help --section --strict' ;;
+      forward | inverse) options="$points $shift $heights" ;;
+      undulation) options="$points $shift --geoid-on-datum" ;;
+      scale) options="$points $shift --grid" ;;
       ecef) options="$points --inverse" ;;
       distance) options="$points --rhumb" ;;
     esac

@@ -22,18 +22,12 @@ using latigo::cli::Separation;
 
 constexpr const char* PointsHelp =
     "Points are read from files or standard input, one a line: two coordinates, perhaps a height, and anything else, "
-    "which is carried through. Fields are separated by blanks or by commas. Angles are decimal degrees or degrees, "
-    "minutes "
-    "and seconds (52.5, 52:30:00N, 52\u00B030'00\"N). Blank lines and lines that begin with # pass through. A line "
-    "that is "
-    "no point, or a point that fails, gives * for each value and a message, and the exit status is 1 at the end; a "
-    "wrong "
-    "file, section or argument, or output that cannot be written, gives exit status 2. Heights are metres, on the "
-    "grid's side vertical units if the "
-    "section "
-    "has the key VertUnit. A position whose way back misses by more than a metre, tried far from the projection's "
-    "origin "
-    "only (latigo(1) has the limits), is a warning.";
+    "which is carried through. Angles are decimal degrees or degrees, minutes and seconds (52.5, 52:30:00N, "
+    "52\u00B030'00\"N). Heights are metres; on the grid's side they are vertical units if the section has the key "
+    "VertUnit. Blank lines and lines that begin with # pass through.\n"
+    "Invalid lines and failed points print * for each value, and a message. Exit status: 0; 1 if a point failed; 2 for "
+    "a wrong file, section or argument, and for output that cannot be written. Far from the projection's origin a "
+    "position whose round trip misses by more than a metre is a warning; latigo(1) has the limits.";
 
 const std::map<std::string, Separation> Separations = {{"auto", Separation::Auto},
                                                        {"comma", Separation::Comma},
@@ -57,10 +51,9 @@ CLI::App* AddPointCommand(CLI::App& app, Options& options, const char* name, con
   command->add_option("--jobs", options.jobs, "threads; the order of the lines stays")->check(CLI::Range(1, 256));
   command->add_flag("--dms", options.dms, "write angles as degrees, minutes and seconds");
   command
-      ->add_option(
-          "--separator", options.separation,
-          "what separates fields: comma (then 391390,5817855 is a point), semicolon, tab, blank or auto, which "
-          "is blanks or commas")
+      ->add_option("--separator", options.separation,
+                   "what separates fields; auto is blanks or commas. With comma 391390,5817855 is a point")
+      ->option_text("auto|comma|semicolon|tab|blank")
       ->transform(CLI::CheckedTransformer(Separations));
   command->add_flag("--lonlat", options.lonlat, "longitude before latitude, in input and output");
   return command;
@@ -71,9 +64,9 @@ void AddShiftOptions(CLI::App& command, Options& options) {
   command
       .add_option_function<std::string>(
           "--outside-grid", [&options](const std::string& how) { options.unshifted = how == "unshifted"; },
-          "a point outside the datum grid or in rows that cannot be read: fail (the default), or unshifted, which "
-          "keeps "
-          "its latitude and longitude, with a warning")
+          "a point outside the datum grid, or in rows that cannot be read, fails (the default) or keeps its latitude "
+          "and longitude with a warning")
+      ->option_text("fail|unshifted")
       ->check(CLI::IsMember({"fail", "unshifted"}));
 }
 
@@ -127,7 +120,7 @@ int Run(int argc, char** argv) {
   CLI::App* inverse = AddPointCommand(app, options, "inverse",
                                       "Easting and northing (x and y) to latitude and longitude, and a height to the "
                                       "height plus the undulation if the section has a geoid.");
-  inverse->add_flag("--wgs84", options.wgs84, "the output is WGS-84, behind the datum shift");
+  inverse->add_flag("--wgs84", options.wgs84, "the output is WGS-84, after the datum shift");
   AddHeightOptions(*inverse, options);
   AddShiftOptions(*inverse, options);
   inverse->callback([&] { run = [&] { return RunInverse(options); }; });

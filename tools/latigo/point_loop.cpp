@@ -14,6 +14,7 @@
 
 #include "error_text.h"
 #include "lines.h"
+#include "visible.h"
 
 namespace latigo::cli {
 
@@ -169,7 +170,7 @@ class BlockRun {
   }
 
   void Fail(const PointLine& point, const std::string& reason) {
-    output_.messages += "latigo: " + file_ + ":" + std::to_string(line_) + ": " + reason + "\n";
+    output_.messages += "latigo: " + Visible(file_) + ":" + std::to_string(line_) + ": " + reason + "\n";
     const int values = command_.values + (command_.third == Third::Height && point.third ? 1 : 0);
     for (int i = 0; i < values; ++i) {
       Separate(point, i);
@@ -209,7 +210,7 @@ class Report {
       if (totals_[i] == 0 && output.doubtful[i].count > 0) {
         places_[i] = output.file + ":" + std::to_string(output.doubtful[i].firstLine);
         if (i != WholeHeightIndex) {
-          std::fprintf(stderr, "latigo: %s: warning: %s\n", places_[i].c_str(), DoubtTexts[i]);
+          Message(places_[i] + ": warning: " + DoubtTexts[i]);
         }
       }
       totals_[i] += output.doubtful[i].count;
@@ -219,12 +220,11 @@ class Report {
   // The exit status.
   int Finish() const {
     if (totals_[WholeHeightIndex] > 0 && !otherHeights_) {
-      std::fprintf(stderr, "latigo: %s: warning: %s\n", places_[WholeHeightIndex].c_str(),
-                   DoubtTexts[WholeHeightIndex]);
+      Message(places_[WholeHeightIndex] + ": warning: " + DoubtTexts[WholeHeightIndex]);
     }
     for (std::size_t i = 0; i < Doubts; ++i) {
       if (totals_[i] > 0 && i != WholeHeightIndex) {
-        std::fprintf(stderr, "latigo: %zu points: %s\n", totals_[i], DoubtTexts[i]);
+        Message(std::to_string(totals_[i]) + " points: " + DoubtTexts[i]);
       }
     }
     return failed_ ? 1 : 0;
