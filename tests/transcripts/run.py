@@ -103,6 +103,11 @@ if len(program) == 1:  # Windows has none in its folders
     os.mkfifo(install.name + "/fifo")
     assert run(["info", install.name + "/fifo"], "")[2].endswith("fifo: is not a regular file\n")
 assert run(["info", "."], "")[2].endswith(": is a directory\n")
+# Each section of a large file is opened as what it is, though not from the file itself.
+system = "Projection=SMERC\nFlattening=298\nFalseEasting="
+open(install.name + "/many.ini", "w").write("".join(f"[S{i}]\n{system}{i}\n[S{i}]\n{system}9\n" for i in range(700)))
+status, output, messages = run(["info", install.name + "/many.ini"] if len(program) == 1 else ["--version"], "")
+assert len(program) > 1 or re.findall(r"easting (\d+),", output) == [str(i) for i in range(700)], output[-400:]
 for size, section, expected in ((1 << 24, "Last", 0), ((1 << 24) + 1, "Last", 2)) if len(program) == 1 else ():
     text = "".join(f"[S{i}]\n" for i in range(60000)) + "[Last]\nProjection=SMERC\nFlattening=298\n"
     open(install.name + "/many.ini", "w", newline="\n").write(text.ljust(size, ";"))

@@ -132,10 +132,13 @@ ConfigFile::ConfigFile(const std::string& path) : path_(path), bytes_(ReadFile(p
   while (lines.Next(line)) {
     ++number;
     if (line.is == ProfileLine::Is::Section && !line.name.empty()) {
+      if (current != SIZE_MAX) {
+        sections_[current].end = line.begin;
+      }
       const auto [place, isNew] = index_.emplace(Folded(line.name), sections_.size());
       current = isNew ? sections_.size() : SIZE_MAX;
       if (isNew) {
-        sections_.push_back({line.name, number, {}, {}});
+        sections_.push_back({line.name, number, line.begin, bytes_.size(), {}, {}});
       } else {
         sections_[place->second].again.push_back(number);
       }
@@ -157,6 +160,11 @@ std::vector<std::string> ConfigFile::Sections() const {
     names.emplace_back(section.name);
   }
   return names;
+}
+
+std::string_view ConfigFile::TextOf(std::string_view section) const {
+  const Section& found = sections_[index_.at(Folded(section))];
+  return std::string_view(bytes_).substr(found.begin, found.end - found.begin);
 }
 
 bool ConfigFile::HasValue(std::string_view section, std::string_view key) const {

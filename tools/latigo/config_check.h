@@ -25,6 +25,10 @@ class ConfigFile {
   // Whether a section has a value for a key.
   bool HasValue(std::string_view section, std::string_view key) const;
 
+  // The text of a section, from the line of its name to the next section; and the size of the file, bytes.
+  std::string_view TextOf(std::string_view section) const;
+  std::size_t Size() const { return bytes_.size(); }
+
   // Of a section by its name: one line of text for each cause, with file, line, section, key and what is read.
   std::vector<std::string> Warnings(std::string_view name) const;
 
@@ -37,6 +41,7 @@ class ConfigFile {
   struct Section {
     std::string_view name;
     std::size_t line;
+    std::size_t begin, end;  // of its text
     std::vector<Key> keys;
     std::vector<std::size_t> again;  // lines of further sections of the name, which are not read
   };

@@ -1,6 +1,10 @@
 #include "coordinate_system.h"
 
 #include <algorithm>
+#include <fstream>
+#include <random>
+#include <system_error>
+#include <utility>
 
 #include "frame/config_keys.h"
 #include "frame/errcode.h"
@@ -94,6 +98,38 @@ Opened OpenSection(const std::string& file, const std::string& section) {
     opened.explanation = Explain(opened.code, Profile(path.c_str()), section);
   }
   return opened;
+}
+
+SectionOpener::SectionOpener(const ConfigFile& config, std::string file) : config_(config), file_(std::move(file)) {
+  constexpr std::size_t Small = 1U << 16U;  // bytes
+  if (config.Size() > Small) {
+    std::random_device random;
+    folder_ =
+        std::filesystem::temp_directory_path() / ("latigo-" + std::to_string(random()) + std::to_string(random()));
+    if (!std::filesystem::create_directory(folder_)) {
+      throw UsageError(folder_.string() + ": exists already");
+    }
+    std::filesystem::permissions(folder_, std::filesystem::perms::owner_all);
+  }
+}
+
+SectionOpener::~SectionOpener() {
+  if (!folder_.empty()) {
+    std::error_code ignored;
+    std::filesystem::remove_all(folder_, ignored);
+  }
+}
+
+Opened SectionOpener::Open(const std::string& section) const {
+  if (folder_.empty()) {
+    return OpenSection(file_, section);
+  }
+  const std::filesystem::path copy = folder_ / "section.ini";
+  std::filesystem::remove(copy);  // some file systems write out a file at once that is cut to nothing and filled again
+  if (!(std::ofstream(copy, std::ios::binary) << config_.TextOf(section)).flush()) {
+    throw UsageError(copy.string() + ": cannot be written");
+  }
+  return OpenSection(copy.string(), section);
 }
 
 }  // namespace latigo::cli

@@ -3,6 +3,7 @@
 
 #include <latigo/latigo.h>
 
+#include <filesystem>
 #include <memory>
 #include <string>
 #include <vector>
@@ -32,5 +33,22 @@ void RequireSection(const ConfigFile& config, const Options& options);
 void CheckSection(const Options& options);
 
 Opened OpenSection(const std::string& file, const std::string& section);
+
+// Opens many sections of one file. The library reads the whole file for each object, so those of a large file are opened
+// from a file of their own.
+class SectionOpener {
+ public:
+  SectionOpener(const ConfigFile& config, std::string file);
+  ~SectionOpener();
+  SectionOpener(const SectionOpener&) = delete;
+  SectionOpener& operator=(const SectionOpener&) = delete;
+
+  Opened Open(const std::string& section) const;
+
+ private:
+  const ConfigFile& config_;
+  std::string file_;
+  std::filesystem::path folder_;  // of the section's own file; empty for a small file
+};
 
 }  // namespace latigo::cli

@@ -140,7 +140,8 @@ void PrintHeights(bool hasVerticalUnit) {
 // How a section was found; the worst stands last.
 enum class Outcome { Clean, Warned, Failed };
 
-Outcome Describe(const Options& options, const ConfigFile& config, const std::string& section) {
+Outcome Describe(const Options& options, const ConfigFile& config, const SectionOpener& opener,
+                 const std::string& section) {
   std::printf("[%s]\n", Visible(section).c_str());
   std::fflush(stdout);  // so that warnings stand below the name
   Outcome outcome = Outcome::Clean;
@@ -148,7 +149,7 @@ Outcome Describe(const Options& options, const ConfigFile& config, const std::st
     Message(warning);
     outcome = Outcome::Warned;
   }
-  const Opened opened = OpenSection(options.file, section);
+  const Opened opened = opener.Open(section);
   if (opened.code != 0) {
     outcome = opened.object ? std::max(outcome, Outcome::Warned) : Outcome::Failed;
     Message(options.file + " [" + section + "]: " + (opened.object ? "warning: " : "") + opened.explanation);
@@ -177,9 +178,10 @@ std::vector<std::string> SectionsAsked(const Options& options, const ConfigFile&
 
 int RunInfo(const Options& options, bool sectionGiven) {
   const ConfigFile config(options.file);
+  const SectionOpener opener(config, options.file);
   Outcome worst = Outcome::Clean;
   for (const std::string& section : SectionsAsked(options, config, sectionGiven)) {
-    worst = std::max(worst, Describe(options, config, section));
+    worst = std::max(worst, Describe(options, config, opener, section));
   }
   if (options.strict && worst != Outcome::Clean) {
     return 2;
@@ -191,8 +193,9 @@ int RunCheck(const Options& options, bool sectionGiven) {
   try {
     const ConfigFile config(options.file);
     const std::vector<std::string> sections = SectionsAsked(options, config, sectionGiven);
+    const SectionOpener opener(config, options.file);
     const bool clean = std::all_of(sections.begin(), sections.end(), [&](const std::string& section) {
-      return config.Warnings(section).empty() && OpenSection(options.file, section).code == 0;
+      return config.Warnings(section).empty() && opener.Open(section).code == 0;
     });
     return clean ? 0 : 2;
   } catch (const UsageError&) {
