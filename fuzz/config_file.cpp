@@ -8,9 +8,9 @@
 #include <climits>
 #include <vector>
 
-#include "frame/c_numbers.h"
 #include "frame/profile.h"
 #include "fuzz_input.h"
+#include "platform/c_numbers.h"
 
 namespace {
 

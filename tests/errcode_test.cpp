@@ -1,4 +1,4 @@
-#include "frame/errcode.h"
+#include "errors/errcode.h"
 
 #include <exception>
 

@@ -7,7 +7,7 @@
 #include "support.h"
 
 #if defined(_WIN32)
-#include "frame/last_error.h"
+#include "errors/last_error.h"
 #else
 #include <dlfcn.h>
 #include <fcntl.h>

@@ -5,7 +5,7 @@
 #include <clocale>
 #include <csignal>
 
-#include "frame/c_numbers.h"
+#include "platform/c_numbers.h"
 #include "support.h"
 
 #if !defined(_WIN32)

@@ -7,9 +7,9 @@
 #include <algorithm>
 #include <new>
 
+#include "errors/last_error.h"
+#include "errors/log_line.h"
 #include "frame/config_reader.h"
-#include "frame/last_error.h"
-#include "frame/log_line.h"
 #include "frame/profile.h"
 #include "support.h"
 

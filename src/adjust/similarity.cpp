@@ -17,10 +17,13 @@ void Mirror(const Adjustment& adjustment, double& x, double& y) {
 
 }  // namespace
 
-void SimilarityForward(const Adjustment& adjustment, double& x, double& y) {
-  const double r = adjustment.AdjustRotation;
-  const double p = adjustment.AdjustScale * std::sin(r);
-  const double q = adjustment.AdjustScale * std::cos(r);
+Similarity::Similarity(const Adjustment& adjustment)
+    : p(adjustment.AdjustScale * std::sin(adjustment.AdjustRotation)),
+      q(adjustment.AdjustScale * std::cos(adjustment.AdjustRotation)),
+      invP(std::sin(-adjustment.AdjustRotation) / adjustment.AdjustScale),
+      invQ(std::cos(-adjustment.AdjustRotation) / adjustment.AdjustScale) {}
+
+void Similarity::Forward(const Adjustment& adjustment, double& x, double& y) const {
   const double dx = x - adjustment.AdjustOrigX;
   const double dy = y - adjustment.AdjustOrigY;
   x = q * dx + p * dy + adjustment.AdjustX;
@@ -28,15 +31,12 @@ void SimilarityForward(const Adjustment& adjustment, double& x, double& y) {
   Mirror(adjustment, x, y);
 }
 
-void SimilarityInverse(const Adjustment& adjustment, double& x, double& y) {
-  const double r = -adjustment.AdjustRotation;
-  const double p = std::sin(r) / adjustment.AdjustScale;
-  const double q = std::cos(r) / adjustment.AdjustScale;
+void Similarity::Inverse(const Adjustment& adjustment, double& x, double& y) const {
   Mirror(adjustment, x, y);
-  const double u = x - adjustment.AdjustX;
-  const double v = y - adjustment.AdjustY;
-  x = q * u + p * v + adjustment.AdjustOrigX;
-  y = q * v - p * u + adjustment.AdjustOrigY;
+  const double dX = x - adjustment.AdjustX;
+  const double dY = y - adjustment.AdjustY;
+  x = invQ * dX + invP * dY + adjustment.AdjustOrigX;
+  y = invQ * dY - invP * dX + adjustment.AdjustOrigY;
 }
 
 }  // namespace latigo

@@ -1,15 +1,25 @@
 // The similarity transformation of a local grid: rotation and scale about an origin point, a shift, and mirrored axes.
-// x, y are the projection's coordinates, X, Y the local ones; both grid units.
+// x, y are the projection's coordinates, X, Y the local ones; both grid units. With rotation r, scale s:
+//     p = s sin r, q = s cos r
+//     X = q (x - x0) + p (y - y0) + X0, Y = q (y - y0) - p (x - x0) + Y0, and the mirrored axes change sign
+// The inverse has the same form with -r, 1/s and the two origins exchanged.
 #pragma once
 
 #include <latigo/latigo.h>
 
 namespace latigo {
 
-// Projection grid to local grid, in place.
-void SimilarityForward(const Adjustment& adjustment, double& x, double& y);
+class Similarity {
+ public:
+  explicit Similarity(const Adjustment& adjustment);
 
-// Local grid to projection grid, in place.
-void SimilarityInverse(const Adjustment& adjustment, double& x, double& y);
+  // Projection grid to local grid, and local grid to projection grid, in place, for the record of the constructor.
+  void Forward(const Adjustment& adjustment, double& x, double& y) const;
+  void Inverse(const Adjustment& adjustment, double& x, double& y) const;
+
+ private:
+  double p, q;        // s sin r, s cos r
+  double invP, invQ;  // sin(-r) / s, cos(-r) / s
+};
 
 }  // namespace latigo

@@ -1,11 +1,9 @@
-// The datum of a Geodesy object: moves positions between its own ellipsoid and WGS-84 or another ellipsoid, through
-// earth-centred cartesian coordinates. The seven values follow the coordinate frame rotation convention with small
-// angles.
+#include "datum/datum_shift.h"
+
 #include <array>
 #include <cstring>
 
-#include "datum/angles.h"
-#include "frame/geodesy.h"
+#include "math/angles.h"
 
 namespace latigo {
 
@@ -54,7 +52,7 @@ void Store(const Geographic& position, double& latitude, double& longitude, doub
 
 }  // namespace
 
-void Geodesy::SetEllDiff(const EllDiff& diff) {
+void DatumShift::SetEllDiff(const EllDiff& diff) {
   Diff = diff;
   // The scale alone does not make a shift.
   DatumActive = Diff.DeltaX != 0 || Diff.DeltaY != 0 || Diff.DeltaZ != 0 ||  //
@@ -62,11 +60,11 @@ void Geodesy::SetEllDiff(const EllDiff& diff) {
   DatumFile.reset();
 }
 
-void Geodesy::GetEllDiff(EllDiff& diff) const {
+void DatumShift::GetEllDiff(EllDiff& diff) const {
   diff = DatumFile ? EllDiff{0, 0, 0, GridMarker, 0, 0, 0} : Diff;
 }
 
-void Geodesy::SetEllModel(const char* path) {
+void DatumShift::SetEllModel(const char* path) {
   DatumFile.reset();
   Diff = Identity;
   if (path == nullptr) {
@@ -76,13 +74,13 @@ void Geodesy::SetEllModel(const char* path) {
   // A refused file leaves DatumActive as it was.
   auto grid = std::make_unique<InterpFile>(path, false);
   if (grid->Depth() < 2) {
-    errcode(HeaderOutOfRange, Fatal, GridFacility);  // dies unread and is thrown
+    ReportUnread(HeaderOutOfRange, GridFacility);
   }
   DatumFile = std::move(grid);
   DatumActive = true;
 }
 
-void Geodesy::GetEllModel(char* buffer, std::int32_t size) const {
+void DatumShift::GetEllModel(char* buffer, std::int32_t size) const {
   if (!DatumFile) {
     buffer[0] = '\0';
   } else if (size > 1) {
@@ -90,8 +88,7 @@ void Geodesy::GetEllModel(char* buffer, std::int32_t size) const {
   }
 }
 
-// At a position, and at the same latitude, longitude and height on the object's own ellipsoid.
-EllDiff Geodesy::LocalEllDiff(const Geographic& position, const Cartesian& own) {
+EllDiff DatumShift::LocalEllDiff(const Geographic& position, const Cartesian& own) {
   std::array<double, 3> values;
   std::int32_t count = 0;
   // A point outside the grid is carried across unshifted.
@@ -107,45 +104,45 @@ EllDiff Geodesy::LocalEllDiff(const Geographic& position, const Cartesian& own) 
   return Translation(own.X - wgs84.X, own.Y - wgs84.Y, own.Z - wgs84.Z);
 }
 
-void Geodesy::WGS84Conv(double& latitude, double& longitude, double* h) {
+void DatumShift::WGS84Conv(double& latitude, double& longitude, double* h) {
   if (!DatumActive) {
     return;
   }
   const Geographic wgs84 = Position(latitude, longitude, h);
   const SinCos phi = SinCosOf(wgs84.phi);
   const SinCos lambda = SinCosOf(wgs84.lambda);
-  const EllDiff diff = DatumFile ? LocalEllDiff(wgs84, Proj->GeoECEF(phi, lambda, wgs84.h)) : Diff;
+  const EllDiff diff = DatumFile ? LocalEllDiff(wgs84, Own.GeoECEF(phi, lambda, wgs84.h)) : Diff;
   const Cartesian position = WGS84Ellipsoid.GeoECEF(phi, lambda, wgs84.h);
-  Store(Proj->ECEFGeo(Forward(diff, position)), latitude, longitude, h);
+  Store(Own.ECEFGeo(Forward(diff, position)), latitude, longitude, h);
 }
 
-void Geodesy::InvWGS84Conv(double& latitude, double& longitude, double* h) {
+void DatumShift::InvWGS84Conv(double& latitude, double& longitude, double* h) {
   if (!DatumActive) {
     return;
   }
   const Geographic own = Position(latitude, longitude, h);
-  const Cartesian position = Proj->GeoECEF(own);
+  const Cartesian position = Own.GeoECEF(own);
   const EllDiff diff = DatumFile ? LocalEllDiff(own, position) : Diff;
   Store(WGS84Ellipsoid.ECEFGeo(Reverse(diff, position)), latitude, longitude, h);
 }
 
 // The seven values tell how to reach any other ellipsoid; a datum grid tells it for WGS-84 only.
-bool Geodesy::ShiftsFrom(const Ellipsoid& other) const {
-  return !DatumFile && DatumActive && other != *Proj;
+bool DatumShift::ShiftsFrom(const Ellipsoid& other) const {
+  return !DatumFile && DatumActive && other != Own;
 }
 
-void Geodesy::EllConv(double& latitude, double& longitude, double* h, double a, double f) const {
+void DatumShift::EllConv(double& latitude, double& longitude, double* h, double a, double f) const {
   const Ellipsoid other(a, f);
   if (ShiftsFrom(other)) {
     const Cartesian position = other.GeoECEF(Position(latitude, longitude, h));
-    Store(Proj->ECEFGeo(Forward(Diff, position)), latitude, longitude, h);
+    Store(Own.ECEFGeo(Forward(Diff, position)), latitude, longitude, h);
   }
 }
 
-void Geodesy::InvEllConv(double& latitude, double& longitude, double* h, double a, double f) const {
+void DatumShift::InvEllConv(double& latitude, double& longitude, double* h, double a, double f) const {
   const Ellipsoid other(a, f);
   if (ShiftsFrom(other)) {
-    const Cartesian position = Proj->GeoECEF(Position(latitude, longitude, h));
+    const Cartesian position = Own.GeoECEF(Position(latitude, longitude, h));
     Store(other.ECEFGeo(Reverse(Diff, position)), latitude, longitude, h);
   }
 }

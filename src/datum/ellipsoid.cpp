@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "datum/angles.h"
+#include "math/angles.h"
 
 namespace latigo {
 

@@ -4,7 +4,7 @@
 
 #include <cmath>
 
-#include "datum/angles.h"
+#include "math/angles.h"
 
 namespace latigo {
 

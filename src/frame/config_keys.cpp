@@ -2,7 +2,7 @@
 
 #include <latigo/latigo.h>
 
-#include "datum/angles.h"
+#include "math/angles.h"
 #include "platform/ascii.h"
 
 namespace latigo {

@@ -4,9 +4,9 @@
 #include <string_view>
 #include <vector>
 
+#include "errors/last_error.h"
 #include "frame/config_keys.h"
 #include "frame/install_dir.h"
-#include "frame/last_error.h"
 #include "frame/profile.h"
 #include "platform/cancellation.h"
 #include "platform/profile_snapshot.h"
@@ -49,12 +49,12 @@ class SectionReader {
 
   void ReadDatum(Geodesy& object) const {
     if (profile_.HasKey("DynDatum", section_)) {
-      object.SetEllModel(GridPath("DynDatum").text);
+      object.Datum().SetEllModel(GridPath("DynDatum").text);
       return;
     }
     EllDiff diff{};
     ReadNumbers(Record::Diff, diff);
-    object.SetEllDiff(diff);
+    object.Datum().SetEllDiff(diff);
   }
 
   void ReadAdjustment(Geodesy& object) const {
@@ -71,9 +71,9 @@ class SectionReader {
   }
 
   void ReadGeoid(Geodesy& object) const {
-    object.SetOrthoHCorr(Number("OrthoHCorr"));
+    object.Geoid().SetOrthoHCorr(Number("OrthoHCorr"));
     if (profile_.HasKey("Geoid", section_)) {
-      object.LoadGeoid(GridPath("Geoid").text);  // a failure dies unread and is thrown
+      object.Geoid().LoadGeoid(GridPath("Geoid").text);  // a failure dies unread and is thrown
     }
   }
 
@@ -127,7 +127,7 @@ Geodesy* CreateFromFile(const char* fileName, const char* section) noexcept {
     if (code != GeoidNotLoaded) {
       return nullptr;
     }
-    object->SetOrthoHCorr(0);
+    object->Geoid().SetOrthoHCorr(0);
     return object.release();
   } catch (...) {
     SetLastError(OtherException);

@@ -5,9 +5,9 @@
 #include <cstring>
 
 #include "datum/ellipsoid_table.h"
+#include "errors/last_error.h"
 #include "frame/config_reader.h"
 #include "frame/geodesy.h"
-#include "frame/last_error.h"
 #include "frame/local_names.h"
 
 using latigo::errcode;
@@ -133,35 +133,35 @@ double Scale(GeodesyHandle handle, double x, double y) {
 }
 
 int32_t SetEllDiff(GeodesyHandle handle, const EllDiff* diff) {
-  return Plain(handle, [=](Geodesy& object) { object.SetEllDiff(*diff); });
+  return Plain(handle, [=](Geodesy& object) { object.Datum().SetEllDiff(*diff); });
 }
 
 int32_t GetEllDiff(GeodesyHandle handle, EllDiff* diff) {
-  return Plain(handle, [=](const Geodesy& object) { object.GetEllDiff(*diff); });
+  return Plain(handle, [=](const Geodesy& object) { object.Datum().GetEllDiff(*diff); });
 }
 
 int32_t SetEllModel(GeodesyHandle handle, const char* fileName) {
-  return Guarded(handle, [=](Geodesy& object) { object.SetEllModel(fileName); });
+  return Guarded(handle, [=](Geodesy& object) { object.Datum().SetEllModel(fileName); });
 }
 
 int32_t GetEllModel(GeodesyHandle handle, char* buffer, int32_t size) {
-  return Plain(handle, [=](const Geodesy& object) { object.GetEllModel(buffer, size); });
+  return Plain(handle, [=](const Geodesy& object) { object.Datum().GetEllModel(buffer, size); });
 }
 
 int32_t EllConv(GeodesyHandle handle, double* latitude, double* longitude, double* height, double a, double f) {
-  return Plain(handle, [=](const Geodesy& object) { object.EllConv(*latitude, *longitude, height, a, f); });
+  return Plain(handle, [=](const Geodesy& object) { object.Datum().EllConv(*latitude, *longitude, height, a, f); });
 }
 
 int32_t InvEllConv(GeodesyHandle handle, double* latitude, double* longitude, double* height, double a, double f) {
-  return Plain(handle, [=](const Geodesy& object) { object.InvEllConv(*latitude, *longitude, height, a, f); });
+  return Plain(handle, [=](const Geodesy& object) { object.Datum().InvEllConv(*latitude, *longitude, height, a, f); });
 }
 
 int32_t WGS84Conv(GeodesyHandle handle, double* latitude, double* longitude, double* height) {
-  return Guarded(handle, [=](Geodesy& object) { object.WGS84Conv(*latitude, *longitude, height); });
+  return Guarded(handle, [=](Geodesy& object) { object.Datum().WGS84Conv(*latitude, *longitude, height); });
 }
 
 int32_t InvWGS84Conv(GeodesyHandle handle, double* latitude, double* longitude, double* height) {
-  return Guarded(handle, [=](Geodesy& object) { object.InvWGS84Conv(*latitude, *longitude, height); });
+  return Guarded(handle, [=](Geodesy& object) { object.Datum().InvWGS84Conv(*latitude, *longitude, height); });
 }
 
 int32_t GeoECEF(GeodesyHandle handle, double* x, double* y, double* z, double latitude, double longitude,
@@ -199,15 +199,15 @@ double RLineLL(GeodesyHandle handle, double latitude1, double longitude1, double
 }
 
 int32_t SetGeoid(GeodesyHandle handle, const char* fileName, double orthoHCorr) {
-  return Guarded(handle, [=](Geodesy& object) { object.SetGeoid(fileName, orthoHCorr); });
+  return Guarded(handle, [=](Geodesy& object) { object.Geoid().SetGeoid(fileName, orthoHCorr); });
 }
 
 int32_t GetGeoid(GeodesyHandle handle, char* buffer, int32_t size, double* orthoHCorr) {
-  return Plain(handle, [=](const Geodesy& object) { object.GetGeoid(buffer, size, orthoHCorr); });
+  return Plain(handle, [=](const Geodesy& object) { object.Geoid().GetGeoid(buffer, size, orthoHCorr); });
 }
 
 int32_t Undulation(GeodesyHandle handle, double latitude, double longitude, double* undulation) {
-  return Read(handle, [=](Geodesy& object) { return object.Undulation(latitude, longitude, *undulation); });
+  return Read(handle, [=](Geodesy& object) { return object.Geoid().Undulation(latitude, longitude, *undulation); });
 }
 
 int32_t HConvert(GeodesyHandle handle, double* value, uint8_t direction) {

@@ -2,7 +2,7 @@
 
 #include <atomic>
 
-#include "frame/log_line.h"
+#include "errors/log_line.h"
 #include "frame/units.h"
 #include "projection/factory.h"
 
@@ -10,17 +10,27 @@ namespace latigo {
 
 namespace {
 std::atomic<std::int32_t> LiveCount = 0;  // objects alive in the process
+
+void Convert(double& value, double metresPerUnit, bool toMetres) {
+  value = toMetres ? value * metresPerUnit : value / metresPerUnit;
 }
 
+}  // namespace
+
 Geodesy::Geodesy(const GeodesyParams& params)
-    : Proj(MakeProjection(params)), VertUnit(params.Unit), UnitId(FindUnit(params.Unit)), VertUnitId(UnitId) {
+    : Proj(MakeProjection(params)),
+      Shift(*Proj),
+      Local(Proj->Unit),
+      VertUnit(params.Unit),
+      UnitId(FindUnit(params.Unit)),
+      VertUnitId(UnitId) {
   ++LiveCount;
 }
 
 Geodesy::~Geodesy() {
-  Proj.reset();
-  GeoidFile.reset();
-  DatumFile.reset();
+  // Its files are closed before the line that says that nothing is left.
+  Shift.SetEllModel(nullptr);
+  Model.LoadGeoid(nullptr);
   if (--LiveCount == 0) {
     LogLine("LATIGO - last instance");
   }
@@ -39,6 +49,24 @@ void Geodesy::GetParams(GeodesyParams& params) const {
             .SkewAzimuth = Proj->SkewAzimuth,
             .FalseEasting = Proj->FalseEasting,
             .FalseNorthing = Proj->FalseNorthing};
+}
+
+errcode Geodesy::SetAdjust(const Adjustment& adjustment) {
+  errcode result = Local.SetAdjust(adjustment);
+  // The other types leave the names of the axes as they were.
+  if (result.Succeeded() && Local.IsSimilarity()) {
+    FirstAxisId = (adjustment.AdjustType & LATIGO_REVERSE_X) != 0 ? AxisWesting : AxisEasting;
+    SecondAxisId = (adjustment.AdjustType & LATIGO_REVERSE_Y) != 0 ? AxisSouthing : AxisNorthing;
+  }
+  return result;
+}
+
+void Geodesy::HConvert(double& value, bool toMetres) const {
+  Convert(value, Proj->Unit, toMetres);
+}
+
+void Geodesy::VConvert(double& value, bool toMetres) const {
+  Convert(value, VertUnit, toMetres);
 }
 
 }  // namespace latigo

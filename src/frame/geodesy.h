@@ -1,5 +1,5 @@
-// `Geodesy`: one coordinate system, the object behind a handle. It coordinates; the work of each subject stands in that
-// subject's folder: datum/datum_shift.cpp, grid/geoid.cpp, adjust/adjustment.cpp, frame/local_names.cpp.
+// `Geodesy`: one coordinate system, the object behind a handle. It coordinates a projection and three parts, each a class
+// in its subject's folder: the datum shift, the geoid model and the local grid; units and names are its own.
 //
 // A conversion may read a grid file, so one object serves one thread at a time. The members carry the names of the
 // exports that they serve; include/latigo/latigo.h documents them.
@@ -10,9 +10,10 @@
 #include <cstdint>
 #include <memory>
 
-#include "datum/ellipsoid.h"
-#include "frame/errcode.h"
-#include "grid/interp_file.h"
+#include "adjust/local_grid.h"
+#include "datum/datum_shift.h"
+#include "errors/errcode.h"
+#include "grid/geoid_model.h"
 #include "projection/projection.h"
 
 namespace latigo {
@@ -28,79 +29,45 @@ class Geodesy {
   Geodesy(const Geodesy&) = delete;
   Geodesy& operator=(const Geodesy&) = delete;
 
-  // Projection, with the local grid behind it.
+  // Projection, then local grid; and the inverse.
   errcode GeoXY(double& x, double& y, double latitude, double longitude) const {
-    if (const std::int32_t code = Proj->GeoXY(x, y, latitude, longitude).code(); code != 0) {
-      return errcode(code, Fatal);
+    errcode result = Proj->GeoXY(x, y, latitude, longitude);
+    if (result.Succeeded()) {
+      Local.Forward(x, y);
     }
-    AdjustForward(x, y);
-    return errcode();
+    return result;
   }
   errcode XYGeo(double x, double y, double& latitude, double& longitude) const {
-    AdjustInverse(x, y);
+    Local.Inverse(x, y);
     return Proj->XYGeo(x, y, latitude, longitude);
   }
-  // At the projection's own coordinates: the local grid takes no part.
+  // At the projection's own coordinates, before any local grid.
   errcode Scale(double x, double y, double& k) const { return Proj->Scale(x, y, k); }
   void GetParams(GeodesyParams& params) const;
   const Projection& GetProjection() const { return *Proj; }
 
-  // Datum. A null h works at height 0.
-  void SetEllDiff(const EllDiff& diff);
-  void GetEllDiff(EllDiff& diff) const;
-  void SetEllModel(const char* path);  // null for none; throws errcode
-  void GetEllModel(char* buffer, std::int32_t size) const;
-  void WGS84Conv(double& latitude, double& longitude, double* h);
-  void InvWGS84Conv(double& latitude, double& longitude, double* h);
-  void EllConv(double& latitude, double& longitude, double* h, double a, double f) const;
-  void InvEllConv(double& latitude, double& longitude, double* h, double a, double f) const;
+  DatumShift& Datum() { return Shift; }
+  const DatumShift& Datum() const { return Shift; }
+  GeoidModel& Geoid() { return Model; }
+  const GeoidModel& Geoid() const { return Model; }
 
-  // Heights.
-  errcode LoadGeoid(const char* path);                 // null for none
-  void SetGeoid(const char* path, double orthoHCorr);  // throws errcode
-  void SetOrthoHCorr(double value) { OrthoHCorr = value; }
-  const char* GeoidPath() const;  // null without a grid
-  void GetGeoid(char* buffer, std::int32_t size, double* orthoHCorr) const;
-  errcode Undulation(double latitude, double longitude, double& undulation);
+  errcode SetAdjust(const Adjustment& adjustment);
+  void GetAdjust(Adjustment& adjustment) const { adjustment = Local.Record(); }
+
+  // Units and names.
   void HConvert(double& value, bool toMetres) const;
   void VConvert(double& value, bool toMetres) const;
-
-  // Local grid.
-  errcode SetAdjust(const Adjustment& adjustment);
-  void GetAdjust(Adjustment& adjustment) const;
-
-  // Names.
   void SetVertUnit(double metresPerUnit);  // 0 takes the horizontal unit
   // The string id, without language, of a request of GetLocalName; 0 for none.
   std::int32_t LocalNameId(std::int32_t request) const;
 
  private:
-  // The stage of the local grid, which most objects do not have.
-  void AdjustForward(double& x, double& y) const {
-    if (AdjustmentType() != 0) {
-      DoAdjustForward(x, y);
-    }
-  }
-  void AdjustInverse(double& x, double& y) const {
-    if (AdjustmentType() != 0) {
-      DoAdjustInverse(x, y);
-    }
-  }
-  void DoAdjustForward(double& x, double& y) const;
-  void DoAdjustInverse(double& x, double& y) const;
-  std::uint32_t AdjustmentType() const { return Adjust.AdjustType & 0xFFFFU; }
-  EllDiff LocalEllDiff(const Geographic& position, const Cartesian& own);  // of the datum grid
-  bool ShiftsFrom(const Ellipsoid& other) const;
-
-  std::unique_ptr<const Projection> Proj;
-  std::unique_ptr<InterpFile> GeoidFile;  // null without a geoid grid
-  std::unique_ptr<InterpFile> DatumFile;  // null without a datum grid
-  EllDiff Diff = {0, 0, 0, 1, 0, 0, 0};
-  bool DatumActive = false;  // a shift is in force
-  Adjustment Adjust = {0, 0, 0, 0, 1, 0, 0};
-  double OrthoHCorr = 0;  // added to every undulation
-  double VertUnit;        // metres per vertical unit
-  std::int32_t UnitId;    // id in the unit table, or 0
+  const std::unique_ptr<const Projection> Proj;
+  DatumShift Shift;
+  GeoidModel Model;
+  LocalGrid Local;
+  double VertUnit;      // metres per vertical unit
+  std::int32_t UnitId;  // id in the unit table, or 0
   std::int32_t VertUnitId;
   std::int32_t FirstAxisId = AxisEasting;
   std::int32_t SecondAxisId = AxisNorthing;

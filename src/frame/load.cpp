@@ -1,8 +1,8 @@
 // What happens when the library is loaded into a process. The facility of errcode.cpp is static and stands before any
 // export can run.
-#include "frame/last_error.h"
+#include "errors/last_error.h"
+#include "errors/log_line.h"
 #include "frame/local_names.h"
-#include "frame/log_line.h"
 #include "platform/platform.h"
 
 namespace latigo {

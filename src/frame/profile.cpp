@@ -4,8 +4,8 @@
 #include <cstring>
 #include <memory>
 
-#include "frame/c_numbers.h"
 #include "platform/ascii.h"
+#include "platform/c_numbers.h"
 #include "platform/files.h"
 #include "platform/platform.h"
 

@@ -7,7 +7,7 @@
 #include <string_view>
 #include <utility>
 
-#include "datum/angles.h"
+#include "math/angles.h"
 #include "platform/ascii.h"
 
 namespace latigo {

@@ -12,7 +12,7 @@
 #include <span>
 #include <string>
 
-#include "frame/errcode.h"
+#include "errors/errcode.h"
 #include "platform/files.h"
 
 namespace latigo {

@@ -9,8 +9,8 @@
 // ellipsoid) + K, and K = ln c / 2 is the constant that maps phi0 to chi0.
 #pragma once
 
-#include "datum/angles.h"
 #include "datum/ellipsoid.h"
+#include "math/angles.h"
 
 namespace latigo {
 

@@ -3,7 +3,7 @@
 // USGS PP 1395, (3-26), whose e1 (3-24) is n: phi = mu + B2 sin 2mu + B4 sin 4mu + B6 sin 6mu + B8 sin 8mu, mu = M / G.
 #pragma once
 
-#include "datum/angles.h"
+#include "math/angles.h"
 
 namespace latigo {
 

@@ -11,9 +11,9 @@
 #include <cmath>
 #include <cstdint>
 
-#include "datum/angles.h"
 #include "datum/ellipsoid.h"
-#include "frame/errcode.h"
+#include "errors/errcode.h"
+#include "math/angles.h"
 
 namespace latigo {
 

@@ -12,11 +12,11 @@
 #include <numeric>
 
 #include "error_text.h"
-#include "frame/c_numbers.h"
 #include "frame/config_keys.h"
 #include "frame/install_dir.h"
 #include "lines.h"
 #include "platform/ascii.h"
+#include "platform/c_numbers.h"
 #include "platform/posix/profile_file.h"
 
 namespace latigo::cli {

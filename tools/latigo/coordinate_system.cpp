@@ -6,8 +6,8 @@
 #include <system_error>
 #include <utility>
 
+#include "errors/errcode.h"
 #include "frame/config_keys.h"
-#include "frame/errcode.h"
 #include "frame/install_dir.h"
 #include "frame/profile.h"
 #include "visible.h"

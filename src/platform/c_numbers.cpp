@@ -1,4 +1,4 @@
-#include "frame/c_numbers.h"
+#include "platform/c_numbers.h"
 
 #include <algorithm>
 #include <charconv>

@@ -1,4 +1,4 @@
-#include "frame/log_line.h"
+#include "errors/log_line.h"
 
 #include <cstdarg>
 #include <cstdio>

@@ -1,8 +1,8 @@
-#include "frame/errcode.h"
+#include "errors/errcode.h"
 
 #include <utility>
 
-#include "frame/log_line.h"
+#include "errors/log_line.h"
 
 namespace latigo {
 

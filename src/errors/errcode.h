@@ -54,6 +54,9 @@ class errcode {
     }
   }
 
+  // Looks without reading: the value stays as loud as it is.
+  bool Succeeded() const noexcept { return code_ == 0; }
+
   // Reads the code, and silences the value.
   std::int32_t code() noexcept {
     pending_ = false;
@@ -92,5 +95,10 @@ class errfacility {
   std::int16_t throwLevel_ = Fatal;
   std::string name_;
 };
+
+// Makes a fatal failure that nobody reads, so that its facility logs and throws it here.
+inline void ReportUnread(ErrorNumber code, errfacility* facility = nullptr) {
+  errcode(code, Fatal, facility);
+}
 
 }  // namespace latigo
