@@ -44,7 +44,7 @@ class LocalGrid {
   Adjustment Adjust = {0, 0, 0, 0, 1, 0, 0};
   Kind Stage = Kind::None;  // what the record's type means
   std::uint32_t Type = 0;   // the type without its flags
-  Similarity Turn{Adjust};  // rotation and scale of the record
+  Similarity Turn;          // rotation and scale of the record
 };
 
 }  // namespace latigo

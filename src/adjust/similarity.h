@@ -11,6 +11,7 @@ namespace latigo {
 
 class Similarity {
  public:
+  Similarity() = default;  // no rotation, scale 1
   explicit Similarity(const Adjustment& adjustment);
 
   // Projection grid to local grid, and local grid to projection grid, in place, for the record of the constructor.
@@ -18,8 +19,8 @@ class Similarity {
   void Inverse(const Adjustment& adjustment, double& x, double& y) const;
 
  private:
-  double p, q;        // s sin r, s cos r
-  double invP, invQ;  // sin(-r) / s, cos(-r) / s
+  double p = 0, q = 1;        // s sin r, s cos r
+  double invP = 0, invQ = 1;  // sin(-r) / s, cos(-r) / s
 };
 
 }  // namespace latigo
