@@ -33,6 +33,8 @@ class DatumShift {
   // Copies the path of the grid as strncpy does with size - 1, or an empty text.
   void GetEllModel(char* buffer, std::int32_t size) const;
 
+  void CloseFile() { DatumFile.reset(); }
+
   // From WGS-84 to the own datum, and from the own datum to WGS-84. Nothing changes without an active shift. A point
   // outside the grid, or in rows that cannot be read, changes the ellipsoid without a shift.
   void WGS84Conv(double& latitude, double& longitude, double* h);

@@ -29,8 +29,8 @@ Geodesy::Geodesy(const GeodesyParams& params)
 
 Geodesy::~Geodesy() {
   // Its files are closed before the line that says that nothing is left.
-  Shift.SetEllModel(nullptr);
-  Model.LoadGeoid(nullptr);
+  Shift.CloseFile();
+  Model.CloseFile();
   if (--LiveCount == 0) {
     LogLine("LATIGO - last instance");
   }

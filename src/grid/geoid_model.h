@@ -18,6 +18,8 @@ class GeoidModel {
   void SetGeoid(const char* path, double orthoHCorr);
   void SetOrthoHCorr(double value) { OrthoHCorr = value; }
 
+  void CloseFile() { GeoidFile.reset(); }
+
   // Copies the path of the grid as strncpy does, or an empty text; orthoHCorr may be null.
   void GetGeoid(char* buffer, std::int32_t size, double* orthoHCorr) const;
 
