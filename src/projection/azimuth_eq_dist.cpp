@@ -33,13 +33,21 @@ AzimuthEqDist::AzimuthEqDist(const GeodesyParams& params)
       NorthPole(std::fabs(RefLatitude - HalfPi) < PoleTolerance),
       SouthPole(std::fabs(RefLatitude + HalfPi) < PoleTolerance) {}
 
+// Book, with phi1 for phi0:
+//     tan psi = (1 - e2) tan phi + e2 N0 sin phi0 / (N cos phi)
+//     tan Az  = sin(lambda - lambda0) / (cos phi0 tan psi - sin phi0 cos(lambda - lambda0))
+//     sin s   = sin(lambda - lambda0) cos psi / sin Az, or cos phi0 sin psi - sin phi0 cos psi on the central meridian
+//     G = e sin phi0 / sqrt(1 - e2), H = e cos phi0 cos Az / sqrt(1 - e2)
+//     c = N0 s (1 - s^2 H^2 (1 - H^2) / 6 + s^3 G H (1 - 2 H^2) / 8 + s^4 (H^2 (4 - 7 H^2) - 3 G^2 (1 - 7 H^2)) / 120
+//               - s^5 G H / 48)
+//     x = c sin Az, y = c cos Az
+// Here east and north are numerator and denominator of tan Az, and h = sqrt(east^2 + north^2), so that sin Az is east /
+// h and sin s is cos psi h: one form for both cases of the book, without the quotient of two small sines.
 errcode AzimuthEqDist::GeoXY(double& x, double& y, double phi, double lambda) const {
   const auto [sinD, cosD] = SinCosOf(lambda - CentralMeridian);
   const auto [sinPhi, cosPhi] = SinCosOf(phi);
   const double w = std::sqrt(1 - e2() * sinPhi * sinPhi);  // N0 / N(phi) is N0 Unit w / a
   const double tanPsi = ((1 - e2()) * sinPhi + OriginTerm * w) / cosPhi;
-  // Az is the arc tangent of east over north, and its sine and cosine follow by algebra: exact also on the central
-  // meridian and on the opposite one, where the sine of an angle near pi is nothing but rounding.
   const double east = sinD;
   const double north = CosLat0 * tanPsi - SinLat0 * cosD;
   const double h = std::sqrt(east * east + north * north);
@@ -73,6 +81,13 @@ errcode AzimuthEqDist::GeoXY(double& x, double& y, double phi, double lambda) co
   return errcode();
 }
 
+// Book, with phi1 for phi0:
+//     A = -e2 cos^2 phi0 cos^2 Az / (1 - e2), B = 3 e2 (1 - A) sin phi0 cos phi0 cos Az / (1 - e2), D = c / N0
+//     E = D - A (1 + A) D^3 / 6 - B (1 + 3 A) D^4 / 24, F = 1 - A E^2 / 2 - B E^3 / 6
+//     sin psi = sin phi0 cos E + cos phi0 sin E cos Az
+//     sin(lambda - lambda0) = sin Az sin E / cos psi
+//     tan phi = (1 - e2 F sin phi0 / sin psi) tan psi / (1 - e2)
+// Here tan phi = (sin psi - e2 F sin phi0) / cos psi / (1 - e2), which has a value at psi = 0 too.
 errcode AzimuthEqDist::XYGeo(double x, double y, double& phi, double& lambda) const {
   const double dx = x - FalseEasting;
   const double dy = y - FalseNorthing;
@@ -106,7 +121,6 @@ errcode AzimuthEqDist::XYGeo(double x, double y, double& phi, double& lambda) co
     }
     lambda = NormalizeLongitude(ArcSine(sinD) + CentralMeridian);
   }
-  // (1 - e2 F sin phi0 / sin psi) tan psi / (1 - e2), which has a value on the equator of psi too.
   phi = std::atan((sinPsi - e2() * F * SinLat0) * invCosPsi * InvOneMinusE2);
   return errcode();
 }

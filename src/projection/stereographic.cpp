@@ -7,11 +7,11 @@ namespace latigo {
 
 namespace {
 
-// The latitude is good when a Newton step is no larger than this, radians.
+// The iteration ends when a step is at most this, radians.
 constexpr double LatitudeTolerance = 1e-12;
 
-// Four to six steps are the rule; the bound only ends what would never end on an ellipsoid far from the earth's.
-constexpr int MaxPasses = 1000;
+// Four to six iterations are usual; the limit is for ellipsoids on which they would never end.
+constexpr int MaxIterations = 1000;
 
 }  // namespace
 
@@ -26,6 +26,10 @@ Stereographic::Stereographic(const GeodesyParams& params)
       InvTwoRK(1 / TwoRK),
       TwoR(2 * Sphere.radius) {}
 
+// Published   here
+// chi         chi           conformal latitude, as sine and cosine; ConformalSphere has the mapping
+// Lambda - Lambda0  Lambda  longitude on the sphere from the origin, n (lambda - lambda0)
+// B           D             1 + sin chi sin chi0 + cos chi cos chi0 cos(Lambda - Lambda0)
 errcode Stereographic::GeoXY(double& x, double& y, double phi, double lambda) const {
   const SinCos chi = FromIsometric(Sphere.IsometricLatitude(phi));
   const SinCos Lambda = SinCosOf(N * lambda - LonN);
@@ -36,43 +40,57 @@ errcode Stereographic::GeoXY(double& x, double& y, double phi, double lambda) co
   return errcode();
 }
 
-errcode Stereographic::XYGeo(double x, double y, double& phi, double& lambda) const {
-  // The way from the origin on the sphere is c = 2 atan(r / 2R), towards X/r east and Y/r north. With X and Y over 2R,
-  // 1 + cos c = 2 / (1 + r^2) = d, and sin c times the direction is d X and d Y.
+// Plane to conformal sphere. With r and the azimuth Az of a grid point about the origin: c' = 2 atan(r / 2 R k0),
+//     sin chi = cos c' sin chi0 + sin c' cos chi0 cos Az, sin(Lambda - Lambda0) = sin c' sin Az / cos chi.
+// With X, Y in units of 2 R k0: d = 1 + cos c' = 2 / (1 + X^2 + Y^2), and sin c' (sin Az, cos Az) = d (X, Y), so no
+// angle is formed.
+Stereographic::OnSphere Stereographic::PlaneToSphere(double x, double y) const {
   const double X = (x - FalseEasting) * InvTwoRK;
   const double Y = (y - FalseNorthing) * InvTwoRK;
   const double d = 2 / (1 + (X * X + Y * Y));
   const double sinChi = std::clamp((d - 1) * Sphere.sinChi0 + Sphere.cosChi0 * (d * Y), -1.0, 1.0);
-  // Sine and cosine of h = pi/4 + chi/2; no double is a right angle.
-  SinCos h = {std::sqrt((1 + sinChi) / 2), std::max(std::sqrt((1 - sinChi) / 2), CosOfRightAngle)};
-  const double cosChi = std::max(2 * h.sin * h.cos, CosOfRightAngle);  // 0 at the far pole
-  lambda = (ArcSine(d * X / cosChi) + LonN) * InvN;
+  // No double is a right angle, so no cosine is 0: h at the near pole, chi at the far one.
+  const SinCos h = {std::sqrt((1 + sinChi) / 2), std::max(std::sqrt((1 - sinChi) / 2), CosOfRightAngle)};
+  const double cosChi = std::max(2 * h.sin * h.cos, CosOfRightAngle);
+  return {std::asin(sinChi), h, ArcSine(d * X / cosChi)};
+}
 
-  // Newton's iteration for c z^n = w0 = tan(h), z = tan(pi/4 + phi/2) ((1 - e s)/(1 + e s))^(e/2), from chi.
+// Conformal sphere to ellipsoid: c z^n = w0 = tan(pi/4 + chi/2), where z = T P, T = tan h, h = pi/4 + phi/2,
+// P = ((1 - e s) / (1 + e s))^(e/2), s = sin phi. By steps g / (c n z^(n-1) Q) from phi = chi, g = c z^n - w0.
+//
+// The derivative of z is P / (2 cos^2 h) - T P cos phi e2 / (1 - e2 s^2). The prescribed slope Q departs from it in the
+// second term, which has no factor P, one factor s more, and e2 s for e2 s^2; in the south it has the other sign. The
+// latitude reached is the same, since g is; it takes a few iterations more, as the steps are off by parts of e2.
+double Stereographic::SphereToEllipsoid(double chi, SinCos h) const {
   const double w0 = h.sin / h.cos;
-  double latitude = std::asin(sinChi);
-  for (int passes = 1;; ++passes) {
+  double phi = chi;
+  for (int iterations = 1;; ++iterations) {
     const double s = (h.sin - h.cos) * (h.sin + h.cos);
     const double invCosH = 1 / h.cos;
     const double T = h.sin * invCosH;
     const double eccTerm = EccTerm(s);
     const double P = std::exp(-eccTerm);
-    const double zN1 = std::exp((N - 1) * (std::log(T) - eccTerm));
+    const double zN1 = std::exp((N - 1) * (std::log(T) - eccTerm));  // z^(n - 1)
     const double g = C * (zN1 * (T * P)) - w0;
-    // The slope of z nearly: it has e2 s where the derivative has e2 s^2. The latitude reached is the same.
     const double Q =
-        0.5 * P * invCosH * invCosH - 2 * h.sin * h.sin * e2() * s / (1 - e2() * s);  // 2 sin^2 h = T cos(phi)
+        0.5 * P * invCosH * invCosH - 2 * h.sin * h.sin * e2() * s / (1 - e2() * s);  // T cos phi = 2 sin^2 h
     const double step = g / (C * N * zN1 * Q);
-    latitude -= step;
-    if (!(std::fabs(step) > LatitudeTolerance) || passes == MaxPasses) {
-      break;
+    phi -= step;
+    if (!(std::fabs(step) > LatitudeTolerance) || iterations == MaxIterations) {
+      return phi;
     }
-    h = SinCosOf(latitude / 2 + HalfPi / 2);
+    h = SinCosOf(phi / 2 + HalfPi / 2);
   }
-  phi = latitude;
+}
+
+errcode Stereographic::XYGeo(double x, double y, double& phi, double& lambda) const {
+  const auto [chi, h, Lambda] = PlaneToSphere(x, y);
+  lambda = (Lambda + LonN) * InvN;
+  phi = SphereToEllipsoid(chi, h);
   return errcode();
 }
 
+// The scale factor from the sphere to the plane: 1 + (r / 2 R k0)^2 times k0.
 errcode Stereographic::Scale(double x, double y, double& k) const {
   const double ratio = Hypotenuse(x - FalseEasting, y - FalseNorthing) / TwoR;
   k = ratio * ratio / ScaleFactor + ScaleFactor;

@@ -4,10 +4,9 @@
 //
 // Reads RefLatitude and CentralMeridian (the origin), ScaleFactor and the false origin. Unit is not read: coordinates
 // and false origin are metres.
-// Domain: GeoXY takes any position; XYGeo gives back those within a quarter turn of longitude of the origin, and beyond
-// it and at the far pole wrong ones or no numbers, with code 0.
-// Accuracy: forward exact to rounding; forward and inverse close to better than 0.001 mm within 30 degrees of the
-// origin.
+// Domain: GeoXY takes any position; XYGeo returns positions within a quarter turn of longitude of the origin, and
+// outside it or at the far pole wrong ones or NaN, with code 0.
+// Accuracy: forward exact to rounding; the round-trip error is below 0.001 mm within 30 degrees of the origin.
 // Failures: none. The scale factor is that from the sphere to the plane.
 #pragma once
 
@@ -27,6 +26,16 @@ class Stereographic : public Projection {
   errcode Scale(double x, double y, double& k) const override;
 
  private:
+  // A point of the conformal sphere: its latitude, pi/4 + chi/2, and its longitude from the origin.
+  struct OnSphere {
+    double chi;
+    SinCos h;
+    double Lambda;
+  };
+
+  OnSphere PlaneToSphere(double x, double y) const;
+  double SphereToEllipsoid(double chi, SinCos h) const;  // the latitude
+
   const ConformalSphere Sphere;
   const double N;         // n: exponent of the conformal mapping
   const double C;         // c: constant of the conformal mapping
