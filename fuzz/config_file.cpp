@@ -59,8 +59,8 @@ std::string Plain(std::string line) {
   return line;
 }
 
-// The lines of the file that are not empty, and how many of them at one place another file does not have. A CR alone ends
-// a line too; an LF behind it, when the line between them goes, becomes part of the same line end.
+// The lines of the file that are not empty, and how many of them at one place another file does not have. A CR alone
+// ends a line too; an LF behind it, when the line between them goes, becomes part of the same line end.
 struct Lines : Names {
   explicit Lines(const std::string& path) {
     std::string line;

@@ -1,5 +1,5 @@
-// Runs a fuzzer's function over the files of the folders named by the arguments, without the fuzzing library: its code is
-// not compiled with the memory sanitizer, which would report what it writes.
+// Runs a fuzzer's function over the files of the folders named by the arguments, without the fuzzing library: its code
+// is not compiled with the memory sanitizer, which would report what it writes.
 #include <dirent.h>
 #include <sanitizer/msan_interface.h>
 

@@ -134,7 +134,8 @@ class ClaimsTest : public Scratch, public testing::WithParamInterface<std::strin
   }
 
  private:
-  // A grid file in the datum folder, with these numbers in its header; with "nodes", all nodes have the same values; with
+  // A grid file in the datum folder, with these numbers in its header; with "nodes", all nodes have the same values;
+  // with
   // "bytes" the file is so long.
   static void WriteGrid(const Row& row) {
     Grid grid;

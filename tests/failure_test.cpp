@@ -1,5 +1,6 @@
-// What the library allocates: nothing on the road of a point. And what it makes of memory that runs out and of files that
-// cannot be read: a code, and no exception. The functions below are those of the whole process, the library's included.
+// What the library allocates: nothing on the road of a point. And what it makes of memory that runs out and of files
+// that cannot be read: a code, and no exception. The functions below are those of the whole process, the library's
+// included.
 #include <atomic>
 #include <cstdio>
 #include <new>

@@ -9,7 +9,8 @@ namespace {
 
 class ProfileComparisonTest : public support::Scratch {};
 
-// What a function gives and writes into a buffer of a size, up to the NUL behind the text; and its count in a large one.
+// What a function gives and writes into a buffer of a size, up to the NUL behind the text; and its count in a large
+// one.
 template <typename Function>
 std::pair<std::string, std::uint32_t> Given(std::uint32_t size, Function function) {
   std::string buffer(2000, '#');

@@ -134,8 +134,8 @@ inline int LogQuestions = 0;
 }  // namespace support
 
 #if !defined(_WIN32)
-// The library asks for the file when it is loaded, before any code of the program can set the environment. So the program
-// itself answers, and a library that asked getenv would get no answer.
+// The library asks for the file when it is loaded, before any code of the program can set the environment. So the
+// program itself answers, and a library that asked getenv would get no answer.
 extern "C" [[gnu::visibility("default"), gnu::used]] inline char* secure_getenv(const char* name) noexcept {
   if (std::strcmp(name, "LATIGO_DEBUG_OUTPUT") != 0) { return std::getenv(name); }
   ++support::LogQuestions;

@@ -202,8 +202,8 @@ LATIGO_API double RLineLL(GeodesyHandle handle, double latitude1, double longitu
  * its new value. */
 LATIGO_API int32_t SetGeoid(GeodesyHandle handle, const char* fileName, double orthoHCorr);
 
-/** Gives the path of the geoid grid, or an empty text, and the constant (orthoHCorr may be null). At most size bytes are
- * written, filled up with zeros; a path of size bytes or more leaves no terminator. */
+/** Gives the path of the geoid grid, or an empty text, and the constant (orthoHCorr may be null). At most size bytes
+ * are written, filled up with zeros; a path of size bytes or more leaves no terminator. */
 LATIGO_API int32_t GetGeoid(GeodesyHandle handle, char* buffer, int32_t size, double* orthoHCorr);
 
 /** Gives the geoid undulation at a point, constant included. Code 8: the point lies outside the grid, and code 13: the

@@ -1,8 +1,9 @@
 /** @file
  * LATIGO for C++20: a thin frame over latigo.h, header only. Functions have the names of the exports that they call.
  *
- * Nothing throws but what makes a `std::string`. A `Result` carries a value and the code of the call; the value is to be
- * used only if the code is 0, except where a comment says otherwise. docs/errors.md has the codes, latigo.h the units.
+ * Nothing throws but what makes a `std::string`. A `Result` carries a value and the code of the call; the value is to
+ * be used only if the code is 0, except where a comment says otherwise. docs/errors.md has the codes, latigo.h the
+ * units.
  */
 #ifndef LATIGO_LATIGO_HPP
 #define LATIGO_LATIGO_HPP

@@ -1,5 +1,5 @@
-// The datum of a coordinate system: converts positions between its own ellipsoid and WGS-84 or another ellipsoid, by the
-// seven-parameter (Helmert) transformation or by a datum grid, through earth-centred cartesian coordinates.
+// The datum of a coordinate system: converts positions between its own ellipsoid and WGS-84 or another ellipsoid, by
+// the seven-parameter (Helmert) transformation or by a datum grid, through earth-centred cartesian coordinates.
 //
 // The parameters lead from WGS-84 (or the other datum) to the own datum, in the coordinate frame convention with small
 // angles. A datum grid holds shifts between the own datum and WGS-84 only.
@@ -15,8 +15,8 @@
 
 namespace latigo {
 
-// A conversion may read the grid file, so one object serves one thread at a time. Latitudes and longitudes are radians, h
-// is the ellipsoidal height in metres and may be null, which counts as 0; all are read and written.
+// A conversion may read the grid file, so one object serves one thread at a time. Latitudes and longitudes are radians,
+// h is the ellipsoidal height in metres and may be null, which counts as 0; all are read and written.
 class DatumShift {
  public:
   // For positions on an ellipsoid that outlives the object.

@@ -29,10 +29,10 @@ constexpr ConfigKey Keys[] = {
     {"FalseNorthing",   PARAMS(FalseNorthing),   AsGiven,          ValueKind::Number},
     {"SkewAzimuth",     PARAMS(SkewAzimuth),     DegreesToRadians, ValueKind::Azimuth},
     {"SemiMajorAxis",   PARAMS(SemiMajorAxis),   AsGiven,          ValueKind::Number},
-    {"Flattening",      PARAMS(InvFlattening),   AsGiven,          ValueKind::Reciprocal},  // the reciprocal, in the file too
+    {"Flattening",      PARAMS(InvFlattening),   AsGiven,          ValueKind::Reciprocal},  // 1/f, in the file too
     {"Projection",      OTHER,                   AsGiven,          ValueKind::Keyword},
     {"VertUnit",        OTHER,                   AsGiven,          ValueKind::Number},  // 0 means Unit
-    {"DynDatum",        OTHER,                   AsGiven,          ValueKind::File},  // in force instead of the seven values
+    {"DynDatum",        OTHER,                   AsGiven,          ValueKind::File},  // instead of the parameters
     {"DeltaX",          DIFF(DeltaX),            AsGiven,          ValueKind::Number},
     {"DeltaY",          DIFF(DeltaY),            AsGiven,          ValueKind::Number},
     {"DeltaZ",          DIFF(DeltaZ),            AsGiven,          ValueKind::Number},

@@ -1,5 +1,5 @@
-// `Geodesy`: one coordinate system, the object behind a handle. It coordinates a projection and three parts, each a class
-// in its subject's folder: the datum shift, the geoid model and the local grid; units and names are its own.
+// `Geodesy`: one coordinate system, the object behind a handle. It coordinates a projection and three parts, each a
+// class in its subject's folder: the datum shift, the geoid model and the local grid; units and names are its own.
 //
 // A conversion may read a grid file, so one object serves one thread at a time. The members carry the names of the
 // exports that they serve; include/latigo/latigo.h documents them.

@@ -1,4 +1,5 @@
-// The geoid model of a coordinate system: an optional grid of undulations, and a constant that applies with or without it.
+// The geoid model of a coordinate system: an optional grid of undulations, and a constant that applies with or without
+// it.
 #pragma once
 
 #include <cstdint>

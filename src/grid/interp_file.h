@@ -64,8 +64,8 @@ class InterpFile {
   std::int32_t rows_ = 0, cols_ = 0, depth_ = 0;
   std::int32_t recordBytes_ = 0;
   std::unique_ptr<float[]> records_;  // room for two records; null if the file has no row
-  // The records of the southern and the northern row in memory, each a word without meaning and the nodes. Either may be
-  // the first in `records_`; a lattice of one row has it as both.
+  // The records of the southern and the northern row in memory, each a word without meaning and the nodes. Either may
+  // be the first in `records_`; a lattice of one row has it as both.
   float* rowLow_ = nullptr;
   float* rowHigh_ = nullptr;
   std::int32_t cachedRow_ = -1;  // the southern row in memory, -1 for none

@@ -8,8 +8,8 @@
 namespace latigo {
 
 // While one exists, the calling thread is not cancelled inside a system call: a request waits for the caller's next
-// cancellation point. Cancellation unwinds the stack by an exception that catch (...) may not end and that may not leave
-// a destructor, so every system call of the library that is a cancellation point has one of these around it.
+// cancellation point. Cancellation unwinds the stack by an exception that catch (...) may not end and that may not
+// leave a destructor, so every system call of the library that is a cancellation point has one of these around it.
 class CancellationDisabled {
  public:
 #if defined(_WIN32)

@@ -19,7 +19,8 @@ class InputFile {
   bool Open(const char* path);
   void Close();
 
-  // Reads `size` bytes from a position in bytes. Returns false if they cannot all be read; the buffer is then undefined.
+  // Reads `size` bytes from a position in bytes. Returns false if they cannot all be read; the buffer is then
+  // undefined.
   bool ReadAt(std::int64_t position, void* buffer, std::uint32_t size) const;
 
  private:

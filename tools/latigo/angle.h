@@ -16,8 +16,8 @@ struct Parsed {
 // A whole text that is a finite number with a decimal point.
 Parsed ParseNumber(std::string_view text);
 
-// Decimal degrees, or degrees, minutes and seconds: 52.5, -1.5, 52:30:00N, 52:30.5, 52°30'00"N, 1e-05. Either a sign or a
-// hemisphere letter behind. Latitudes up to 90 degrees, longitudes up to 360.
+// Decimal degrees, or degrees, minutes and seconds: 52.5, -1.5, 52:30:00N, 52:30.5, 52°30'00"N, 1e-05. Either a sign or
+// a hemisphere letter behind. Latitudes up to 90 degrees, longitudes up to 360.
 Parsed ParseAngle(std::string_view text, Axis axis);
 
 // Writes an angle of no more than a turn as D:MM:SS.sss, with the hemisphere letter but for azimuths, rounded as a

@@ -34,8 +34,8 @@ void CheckSection(const Options& options);
 
 Opened OpenSection(const std::string& file, const std::string& section);
 
-// Opens many sections of one file. The library reads the whole file for each object, so those of a large file are opened
-// from a file of their own.
+// Opens many sections of one file. The library reads the whole file for each object, so those of a large file are
+// opened from a file of their own.
 class SectionOpener {
  public:
   SectionOpener(const ConfigFile& config, std::string file);

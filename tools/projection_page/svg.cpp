@@ -56,10 +56,14 @@ constexpr int PictureHeight = Bottom + 50;
 constexpr const char* Head =
     R"( font-family='sans-serif' font-size='12' fill='#222'>
 <defs>
-<pattern id='code6' width='6' height='6' patternUnits='userSpaceOnUse'><path fill='#ccc' d='M0 0h6v6h-6z'/><path fill='#555' d='M0 0h2v6h-2z'/></pattern>
-<pattern id='code10' width='6' height='6' patternUnits='userSpaceOnUse'><path fill='#ccc' d='M0 0h6v6h-6z'/><path stroke='#555' d='M0 6L6 0'/></pattern>
-<pattern id='code11' width='6' height='6' patternUnits='userSpaceOnUse'><path fill='#ccc' d='M0 0h6v6h-6z'/><path stroke='#555' d='M0 0L6 6'/></pattern>
-<pattern id='none' width='6' height='6' patternUnits='userSpaceOnUse'><path fill='#ccc' d='M0 0h6v6h-6z'/><path fill='#555' d='M0 0h6v2h-6z'/></pattern>
+<pattern id='code6' width='6' height='6' patternUnits='userSpaceOnUse'>)"
+    R"(<path fill='#ccc' d='M0 0h6v6h-6z'/><path fill='#555' d='M0 0h2v6h-2z'/></pattern>
+<pattern id='code10' width='6' height='6' patternUnits='userSpaceOnUse'>)"
+    R"(<path fill='#ccc' d='M0 0h6v6h-6z'/><path stroke='#555' d='M0 6L6 0'/></pattern>
+<pattern id='code11' width='6' height='6' patternUnits='userSpaceOnUse'>)"
+    R"(<path fill='#ccc' d='M0 0h6v6h-6z'/><path stroke='#555' d='M0 0L6 6'/></pattern>
+<pattern id='none' width='6' height='6' patternUnits='userSpaceOnUse'>)"
+    R"(<path fill='#ccc' d='M0 0h6v6h-6z'/><path fill='#555' d='M0 0h6v2h-6z'/></pattern>
 </defs>
 )";
 

@@ -14,7 +14,8 @@ using Random = std::mt19937_64;
 double Uniform(Random& random, double low, double high);
 
 // A record of one kind on an ellipsoid of the table or a made-up one, with every parameter that the kind reads drawn at
-// random, or at a special value: origins on the equator and at the poles, equal parallels, azimuths of 0 and 90 degrees.
+// random, or at a special value: origins on the equator and at the poles, equal parallels, azimuths of 0 and 90
+// degrees.
 GeodesyParams RandomRecord(Random& random, std::int32_t kind);
 
 // Latitudes, longitudes and plane coordinates of a system where signs, quadrants, limits and neighbours by one unit in

@@ -1,6 +1,6 @@
 // The debug output: the file that LATIGO_DEBUG_OUTPUT names, for tests and for a look from outside; else standard error
-// if a debugger is attached to the process; else nowhere. The file is opened for each line: a descriptor that stayed open
-// could be closed by the host, and its number could then stand for a file of the host's.
+// if a debugger is attached to the process; else nowhere. The file is opened for each line: a descriptor that stayed
+// open could be closed by the host, and its number could then stand for a file of the host's.
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -32,8 +32,8 @@ bool TracerInStatus() {
   return place != std::string_view::npos && seen.substr(place + Field.size(), 1) != "0";
 }
 
-// Reading the status takes a thousand times as long as a conversion, so it is read at most once in each second of a clock
-// that costs next to nothing: a debugger that attaches later is noticed in the next second.
+// Reading the status takes a thousand times as long as a conversion, so it is read at most once in each second of a
+// clock that costs next to nothing: a debugger that attaches later is noticed in the next second.
 bool DebuggerAttached() {
   static std::atomic<std::int64_t> lastLook = -1;  // the second, times two, plus one if a debugger was attached
   timespec now = {};

@@ -2,9 +2,9 @@
 //
 // Names compare without case. The first section of a name counts, and the first key of a name in it. Blanks around
 // names and values do not count, nor does one pair of quotes around a value. A line that begins with `;` is a comment,
-// and one with a NUL is nothing. A line without `=` is a key without a value: it is not listed and gives the default. Lines end with LF, CRLF or CR, and a UTF-8 byte order mark may
-// stand in front. A section's name reaches to the last closing bracket of its line. What stands before the first section
-// is the section with the empty name.
+// and one with a NUL is nothing. A line without `=` is a key without a value: it is not listed and gives the default.
+// Lines end with LF, CRLF or CR, and a UTF-8 byte order mark may stand in front. A section's name reaches to the last
+// closing bracket of its line. What stands before the first section is the section with the empty name.
 #pragma once
 
 #include <cstddef>
@@ -55,8 +55,8 @@ std::uint32_t ListKeys(std::string_view bytes, std::string_view section, char* b
 std::uint32_t ListSections(std::string_view bytes, char* buffer, std::uint32_t size);
 
 // The bytes of the file with a value set, a key deleted (no value), or a section deleted (no key). All other lines stay
-// as they are. Nothing if the value could not be read back under those names: an empty key, one with `=` in it, one that
-// begins like a comment or a section. Blanks and quotes around the value are written, and reading drops them.
+// as they are. Nothing if the value could not be read back under those names: an empty key, one with `=` in it, one
+// that begins like a comment or a section. Blanks and quotes around the value are written, and reading drops them.
 std::optional<std::string> ProfileEdited(std::string_view bytes, std::string_view section,
                                          std::optional<std::string_view> key, std::optional<std::string_view> value);
 

@@ -60,8 +60,8 @@ ProfileBytes ReadProfile(const NativePath& path) {
   return whole;
 }
 
-// Gives a new file the owner, the group and the mode of the one that it replaces. Without the right to give files away it
-// stays the caller's, and nobody may do more with it than before.
+// Gives a new file the owner, the group and the mode of the one that it replaces. Without the right to give files away
+// it stays the caller's, and nobody may do more with it than before.
 bool TakeOver(int file, const struct stat& old) {
   mode_t mode = old.st_mode & 07777;
   if (fchown(file, old.st_uid, old.st_gid) != 0) {
@@ -88,8 +88,8 @@ bool SyncFolderOf(const std::string& path) {
   return done;
 }
 
-// Writes beside the file and renames, so that a crash leaves the old file or the new one. A file that may not be written
-// is not replaced either.
+// Writes beside the file and renames, so that a crash leaves the old file or the new one. A file that may not be
+// written is not replaced either.
 bool ReplaceFile(const NativePath& path, std::string_view bytes) {
   static std::atomic<unsigned> counter = 0;
   struct stat old;
