@@ -8,7 +8,7 @@
 #include "commands.h"
 #include "error_text.h"
 #include "fuzz_input.h"
-#include "lines.h"
+#include "line_reader.h"
 #include "point_line.h"
 
 namespace {

@@ -3,7 +3,8 @@
 #include <utility>
 
 #include "fuzz_input.h"
-#include "lines.h"
+#include "line_reader.h"
+#include "line_writer.h"
 #include "point_line.h"
 
 namespace {

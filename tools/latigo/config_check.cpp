@@ -1,7 +1,6 @@
 #include "config_check.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
@@ -14,10 +13,10 @@
 #include "error_text.h"
 #include "frame/config_keys.h"
 #include "frame/install_dir.h"
-#include "lines.h"
 #include "platform/ascii.h"
 #include "platform/c_numbers.h"
 #include "platform/posix/profile_file.h"
+#include "streams.h"
 
 namespace latigo::cli {
 
@@ -40,7 +39,7 @@ std::string ReadFile(const std::string& path) {
   }
   const File file(OpenForReading(path), std::fclose);
   if (!file) {
-    throw UsageError(path + ": " + std::strerror(errno));
+    ThrowSystemError(path);
   }
   std::string bytes;
   char piece[1 << 16];
@@ -49,7 +48,7 @@ std::string ReadFile(const std::string& path) {
     bytes.append(piece, length);
   }
   if (std::ferror(file.get()) != 0) {
-    throw UsageError(path + ": " + std::strerror(errno));
+    ThrowSystemError(path);
   }
   if (bytes.size() > SizeLimit) {
     throw UsageError(path + ": is larger than 16 MB");

@@ -2,9 +2,6 @@
 #include <latigo/latigo.h>
 
 #include <CLI/CLI.hpp>
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
 #include <functional>
 #include <map>
 #include <string>
@@ -12,7 +9,7 @@
 
 #include "commands.h"
 #include "error_text.h"
-#include "lines.h"
+#include "streams.h"
 #include "visible.h"
 
 namespace {
@@ -81,13 +78,6 @@ void AddHeightOptions(CLI::App& command, Options& options) {
   command.add_flag("--no-height", options.noHeight, "the third field is no height and is carried through");
 }
 
-// What is printed may still wait in a buffer, and a full disk is noticed only when it is written.
-void FinishOutput() {
-  if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
-    throw latigo::cli::UsageError(std::string("standard output: ") + std::strerror(errno));
-  }
-}
-
 int Run(int argc, char** argv) {
   Options options;
   std::function<int()> run;
@@ -154,13 +144,13 @@ int Run(int argc, char** argv) {
     app.parse(argc, argv);
   } catch (const CLI::Success& help) {
     const int status = app.exit(help);
-    FinishOutput();
+    latigo::cli::FlushOutput();
     return status;
   } catch (const CLI::ParseError& wrong) {
     throw latigo::cli::UsageError(wrong.what());
   }
   const int status = run();
-  FinishOutput();
+  latigo::cli::FlushOutput();
   return status;
 }
 

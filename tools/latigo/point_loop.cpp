@@ -13,7 +13,9 @@
 #include <vector>
 
 #include "error_text.h"
-#include "lines.h"
+#include "line_reader.h"
+#include "line_writer.h"
+#include "streams.h"
 #include "visible.h"
 
 namespace latigo::cli {

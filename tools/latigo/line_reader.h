@@ -1,4 +1,4 @@
-// Lines in and out in large blocks; nothing is allocated per line.
+// Lines of a file in large blocks; nothing is allocated per line.
 #pragma once
 
 #include <cstddef>
@@ -6,8 +6,6 @@
 #include <memory>
 #include <string>
 #include <string_view>
-
-#include "angle.h"
 
 namespace latigo::cli {
 
@@ -47,37 +45,5 @@ class BlockReader {
   std::string rest_;  // the beginning of a line
   std::size_t nextLine_ = 1;
 };
-
-// Text in the making.
-class Writer {
- public:
-  void Text(std::string_view text) { text_.append(text); }
-  void Char(char c) { text_.push_back(c); }
-  // A number with so many digits behind the point; never "-0".
-  void Number(double value, int precision);
-  void Dms(double degrees, Axis axis, int precision);
-
-  const std::string& Written() const { return text_; }
-
- private:
-  // Writes a number of ordinary size; false if it cannot.
-  bool ShortNumber(double value, int precision);
-
-  std::string text_;
-};
-
-// Opens a file by its name in UTF-8; null for a failure, with errno.
-std::FILE* OpenForReading(const std::string& path);
-
-#if defined(_WIN32)
-// UTF-16 to UTF-8.
-std::string Narrow(const wchar_t* text);
-#endif
-
-// On Windows: the bytes of standard input and output pass as they are, and a console takes the output as UTF-8.
-void PrepareStreams();
-
-// Writes a text to standard output at once. Throws UsageError if that cannot be done.
-void Print(std::string_view text);
 
 }  // namespace latigo::cli

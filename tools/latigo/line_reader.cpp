@@ -1,0 +1,112 @@
+#include "line_reader.h"
+
+#include <algorithm>
+
+#if defined(_WIN32)
+#include <io.h>
+#else
+#include <unistd.h>
+#endif
+
+#include "streams.h"
+
+namespace latigo::cli {
+
+namespace {
+
+constexpr std::size_t ReadSize = 1 << 18;
+constexpr std::size_t LongestLine = 1 << 20;
+
+// Reads what is there, without waiting for more; 0 at the end, negative for a failure.
+long ReadSome(std::FILE* file, char* buffer, std::size_t size) {
+#if defined(_WIN32)
+  return _read(_fileno(file), buffer, static_cast<unsigned>(size));
+#else
+  return read(fileno(file), buffer, size);
+#endif
+}
+
+}  // namespace
+
+bool NextLine(std::string_view& text, std::string_view& line) {
+  if (text.empty()) {
+    return false;
+  }
+  const std::size_t feed = std::min(text.find('\n'), text.size());
+  line = text.substr(0, feed);
+  text.remove_prefix(std::min(feed + 1, text.size()));
+  if (line.ends_with('\r')) {
+    line.remove_suffix(1);
+  }
+  return true;
+}
+
+void BlockReader::CloseFile::operator()(std::FILE* file) const {
+  if (file != stdin) {
+    std::fclose(file);
+  }
+}
+
+BlockReader::BlockReader(const std::string& path)
+    : name_(path == "-" ? "standard input" : path), file_(path == "-" ? stdin : OpenForReading(path)) {
+  if (!file_) {
+    ThrowSystemError(name_);
+  }
+}
+
+bool BlockReader::ReadMore(std::string& bytes) {
+  const std::size_t length = bytes.size();
+  bytes.resize(length + ReadSize);
+  const long more = ReadSome(file_.get(), bytes.data() + length, ReadSize);
+  if (more < 0) {
+    ThrowSystemError(name_);
+  }
+  bytes.resize(length + static_cast<std::size_t>(more));
+  return more > 0;
+}
+
+// Leaves what follows the line in `bytes`.
+void BlockReader::SkipLine(std::string& bytes) {
+  do {
+    bytes.clear();
+    if (!ReadMore(bytes)) {
+      return;
+    }
+  } while (bytes.find('\n') == std::string::npos);
+  bytes.erase(0, bytes.find('\n') + 1);
+}
+
+bool BlockReader::Next(Block& block) {
+  if (!NextBlock(block)) {
+    return false;
+  }
+  if (block.firstLine == 1 && block.bytes.starts_with("\xEF\xBB\xBF")) {
+    block.bytes.erase(0, 3);
+  }
+  return true;
+}
+
+bool BlockReader::NextBlock(Block& block) {
+  block.bytes = std::move(rest_);
+  rest_.clear();
+  block.firstLine = nextLine_;
+  block.cut = false;
+  std::size_t feed = block.bytes.rfind('\n');
+  for (; feed == std::string::npos; feed = block.bytes.rfind('\n')) {
+    if (block.bytes.size() >= LongestLine) {
+      block.cut = true;
+      SkipLine(rest_);
+      ++nextLine_;
+      return true;
+    }
+    if (!ReadMore(block.bytes)) {
+      return !block.bytes.empty();
+    }
+  }
+  rest_.assign(block.bytes, feed + 1);
+  block.bytes.resize(feed + 1);
+  nextLine_ += static_cast<std::size_t>(std::count(block.bytes.begin(), block.bytes.end(), '\n'));
+  return true;
+}
+
+}  // namespace latigo::cli

@@ -1,0 +1,29 @@
+// Lines of output; nothing is allocated per line.
+#pragma once
+
+#include <string>
+#include <string_view>
+
+#include "angle.h"
+
+namespace latigo::cli {
+
+// Collects text.
+class Writer {
+ public:
+  void Text(std::string_view text) { text_.append(text); }
+  void Char(char c) { text_.push_back(c); }
+  // A number with `precision` decimals; never "-0".
+  void Number(double value, int precision);
+  void Dms(double degrees, Axis axis, int precision);
+
+  const std::string& Written() const { return text_; }
+
+ private:
+  // For numbers of ordinary size; false, and nothing is written, for others.
+  bool ShortNumber(double value, int precision);
+
+  std::string text_;
+};
+
+}  // namespace latigo::cli

@@ -1,0 +1,61 @@
+#include "streams.h"
+
+#include <cerrno>
+#include <cstring>
+#include <cwchar>
+
+#if defined(_WIN32)
+#include <fcntl.h>
+#include <io.h>
+
+#include "platform/platform.h"
+#endif
+
+#include "error_text.h"
+
+namespace latigo::cli {
+
+void ThrowSystemError(const std::string& name) {
+  throw UsageError(name + ": " + std::strerror(errno));
+}
+
+#if defined(_WIN32)
+std::string Narrow(const wchar_t* text) {
+  std::string bytes(std::wcslen(text) * 3, '\0');  // a unit of UTF-16 takes three bytes at most
+  bytes.resize(
+      static_cast<std::size_t>(WideCharToMultiByte(CP_UTF8, 0, text, static_cast<int>(std::wcslen(text)), bytes.data(),
+                                                   static_cast<int>(bytes.size()), nullptr, nullptr)));
+  return bytes;
+}
+
+std::FILE* OpenForReading(const std::string& path) {
+  std::wstring wide(path.size() + 1, L'\0');  // never more units than bytes, and the end
+  MultiByteToWideChar(CP_UTF8, 0, path.c_str(), -1, wide.data(), static_cast<int>(wide.size()));
+  return _wfopen(wide.c_str(), L"rb");
+}
+#else
+std::FILE* OpenForReading(const std::string& path) {
+  return std::fopen(path.c_str(), "rb");
+}
+#endif
+
+void PrepareStreams() {
+#if defined(_WIN32)
+  _setmode(_fileno(stdin), _O_BINARY);
+  _setmode(_fileno(stdout), _O_BINARY);
+  SetConsoleOutputCP(CP_UTF8);
+#endif
+}
+
+void FlushOutput() {
+  if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
+    ThrowSystemError("standard output");
+  }
+}
+
+void Print(std::string_view text) {
+  std::fwrite(text.data(), 1, text.size(), stdout);
+  FlushOutput();
+}
+
+}  // namespace latigo::cli
