@@ -4,10 +4,12 @@
 #include <vector>
 
 #include "fuzz_input.h"
+#include "projection/kinds.h"
 
 namespace {
 
 using namespace fuzz;
+using latigo::Kinds;
 using H = GeodesyHandle;
 
 constexpr std::int32_t TextSize = 130;
@@ -100,10 +102,10 @@ constexpr std::uint32_t CodesOfKind[][3] = {
 // A failed XYGeo writes just what its projection says: both values, the one that it has found, or none.
 bool WritesAsPromised(std::int32_t kind, const Store& s, const Store& before) {
   const bool latitude = !Same(s.d[0], before.d[0]), longitude = !Same(s.d[1], before.d[1]);
-  return kind == 1    ? latitude && longitude
-         : kind == 3  ? (latitude ? longitude || std::fabs(s.d[0]) > Pi / 2 : !longitude)
-         : kind == 10 ? longitude && latitude == (s.code == 11)
-                      : !latitude && !longitude;
+  return kind == LATIGO_KIND_LAMBERT               ? latitude && longitude
+         : kind == LATIGO_KIND_TRANSVERSE_MERCATOR ? (latitude ? longitude || std::fabs(s.d[0]) > Pi / 2 : !longitude)
+         : kind == LATIGO_KIND_ALBERS              ? longitude && latitude == (s.code == 11)
+                                                   : !latitude && !longitude;
 }
 
 bool Equal(double left, double right) { return left == right || (std::isnan(left) && std::isnan(right)); }
@@ -181,8 +183,9 @@ void Make(Input& in, Object& object, bool skip) {
   static const std::string file = WriteFile("calls.ini", text);
   Grid(0);
   const std::size_t choice = in.Below(16);
-  GeodesyParams p = {6378137, 298, static_cast<std::int32_t>(in.Below(14)), 1, 0.9996, 0.1, 0.7, 0.6, 0.8, 0.5,
-                     5e5,     -1e5};
+  GeodesyParams p = {
+      6378137, 298, static_cast<std::int32_t>(in.Below(std::size(Kinds) + 2)), 1, 0.9996, 0.1, 0.7, 0.6, 0.8, 0.5,
+      5e5,     -1e5};
   for (std::size_t changes = in.Below(5); changes > 0; --changes) {
     const std::size_t at = in.Below(11), byte = 8 * at + (at < 2 ? 0 : 4);
     Fill(in, p, byte, byte + 8);
@@ -194,10 +197,11 @@ void Make(Input& in, Object& object, bool skip) {
   const std::int32_t code = GetGeodesyError();
   // clang-format off
   const std::int32_t refusal = choice < 2 ? static_cast<std::int32_t>(5 * choice) : p.InvFlattening == 0 ? 3 : p.Unit == 0 ? 4
-                               : p.Kind < 1 || p.Kind > 12 ? 5 : 7;
+                               : p.Kind < 1 || p.Kind > std::ssize(Kinds) ? 5 : 7;
   // clang-format on
   REQUIRE(code == refusal || (code == 0 && refusal == 7));
-  REQUIRE((object.handle != nullptr) == (code == 0) && (code != 7 || p.Kind <= 3 || p.Kind == 10));
+  REQUIRE((object.handle != nullptr) == (code == 0) &&
+          (code != 7 || p.Kind <= LATIGO_KIND_TRANSVERSE_MERCATOR || p.Kind == LATIGO_KIND_ALBERS));
   if (choice == 0) {
     GetGeodesyParams(object.handle, &object.params, nullptr, nullptr);
     object.active = object.grid = object.geoid = true;

@@ -102,9 +102,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const auto& command = Commands[in.Below(std::size(Commands))];
   const auto flags = in.Take<std::uint8_t>();
   const auto flag = [flags](unsigned bit) { return (flags >> bit & 1U) != 0; };
-  constexpr std::array Kinds = {"TransMerc", "Mercator", "Lambert", "RSO"};
   std::string text = "[Geodesy]\nSemiMajorAxis=6377397.155\nFlattening=299.1528128\nScaleFactor=0.9996\nProjection=";
-  text += Kinds[in.Below(Kinds.size())];
+  text += latigo::Kinds[in.Below(std::size(latigo::Kinds))].code;
   text += "\nNorthParallel=1\nSouthParallel=-1\nRefLatitude=0.5\nSkewAzimuth=45\n";
   WriteFile("datum/d", GridBytes(in, 2 + static_cast<std::int32_t>(in.Below(2))));
   WriteFile("datum/g", GridBytes(in, 1));

@@ -15,3 +15,10 @@ assert len(errors) == 18
 for number, functions, text in errors:
     assert (number, text) in page, (number, text)
 assert len(rows) == len(errors) + 1  # and the row of 0
+
+kinds = re.findall(r'^LATIGO_KIND\(\w+, +(\w+), +(\d+), +"\w+", +"(.*?)", +(.*?)\)$', read("resources/kinds.def"), re.M)
+names = re.findall(r"LATIGO_KIND_(\w+) = (\d+)", read("include/latigo/latigo.h"))
+rows = re.findall(r"^\| (`.*?`) \| (\d+) \| (.*?) \|$", read("docs/configuration.md"), re.M)
+assert len(kinds) == 12 and [kind[:2] for kind in kinds] == names
+assert [(keywords.replace('"', "`"), number) for _, number, _, keywords in kinds] == [row[:2] for row in rows]
+assert all(row[2].startswith(kind[2]) for row, kind in zip(rows, kinds))

@@ -39,6 +39,22 @@ extern "C" {
 /** The object behind a handle; its contents are the library's own. */
 typedef struct GeodesyObject* GeodesyHandle;
 
+/** Projection kinds: `Kind` of the record. docs/projections.md has their sources, domains and accuracy. */
+enum LatigoKind {
+  LATIGO_KIND_LAMBERT = 1,               /**< Lambert conformal conic, one or two standard parallels */
+  LATIGO_KIND_MERCATOR = 2,              /**< Mercator on the ellipsoid */
+  LATIGO_KIND_TRANSVERSE_MERCATOR = 3,   /**< transverse Mercator */
+  LATIGO_KIND_OBLIQUE_STEREOGRAPHIC = 4, /**< oblique (double) stereographic; metres, whatever `Unit` */
+  LATIGO_KIND_OBLIQUE_CYLINDRICAL = 5,   /**< oblique conformal cylindrical (the Swiss grid) */
+  LATIGO_KIND_HOTINE = 6,                /**< oblique Mercator (Hotine) */
+  LATIGO_KIND_RSO = 7,                   /**< rectified skew orthomorphic: Hotine with rectified coordinates */
+  LATIGO_KIND_AZIMUTHAL_EQUIDISTANT = 8, /**< azimuthal equidistant */
+  LATIGO_KIND_MERCATOR_ON_SPHERE = 9,    /**< Mercator on a sphere of 6378388 metres; reads no parameter */
+  LATIGO_KIND_ALBERS = 10,               /**< Albers equal-area conic */
+  LATIGO_KIND_CASSINI = 11,              /**< Cassini-Soldner */
+  LATIGO_KIND_POLAR_STEREOGRAPHIC = 12   /**< polar stereographic; metres, whatever `Unit` */
+};
+
 /* Records are packed on 4-byte boundaries, the same for every compiler and language. */
 #pragma pack(push, 4)
 
@@ -46,7 +62,7 @@ typedef struct GeodesyObject* GeodesyHandle;
 typedef struct GeodesyParams {
   double SemiMajorAxis;   /**< semi-major axis a, metres */
   double InvFlattening;   /**< reciprocal flattening 1/f, for instance near 298; must not be 0 */
-  int32_t Kind;           /**< projection kind, 1 to 12 */
+  int32_t Kind;           /**< one of `LatigoKind` */
   double Unit;            /**< metres per grid unit; must not be 0 */
   double ScaleFactor;     /**< central scale factor k0; 0 is read as 1.0 */
   double CentralMeridian; /**< longitude of origin, radians */

@@ -4,6 +4,7 @@
 
 #include "math/angles.h"
 #include "platform/ascii.h"
+#include "projection/kinds.h"
 
 namespace latigo {
 
@@ -57,26 +58,6 @@ constexpr ConfigKey Keys[] = {
 #undef DIFF
 #undef ADJUST
 #undef OTHER
-
-struct ProjectionKeyword {
-  const char* keyword;
-  std::int32_t kind;
-};
-
-constexpr ProjectionKeyword ProjectionKeywords[] = {
-    {"Lambert", 1},  {"LCC", 1}, {"LC1", 1},
-    {"Mercator", 2}, {"MER", 2},
-    {"TransMerc", 3}, {"TME", 3}, {"UTM", 3},
-    {"OST", 4},
-    {"OCY", 5},
-    {"HOM", 6},
-    {"RSO", 7},
-    {"AZD", 8},
-    {"SMERC", 9}, {"CME", 9},
-    {"ALA", 10},
-    {"CAS", 11},
-    {"PST", 12},
-};
 // clang-format on
 
 }  // namespace
@@ -104,9 +85,11 @@ double Convert(Conversion conversion, double value) {
 }
 
 std::int32_t KindOfKeyword(const char* keyword) {
-  for (const auto& [name, kind] : ProjectionKeywords) {
-    if (EqualIgnoringCase(keyword, name)) {
-      return kind;
+  for (const KindRow& kind : Kinds) {
+    for (const char* known : kind.keywords) {
+      if (known != nullptr && EqualIgnoringCase(keyword, known)) {
+        return kind.number;
+      }
     }
   }
   return 0;

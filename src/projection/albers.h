@@ -20,8 +20,8 @@ class Albers : public Projection {
  public:
   explicit Albers(const GeodesyParams& params);
 
-  const char* Code() const override { return "ALA"; }
-  std::int32_t Kind() const override { return 10; }
+  const char* Code() const override { return CodeOf<Albers>; }
+  std::int32_t Kind() const override { return KindOf<Albers>; }
   errcode XYGeo(double x, double y, double& phi, double& lambda) const override;
   errcode GeoXY(double& x, double& y, double phi, double lambda) const override;
   errcode Scale(double x, double y, double& k) const override;

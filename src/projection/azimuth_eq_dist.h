@@ -22,8 +22,8 @@ class AzimuthEqDist : public Projection {
  public:
   explicit AzimuthEqDist(const GeodesyParams& params);
 
-  const char* Code() const override { return "AZD"; }
-  std::int32_t Kind() const override { return 8; }
+  const char* Code() const override { return CodeOf<AzimuthEqDist>; }
+  std::int32_t Kind() const override { return KindOf<AzimuthEqDist>; }
   errcode XYGeo(double x, double y, double& phi, double& lambda) const override;
   errcode GeoXY(double& x, double& y, double phi, double lambda) const override;
   errcode Scale(double x, double y, double& k) const override { return UnitScale(x, y, k); }

@@ -17,8 +17,8 @@ class Cassini : public Projection {
  public:
   explicit Cassini(const GeodesyParams& params);
 
-  const char* Code() const override { return "CAS"; }
-  std::int32_t Kind() const override { return 11; }
+  const char* Code() const override { return CodeOf<Cassini>; }
+  std::int32_t Kind() const override { return KindOf<Cassini>; }
   errcode XYGeo(double x, double y, double& phi, double& lambda) const override;
   errcode GeoXY(double& x, double& y, double phi, double lambda) const override;
   errcode Scale(double x, double y, double& k) const override { return UnitScale(x, y, k); }

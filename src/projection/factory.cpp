@@ -23,30 +23,11 @@ std::unique_ptr<const Projection> MakeProjection(const GeodesyParams& params) {
     throw errcode(NoUnit, Fatal);
   }
   switch (params.Kind) {
-    case 1:
-      return std::make_unique<Lambert>(params);
-    case 2:
-      return std::make_unique<Mercator>(params);
-    case 3:
-      return std::make_unique<TransverseMercator>(params);
-    case 4:
-      return std::make_unique<Stereographic>(params);
-    case 5:
-      return std::make_unique<ObliqueCylindrical>(params);
-    case 6:
-      return std::make_unique<Hotine>(params);
-    case 7:
-      return std::make_unique<RSO>(params);
-    case 8:
-      return std::make_unique<AzimuthEqDist>(params);
-    case 9:
-      return std::make_unique<SMerc>(params);
-    case 10:
-      return std::make_unique<Albers>(params);
-    case 11:
-      return std::make_unique<Cassini>(params);
-    case 12:
-      return std::make_unique<PolarStereo>(params);
+#define LATIGO_KIND(Class, name, number, code, words, ...) \
+  case number:                                             \
+    return std::make_unique<Class>(params);
+#include "kinds.def"
+#undef LATIGO_KIND
     default:
       throw errcode(UnknownKind, Fatal);
   }

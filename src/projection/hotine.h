@@ -10,8 +10,8 @@ class Hotine : public ObliqueMercator {
  public:
   explicit Hotine(const GeodesyParams& params) : ObliqueMercator(params), Omega(SinCosOf(SkewAzimuth)) {}
 
-  const char* Code() const override { return "HOM"; }
-  std::int32_t Kind() const override { return 6; }
+  const char* Code() const override { return CodeOf<Hotine>; }
+  std::int32_t Kind() const override { return KindOf<Hotine>; }
   void UVXY(double u, double v, double& x, double& y) const override { RotateToGrid(Omega, u, v, x, y); }
   void XYUV(double x, double y, double& u, double& v) const override { RotateToSkew(Omega, x, y, u, v); }
 

@@ -20,8 +20,8 @@ class Lambert : public Projection {
  public:
   explicit Lambert(const GeodesyParams& params);
 
-  const char* Code() const override { return "LCC"; }
-  std::int32_t Kind() const override { return 1; }
+  const char* Code() const override { return CodeOf<Lambert>; }
+  std::int32_t Kind() const override { return KindOf<Lambert>; }
   errcode XYGeo(double x, double y, double& phi, double& lambda) const override;
   errcode GeoXY(double& x, double& y, double phi, double lambda) const override;
   errcode Scale(double x, double y, double& k) const override;

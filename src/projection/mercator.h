@@ -17,8 +17,8 @@ class Mercator : public Projection {
  public:
   explicit Mercator(const GeodesyParams& params);
 
-  const char* Code() const override { return "MER"; }
-  std::int32_t Kind() const override { return 2; }
+  const char* Code() const override { return CodeOf<Mercator>; }
+  std::int32_t Kind() const override { return KindOf<Mercator>; }
   errcode XYGeo(double x, double y, double& phi, double& lambda) const override;
   errcode GeoXY(double& x, double& y, double phi, double lambda) const override;
   errcode Scale(double x, double y, double& k) const override;

@@ -18,8 +18,8 @@ class ObliqueCylindrical : public Projection {
  public:
   explicit ObliqueCylindrical(const GeodesyParams& params);
 
-  const char* Code() const override { return "OCY"; }
-  std::int32_t Kind() const override { return 5; }
+  const char* Code() const override { return CodeOf<ObliqueCylindrical>; }
+  std::int32_t Kind() const override { return KindOf<ObliqueCylindrical>; }
   errcode XYGeo(double x, double y, double& phi, double& lambda) const override;
   errcode GeoXY(double& x, double& y, double phi, double lambda) const override;
   errcode Scale(double x, double y, double& k) const override { return UnitScale(x, y, k); }

@@ -21,8 +21,8 @@ class PolarStereo : public Projection {
  public:
   explicit PolarStereo(const GeodesyParams& params);
 
-  const char* Code() const override { return "PST"; }
-  std::int32_t Kind() const override { return 12; }
+  const char* Code() const override { return CodeOf<PolarStereo>; }
+  std::int32_t Kind() const override { return KindOf<PolarStereo>; }
   errcode XYGeo(double x, double y, double& phi, double& lambda) const override;
   errcode GeoXY(double& x, double& y, double phi, double lambda) const override;
   errcode Scale(double x, double y, double& k) const override;

@@ -14,6 +14,7 @@
 #include "datum/ellipsoid.h"
 #include "errors/errcode.h"
 #include "math/angles.h"
+#include "projection/kinds.h"
 
 namespace latigo {
 

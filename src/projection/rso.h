@@ -10,8 +10,8 @@ class RSO : public ObliqueMercator {
  public:
   explicit RSO(const GeodesyParams& params) : ObliqueMercator(params), Omega(SinCosOf(Gamma0)) {}
 
-  const char* Code() const override { return "RSO"; }
-  std::int32_t Kind() const override { return 7; }
+  const char* Code() const override { return CodeOf<RSO>; }
+  std::int32_t Kind() const override { return KindOf<RSO>; }
   void UVXY(double u, double v, double& x, double& y) const override { RotateToGrid(Omega, u, v, x, y); }
   void XYUV(double x, double y, double& u, double& v) const override { RotateToSkew(Omega, x, y, u, v); }
 

@@ -15,8 +15,8 @@ class SMerc : public Projection {
  public:
   explicit SMerc(const GeodesyParams& params) : Projection(params) {}
 
-  const char* Code() const override { return "CME"; }
-  std::int32_t Kind() const override { return 9; }
+  const char* Code() const override { return CodeOf<SMerc>; }
+  std::int32_t Kind() const override { return KindOf<SMerc>; }
   errcode XYGeo(double x, double y, double& phi, double& lambda) const override;
   errcode GeoXY(double& x, double& y, double phi, double lambda) const override;
   errcode Scale(double x, double y, double& k) const override { return UnitScale(x, y, k); }

@@ -19,8 +19,8 @@ class Stereographic : public Projection {
  public:
   explicit Stereographic(const GeodesyParams& params);
 
-  const char* Code() const override { return "OST"; }
-  std::int32_t Kind() const override { return 4; }
+  const char* Code() const override { return CodeOf<Stereographic>; }
+  std::int32_t Kind() const override { return KindOf<Stereographic>; }
   errcode XYGeo(double x, double y, double& phi, double& lambda) const override;
   errcode GeoXY(double& x, double& y, double phi, double lambda) const override;
   errcode Scale(double x, double y, double& k) const override;

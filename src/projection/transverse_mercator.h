@@ -20,8 +20,8 @@ class TransverseMercator : public Projection {
  public:
   explicit TransverseMercator(const GeodesyParams& params);
 
-  const char* Code() const override { return "TME"; }
-  std::int32_t Kind() const override { return 3; }
+  const char* Code() const override { return CodeOf<TransverseMercator>; }
+  std::int32_t Kind() const override { return KindOf<TransverseMercator>; }
   errcode XYGeo(double x, double y, double& phi, double& lambda) const override;
   errcode GeoXY(double& x, double& y, double phi, double lambda) const override;
   errcode Scale(double x, double y, double& k) const override;

@@ -21,20 +21,15 @@ double Seconds(double radians) {
 }
 
 const char* ProjectionName(std::int32_t kind) {
-  constexpr const char* Names[] = {"",
-                                   "Lambert conformal conic",
-                                   "Mercator",
-                                   "transverse Mercator",
-                                   "oblique stereographic",
-                                   "oblique cylindrical",
-                                   "oblique Mercator (Hotine)",
-                                   "rectified skew orthomorphic",
-                                   "azimuthal equidistant",
-                                   "Mercator on a sphere",
-                                   "Albers equal-area",
-                                   "Cassini",
-                                   "polar stereographic"};
-  return Names[kind];
+  switch (kind) {
+#define LATIGO_KIND(Class, name, number, code, words, ...) \
+  case number:                                             \
+    return words;
+#include "kinds.def"
+#undef LATIGO_KIND
+    default:
+      return "";
+  }
 }
 
 // The library's names are Windows-1252; their accented letters are numbered as in Unicode.
