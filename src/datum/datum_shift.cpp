@@ -11,7 +11,7 @@ namespace {
 
 constexpr EllDiff Identity = {0, 0, 0, 1, 0, 0, 0};
 
-// GetEllDiff gives this scale while a datum grid is in use.
+// GetEllDiff returns this scale while a datum grid is used.
 constexpr double GridMarker = -1.0;
 
 double ArcSeconds(double value) {
@@ -29,7 +29,7 @@ Cartesian Forward(const EllDiff& d, const Cartesian& p) {
           (p.Z + d.DeltaRY * p.X - d.DeltaRX * p.Y) * d.DeltaScale + d.DeltaZ};
 }
 
-// From the object's datum to the other one: the signs turned and the scale inverted, which is not the exact inverse.
+// From the object's datum to the other one: signs reversed and scale inverted, which is not the exact inverse.
 Cartesian Reverse(const EllDiff& d, const Cartesian& p) {
   const double invScale = 1 / d.DeltaScale;
   return {(p.X - d.DeltaRZ * p.Y + d.DeltaRY * p.Z) * invScale - d.DeltaX,
@@ -37,7 +37,7 @@ Cartesian Reverse(const EllDiff& d, const Cartesian& p) {
           (p.Z - d.DeltaRY * p.X + d.DeltaRX * p.Y) * invScale - d.DeltaZ};
 }
 
-// A caller without a height works at height 0.
+// Without a height, height 0.
 Geographic Position(double latitude, double longitude, const double* h) {
   return {latitude, longitude, h != nullptr ? *h : 0};
 }
@@ -91,14 +91,14 @@ void DatumShift::GetEllModel(char* buffer, std::int32_t size) const {
 EllDiff DatumShift::LocalEllDiff(const Geographic& position, const Cartesian& own) {
   std::array<double, 3> values;
   std::int32_t count = 0;
-  // A point outside the grid is carried across unshifted.
+  // A point outside the grid changes the ellipsoid without a shift.
   if (DatumFile->Lookup(position.phi, position.lambda, &count, values).code() != 0) {
     return Diff;
   }
   if (count != 2) {
     return Translation(values[0], values[1], values[2]);
   }
-  // The grid has the shift of latitude and longitude from the object's datum to WGS-84, arc seconds.
+  // The grid contains the shift of latitude and longitude from the object's datum to WGS-84, arc seconds.
   const Cartesian wgs84 = WGS84Ellipsoid.GeoECEF(
       {position.phi + ArcSeconds(values[0]), position.lambda + ArcSeconds(values[1]), position.h});
   return Translation(own.X - wgs84.X, own.Y - wgs84.Y, own.Z - wgs84.Z);
@@ -126,7 +126,7 @@ void DatumShift::InvWGS84Conv(double& latitude, double& longitude, double* h) {
   Store(WGS84Ellipsoid.ECEFGeo(Reverse(diff, position)), latitude, longitude, h);
 }
 
-// The seven values tell how to reach any other ellipsoid; a datum grid tells it for WGS-84 only.
+// The seven-parameter transformation applies to any other ellipsoid, a datum grid to WGS-84 only.
 bool DatumShift::ShiftsFrom(const Ellipsoid& other) const {
   return !DatumFile && DatumActive && other != Own;
 }

@@ -1,8 +1,8 @@
 // The datum of a coordinate system: converts positions between its own ellipsoid and WGS-84 or another ellipsoid, by
 // the seven-parameter (Helmert) transformation or by a datum grid, through earth-centred cartesian coordinates.
 //
-// The parameters lead from WGS-84 (or the other datum) to the own datum, in the coordinate frame convention with small
-// angles. A datum grid holds shifts between the own datum and WGS-84 only.
+// The parameters are those from WGS-84 (or the other datum) to the own datum, in the coordinate frame convention with
+// small angles. A datum grid contains shifts between the own datum and WGS-84 only.
 #pragma once
 
 #include <latigo/latigo.h>
@@ -15,8 +15,8 @@
 
 namespace latigo {
 
-// A conversion may read the grid file, so one object serves one thread at a time. Latitudes and longitudes are radians,
-// h is the ellipsoidal height in metres and may be null, which counts as 0; all are read and written.
+// A conversion may read the grid file, so only one thread at a time may use an object. Latitudes and longitudes are
+// radians, h is the ellipsoidal height in metres and may be null, which means 0; all are read and written.
 class DatumShift {
  public:
   // For positions on an ellipsoid that outlives the object.
@@ -27,8 +27,8 @@ class DatumShift {
   // The parameters; with a datum grid all 0 and a scale of -1.
   void GetEllDiff(EllDiff& diff) const;
 
-  // Replaces the parameters by a datum grid; null removes both. Throws errcode; then the grid and the parameters are
-  // cleared, and if a shift was active, conversions still change the ellipsoid, without a shift.
+  // Replaces the parameters by a datum grid; null removes both. On failure throws errcode; the grid and the parameters
+  // are then cleared, and if a shift was active, conversions still change the ellipsoid, without a shift.
   void SetEllModel(const char* path);
   // Copies the path of the grid as strncpy does with size - 1, or an empty text.
   void GetEllModel(char* buffer, std::int32_t size) const;
@@ -46,8 +46,7 @@ class DatumShift {
   void InvEllConv(double& latitude, double& longitude, double* h, double a, double f) const;
 
  private:
-  // The translation that the grid gives at a position, and at the same latitude, longitude and height on the own
-  // ellipsoid.
+  // The grid's translation at `position`; `own` is the same latitude, longitude and height on the own ellipsoid.
   EllDiff LocalEllDiff(const Geographic& position, const Cartesian& own);
   bool ShiftsFrom(const Ellipsoid& other) const;
 

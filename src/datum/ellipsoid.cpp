@@ -8,16 +8,16 @@ namespace latigo {
 
 namespace {
 
-// The iteration of ECEFGeo ends when it changes the latitude by at most this, radians (6 mm on the earth; the error
-// left is smaller by e2).
+// The iteration of ECEFGeo ends when it changes the latitude by at most this, radians (6 mm on the earth; the remaining
+// error is smaller by the factor e2).
 constexpr double LatitudeTolerance = 1e-9;
 
-// A point whose distance from the polar axis is at most this part of its height above the equator is on the axis: its
-// latitude is that of the pole to the last digit, and the square of its tangent would overflow.
+// A point is on the polar axis if its distance from the axis is at most this fraction of its distance from the
+// equatorial plane: its latitude is that of the pole to the last digit, and the square of its tangent would overflow.
 constexpr double NoDistance = 1e-100;
 
-// Three to five iterations are usual. Where a point has two verticals to the ellipsoid, near the plane of the equator
-// and within some 42 km of the axis, it takes thousands; the limit is for points where the iteration would never end.
+// Three to five iterations are usual. Where a point has two normals to the ellipsoid, near the equatorial plane within
+// about 42 km of the axis, there are thousands. The limit is for points where the iteration would never end.
 constexpr int MaxIterations = 20000;
 
 }  // namespace
@@ -49,8 +49,8 @@ double Ellipsoid::MeridianArc(double phi) const {
 // Snyder, USGS PP 1395, (3-21): M = a (A0 phi - A2 sin 2phi + A4 sin 4phi - A6 sin 6phi) with
 //     A0 = 1 - e2/4 - 3 e2^2/64 - 5 e2^3/256       A4 = 15 e2^2/256 + 45 e2^3/1024
 //     A2 = 3 e2/8 + 3 e2^2/32 + 45 e2^3/1024       A6 = 35 e2^3/3072
-// All are exact in binary but 35/3072, which is 0.0113932291666..: it has 14 decimals here, which changes the arc by
-// less than 1e-14 m. A6 has its sign in the constant.
+// All are exact in binary except 35/3072 = 0.0113932291666..: it has 14 decimals here, which changes the arc by less
+// than 1e-14 m. The constant of A6 includes its sign.
 Ellipsoid::ArcTerms Ellipsoid::MeridianArcTerms() const {
   const double t = 0.0439453125 * e2_;
   const double A0 = ((-0.01953125 * e2_ - 0.046875) * e2_ - 0.25) * e2_ + 1;

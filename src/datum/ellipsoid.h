@@ -1,5 +1,5 @@
-// The reference ellipsoid: four values, and the operations that need nothing else. Angles are radians, north and east
-// positive; lengths are metres.
+// The reference ellipsoid and the operations that depend on it alone. Angles are radians, north and east positive;
+// lengths are metres.
 #pragma once
 
 #include <cmath>
@@ -35,13 +35,13 @@ class Ellipsoid {
   double PrimeVerticalRadius(double phi) const;  // N(phi), metres
   double MeridianRadius(double phi) const;       // M(phi), metres
 
-  // N by the sine of the latitude.
+  // N from the sine of the latitude.
   double NOfSine(double sinPhi) const { return a_ / std::sqrt(1 - e2_ * sinPhi * sinPhi); }
 
   // Length of the meridian from the equator to phi, metres, signed as phi: the series in e2 up to e^6.
   double MeridianArc(double phi) const;
 
-  // The same with the series worked out beforehand, and its sines from the sine and cosine of phi.
+  // The same with the coefficients computed beforehand, and the sines from sine and cosine of phi.
   struct ArcTerms {
     double A0;
     FourTerms sines;  // of 2 phi, 4 phi, 6 phi; the last is 0
@@ -60,13 +60,12 @@ class Ellipsoid {
     return {p * lambda.cos, p * lambda.sin, ((1 - e2_) * N + h) * phi.sin};
   }
 
-  // The way back, by iteration on the latitude. On the polar axis the longitude is 0, and the centre of the earth
-  // counts as south. Longitudes lie from -pi to pi.
+  // The inverse, by iteration on the latitude. On the polar axis the longitude is 0; the centre of the earth has
+  // latitude -pi/2. Longitudes are from -pi to pi.
   Geographic ECEFGeo(const Cartesian& position) const;
 
   // Distance between two positions, metres, along the shortest line or along the line of constant bearing (lines.cpp).
-  // The azimuth at the first position, radians clockwise from north, goes to az, which may be null; it is not
-  // normalised.
+  // `az` (may be null) receives the azimuth at the first position, radians clockwise from north, not normalised.
   double GCircLL(double phi1, double lambda1, double phi2, double lambda2, double* az) const;
   double RLineLL(double phi1, double lambda1, double phi2, double lambda2, double* az) const;
 

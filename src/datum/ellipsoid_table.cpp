@@ -6,7 +6,7 @@ namespace latigo {
 
 namespace {
 
-// How near a and 1/f must come to a row's: metres, and a plain number.
+// Largest differences of a (metres) and 1/f (dimensionless) from a matching row.
 constexpr double SemiMajorAxisTolerance = 0.0001;
 constexpr double InvFlatteningTolerance = 1e-10;
 
@@ -16,7 +16,7 @@ struct NamedEllipsoid {
   double invFlattening;  // 1/f
 };
 
-// The first row that matches gives the name, so the order counts. The row without a name ends the table.
+// The first matching row is used, so the order matters. The row without a name ends the table.
 // clang-format off
 constexpr NamedEllipsoid EllipsoidTable[] = {
     {"Airy",                    6377563.396, 299.3249646},

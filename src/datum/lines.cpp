@@ -1,5 +1,5 @@
-// Lines between two positions on the ellipsoid. The longitude difference is taken as it stands, so a line runs the way
-// that it says, also across the long side of the earth.
+// Lines between two positions on the ellipsoid. The longitude difference is not normalised: its sign and size determine
+// the direction, also for differences of more than 180 degrees.
 #include <cmath>
 
 #include "datum/ellipsoid.h"
@@ -12,8 +12,9 @@ namespace latigo {
 //     s cos alpha = M dPhi cos(dLambda / 2) (1 + (1 - 2 eta2) dLambda^2 cos^2 phi_m / 24
 //                                              + eta2 (1 - t^2) dPhi^2 / (8 V^4))
 //     dAlpha = dLambda sin phi_m (1 + (1 + eta2) dLambda^2 cos^2 phi_m / 12 + (3 + 8 eta2) dPhi^2 / (24 V^4))
-// Here Q = (1 - eta2)^2 stands for V^4, and 1 + 9 eta2^2 t^2 for 1 + eta2 - 9 eta2 t^2. Against the published terms
-// this costs up to 1 cm and 0.035 arc seconds at 100 km, growing with the third and the second power of the length.
+// Here Q = (1 - eta2)^2 replaces V^4, and 1 + 9 eta2^2 t^2 replaces 1 + eta2 - 9 eta2 t^2. Results differ from the
+// published formulas by up to 1 cm and 0.035 arc seconds at 100 km, growing with the third and the second power of the
+// length.
 double Ellipsoid::GCircLL(double phi1, double lambda1, double phi2, double lambda2, double* az) const {
   const double dPhi = phi2 - phi1;
   const double dLambda = lambda2 - lambda1;

@@ -1,10 +1,10 @@
-// `errcode`: the result of every inner operation, and the only exception type of the library. `errfacility`: the judge
-// of a result that nobody looked at.
+// `errcode`: the result of every internal operation, and the only exception type of the library. `errfacility`: reports
+// results that were not read.
 //
-// An operation returns an errcode by value. Whoever reads `code()` silences it. A value that dies unread with a code
-// other than 0 goes to its facility, which logs it from severity 3 and throws it from severity 4. So a caller that
-// drops a result cannot lose a failure, and the destructor of an errcode may throw: never let a pending value die while
-// an exception is in flight.
+// An operation returns an errcode by value. Reading `code()` marks it as handled. If an errcode other than 0 is
+// destroyed unread, its facility logs it (severity 3 and above) and throws it (severity 4 and above). So a caller
+// cannot lose a failure by ignoring a result, and the destructor of an errcode may throw: never let a pending value be
+// destroyed while an exception propagates.
 #pragma once
 
 #include <cstdint>
@@ -12,7 +12,7 @@
 
 namespace latigo {
 
-// The numbers of the failures, from the one list of them.
+// The failure codes, from resources/errors.def.
 enum ErrorNumber : std::int32_t {
 #define LATIGO_ERROR(name, number, operation, text) name = (number),
 #include "errors.def"
@@ -27,9 +27,9 @@ enum Severity : std::int16_t {
 
 class errfacility;
 
-// Static objects that judge unread values. Both are the same facility.
+// The facilities that report unread values. Both are the same static object.
 extern errfacility* DefaultFacility;
-extern errfacility* GridFacility;  // given by the grid file code
+extern errfacility* GridFacility;  // of grid files
 
 class errcode {
  public:
@@ -39,25 +39,25 @@ class errcode {
   errcode(std::int32_t code, std::int16_t severity, errfacility* facility = nullptr) noexcept
       : code_(code), severity_(severity), facility_(facility != nullptr ? facility : DefaultFacility) {}
 
-  // A copy takes the duty over from its source, so the source changes. The copy of a value that is being thrown carries
-  // no duty.
+  // Copying transfers the obligation to report, so it changes the source, which then counts as handled. The copy of a
+  // value that is being thrown has no obligation.
   errcode(errcode& source) noexcept;
 
-  // A pending target of severity 1 or more is reported first, and that may throw.
+  // Reports a pending target of severity 1 or more first, which may throw.
   errcode& operator=(errcode& source);
   errcode& operator=(errcode&& source) { return *this = source; }
 
-  // Reports a pending failure, and that may throw.
+  // Reports a pending failure, which may throw.
   ~errcode() noexcept(false) {
     if (code_ != 0 && pending_ && severity_ >= Warning) {
       Report();
     }
   }
 
-  // Looks without reading: the value stays as loud as it is.
+  // Tests without reading: a pending failure stays pending.
   bool Succeeded() const noexcept { return code_ == 0; }
 
-  // Reads the code, and silences the value.
+  // Reads the code and marks it as handled.
   std::int32_t code() noexcept {
     pending_ = false;
     return code_;
@@ -70,8 +70,8 @@ class errcode {
 
   std::int32_t code_;
   std::int16_t severity_;
-  bool thrown_ = false;    // the facility is about to throw the value
-  bool pending_ = true;    // neither read nor handed on
+  bool thrown_ = false;    // the facility is throwing the value
+  bool pending_ = true;    // neither read nor copied
   errfacility* facility_;  // never null
 };
 
@@ -81,7 +81,7 @@ class errfacility {
   explicit errfacility(const char* name = nullptr) : name_(name != nullptr ? name : "Error") {}
   virtual ~errfacility() = default;
 
-  // Logs and throws, as the value's severity asks for.
+  // Logs and throws according to the value's severity.
   virtual void report(errcode& value);
 
   // Writes the log line; the value stays pending.
@@ -96,7 +96,7 @@ class errfacility {
   std::string name_;
 };
 
-// Makes a fatal failure that nobody reads, so that its facility logs and throws it here.
+// Creates a fatal failure and leaves it unread, so that its facility logs it and throws it here.
 inline void ReportUnread(ErrorNumber code, errfacility* facility = nullptr) {
   errcode(code, Fatal, facility);
 }

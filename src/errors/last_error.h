@@ -1,4 +1,4 @@
-// `LastError`: the code that the last export left on the calling thread.
+// `LastError`: the code of the last export called by this thread.
 #pragma once
 
 #include <cstdint>
@@ -9,17 +9,17 @@ namespace latigo {
 
 inline DWORD LastErrorSlot;
 
-// Takes the thread-local slot; once, while the library loads.
+// Allocates the thread-local slot; called once, while the library loads.
 inline void AllocateLastError() {
   LastErrorSlot = TlsAlloc();
 }
 
-// The slot holds a pointer-sized value; the code travels in it as a number.
+// The slot's pointer-sized value holds the code as a number.
 inline void SetLastError(std::int32_t code) noexcept {
   TlsSetValue(LastErrorSlot, reinterpret_cast<void*>(static_cast<std::intptr_t>(code)));
 }
 
-// 0 in a thread that has called nothing.
+// 0 in a thread that has called no export.
 inline std::int32_t LastError() noexcept {
   return static_cast<std::int32_t>(reinterpret_cast<std::intptr_t>(TlsGetValue(LastErrorSlot)));
 }

@@ -1,5 +1,5 @@
-// The keys of a configuration section: one table, which the reader walks and from which an unknown key is told.
-// docs/configuration.md is the same table for people.
+// The keys of a configuration section: one table, used to read a section and to recognise unknown keys.
+// docs/configuration.md documents the same table.
 #pragma once
 
 #include <cstddef>
@@ -11,17 +11,17 @@ namespace latigo {
 // How the number in the file becomes the number in the record.
 enum class Conversion {
   AsGiven,
-  OneIfZero,          // 0, or no key at all, means 1.0
+  OneIfZero,          // 0 or a missing key means 1.0
   DegreesToRadians,   // by one multiplication
   DegreesByDivision,  // by pi and 180: differs from the multiplication in the last digit
   PartsPerMillion,    // to a factor
   ArcSeconds,         // to radians
 };
 
-// Where a key's value goes. Keys of `Other` are read by the reader one by one.
+// The record that receives a key's value. Keys of `Other` are read by the reader one by one.
 enum class Record { Params, Diff, Adjust, Other };
 
-// What a value is, for whoever checks it.
+// The type of a value, for checking a file.
 enum class ValueKind { Number, Factor, Latitude, Longitude, Azimuth, Reciprocal, Integer, Boolean, Keyword, File };
 
 struct ConfigKey {
@@ -37,7 +37,7 @@ std::span<const ConfigKey> ConfigKeys();
 
 double Convert(Conversion conversion, double value);
 
-// Finds the projection kind of a keyword, whatever its capitals; 0 if no keyword is equal to it.
+// The projection kind of a keyword, compared without case; 0 for an unknown keyword.
 std::int32_t KindOfKeyword(const char* keyword);
 
 }  // namespace latigo

@@ -17,7 +17,7 @@ namespace {
 
 constexpr const char* DefaultSection = "Geodesy";
 
-// One section of one file, while an object is made from it.
+// One section of one file, from which an object is made.
 class SectionReader {
  public:
   SectionReader(Profile& profile, const char* section) : profile_(profile), section_(section) {}
@@ -73,7 +73,7 @@ class SectionReader {
   void ReadGeoid(Geodesy& object) const {
     object.Geoid().SetOrthoHCorr(Number("OrthoHCorr"));
     if (profile_.HasKey("Geoid", section_)) {
-      object.Geoid().LoadGeoid(GridPath("Geoid").text);  // a failure dies unread and is thrown
+      object.Geoid().LoadGeoid(GridPath("Geoid").text);  // an unread failure is thrown
     }
   }
 
@@ -82,7 +82,7 @@ class SectionReader {
     char text[256];
   };
 
-  // A path that is too long or leads out of the folder comes out empty, and no file has that name.
+  // A path that is too long or leads out of the folder becomes empty, which names no file.
   PathText GridPath(const char* key) const {
     char value[256];
     profile_.GetString(value, sizeof value, key, section_, "");

@@ -5,8 +5,8 @@
 
 namespace latigo {
 
-// Gives the object, which is the caller's, or null, and leaves the code in LastError. A null section means "Geodesy".
-// Code 9 comes with an object: its geoid grid could not be loaded, and its OrthoHCorr is 0.
+// Returns the object, which the caller owns, or null, and sets LastError. A null section means "Geodesy". With code 9
+// there is an object: its geoid grid could not be loaded, and its OrthoHCorr is 0.
 Geodesy* CreateFromFile(const char* fileName, const char* section) noexcept;
 
 }  // namespace latigo

@@ -1,5 +1,5 @@
-// The exported functions, each behind one of five frames: what it does on a null handle, on a failure and on success.
-// No exception leaves them. include/latigo/latigo.h documents them, exports.list lists them.
+// The exported functions. Each uses one of five wrappers, which handle null handles, failures and success; no exception
+// leaves them. include/latigo/latigo.h documents them, exports.list lists them.
 #include <latigo/latigo.h>
 
 #include <cstring>
@@ -22,7 +22,7 @@ GeodesyHandle HandleOf(Geodesy* object) {
   return reinterpret_cast<GeodesyHandle>(object);
 }
 
-// Leaves a code in LastError; gives 1 for the code 0 and 0 for any other.
+// Sets LastError; returns 1 for the code 0 and 0 for any other.
 std::int32_t Leave(std::int32_t code) {
   latigo::SetLastError(code);
   return code == 0 ? 1 : 0;
@@ -38,7 +38,7 @@ std::int32_t Plain(GeodesyHandle handle, Operation operation) {
   return Leave(0);
 }
 
-// For operations that give an errcode: it is read, so nothing is logged and nothing thrown.
+// For operations that return an errcode: it is read, so it is neither logged nor thrown.
 template <typename Operation>
 std::int32_t Read(GeodesyHandle handle, Operation operation) {
   if (handle == nullptr) {
@@ -47,7 +47,8 @@ std::int32_t Read(GeodesyHandle handle, Operation operation) {
   return Leave(operation(*ObjectOf(handle)).code());
 }
 
-// For operations whose failures are logged: an errcode that they give dies unread, and its facility throws it.
+// For operations whose failures are logged: the errcode that they return is destroyed unread, so its facility logs and
+// throws it.
 template <typename Operation>
 std::int32_t Guarded(GeodesyHandle handle, Operation operation) {
   if (handle == nullptr) {
@@ -63,7 +64,7 @@ std::int32_t Guarded(GeodesyHandle handle, Operation operation) {
   }
 }
 
-// For lines, which cannot fail: metres become grid units.
+// For lines, which cannot fail: converts metres to grid units.
 template <typename Operation>
 double Distance(GeodesyHandle handle, Operation operation) {
   if (Plain(handle, [](const Geodesy&) {}) == 0) {

@@ -9,7 +9,7 @@
 namespace latigo {
 
 namespace {
-std::atomic<std::int32_t> LiveCount = 0;  // objects alive in the process
+std::atomic<std::int32_t> LiveCount = 0;  // existing objects in the process
 
 void Convert(double& value, double metresPerUnit, bool toMetres) {
   value = toMetres ? value * metresPerUnit : value / metresPerUnit;
@@ -28,7 +28,7 @@ Geodesy::Geodesy(const GeodesyParams& params)
 }
 
 Geodesy::~Geodesy() {
-  // Its files are closed before the line that says that nothing is left.
+  // Its files are closed before the line that reports the last object's end.
   Shift.CloseFile();
   Model.CloseFile();
   if (--LiveCount == 0) {
@@ -53,7 +53,7 @@ void Geodesy::GetParams(GeodesyParams& params) const {
 
 errcode Geodesy::SetAdjust(const Adjustment& adjustment) {
   errcode result = Local.SetAdjust(adjustment);
-  // The other types leave the names of the axes as they were.
+  // Other types do not change the axis names.
   if (result.Succeeded() && Local.IsSimilarity()) {
     FirstAxisId = (adjustment.AdjustType & LATIGO_REVERSE_X) != 0 ? AxisWesting : AxisEasting;
     SecondAxisId = (adjustment.AdjustType & LATIGO_REVERSE_Y) != 0 ? AxisSouthing : AxisNorthing;

@@ -1,8 +1,8 @@
-// `Geodesy`: one coordinate system, the object behind a handle. It coordinates a projection and three parts, each a
-// class in its subject's folder: the datum shift, the geoid model and the local grid; units and names are its own.
+// `Geodesy`: one coordinate system, the object that a handle refers to. It coordinates a projection and three parts,
+// each a class in its subject's folder: the datum shift, the geoid model and the local grid. It holds units and names.
 //
-// A conversion may read a grid file, so one object serves one thread at a time. The members carry the names of the
-// exports that they serve; include/latigo/latigo.h documents them.
+// A conversion may read a grid file, so only one thread at a time may use an object. Members have the names of their
+// exports; include/latigo/latigo.h documents them.
 #pragma once
 
 #include <latigo/latigo.h>
@@ -23,13 +23,13 @@ enum AxisId : std::int32_t { AxisEasting = 16, AxisNorthing = 17, AxisWesting = 
 
 class Geodesy {
  public:
-  // Throws errcode for a record that gives no object.
+  // Throws errcode for an invalid record.
   explicit Geodesy(const GeodesyParams& params);
   ~Geodesy();
   Geodesy(const Geodesy&) = delete;
   Geodesy& operator=(const Geodesy&) = delete;
 
-  // Projection, then local grid; and the inverse.
+  // Projection followed by local grid; and the inverse.
   errcode GeoXY(double& x, double& y, double latitude, double longitude) const {
     errcode result = Proj->GeoXY(x, y, latitude, longitude);
     if (result.Succeeded()) {
@@ -41,7 +41,7 @@ class Geodesy {
     Local.Inverse(x, y);
     return Proj->XYGeo(x, y, latitude, longitude);
   }
-  // At the projection's own coordinates, before any local grid.
+  // At the projection's coordinates, without the local grid.
   errcode Scale(double x, double y, double& k) const { return Proj->Scale(x, y, k); }
   void GetParams(GeodesyParams& params) const;
   const Projection& GetProjection() const { return *Proj; }
@@ -57,8 +57,8 @@ class Geodesy {
   // Units and names.
   void HConvert(double& value, bool toMetres) const;
   void VConvert(double& value, bool toMetres) const;
-  void SetVertUnit(double metresPerUnit);  // 0 takes the horizontal unit
-  // The string id, without language, of a request of GetLocalName; 0 for none.
+  void SetVertUnit(double metresPerUnit);  // 0: the horizontal unit
+  // The string id, without language offset, of a request of GetLocalName; 0 for none.
   std::int32_t LocalNameId(std::int32_t request) const;
 
  private:
@@ -67,7 +67,7 @@ class Geodesy {
   GeoidModel Model;
   LocalGrid Local;
   double VertUnit;      // metres per vertical unit
-  std::int32_t UnitId;  // id in the unit table, or 0
+  std::int32_t UnitId;  // id in the unit table; 0 for a unit without a name
   std::int32_t VertUnitId;
   std::int32_t FirstAxisId = AxisEasting;
   std::int32_t SecondAxisId = AxisNorthing;

@@ -36,7 +36,7 @@ bool ReadEnvironment() {
 
 void TakeHostDirectory() {
   GetModuleFileNameA(nullptr, InstallDir, DirSize);
-  InstallDir[DirSize - 1] = '\0';  // a path that was cut may lack its end
+  InstallDir[DirSize - 1] = '\0';  // a truncated path may lack its NUL
   if (char* last = std::strrchr(InstallDir, '\\'); last != nullptr) {
     *last = '\0';
   }

@@ -1,5 +1,5 @@
-// What happens when the library is loaded into a process. The facility of errcode.cpp is static and stands before any
-// export can run.
+// Initialisation when the library is loaded into a process. The static facility of errcode.cpp is constructed before
+// any export can run.
 #include "errors/last_error.h"
 #include "errors/log_line.h"
 #include "frame/local_names.h"
@@ -25,7 +25,7 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID) {
   return TRUE;
 }
 #else
-// There is no handle to the module, and the string table needs none.
+// No module handle is needed: the string table is linked in.
 [[gnu::constructor]] void Loaded() {
   LibraryLoaded(nullptr);
 }

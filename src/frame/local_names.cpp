@@ -8,16 +8,16 @@ namespace latigo {
 
 namespace {
 
-// Where a text stands behind the short name of its unit or the letter of its axis.
+// Offset of a text from the short name of its unit or the letter of its axis.
 constexpr std::int32_t Name = 32;
 constexpr std::int32_t Plural = 64;
 
 struct Language {
   const char* key;
-  std::int32_t offset;  // of its texts in the string table
+  std::int32_t offset;  // of its texts' ids in the string table
 };
 
-// Languages without texts of their own are known all the same, and give English.
+// Known languages without texts of their own use the English texts.
 constexpr Language Languages[] = {{"fra", 100}, {"esp", 200}, {"chs", 300}, {"jpn", 400}};
 
 std::int32_t LanguageOffset(const char* language) {

@@ -8,10 +8,10 @@
 
 namespace latigo {
 
-// The library's own module, which holds the string table; set while it loads.
+// The module that holds the string table: the library's own; set while it loads.
 extern HMODULE ModuleHandle;
 
-// Gives 0, or code 12 if the request is unknown or no text exists. A text that the language lacks is given in English.
+// Returns 0, or code 12 if the request is unknown or no text exists. Texts that the language lacks are in English.
 std::int32_t GetLocalName(const Geodesy& object, std::int32_t request, const char* language, char* buffer,
                           std::int32_t size);
 

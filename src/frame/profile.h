@@ -1,5 +1,5 @@
-// `Profile`: one INI file on disk, through the system's services. Making one does not touch the file; a file that does
-// not exist gives the defaults.
+// `Profile`: one INI file on disk, read and written by the system's services. Constructing one does not access the
+// file; a missing file yields the defaults.
 #pragma once
 
 #include <cstdint>
@@ -16,28 +16,29 @@ class Profile {
   // Removes the file if DeleteOnClose is set.
   virtual ~Profile();
 
-  // Copies the value of a key, or the default, cut to size - 1 characters; gives its length.
+  // Copies the value of a key, or the default, cut to size - 1 characters; returns its length.
   virtual std::int32_t GetString(char* buffer, std::int32_t size, const char* key, const char* section,
                                  const char* defaultText) const;
   virtual bool WriteString(const char* key, const char* value, const char* section);
 
-  // Puts a section of another file in the place of one here; a null target section means the same name. A key list
-  // beyond 2048 bytes and values beyond 255 characters are cut.
+  // Replaces a section of this file by a section of another one; a null target section means the same name. Key lists
+  // are cut to 2048 bytes and values to 255 characters.
   virtual void CopySection(const Profile& source, const char* section, const char* targetSection);
 
   // A section without keys counts as absent.
   virtual bool HasSection(const char* section) const;
 
-  // The names of a section's keys, each with its NUL, and a further NUL; gives their number. At least 2 bytes.
+  // Writes the names of a section's keys, each with its NUL, and a further NUL; returns their number. The buffer has at
+  // least 2 bytes.
   virtual std::int32_t ListKeys(char* buffer, std::int32_t size, const char* section) const;
-  // The names of all sections in the same form; gives the number of characters.
+  // Writes the names of all sections in the same form; returns the number of characters.
   virtual std::int32_t ListSections(char* buffer, std::int32_t size) const;
 
-  // These read at most 79 characters of a value. An empty value counts as absent.
+  // Typed values. At most 79 characters of a value are read; an empty value counts as absent.
   bool HasKey(const char* key, const char* section) const;
   std::int32_t GetInt(const char* key, const char* section, std::int32_t defaultValue) const;
   double GetDouble(const char* key, const char* section, double defaultValue) const;
-  // "on", "yes" and "true" are true, and so is a text that begins with the number 1.
+  // True for "on", "yes", "true" and texts that begin with the number 1.
   bool GetBool(const char* key, const char* section, bool defaultValue) const;
 
   const std::string FileName;

@@ -6,8 +6,8 @@ namespace latigo {
 
 namespace {
 
-// Metres per unit, in the order of the ids from 1 on. The texts of the names hang on the ids, and the comparison is
-// exact, so every digit counts: these are the values that surveys have in their files, not values worked out anew.
+// Metres per unit, in the order of the ids from 1. The names' texts depend on the ids. The comparison is exact, so
+// every digit counts: these are the values used in existing survey files, not recomputed ones.
 constexpr double UnitTable[] = {
     1.0,            //  1 m
     0.3048006096,   //  2 ftUS

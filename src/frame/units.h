@@ -5,7 +5,7 @@
 
 namespace latigo {
 
-// Gives the id, 1 to 15, of the unit with exactly so many metres, or 0 if no unit has them.
+// Returns the id, 1 to 15, of the unit with exactly this length in metres, or 0 if there is none.
 std::int32_t FindUnit(double metresPerUnit);
 
 }  // namespace latigo

@@ -23,7 +23,7 @@ errcode GeoidModel::LoadGeoid(const char* path) {
 
 void GeoidModel::SetGeoid(const char* path, double orthoHCorr) {
   OrthoHCorr = orthoHCorr;
-  LoadGeoid(path);  // a failure dies unread and is thrown
+  LoadGeoid(path);  // an unread failure is thrown
 }
 
 void GeoidModel::GetGeoid(char* buffer, std::int32_t size, double* orthoHCorr) const {

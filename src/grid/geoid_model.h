@@ -1,5 +1,4 @@
-// The geoid model of a coordinate system: an optional grid of undulations, and a constant that applies with or without
-// it.
+// The geoid model of a coordinate system: an optional grid of undulations, and a constant that is always added.
 #pragma once
 
 #include <cstdint>
@@ -10,12 +9,12 @@
 
 namespace latigo {
 
-// A lookup may read the grid file, so one object serves one thread at a time.
+// A lookup may read the grid file, so only one thread at a time may use an object.
 class GeoidModel {
  public:
   // Replaces the grid; null removes it. Code 9 if the file cannot be loaded: then there is no grid.
   errcode LoadGeoid(const char* path);
-  // Sets the constant and replaces the grid; throws errcode. The constant stands even if the file fails.
+  // Sets the constant and replaces the grid; throws errcode. The constant is set even if the file cannot be loaded.
   void SetGeoid(const char* path, double orthoHCorr);
   void SetOrthoHCorr(double value) { OrthoHCorr = value; }
 

@@ -16,8 +16,8 @@ static_assert(std::endian::native == std::endian::little, "grid files are little
 
 // The first 96 bytes of the file.
 struct InterpFile::Header {
-  char text[56];    // description; with the magic only its first 30 bytes, and two doubles at 32 and 40
-  char magic[8];    // "TIDEWRAK" in any mix of capitals, or anything else
+  char text[56];    // description; with the magic 30 bytes of description, and two doubles at 32 and 40
+  char magic[8];    // "TIDEWRAK", compared without case; or other bytes
   std::int32_t nc;  // nodes per row
   std::int32_t nr;  // rows
   std::int32_t nz;  // values per node
@@ -34,13 +34,13 @@ constexpr std::string_view Magic = "TIDEWRAK";
 constexpr std::size_t ShortDescription = 30;
 constexpr std::int64_t MaxRecordBytes = 64 << 20;  // two are in memory
 
-// Steps are whole arc seconds; the file has them as degrees in single precision. Radians.
+// A step, rounded to whole arc seconds, since the file stores degrees in single precision. Radians.
 double RoundedStep(float degrees) {
   const double arcSeconds = std::trunc(double{degrees} * 3600.0 + 0.5);
   return arcSeconds / 3600.0 * Pi / 180;
 }
 
-// The weight of a corner is S(x) S(y).
+// The weight of a corner of the cell is S(x) S(y).
 double S(double t) {
   return t * t * (3 - 2 * t);
 }
@@ -52,8 +52,8 @@ struct Cell {
   double fraction;
 };
 
-// A point on the far limit belongs to the cell before it, fraction 1; a lattice of one node has no cell, and its node
-// stands for both ends.
+// A point on the northern or eastern limit belongs to the last cell, with fraction 1. A lattice of one node has no
+// cell; that node is used for both ends.
 Cell CellOf(double position, double origin, double step, double invStep, std::int32_t nodes) {
   const double cells = (position - origin) * invStep;
   if (!(cells < nodes - 1)) {
@@ -70,7 +70,7 @@ errcode Failure(ErrorNumber code) {
 }  // namespace
 
 InterpFile::InterpFile(const char* path, bool reverse) {
-  Open(path, reverse);  // a failure dies unread and is thrown
+  Open(path, reverse);  // an unread failure is thrown
 }
 
 errcode InterpFile::Open(const char* path, bool reverse) {
@@ -115,7 +115,7 @@ errcode InterpFile::ReadHeader(const Header& header, bool reverse) {
   recordBytes_ = static_cast<std::int32_t>(recordValues * 4);
   north_ = south_ + latStep_ * (rows_ - 1);
   east_ = west_ + lonStep_ * (cols_ - 1);
-  // A file without a whole row gets no room for one: its header alone may ask for megabytes.
+  // No allocation for a file without a complete row: the header alone may request megabytes.
   if (char last; file_.ReadAt(std::int64_t{recordBytes_} * 2 - 1, &last, 1)) {
     records_.reset(new float[static_cast<std::size_t>(recordValues * 2)]);
     rowLow_ = records_.get();
@@ -142,7 +142,7 @@ errcode InterpFile::Lookup(double latitude, double longitude, std::int32_t* coun
   if (count != nullptr) {
     *count = 0;
   }
-  // A lattice across the meridian of 180 degrees goes on eastward beyond it.
+  // A lattice that crosses the 180 degree meridian continues eastward with longitudes above 180 degrees.
   if (east_ > Pi && longitude < 0) {
     longitude += TwoPi;
   }
@@ -169,14 +169,14 @@ errcode InterpFile::Lookup(double latitude, double longitude, std::int32_t* coun
   return errcode();
 }
 
-// Row r follows the header's record and r others.
+// Row r is preceded by the header's record and r rows.
 bool InterpFile::ReadRecords(std::int32_t row, float* records, std::int32_t count) const {
   return file_.ReadAt((std::int64_t{row} + 1) * recordBytes_, records,
                       static_cast<std::uint32_t>(recordBytes_) * static_cast<std::uint32_t>(count));
 }
 
-// Puts a row and the next one north of it into memory. A row that is there already is not read again; two rows follow
-// one another in the file and take one read.
+// Loads a row and the next one north of it. A row that is in memory is not read again; two rows are contiguous in the
+// file and take one read.
 bool InterpFile::MoveToRow(std::int32_t row) {
   if (!records_) {
     return false;

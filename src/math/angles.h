@@ -11,7 +11,7 @@ inline constexpr double Pi = 3.141592653589793;
 inline constexpr double HalfPi = 1.5707963267948966;
 inline constexpr double TwoPi = 6.283185307179586;
 
-// Sine and cosine of one angle, worked out together.
+// Sine and cosine of one angle, computed together.
 struct SinCos {
   double sin, cos;
 };
@@ -23,7 +23,7 @@ inline SinCos SinCosOf(double angle) {
 // A series in multiple angles: coefficients of sin w, sin 2w, sin 3w, sin 4w.
 using FourTerms = std::array<double, 4>;
 
-// Its sum, by sine and cosine of w alone.
+// Its sum, from sine and cosine of w alone.
 inline double SineSeries(const FourTerms& B, const SinCos& w) {
   return w.sin * (B[0] - B[2] + w.cos * (2 * B[1] - 4 * B[3] + w.cos * (4 * B[2] + w.cos * (8 * B[3]))));
 }
@@ -33,15 +33,14 @@ inline SinCos Doubled(const SinCos& angle) {
   return {2 * angle.sin * angle.cos, 1 - 2 * angle.sin * angle.sin};
 }
 
-// Sine and cosine of the latitude pi/2 - 2 atan(u), by the tangent u of half its complement, which is not negative:
-// (1 - u^2) / (1 + u^2) and 2u / (1 + u^2).
+// Sine and cosine of the latitude pi/2 - 2 atan(u), u >= 0: (1 - u^2) / (1 + u^2) and 2u / (1 + u^2).
 inline SinCos FromHalfComplement(double u) {
-  const double v = std::min(u, 1e150);  // beyond it is the south pole, and its square would overflow
+  const double v = std::min(u, 1e150);  // larger values are the south pole; their squares could overflow
   const double d = 1 / (1 + v * v);
   return {(1 - v * v) * d, 2 * v * d};
 }
 
-// The isometric latitude on the sphere, ln tan(pi/4 + phi/2), and the sine of a latitude. No number beyond the poles.
+// The isometric latitude on the sphere, ln tan(pi/4 + phi/2), and the sine of a latitude. NaN outside -pi/2 to pi/2.
 struct SphereIsometric {
   double q, sine;
 };
@@ -56,7 +55,7 @@ inline SphereIsometric SphereIsometricOf(double phi) {
   return {std::log(s / c), (s - c) * (s + c)};
 }
 
-// The way back, 2 atan(exp(q)) - pi/2, on the side of the exponential that does not grow.
+// The inverse, 2 atan(exp(q)) - pi/2, formed with exp(-|q|), which cannot overflow.
 inline double LatitudeOfIsometric(double q) {
   return std::copysign(HalfPi - 2 * std::atan(std::exp(-std::fabs(q))), q);
 }
@@ -68,12 +67,12 @@ inline SinCos FromIsometric(double q) {
   return {std::copysign((1 - u * u) * d, q), 2 * u * d};
 }
 
-// The angle with this sine, which rounding alone may have led past 1.
+// The arc sine of a value that may exceed 1 by rounding only.
 inline double ArcSine(double sine) {
   return std::asin(std::clamp(sine, -1.0, 1.0));
 }
 
-// No double is a right angle, and this is what its cosine comes to.
+// The cosine of the double nearest to a right angle is about 6e-17, never 0.
 inline constexpr double CosOfRightAngle = 6.1e-17;
 
 // The cosine of the angle with this sine, from -pi/2 to pi/2.
@@ -81,7 +80,7 @@ inline double CosOfSine(double sine) {
   return std::max(std::sqrt((1 - sine) * (1 + sine)), CosOfRightAngle);
 }
 
-// The root of a sum of squares; by the C library only where the squares leave the range of doubles.
+// sqrt(x^2 + y^2); std::hypot, which is slower, only where the squares leave the range of doubles.
 inline double Hypotenuse(double x, double y) {
   const double r2 = x * x + y * y;
   return 1e-280 < r2 && r2 < 1e300 ? std::sqrt(r2) : std::hypot(x, y);

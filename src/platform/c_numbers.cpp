@@ -13,7 +13,7 @@ namespace {
 
 struct Number {
   bool negative;
-  std::string_view digits;  // from the first character behind the sign
+  std::string_view digits;  // from the first character after the sign
 };
 
 Number SplitSign(const char* text) {
@@ -23,7 +23,7 @@ Number SplitSign(const char* text) {
   if (negative || rest.starts_with('+')) {
     rest.remove_prefix(1);
   }
-  if (rest.starts_with('-')) {  // from_chars would take a second sign
+  if (rest.starts_with('-')) {  // from_chars would accept a second sign
     rest = {};
   }
   return {negative, rest};
@@ -40,7 +40,7 @@ double CDouble(const char* text) {
   if (digits.starts_with("0x") || digits.starts_with("0X")) {
     format = std::chars_format::hex;
     digits.remove_prefix(2);
-    if (digits.find_first_of(".0123456789ABCDEFabcdef") != 0) {  // from_chars would take a sign and words
+    if (digits.find_first_of(".0123456789ABCDEFabcdef") != 0) {  // from_chars would accept a sign and words
       digits = {};
     }
   }
@@ -50,7 +50,7 @@ double CDouble(const char* text) {
     return 0;
   }
   if (error == std::errc::result_out_of_range) {
-    // In a text of ordinary length only an exponent leads out of range, and its sign says where.
+    // In a text of ordinary length only the exponent can cause overflow (positive) or underflow (negative).
     const std::string_view number(digits.data(), static_cast<std::size_t>(end - digits.data()));
     value = number.find('-') != std::string_view::npos ? 0 : HUGE_VAL;
   }

@@ -5,10 +5,10 @@
 
 namespace latigo {
 
-// 0 if the text does not begin with a number; what follows the number does not count.
+// 0 if the text does not begin with a number; text after the number is ignored.
 double CDouble(const char* text);
 
-// As above; a number beyond 32 bits gives the nearest one within.
+// As above; a number outside 32 bits becomes the nearest limit.
 std::int32_t CInt(const char* text);
 
 }  // namespace latigo

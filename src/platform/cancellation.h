@@ -8,12 +8,12 @@
 namespace latigo {
 
 // While one exists, the calling thread is not cancelled inside a system call: a request waits for the caller's next
-// cancellation point. Cancellation unwinds the stack by an exception that catch (...) may not end and that may not
-// leave a destructor, so every system call of the library that is a cancellation point has one of these around it.
+// cancellation point. Cancellation unwinds the stack by an exception that catch (...) must not stop and that must not
+// leave a destructor. So every system call of the library that is a cancellation point runs under one of these.
 class CancellationDisabled {
  public:
 #if defined(_WIN32)
-  CancellationDisabled() {}  // there is no such thing
+  CancellationDisabled() {}  // Windows has no cancellation points
 #else
   CancellationDisabled() {
     pthread_setcancelstate(PTHREAD_CANCEL_DISABLE, &state_);

@@ -5,8 +5,8 @@
 
 namespace latigo {
 
-// A file for reading in binary. Every read names its position and takes just the bytes asked for, so a process made by
-// fork may read beside its parent.
+// A file opened for binary reading. Every read states its position and reads exactly the requested bytes, so a forked
+// child may read at the same time as its parent.
 class InputFile {
  public:
   InputFile() = default;
@@ -14,7 +14,7 @@ class InputFile {
   InputFile(const InputFile&) = delete;
   InputFile& operator=(const InputFile&) = delete;
 
-  // Closes the file before and opens another. Elsewhere than on Windows backslashes in the path are taken as slashes.
+  // Closes the previous file and opens another. Except on Windows, backslashes in the path are read as slashes.
   // Returns false if there is no such regular file or it cannot be opened.
   bool Open(const char* path);
   void Close();
@@ -31,7 +31,7 @@ class InputFile {
 #endif
 };
 
-// Removes a file; the path is taken as above.
+// Removes a file; the path is read as above.
 void RemoveFile(const char* path);
 
 }  // namespace latigo

@@ -1,4 +1,4 @@
-// A profile file that is read many times in a row.
+// Several keys of one profile file section, read with one access to the file.
 #pragma once
 
 #include <optional>
@@ -10,7 +10,7 @@ namespace latigo {
 
 #if defined(_WIN32)
 
-// The system keeps the file that was read last.
+// Not needed: the system caches the file that was read last.
 class ProfileSnapshot {
  public:
   ProfileSnapshot(const char* /*fileName*/, const char* /*section*/, const std::vector<std::string_view>& /*keys*/) {}
@@ -18,11 +18,11 @@ class ProfileSnapshot {
 
 #else
 
-// While it lives, the profile services give this thread the values of some keys of a section as they were when it was
-// made, without reading the file again. It holds the file once and a value for each key, however many lines there are.
+// While one exists, the profile services return to this thread the values that some keys of a section had when it was
+// constructed, without reading the file again. Its memory is the file's bytes and one value for each key.
 class ProfileSnapshot {
  public:
-  // The keys are those that will be read.
+  // `keys`: those that will be read.
   ProfileSnapshot(const char* fileName, const char* section, std::vector<std::string_view> keys);
   ~ProfileSnapshot();
   ProfileSnapshot(const ProfileSnapshot&) = delete;
@@ -31,7 +31,7 @@ class ProfileSnapshot {
   bool Has(std::string_view fileName, std::string_view section, std::string_view key) const {
     return fileName == fileName_ && section == section_ && PlaceOf(key) < keys_.size();
   }
-  // The value of a key that it has, or nothing if the section has none.
+  // The value of one of the keys, if the section has one.
   std::optional<std::string_view> Value(std::string_view key) const { return values_[PlaceOf(key)]; }
 
  private:

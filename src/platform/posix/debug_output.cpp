@@ -1,6 +1,6 @@
-// The debug output: the file that LATIGO_DEBUG_OUTPUT names, for tests and for a look from outside; else standard error
-// if a debugger is attached to the process; else nowhere. The file is opened for each line: a descriptor that stayed
-// open could be closed by the host, and its number could then stand for a file of the host's.
+// The debug output: the file named by LATIGO_DEBUG_OUTPUT, for tests and diagnosis; else standard error if a debugger
+// is attached to the process; else nowhere. The file is opened for each line: the host could close a descriptor that
+// stays open, and its number could then belong to one of the host's files.
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -32,10 +32,10 @@ bool TracerInStatus() {
   return place != std::string_view::npos && seen.substr(place + Field.size(), 1) != "0";
 }
 
-// Reading the status takes a thousand times as long as a conversion, so it is read at most once in each second of a
-// clock that costs next to nothing: a debugger that attaches later is noticed in the next second.
+// Reading the status takes a thousand times as long as a conversion, so it is read at most once in each second of the
+// coarse clock, which is cheap. A debugger that attaches later is noticed in the next second.
 bool DebuggerAttached() {
-  static std::atomic<std::int64_t> lastLook = -1;  // the second, times two, plus one if a debugger was attached
+  static std::atomic<std::int64_t> lastLook = -1;  // 2 x the second, + 1 if a debugger was attached
   timespec now = {};
   clock_gettime(CLOCK_MONOTONIC_COARSE, &now);
   const std::int64_t second = now.tv_sec;
@@ -47,9 +47,9 @@ bool DebuggerAttached() {
   return look % 2 != 0;
 }
 
-// The file that the environment named when the first line was written, which is when the library is loaded: a host may
-// change its environment in one thread while another thread's conversion fails. Null for none. A program that runs with
-// more rights than its user has no such file.
+// The file named by the environment, or null. The environment is read once, for the first line, which is written when
+// the library is loaded: later a host may change it in one thread while another thread's conversion fails. A program
+// that runs with more rights than its user gets null.
 const char* OutputPath() {
   static const char* const path = [] {
     const char* named = secure_getenv("LATIGO_DEBUG_OUTPUT");
@@ -58,7 +58,7 @@ const char* OutputPath() {
   return path;
 }
 
-// Opens the file, or makes it. Only a regular file will do, and no link: a pipe would make the caller wait.
+// Opens or creates the file. Only regular files are accepted, and no links: a pipe would block the caller.
 int OpenOutput(const char* path) {
   const int file = open(path, O_WRONLY | O_APPEND | O_CREAT | O_NOFOLLOW | O_NONBLOCK | O_NOCTTY | O_CLOEXEC, 0666);
   struct stat status;

@@ -1,4 +1,4 @@
-// Paths and files as this system has them.
+// POSIX paths and files.
 #pragma once
 
 #include <cerrno>
@@ -7,7 +7,7 @@
 
 namespace latigo {
 
-// A path with its backslashes as slashes. One that is too long comes out empty, and no file has that name.
+// A path with its backslashes as slashes. A path that is too long becomes empty, which names no file.
 class NativePath {
  public:
   explicit NativePath(const char* path);
@@ -17,14 +17,14 @@ class NativePath {
   char path_[PATH_MAX];
 };
 
-// Opens a regular file for reading; gives its descriptor, or -1. A directory or a device counts as no file, and none of
-// them makes the caller wait.
+// Opens a regular file for reading and returns its descriptor, or -1. Directories, devices and pipes are refused, and
+// none of them blocks the caller.
 int OpenRegularFile(const NativePath& path);
 
-// Writes all bytes to a descriptor; false if it does not take them.
+// Writes all bytes to a descriptor; returns false if it cannot.
 bool WriteAll(int file, std::string_view bytes);
 
-// Makes a call until no signal interrupts it.
+// Repeats a call until no signal interrupts it.
 template <typename Call>
 auto Uninterrupted(Call call) {
   auto result = call();
@@ -34,7 +34,7 @@ auto Uninterrupted(Call call) {
   return result;
 }
 
-// Leaves errno to the host as it was.
+// Restores the host's errno.
 class KeptErrno {
  public:
   KeptErrno() = default;

@@ -9,7 +9,7 @@ namespace latigo {
 namespace {
 
 constexpr std::string_view ByteOrderMark = "\xEF\xBB\xBF";
-constexpr std::string_view Blanks = " \t\v\f\x1A";  // the last once ended text files
+constexpr std::string_view Blanks = " \t\v\f\x1A";  // the last is the DOS end-of-file character
 constexpr std::string_view LineBreaks = "\r\n";
 
 std::string_view Unquoted(std::string_view value) {
@@ -46,8 +46,8 @@ std::string Replaced(std::string_view bytes, std::size_t begin, std::size_t end,
   return std::string(bytes.substr(0, begin)).append(by).append(bytes.substr(end));
 }
 
-// Names one behind the other, each with its NUL, and a NUL behind the last. A list that is too long is cut so that two
-// NULs still end it.
+// A list of names, each ended by NUL, with a further NUL at the end. A list that is too long is cut and still ends with
+// two NULs.
 class NameList {
  public:
   NameList(char* buffer, std::uint32_t size) : buffer_(buffer), size_(size) {}
@@ -67,7 +67,7 @@ class NameList {
     length_ += taken + 1;
   }
 
-  // Ends the list; gives the number of characters before the last NUL, and one less for a list that was cut.
+  // Ends the list; returns the number of characters before the last NUL, one less if the list was cut.
   std::uint32_t End() {
     if (size_ == 0) {
       return 0;
@@ -105,7 +105,7 @@ std::string Edited(std::string_view bytes, std::string_view section, std::option
   }
   const std::size_t head = line.begin;
   std::size_t bodyEnd = line.end;
-  std::size_t lastEntry = line.end;  // a new key goes behind the last one
+  std::size_t lastEntry = line.end;  // a new key follows the last one
   while (lines.Next(line) && line.is != ProfileLine::Is::Section) {
     if (key && line.is == ProfileLine::Is::Key && EqualIgnoringCase(line.name, *key)) {
       return Replaced(bytes, line.begin, line.end, entry);

@@ -1,6 +1,5 @@
-// The services of profile files. A file is read whole at each call. One that is no regular file, is beyond the limit of
-// size, or does not yield as many bytes as its size says, has no values; and it is not written, for that would replace
-// what nobody has seen.
+// The services of profile files. Each call reads the whole file. A file that is not regular, exceeds the size limit, or
+// yields fewer bytes than its size has no values; and it is not written, because that would replace unread contents.
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -28,7 +27,7 @@ constexpr std::size_t SizeLimit = 16U << 20U;  // bytes
 
 struct ProfileBytes {
   std::string bytes;
-  bool known = false;  // whether these are all bytes of the file; true for a file that does not exist
+  bool known = false;  // these are all bytes of the file; true for a file that does not exist
 };
 
 ProfileBytes ReadProfile(const NativePath& path) {
@@ -37,7 +36,7 @@ ProfileBytes ReadProfile(const NativePath& path) {
   const int file = OpenRegularFile(path);
   struct stat status;
   if (file < 0) {
-    // A link to nothing is not missing.
+    // A dangling link is not a missing file.
     whole.known = errno == ENOENT && lstat(path.c_str(), &status) != 0;
     return whole;
   }
@@ -60,22 +59,22 @@ ProfileBytes ReadProfile(const NativePath& path) {
   return whole;
 }
 
-// Gives a new file the owner, the group and the mode of the one that it replaces. Without the right to give files away
-// it stays the caller's, and nobody may do more with it than before.
+// Sets owner, group and mode of a new file to those of the file that it replaces. Without the right to change the owner
+// the caller owns it, and nobody gets more access than before.
 bool TakeOver(int file, const struct stat& old) {
   mode_t mode = old.st_mode & 07777;
   if (fchown(file, old.st_uid, old.st_gid) != 0) {
     mode &= 0777;
     if (fchown(file, static_cast<uid_t>(-1), old.st_gid) != 0) {
-      // The members of another group get what both the old group and all others had.
+      // Another group gets the rights that both the old group and all others had.
       mode = (mode & 0707) | (mode & mode << 3 & 070);
     }
   }
   return fchmod(file, mode) == 0;
 }
 
-// Brings the name of a new file to the disk, where the folder may be opened and the file system can do so. False means
-// that a crash may bring the old file back.
+// Writes the directory entry of a new file to the disk, if the folder can be opened and the file system supports it.
+// False means that after a crash the old file may reappear.
 bool SyncFolderOf(const std::string& path) {
   const std::size_t slash = path.rfind('/');
   const std::string folder = slash == std::string::npos ? "." : path.substr(0, slash + 1);
@@ -88,8 +87,8 @@ bool SyncFolderOf(const std::string& path) {
   return done;
 }
 
-// Writes beside the file and renames, so that a crash leaves the old file or the new one. A file that may not be
-// written is not replaced either.
+// Writes a new file beside the old one and renames it, so a crash leaves either the old file or the new one. A file
+// without write permission is not replaced.
 bool ReplaceFile(const NativePath& path, std::string_view bytes) {
   static std::atomic<unsigned> counter = 0;
   struct stat old;
@@ -97,7 +96,7 @@ bool ReplaceFile(const NativePath& path, std::string_view bytes) {
   if (exists ? faccessat(AT_FDCWD, path.c_str(), W_OK, AT_EACCESS) != 0 : errno != ENOENT) {
     return false;
   }
-  char resolved[PATH_MAX];  // a link stays a link
+  char resolved[PATH_MAX];  // a link is kept, its target replaced
   if (exists && realpath(path.c_str(), resolved) == nullptr) {
     return false;
   }

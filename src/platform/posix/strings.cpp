@@ -1,4 +1,4 @@
-// The string table. Its texts are Latin characters, which Windows-1252 numbers as Unicode does.
+// The string table. Its texts are Latin characters with the same numbers in Windows-1252 and in Unicode.
 #include <algorithm>
 #include <string_view>
 

@@ -8,14 +8,14 @@ namespace latigo {
 
 bool InputFile::Open(const char* path) {
   Close();
-  // Others may read and write the file meanwhile; no child process inherits it.
+  // Other processes may read and write the file meanwhile; no child process inherits it.
   const HANDLE file = CreateFileA(path, GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING,
                                   FILE_ATTRIBUTE_NORMAL, nullptr);
   if (file == INVALID_HANDLE_VALUE) {
     return false;
   }
   handle_ = file;
-  // A device counts as no file.
+  // Devices are refused.
   if (GetFileType(file) != FILE_TYPE_DISK) {
     Close();
     return false;

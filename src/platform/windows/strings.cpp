@@ -5,7 +5,7 @@
 namespace latigo {
 
 // LoadStringA would convert to the code page of the process, which a host program may have set to UTF-8. The texts are
-// Latin characters, which Windows-1252 numbers as Unicode does.
+// Latin characters with the same numbers in Windows-1252 and in Unicode.
 int LoadText(HMODULE module, UINT id, char* buffer, int size) {
   const wchar_t* text = nullptr;
   // With a size of 0 the pointer receives the address of the resource itself, which has no NUL at its end.
