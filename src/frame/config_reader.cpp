@@ -17,10 +17,35 @@ namespace {
 
 constexpr const char* DefaultSection = "Geodesy";
 
-// One section of one file, from which an object is made.
+std::vector<std::string_view> KeyNames() {
+  std::vector<std::string_view> names;
+  names.reserve(ConfigKeys().size());
+  for (const ConfigKey& key : ConfigKeys()) {
+    names.emplace_back(key.name);
+  }
+  return names;
+}
+
+// A profile file whose one section is read once for all its keys, and not once for each.
+class SectionProfile : public Profile {
+ public:
+  SectionProfile(const char* fileName, const char* section)
+      : Profile(fileName), snapshot_(fileName, section, KeyNames()) {}
+
+  std::int32_t GetString(char* buffer, std::int32_t size, const char* key, const char* section,
+                         const char* defaultText) const override {
+    const auto length = snapshot_.Copy(section, key, defaultText, buffer, static_cast<std::uint32_t>(size));
+    return length ? static_cast<std::int32_t>(*length) : Profile::GetString(buffer, size, key, section, defaultText);
+  }
+
+ private:
+  const ProfileSnapshot snapshot_;
+};
+
+// The parts of an object, read from one section of one file.
 class SectionReader {
  public:
-  SectionReader(Profile& profile, const char* section) : profile_(profile), section_(section) {}
+  SectionReader(const char* fileName, const char* section) : profile_(fileName, section), section_(section) {}
 
   double Number(const char* key) const { return profile_.GetDouble(key, section_, 0); }
 
@@ -91,18 +116,9 @@ class SectionReader {
     return path;
   }
 
-  Profile& profile_;
+  const SectionProfile profile_;
   const char* section_;
 };
-
-std::vector<std::string_view> KeyNames() {
-  std::vector<std::string_view> names;
-  names.reserve(ConfigKeys().size());
-  for (const ConfigKey& key : ConfigKeys()) {
-    names.emplace_back(key.name);
-  }
-  return names;
-}
 
 }  // namespace
 
@@ -111,9 +127,7 @@ Geodesy* CreateFromFile(const char* fileName, const char* section) noexcept {
   std::unique_ptr<Geodesy> object;
   try {
     section = section != nullptr ? section : DefaultSection;
-    const ProfileSnapshot snapshot(fileName, section, KeyNames());
-    Profile profile(fileName);
-    const SectionReader reader(profile, section);
+    const SectionReader reader(fileName, section);
     object = std::make_unique<Geodesy>(reader.ReadParams());
     object->SetVertUnit(reader.Number("VertUnit"));
     reader.ReadDatum(*object);

@@ -160,8 +160,8 @@ errcode InterpFile::Lookup(double latitude, double longitude, std::int32_t* coun
   const std::size_t west = depth * static_cast<std::size_t>(col.first);
   const std::size_t east = depth * static_cast<std::size_t>(col.second);
   for (std::size_t i = 0; i < std::min(depth, values.size()); ++i) {
-    corners_ = {low[west + i], low[east + i], high[east + i], high[west + i]};
-    values[i] = Interpolate(corners_.data(), col.fraction, row.fraction);
+    const double corners[] = {low[west + i], low[east + i], high[east + i], high[west + i]};
+    values[i] = Interpolate(corners, col.fraction, row.fraction);
   }
   if (count != nullptr) {
     *count = depth_;

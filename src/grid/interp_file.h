@@ -5,7 +5,6 @@
 // one thread at a time may use an object. Angles are radians, north and east positive.
 #pragma once
 
-#include <array>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -69,7 +68,6 @@ class InterpFile {
   float* rowLow_ = nullptr;
   float* rowHigh_ = nullptr;
   std::int32_t cachedRow_ = -1;  // the southern row in memory, -1 for none
-  std::array<double, 4> corners_{};
   std::string description_;
 };
 

@@ -33,13 +33,6 @@ inline SinCos Doubled(const SinCos& angle) {
   return {2 * angle.sin * angle.cos, 1 - 2 * angle.sin * angle.sin};
 }
 
-// Sine and cosine of the latitude pi/2 - 2 atan(u), u >= 0: (1 - u^2) / (1 + u^2) and 2u / (1 + u^2).
-inline SinCos FromHalfComplement(double u) {
-  const double v = std::min(u, 1e150);  // larger values are the south pole; their squares could overflow
-  const double d = 1 / (1 + v * v);
-  return {(1 - v * v) * d, 2 * v * d};
-}
-
 // The isometric latitude on the sphere, ln tan(pi/4 + phi/2), and the sine of a latitude. NaN outside -pi/2 to pi/2.
 struct SphereIsometric {
   double q, sine;
@@ -53,11 +46,6 @@ inline SphereIsometric SphereIsometricOf(double phi) {
   // Nearer to a pole 1 - s would cancel.
   const auto [s, c] = SinCosOf(phi / 2 + HalfPi / 2);
   return {std::log(s / c), (s - c) * (s + c)};
-}
-
-// The inverse, 2 atan(exp(q)) - pi/2, formed with exp(-|q|), which cannot overflow.
-inline double LatitudeOfIsometric(double q) {
-  return std::copysign(HalfPi - 2 * std::atan(std::exp(-std::fabs(q))), q);
 }
 
 // Sine and cosine of the latitude with this isometric latitude on the sphere.

@@ -1,6 +1,8 @@
-// Several keys of one profile file section, read with one access to the file.
+// One section of a profile file, for a reader that asks for many of its values.
 #pragma once
 
+#include <cstddef>
+#include <cstdint>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -10,34 +12,34 @@ namespace latigo {
 
 #if defined(_WIN32)
 
-// Not needed: the system caches the file that was read last.
+// The system keeps the file that was read last, so its service is asked for each value.
 class ProfileSnapshot {
  public:
   ProfileSnapshot(const char* /*fileName*/, const char* /*section*/, const std::vector<std::string_view>& /*keys*/) {}
+  std::optional<std::uint32_t> Copy(const char* /*section*/, const char* /*key*/, const char* /*defaultText*/,
+                                    char* /*buffer*/, std::uint32_t /*size*/) const {
+    return std::nullopt;
+  }
 };
 
 #else
 
-// While one exists, the profile services return to this thread the values that some keys of a section had when it was
-// constructed, without reading the file again. Its memory is the file's bytes and one value for each key.
+// The values of some keys of a section, from one reading of the file. It holds the file once and a value for each key,
+// whatever the number of lines.
 class ProfileSnapshot {
  public:
-  // `keys`: those that will be read.
   ProfileSnapshot(const char* fileName, const char* section, std::vector<std::string_view> keys);
-  ~ProfileSnapshot();
+  // The values refer to the bytes.
   ProfileSnapshot(const ProfileSnapshot&) = delete;
   ProfileSnapshot& operator=(const ProfileSnapshot&) = delete;
 
-  bool Has(std::string_view fileName, std::string_view section, std::string_view key) const {
-    return fileName == fileName_ && section == section_ && PlaceOf(key) < keys_.size();
-  }
-  // The value of one of the keys, if the section has one.
-  std::optional<std::string_view> Value(std::string_view key) const { return values_[PlaceOf(key)]; }
+  // Does what GetPrivateProfileStringA does, for its own section and keys; nothing for any other.
+  std::optional<std::uint32_t> Copy(const char* section, const char* key, const char* defaultText, char* buffer,
+                                    std::uint32_t size) const;
 
  private:
   std::size_t PlaceOf(std::string_view key) const;
 
-  std::string fileName_;
   std::string section_;
   std::string bytes_;
   std::vector<std::string_view> keys_;

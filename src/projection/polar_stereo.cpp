@@ -1,5 +1,6 @@
 #include "projection/polar_stereo.h"
 
+#include <algorithm>
 #include <cmath>
 
 namespace latigo {
@@ -24,6 +25,13 @@ inline double PolarT(double e, double phi) {
   const auto [sinH, cosH] = SinCosOf(HalfPi / 2 - phi / 2);
   const double es = e * ((cosH - sinH) * (cosH + sinH));
   return sinH / cosH * std::exp(e / 2 * std::log((1 + es) / (1 - es)));
+}
+
+// Sine and cosine of the latitude pi/2 - 2 atan(u), u >= 0: (1 - u^2) / (1 + u^2) and 2 u / (1 + u^2).
+inline SinCos FromHalfComplement(double u) {
+  const double v = std::min(u, 1e150);  // beyond it the latitude is -pi/2, and the square would overflow
+  const double d = 1 / (1 + v * v);
+  return {(1 - v * v) * d, 2 * v * d};
 }
 
 // The record with the scale factor k0 of the pole, for one with a latitude of true scale: (21-33) equals (21-34),

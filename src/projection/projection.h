@@ -34,7 +34,7 @@ class Projection : public Ellipsoid {
   const double NorthParallel;    // a standard parallel, radians
   const double SouthParallel;    // the other standard parallel, radians
   const double SkewAzimuth;      // azimuth of the skew line, radians
-  const double Unit;             // metres per grid unit; 0 in the record counts as 1
+  const double Unit;             // metres per grid unit; 0 counts as 1 here too, but MakeProjection refuses it first
   const double FalseEasting;     // grid units, never scaled
   const double FalseNorthing;    // grid units, never scaled
 

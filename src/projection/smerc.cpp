@@ -5,8 +5,15 @@
 namespace latigo {
 
 namespace {
+
 constexpr double SphereRadius = 6378388.0;  // metres
+
+// 2 atan(exp(q)) - pi/2 of (7-4), with the exponential of -|q|, which does not overflow.
+double LatitudeOfIsometric(double q) {
+  return std::copysign(HalfPi - 2 * std::atan(std::exp(-std::fabs(q))), q);
 }
+
+}  // namespace
 
 errcode SMerc::GeoXY(double& x, double& y, double phi, double lambda) const {
   x = lambda * SphereRadius;                    // (7-1)

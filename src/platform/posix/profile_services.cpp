@@ -129,13 +129,10 @@ std::optional<std::string_view> Optional(const char* text) {
   return text != nullptr ? std::optional<std::string_view>(text) : std::nullopt;
 }
 
-[[gnu::tls_model("initial-exec")]] thread_local const ProfileSnapshot* CurrentSnapshot = nullptr;
-
 }  // namespace
 
 ProfileSnapshot::ProfileSnapshot(const char* fileName, const char* section, std::vector<std::string_view> keys)
-    : fileName_(fileName),
-      section_(section),
+    : section_(section),
       bytes_(ReadProfile(NativePath(fileName)).bytes),
       keys_(std::move(keys)),
       values_(keys_.size()) {
@@ -151,16 +148,19 @@ ProfileSnapshot::ProfileSnapshot(const char* fileName, const char* section, std:
       }
     }
   }
-  CurrentSnapshot = this;
-}
-
-ProfileSnapshot::~ProfileSnapshot() {
-  CurrentSnapshot = nullptr;
 }
 
 std::size_t ProfileSnapshot::PlaceOf(std::string_view key) const {
   const auto same = [key](std::string_view known) { return EqualIgnoringCase(known, key); };
   return static_cast<std::size_t>(std::find_if(keys_.begin(), keys_.end(), same) - keys_.begin());
+}
+
+std::optional<std::uint32_t> ProfileSnapshot::Copy(const char* section, const char* key, const char* defaultText,
+                                                   char* buffer, std::uint32_t size) const {
+  if (section == nullptr || section != section_ || key == nullptr || PlaceOf(key) == keys_.size()) {
+    return std::nullopt;
+  }
+  return CopyText(values_[PlaceOf(key)].value_or(OrEmpty(defaultText)), buffer, size);
 }
 
 }  // namespace latigo
@@ -170,9 +170,6 @@ DWORD GetPrivateProfileStringA(const char* section, const char* key, const char*
   using namespace latigo;
   if (section == nullptr) {
     return GetPrivateProfileSectionNamesA(buffer, size, fileName);
-  }
-  if (key != nullptr && CurrentSnapshot != nullptr && CurrentSnapshot->Has(fileName, section, key)) {
-    return CopyText(CurrentSnapshot->Value(key).value_or(OrEmpty(defaultText)), buffer, size);
   }
   const std::string bytes = ReadProfile(NativePath(fileName)).bytes;
   return key != nullptr ? CopyText(ProfileValue(bytes, section, key).value_or(OrEmpty(defaultText)), buffer, size)
