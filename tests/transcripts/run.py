@@ -62,6 +62,9 @@ if len(sys.argv) == 2:  # grids that a section names lie in the install folder
         assert outside[0][0] == 1 and outside[0][1].endswith("\n* *\n* *\n"), outside
         assert outside[0][2].count("outside the datum grid\n") == 2, outside
         assert outside[1][0] == 0 and outside[1][1].startswith("611544.") and "2 points: outside" in outside[1][2], outside
+        for limit, text in (5, "grids.ini: Too many open files\n"), (6, "odd.txt: Too many open files\n"):
+            done = subprocess.run(["sh", "-c", f'ulimit -n {limit}; exec "$@"', "sh", *program, *forward, "odd.txt"], capture_output=True)
+            assert done.returncode == 2 and not done.stdout and text in done.stderr.decode(), (limit, done)
         short = run(["forward", f"{folder}/short.ini", "--wgs84"], "51.5 5\n53.5 5")
         assert short[0] == 1 and short[1].endswith("\n* *\n") and "cannot be read" in short[2], short
 
