@@ -2,9 +2,9 @@
 // projections share. Angles are radians, north and east positive; x and y are grid units.
 //
 // A projection works out in its constructor whatever depends on the parameters only, and does not change afterwards.
-// Members named Inv... are reciprocals of what a formula divides by, and the results are those of the product. Divisions
-// in their place make the inverse slower: by 12 % in Albers, 6 % in transverse Mercator, 3 % in polar stereographic, 2 %
-// in azimuthal equidistant and Lambert, and by less than 1 % in oblique stereographic and Cassini.
+// Members named Inv... are reciprocals of what a formula divides by, and the results are those of the product. With
+// divisions instead the inverse is slower: by 12 % in Albers, 6 % in transverse Mercator, 3 % in polar stereographic,
+// 2 % in azimuthal equidistant and Lambert, and by less than 1 % in oblique stereographic and Cassini.
 // Formulas are in the symbols of Snyder, "Map Projections: A Working Manual" (USGS Professional Paper 1395, 1987),
 // unless a class names another source.
 #pragma once
