@@ -1,5 +1,5 @@
-// The local grid of a coordinate system: the stage between the projection and the caller. x, y are the projection's
-// coordinates, X, Y the local ones; grid units.
+// The local grid of a coordinate system: a transformation of the projection's coordinates x, y to local coordinates
+// X, Y; grid units.
 #pragma once
 
 #include <latigo/latigo.h>
@@ -16,7 +16,7 @@ class LocalGrid {
   // metresPerUnit: of the projection's coordinates.
   explicit LocalGrid(double metresPerUnit) : Unit(metresPerUnit) {}
 
-  // Replaces the record. Code 7 if its scale is 0; then nothing changes.
+  // Replaces the record. Code 7 if its scale is 0; nothing changes then.
   errcode SetAdjust(const Adjustment& adjustment);
   const Adjustment& Record() const { return Adjust; }
   bool IsSimilarity() const { return Stage == Kind::Similarity; }
@@ -42,7 +42,7 @@ class LocalGrid {
 
   double Unit;
   Adjustment Adjust = {0, 0, 0, 0, 1, 0, 0};
-  Kind Stage = Kind::None;  // what the record's type means
+  Kind Stage = Kind::None;  // the meaning of the record's type
   std::uint32_t Type = 0;   // the type without its flags
   Similarity Turn;          // rotation and scale of the record
 };

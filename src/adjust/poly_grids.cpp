@@ -9,8 +9,8 @@ namespace {
 constexpr double Chain = 20.1167651216;  // metres
 constexpr double ChainScale = 10000.0;   // chains per unit of the quadratic grids' arguments
 
-// P(u, v) = sum of c[k, j] u^k v^j over k + j <= n, by Horner in both variables, from the end of the triangle to its
-// start.
+// P(u, v) = sum of c[k, j] u^k v^j over k + j <= n, by Horner's method in both variables, from the end of the triangle
+// to its start.
 double PolyEval(const double* c, int n, double u, double v) {
   const double* next = c + (n + 1) * (n + 2) / 2;
   double r = *--next;
@@ -34,7 +34,7 @@ void PolyGridForward(std::uint32_t type, double& x, double& y) {
   const auto& [degree, forward, inverse] = PolyGridOf(type);
   const double dx = x - forward.x0;
   const double dy = y - forward.y0;
-  x = -PolyEval(forward.x, degree, dx, dy);  // X runs the other way
+  x = -PolyEval(forward.x, degree, dx, dy);  // the polynomial is that of -X
   y = PolyEval(forward.y, degree, dx, dy);
 }
 
@@ -46,7 +46,7 @@ void PolyGridInverse(std::uint32_t type, double& x, double& y) {
   y = PolyEval(inverse.y, degree, dx, dy);
 }
 
-// The first argument of the quadratic polynomials is the y difference.
+// The first argument u of the quadratic polynomials is the difference in y.
 void ChainGridForward(std::uint32_t type, double unit, double& x, double& y) {
   const ChainGridRow& row = ChainGridRows[type - FirstChainGrid];
   const double dx = unit * x / Chain - row.OrigX;

@@ -102,7 +102,7 @@ const PolyGrid Poly5 = {
 const PolyGrid Poly7 = {
     7, {540369.219, 6219828.218, Poly7ForwardX, Poly7ForwardY}, {255147.479, 188195.605, Poly7InverseX, Poly7InverseY}};
 
-// OutY, OutX, OrigY, OrigX; CoefY c0 to c5; CoefX c0 to c5. Rows that share an origin are grids of their own.
+// OutY, OutX, OrigY, OrigX; CoefY c0 to c5; CoefX c0 to c5. Rows with equal origins are different grids.
 // clang-format off
 const ChainGridRow ChainGridRows[] = {
     // type 4

@@ -1,14 +1,14 @@
 // The constant data of the polynomial local grids.
 //
-// A triangle of degree n has the coefficients c[k, j] of u^k v^j: row k from 0 to n, in it j from 0 to n - k. The first
-// element is the constant term, the last one the coefficient of u^n.
+// A polynomial of degree n is a triangle of coefficients c[k, j] of u^k v^j, by rows: k from 0 to n, in each j from 0
+// to n - k. The first element is the constant term, the last one the coefficient of u^n.
 #pragma once
 
 #include <cstdint>
 
 namespace latigo {
 
-// One direction of a grid: what is subtracted from the two inputs, and the triangles of the two outputs.
+// One direction of a grid: the offsets subtracted from the two inputs, and the triangles of the two outputs.
 struct PolyDirection {
   double x0, y0;
   const double* x;
@@ -24,7 +24,7 @@ struct PolyGrid {
 extern const PolyGrid Poly5;
 extern const PolyGrid Poly7;
 
-// Origins in the projection grid and in the local grid, and triangles of degree 2; chains.
+// Origins in the projection's grid and in the local grid, and triangles of degree 2; chains.
 struct ChainGridRow {
   double OutY, OutX, OrigY, OrigX;
   double CoefY[6];

@@ -1,7 +1,7 @@
-// The similarity transformation of a local grid: rotation and scale about an origin point, a shift, and mirrored axes.
+// The similarity transformation of a local grid: rotation and scale about an origin, a translation, and mirrored axes.
 // x, y are the projection's coordinates, X, Y the local ones; both grid units. With rotation r, scale s:
 //     p = s sin r, q = s cos r
-//     X = q (x - x0) + p (y - y0) + X0, Y = q (y - y0) - p (x - x0) + Y0, and the mirrored axes change sign
+//     X = q (x - x0) + p (y - y0) + X0, Y = q (y - y0) - p (x - x0) + Y0, and mirrored axes change sign
 // The inverse has the same form with -r, 1/s and the two origins exchanged.
 #pragma once
 

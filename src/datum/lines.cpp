@@ -45,8 +45,8 @@ double Ellipsoid::GCircLL(double phi1, double lambda1, double phi2, double lambd
 }
 
 // Snyder, USGS PP 1395, chapter 7: tan az = dLambda / dq, with q the isometric latitude, the y / a of (7-7); the length
-// is the meridian arc between the parallels over cos az. Of 2 q, exp gives (1 + s) / (1 - s) ((1 - e s) / (1 + e s))^e,
-// and one logarithm serves both latitudes.
+// is the meridian arc between the parallels divided by cos az. Since exp(2 q) = (1 + s) / (1 - s) ((1 - e s) / (1 + e
+// s))^e with s = sin phi, one logarithm suffices for both latitudes.
 double Ellipsoid::RLineLL(double phi1, double lambda1, double phi2, double lambda2, double* az) const {
   const double s1 = std::sin(phi1);
   const double s2 = std::sin(phi2);

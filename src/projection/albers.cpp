@@ -9,10 +9,10 @@ namespace {
 // The iteration ends when it changes the latitude by at most this, radians; convergence is quadratic.
 constexpr double LatitudeTolerance = 1e-7;
 
-// A latitude that needs the tenth iteration is refused, even if that one meets the tolerance.
+// A latitude that needs the tenth iteration fails, even if that one meets the tolerance.
 constexpr int MaxIterations = 10;
 
-// q of the pole is below 2; beyond it there is no latitude.
+// q of the pole is below 2; larger values have no latitude.
 constexpr double LargestQ = 2;
 
 }  // namespace

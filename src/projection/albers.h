@@ -4,12 +4,12 @@
 // Reads NorthParallel and SouthParallel (in either order), RefLatitude, CentralMeridian, Unit and the false origin.
 // ScaleFactor is not read: the cone and its scale follow from the parallels and the ellipsoid. With one parallel the
 // cone constant is its sine.
-// Domain: GeoXY takes latitudes where the radius is real (elsewhere coordinates are NaN, with code 0); XYGeo sees cone
-// angles within 90 degrees of the central meridian, and latitudes up to 89.92 degrees.
-// Accuracy: forward exact to rounding; forward and inverse close to better than 0.001 mm up to 89 degrees of latitude.
+// Domain: GeoXY accepts latitudes where the radius is real (elsewhere coordinates are NaN, with code 0); XYGeo returns
+// cone angles within 90 degrees of the central meridian, and latitudes up to 89.92 degrees.
+// Accuracy: forward exact to rounding; the round-trip error is below 0.001 mm up to 89 degrees of latitude.
 // Failures: 7 from the constructor, 10 and 11 from XYGeo, 10 from Scale.
 //
-// Scale works from the first latitude of the iteration and is not exactly 1 on a standard parallel.
+// Scale uses the starting latitude of the iteration and is not exactly 1 on a standard parallel.
 #pragma once
 
 #include "projection/projection.h"
@@ -40,7 +40,7 @@ class Albers : public Projection {
   }
   // rho (14-12) = a sqrt(C - n q) / n, grid units.
   double Radius(double q) const { return MajorOverCone * std::sqrt(ConeRoot - ConeConstant * q); }
-  // The inverse by the square of that root, (rho n / a)^2; and q (14-19).
+  // For the inverse: the square of that root, (rho n / a)^2; and q (14-19).
   double RootSquared(double dx, double dy) const { return (dx * dx + dy * dy) * InvMajorOverCone2; }
   double QOfRoot(double root2) const { return (ConeRoot - root2) * InvCone; }
   double MakeConeConstant() const;

@@ -7,13 +7,13 @@ namespace latigo {
 
 namespace {
 
-// An origin nearer to a pole than this is the pole, radians.
+// An origin within this of a pole is the pole, radians.
 constexpr double PoleTolerance = 1e-6;
 
-// Sines above this may stand for 1: some units in the last place are lost on the way to them.
+// Computed sines above this may be 1, less a few units in the last place of rounding.
 constexpr double NearlyOne = 1 - 1e-15;
 
-// The reciprocal of a shorter distance would overflow.
+// The reciprocals of shorter distances overflow.
 constexpr double ShortestInverted = 1e-300;
 
 }  // namespace
@@ -87,7 +87,7 @@ errcode AzimuthEqDist::GeoXY(double& x, double& y, double phi, double lambda) co
 //     sin psi = sin phi0 cos E + cos phi0 sin E cos Az
 //     sin(lambda - lambda0) = sin Az sin E / cos psi
 //     tan phi = (1 - e2 F sin phi0 / sin psi) tan psi / (1 - e2)
-// Here tan phi = (sin psi - e2 F sin phi0) / cos psi / (1 - e2), which has a value at psi = 0 too.
+// Here tan phi = (sin psi - e2 F sin phi0) / cos psi / (1 - e2), which is also defined at psi = 0.
 errcode AzimuthEqDist::XYGeo(double x, double y, double& phi, double& lambda) const {
   const double dx = x - FalseEasting;
   const double dy = y - FalseNorthing;

@@ -2,16 +2,17 @@
 // (25-9) to (25-27), after Clarke.
 //
 // Reads RefLatitude and CentralMeridian (the origin), Unit and the false origin. ScaleFactor is not read.
-// Domain: GeoXY takes any position; XYGeo returns positions within a quarter turn of the origin, in distance and in
+// Domain: GeoXY accepts any position; XYGeo returns positions within 90 degrees of the origin, in distance and in
 // longitude.
-// Accuracy: that of the truncated series: the round-trip error is 0.003 mm within 1 degree of the origin, 8 mm within 5
+// Accuracy: that of the truncated series. The round-trip error is 0.003 mm within 1 degree of the origin, 8 mm within 5
 // and 1.7 m within 15.
 // Failures: none. Scale always returns 1.
 //
-// A quarter turn from the origin the sine of the distance, forward, and of the longitude, inverse, is 1, where an arc
-// sine makes 0.1 m of one unit in the last place. There a sine that is 1 in the published form of the formulas is 1.
+// At 90 degrees from the origin the sine of the distance (forward) and of the longitude (inverse) is 1, where the arc
+// sine turns one unit in the last place into 0.1 m. There a sine is set to 1 if the published form of the formula is 1.
 //
-// On the meridian opposite the origin's, points lie at their true distance over the pole, as on the central meridian.
+// On the meridian opposite to the origin's, points are at their true distance over the pole, as on the central
+// meridian.
 #pragma once
 
 #include "projection/projection.h"
@@ -36,7 +37,7 @@ class AzimuthEqDist : public Projection {
   const double InvN0, InvOneMinusE2;  // 1 / N0, 1 / (1 - e2)
   const double AFactor, BFactor;      // -g cos^2(phi0) and 3 g sin(phi0) cos(phi0), g = e2 / (1 - e2)
   const double OriginTerm;            // e2 N0 sin(phi0) / a, with N0 in metres
-  const bool NorthPole, SouthPole;    // the origin is the pole
+  const bool NorthPole, SouthPole;    // the origin is that pole
 };
 
 }  // namespace latigo

@@ -1,11 +1,11 @@
 // Cassini-Soldner on the ellipsoid. Snyder, USGS PP 1395, chapter 13, (13-7) to (13-13), with the meridian arc of
-// Ellipsoid and the footpoint latitude of the transverse Mercator.
+// Ellipsoid and the footpoint latitude series of the transverse Mercator.
 //
 // Reads RefLatitude, CentralMeridian, Unit and the false origin. ScaleFactor is not read.
-// Domain: a zone of a few degrees about the central meridian; longitudes do not wrap, and nothing is refused.
+// Domain: a zone of a few degrees about the central meridian; longitudes are not wrapped, and nothing is refused.
 // Accuracy: the round-trip error is 0.9 mm within 1 degree of the central meridian, 18 mm within 3 and 6 m within
 // 10; on the meridian itself 0.84 mm.
-// Failures: none. The scale factor is always given as 1.
+// Failures: none. Scale always returns 1.
 #pragma once
 
 #include "projection/meridian_series.h"

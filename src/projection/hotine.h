@@ -1,5 +1,5 @@
 // Hotine's oblique Mercator: the skew frame is rotated by the azimuth of the central line at the centre.
-// ObliqueMercator has the formulas, the domain and the failures.
+// Formulas, domain and failures: see ObliqueMercator.
 #pragma once
 
 #include "projection/oblique_mercator.h"

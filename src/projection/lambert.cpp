@@ -9,10 +9,10 @@ namespace {
 // The iteration ends when it changes the latitude by at most this, radians.
 constexpr double LatitudeTolerance = 1e-10;
 
-// A latitude that needs the tenth iteration is refused, even if that one meets the tolerance.
+// A latitude that needs the tenth iteration fails, even if that one meets the tolerance.
 constexpr int MaxIterations = 10;
 
-// The scale factor takes this number of iterations, without a test.
+// The scale factor uses this number of iterations, without a convergence test.
 constexpr int ScaleIterations = 3;
 
 }  // namespace

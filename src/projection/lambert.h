@@ -1,12 +1,12 @@
 // Lambert conformal conic on the ellipsoid, with one standard parallel or two. Snyder, USGS PP 1395, chapter 15, (15-7)
-// to (15-11), with what chapter 14 has in common.
+// to (15-11), with the equations of chapter 14 that all conics share.
 //
 // Reads NorthParallel and SouthParallel (in either order; equal values are the form with one parallel), RefLatitude,
 // CentralMeridian, ScaleFactor, Unit and the false origin. ScaleFactor multiplies the radius in both forms.
-// Domain: GeoXY takes any position but the pole away from the apex, and does not wrap longitudes; XYGeo sees only cone
-// angles within 90 degrees of the central meridian.
+// Domain: GeoXY accepts any position except the pole opposite to the apex, and does not wrap longitudes; XYGeo returns
+// only cone angles within 90 degrees of the central meridian.
 // Accuracy: forward exact to rounding; the inverse stops when an iteration changes the latitude by at most 1e-10
-// radians (0.6 mm), and the error left is smaller by e^2: 0.005 mm.
+// radians (0.6 mm), and the remaining error is smaller by the factor e^2: 0.005 mm.
 // Failures: 7 from the constructor, 6 from GeoXY, 11 from XYGeo.
 //
 // For a cone over the south pole the constants n, F, rho0 and the radius of a point are all negative.
@@ -37,7 +37,7 @@ class Lambert : public Projection {
   double PointT(double rho) const { return std::exp(InvCone * std::log(rho / ConeRadius)); }
 
   const double ConeConstant;  // n
-  const double ConeRadius;    // F, with a and k0 in it, grid units
+  const double ConeRadius;    // F, multiplied by a k0, grid units
   const double OriginRadius;  // rho0: radius of the parallel of RefLatitude, grid units
   const double SemiMajor;     // a, grid units
   const double InvCone;       // 1/n

@@ -9,7 +9,7 @@ namespace {
 // The iteration ends when it changes the latitude by at most this, radians.
 constexpr double LatitudeTolerance = 5e-11;
 
-// Three to five iterations are usual; the limit is for ellipsoids on which they would never end.
+// Three to five iterations are usual; the limit is for ellipsoids on which the iteration would never end.
 constexpr int MaxIterations = 1000;
 
 }  // namespace

@@ -10,7 +10,7 @@ namespace {
 // The iteration ends when it changes the latitude by at most this, radians.
 constexpr double LatitudeTolerance = 1e-7;
 
-// Three to four iterations are usual; the limit is for ellipsoids on which they would never end.
+// Three to four iterations are usual; the limit is for ellipsoids on which the iteration would never end.
 constexpr int MaxIterations = 1000;
 
 }  // namespace

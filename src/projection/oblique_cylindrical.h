@@ -1,11 +1,11 @@
-// Oblique cylindrical: conformally onto the sphere of Gauss, then Mercator about the great circle through the origin at
-// right angles to its meridian. Rosenmund's formulas for the Swiss grid (1903), as Swisstopo publishes them.
+// Oblique cylindrical: conformal mapping to Gauss's sphere, then Mercator about the great circle through the origin at
+// right angles to its meridian. Rosenmund's formulas for the Swiss grid (1903), as published by Swisstopo.
 //
 // Reads RefLatitude and CentralMeridian (the origin), ScaleFactor, Unit and the false origin.
-// Domain: GeoXY takes any position; XYGeo returns positions within a quarter turn of the origin, in longitude and in
-// the oblique system.
+// Domain: GeoXY accepts any position; XYGeo returns positions within 90 degrees of the origin, in longitude and in the
+// oblique system.
 // Accuracy: forward exact to rounding; the inverse stops when an iteration changes the latitude by at most 1e-7 radians
-// (0.6 m), and the error left is smaller by e^2: 4 mm.
+// (0.6 m), and the remaining error is smaller by the factor e^2: 4 mm.
 // Failures: none. Scale always returns 1.
 #pragma once
 

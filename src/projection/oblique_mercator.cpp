@@ -29,8 +29,8 @@ double ObliqueMercator::MakeD() const {
   return B * std::sqrt(1 - e2()) / (std::sqrt(1 - e2() * s * s) * std::cos(RefLatitude));
 }
 
-// (9-35): F = D + sqrt(D^2 - 1) in the north, D - sqrt(D^2 - 1) in the south. On the equator D is 1, and rounding may
-// not take the root of a negative number.
+// (9-35): F = D + sqrt(D^2 - 1) in the north, D - sqrt(D^2 - 1) in the south. On the equator D is 1; rounding must not
+// make the radicand negative.
 double ObliqueMercator::MakeF() const {
   const double root = std::sqrt(std::max(D * D - 1, 0.0));
   return RefLatitude < 0 ? D - root : D + root;
@@ -49,8 +49,8 @@ ObliqueMercator::ObliqueMercator(const GeodesyParams& params)
       Skew(SinCosOf(Gamma0)),
       Lambda0(CentralMeridian - ArcSine(std::tan(Gamma0) * (F - 1 / F) / 2) / B) {}
 
-// Book: Q, S, T, V, U, v, u, with E for H. Here (9-25) is Q = exp(ln H + B psi), since t = exp(-psi), and (9-30) takes
-// the logarithm of (T - UT) / (T + UT) with UT = U T, which saves the division of (9-29).
+// Book: Q, S, T, V, U, v, u, with E for H. Here (9-25) is Q = exp(ln H + B psi), since t = exp(-psi), and (9-30) is the
+// logarithm of (T - UT) / (T + UT) with UT = U T, which saves the division of (9-29).
 errcode ObliqueMercator::GeoXY(double& x, double& y, double phi, double lambda) const {
   const double Q = std::exp(LogH + B * IsometricLatitude(std::sin(phi)));  // (9-25)
   const double S = (Q - 1 / Q) / 2;                                        // (9-26)

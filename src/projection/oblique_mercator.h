@@ -6,10 +6,10 @@
 // Reads RefLatitude and CentralMeridian (the centre), SkewAzimuth (azimuth of the central line at the centre),
 // ScaleFactor, Unit and the false origin. The false origin belongs to the natural origin, where the central line
 // crosses the equator of the aposphere; the centre does not map to it.
-// Domain: GeoXY takes any position but the poles, where coordinates are NaN with code 0; XYGeo returns true longitudes
-// within a quarter turn of u along the central line.
+// Domain: GeoXY accepts any position except the poles, where coordinates are NaN with code 0; XYGeo returns true
+// longitudes where B u / A is within 90 degrees of 0.
 // Accuracy: forward exact to rounding; the inverse stops when an iteration changes the latitude by at most 1e-9 radians
-// (6 mm), and the error left is smaller by e^2: 0.043 mm.
+// (6 mm), and the remaining error is smaller by the factor e^2: 0.043 mm.
 // Failures: 11 from XYGeo and Scale.
 //
 // The skew frame: u along the central line, v across it, metres from the natural origin.
@@ -25,7 +25,7 @@ class ObliqueMercator : public Projection {
   errcode GeoXY(double& x, double& y, double phi, double lambda) const override;
   errcode Scale(double x, double y, double& k) const override;
 
-  // Skew frame to grid and back.
+  // Skew frame to grid, and grid to skew frame.
   virtual void UVXY(double u, double v, double& x, double& y) const = 0;
   virtual void XYUV(double x, double y, double& u, double& v) const = 0;
 

@@ -34,8 +34,8 @@ inline SinCos FromHalfComplement(double u) {
   return {(1 - v * v) * d, 2 * v * d};
 }
 
-// The record with the scale factor k0 of the pole, for one with a latitude of true scale: (21-33) equals (21-34),
-// rho = a m t / t_c, for k0 = m root / (2 t_c).
+// Replaces a latitude of true scale by the scale factor k0 of the pole: (21-33) equals (21-34), rho = a m t / t_c, for
+// k0 = m root / (2 t_c).
 GeodesyParams WithPoleScale(const GeodesyParams& params) {
   const double phi0 = std::fabs(params.RefLatitude);
   if (!(std::fabs(phi0 - HalfPi) > PoleTolerance)) {
@@ -94,7 +94,7 @@ errcode PolarStereo::XYGeo(double x, double y, double& phi, double& lambda) cons
 
 errcode PolarStereo::Scale(double x, double y, double& k) const {
   const double r = Hypotenuse(x - FalseEasting, y - FalseNorthing);
-  // At the pole the quotient has no value, and its limit is the scale factor.
+  // At the pole the quotient is 0/0; its limit is the scale factor.
   k = r == 0 ? ScaleFactor : r / (a() * ParallelRatio(Latitude(r)));  // (21-32)
   return errcode();
 }

@@ -6,7 +6,7 @@ namespace latigo {
 
 namespace {
 
-// Beyond this angle repeated subtraction would take long, or never end; radians.
+// Above this angle, radians, repeated subtraction would be slow or endless.
 constexpr double ManyTurns = 1000 * TwoPi;
 
 double OneIfZero(double value) {
@@ -35,7 +35,7 @@ errcode Projection::UnitScale(double /*x*/, double /*y*/, double& k) {
 double Projection::WrapLongitude(double v) {
   // Repeated subtraction, not a remainder: its rounding is part of the result.
   if (std::fabs(v) > ManyTurns) {
-    v = std::remainder(v, TwoPi);  // infinity gives NaN
+    v = std::remainder(v, TwoPi);  // NaN for infinity
   }
   const double step = v < 0 ? -TwoPi : TwoPi;
   while (std::fabs(v) > Pi) {

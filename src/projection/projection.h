@@ -1,12 +1,11 @@
 // The base of the map projections: the ellipsoid, the parameters, the five operations, and the functions that several
 // projections share. Angles are radians, north and east positive; x and y are grid units.
 //
-// A projection works out in its constructor whatever depends on the parameters only, and does not change afterwards.
-// Members named Inv... are reciprocals of what a formula divides by, and the results are those of the product. With
-// divisions instead the inverse is slower: by 12 % in Albers, 6 % in transverse Mercator, 3 % in polar stereographic,
-// 2 % in azimuthal equidistant and Lambert, and by less than 1 % in oblique stereographic and Cassini.
-// Formulas are in the symbols of Snyder, "Map Projections: A Working Manual" (USGS Professional Paper 1395, 1987),
-// unless a class names another source.
+// The constructor computes all that depends on the parameters only; a projection does not change afterwards. Members
+// named Inv... are reciprocals of divisors, and results are those of the product. With divisions instead the inverse is
+// slower: by 12 % in Albers, 6 % in transverse Mercator, 3 % in polar stereographic, 2 % in azimuthal equidistant and
+// Lambert, and by less than 1 % in oblique stereographic and Cassini. Formulas use the symbols of Snyder, "Map
+// Projections: A Working Manual" (USGS Professional Paper 1395, 1987), unless a class names another source.
 #pragma once
 
 #include <latigo/latigo.h>
@@ -44,10 +43,10 @@ class Projection : public Ellipsoid {
  protected:
   explicit Projection(const GeodesyParams& params);
 
-  // The Scale of projections that do not work one out: 1 everywhere.
+  // The Scale of projections that do not compute one: 1 everywhere.
   static errcode UnitScale(double x, double y, double& k);
 
-  // Wraps an angle into -pi to pi by whole turns; both ends stay as they are.
+  // Wraps an angle to -pi to pi; both limits are left unchanged.
   static double NormalizeLongitude(double v) { return std::fabs(v) <= Pi ? v : WrapLongitude(v); }
 
   // Snyder's t (15-9): tan(pi/4 - chi/2) of the conformal latitude chi.
@@ -87,7 +86,7 @@ class Projection : public Ellipsoid {
     for (int iteration = 1; iteration <= maxIterations; ++iteration) {
       const double last = u;
       u = LatitudeIteration(t, last);
-      // phi' - phi = 2 atan((u - u') / (1 + u u')); for so small an angle the tangent is the angle.
+      // phi' - phi = 2 atan((u - u') / (1 + u u')), with the tangent for the angle, which is small.
       if (!(std::fabs(u - last) > tolerance / 2 * (1 + u * last))) {
         return {u, south, iteration};
       }

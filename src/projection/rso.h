@@ -1,5 +1,5 @@
 // The rectified skew orthomorphic: the skew frame is rotated by the azimuth of the central line at the aposphere's
-// equator. ObliqueMercator has the formulas, the domain and the failures.
+// equator. Formulas, domain and failures: see ObliqueMercator.
 #pragma once
 
 #include "projection/oblique_mercator.h"

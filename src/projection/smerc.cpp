@@ -22,7 +22,7 @@ errcode SMerc::GeoXY(double& x, double& y, double phi, double lambda) const {
 }
 
 errcode SMerc::XYGeo(double x, double y, double& phi, double& lambda) const {
-  lambda = x / SphereRadius;                    // (7-5); a product with 1 / R would round twice
+  lambda = x / SphereRadius;                    // (7-5); multiplying by 1 / R would round twice
   phi = LatitudeOfIsometric(y / SphereRadius);  // (7-4)
   return errcode();
 }

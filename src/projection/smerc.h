@@ -1,7 +1,7 @@
 // Mercator on a fixed sphere of 6378388 metres. Snyder, USGS PP 1395, chapter 7, (7-1) to (7-5).
 //
-// Reads no parameter: x and y are metres on the sphere, from the equator and the meridian of Greenwich, and longitudes
-// are not wrapped.
+// Reads no parameter: x and y are metres on the sphere, from the meridian of Greenwich and the equator. Longitudes are
+// not wrapped.
 // Domain: everything; the poles map to infinity.
 // Accuracy: exact to rounding.
 // Failures: none. Scale always returns 1.

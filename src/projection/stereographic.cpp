@@ -10,7 +10,7 @@ namespace {
 // The iteration ends when a step is at most this, radians.
 constexpr double LatitudeTolerance = 1e-12;
 
-// Four to six iterations are usual; the limit is for ellipsoids on which they would never end.
+// Four to six iterations are usual; the limit is for ellipsoids on which the iteration would never end.
 constexpr int MaxIterations = 1000;
 
 }  // namespace
@@ -49,7 +49,7 @@ Stereographic::OnSphere Stereographic::PlaneToSphere(double x, double y) const {
   const double Y = (y - FalseNorthing) * InvTwoRK;
   const double d = 2 / (1 + (X * X + Y * Y));
   const double sinChi = std::clamp((d - 1) * Sphere.sinChi0 + Sphere.cosChi0 * (d * Y), -1.0, 1.0);
-  // No double is a right angle, so no cosine is 0: h at the near pole, chi at the far one.
+  // No double equals pi/2, so no cosine is 0: of h at the near pole, of chi at the far one.
   const SinCos h = {std::sqrt((1 + sinChi) / 2), std::max(std::sqrt((1 - sinChi) / 2), CosOfRightAngle)};
   const double cosChi = std::max(2 * h.sin * h.cos, CosOfRightAngle);
   return {std::asin(sinChi), h, ArcSine(d * X / cosChi)};
@@ -60,7 +60,7 @@ Stereographic::OnSphere Stereographic::PlaneToSphere(double x, double y) const {
 //
 // The derivative of z is P / (2 cos^2 h) - T P cos phi e2 / (1 - e2 s^2). The prescribed slope Q departs from it in the
 // second term, which has no factor P, one factor s more, and e2 s for e2 s^2; in the south it has the other sign. The
-// latitude reached is the same, since g is; it takes a few iterations more, as the steps are off by parts of e2.
+// resulting latitude is the same, since g is; a few more iterations are needed, as the steps have errors of order e2.
 double Stereographic::SphereToEllipsoid(double chi, SinCos h) const {
   const double w0 = h.sin / h.cos;
   double phi = chi;

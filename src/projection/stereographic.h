@@ -1,13 +1,13 @@
-// Oblique stereographic on the ellipsoid, as a double projection: conformally onto the sphere of Gauss, then
-// stereographically about the conformal latitude of the origin. (IOGP Guidance Note 7-2, oblique stereographic; the
-// Dutch grid is the classical case.)
+// Oblique stereographic on the ellipsoid, as a double projection: conformal mapping to Gauss's sphere, then
+// stereographic about the conformal latitude of the origin. IOGP Guidance Note 7-2, oblique stereographic; the Dutch
+// grid is the best known example.
 //
 // Reads RefLatitude and CentralMeridian (the origin), ScaleFactor and the false origin. Unit is not read: coordinates
 // and false origin are metres.
-// Domain: GeoXY takes any position; XYGeo returns positions within a quarter turn of longitude of the origin, and
-// outside it or at the far pole wrong ones or NaN, with code 0.
+// Domain: GeoXY accepts any position; XYGeo returns positions within 90 degrees of longitude of the origin; outside, or
+// at the far pole, wrong positions or NaN, with code 0.
 // Accuracy: forward exact to rounding; the round-trip error is below 0.001 mm within 30 degrees of the origin.
-// Failures: none. The scale factor is that from the sphere to the plane.
+// Failures: none. Scale returns the scale factor from the sphere to the plane.
 #pragma once
 
 #include "projection/conformal_sphere.h"

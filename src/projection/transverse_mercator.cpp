@@ -19,7 +19,7 @@ double RectifyingRatio(double n) {
 //     sin 4u = s c  (8 c^2   -   4)
 //     sin 6u = s c  (32 c^4  -  32 c^2  +   6)
 //     sin 8u = s c  (128 c^6 - 192 c^4  +  80 c^2 - 8)
-// so that each power of c^2 collects a column.
+// so the coefficient of each power of c^2 is the sum of a column.
 FourTerms TransverseMercator::Fold(const FourTerms& multipleAngles) {
   const auto [A2, A4, A6, A8] = multipleAngles;
   return {2 * (A2 - 2 * A4 + 3 * A6 - 4 * A8),  //
@@ -55,8 +55,8 @@ TransverseMercator::TransverseMercator(const GeodesyParams& params)
 // A         A       (lambda - lambda0) cos phi                             (8-15)
 // T, C      T, C    tan^2 phi, e'^2 cos^2 phi                              (8-13), (8-14)
 // M         M       meridian arc, by Helmert's series in n instead of (3-21)
-// The book has e'^2 where this has C and T C, since e'^2 = C + T C: 14 C - 58 T C = 72 C - 58 e'^2 and
-// 270 C - 330 T C = 600 C - 330 e'^2. The term X6 in A^7 is Redfearn's; (8-9) ends with A^5.
+// C and T C replace the book's e'^2 = C + T C: 14 C - 58 T C = 72 C - 58 e'^2 and 270 C - 330 T C = 600 C - 330 e'^2.
+// The term X6 in A^7 is Redfearn's; (8-9) ends with A^5.
 errcode TransverseMercator::GeoXY(double& x, double& y, double phi, double lambda) const {
   double d = lambda - CentralMeridian;
   if (d < -Pi) {

@@ -1,13 +1,13 @@
-// Transverse Mercator on the ellipsoid: Gauss-Krueger by Redfearn's series in the longitude difference (seventh power
-// across the meridian, sixth along it), with meridian arc and footpoint latitude as series in the third flattening n.
+// Transverse Mercator on the ellipsoid: Gauss-Krueger by Redfearn's series in the longitude difference (up to the
+// seventh power in x, the sixth in y), with meridian arc and footpoint latitude as series in the third flattening n.
 //
 // Redfearn, "Transverse Mercator formulae", Empire Survey Review 69 (1948). The equation numbers in the source are
-// those of Snyder, USGS PP 1395, chapter 8; where Redfearn's series has other terms, the line says which.
+// those of Snyder, USGS PP 1395, chapter 8; a line whose terms are Redfearn's instead says so.
 // Reads ScaleFactor, CentralMeridian, RefLatitude, Unit and the false origin.
-// Domain: GeoXY takes any position but the north pole; XYGeo takes grid coordinates whose footpoint latitude lies
+// Domain: GeoXY accepts any position except the north pole; XYGeo accepts grid coordinates whose footpoint latitude is
 // between the poles.
-// Accuracy: the truncated series are the projection. The round-trip error is at most 0.043 mm within 2 degrees of the
-// central meridian, 0.74 mm within 3, 27 mm within 5 and 3.6 m within 10; at 30 degrees it is kilometres.
+// Accuracy: the truncated series define the projection. The round-trip error is at most 0.043 mm within 2 degrees of
+// the central meridian, 0.74 mm within 3, 27 mm within 5 and 3.6 m within 10; at 30 degrees it is kilometres.
 // Failures: 7 from the constructor, 6 from GeoXY, 10 from XYGeo and Scale.
 #pragma once
 
