@@ -1,4 +1,4 @@
-// Earth-centred coordinates, and the way to and from WGS-84 by seven values.
+// Earth-centred coordinates, and the seven-parameter transformation from and to WGS-84.
 #include "floors/datum.h"
 #include "library.h"
 #include "peers.h"
@@ -11,7 +11,7 @@ namespace {
 
 constexpr double ArcSecond = Pi / 648000;
 
-// UTM on the ellipsoid of Bessel; the projection takes no part.
+// UTM on the Bessel ellipsoid; the projection is not used.
 constexpr GeodesyParams Own = OnEllipsoid(6377397.155, 299.1528128);
 
 constexpr EllDiff Diff = {.DeltaX = -598.1,
@@ -22,10 +22,10 @@ constexpr EllDiff Diff = {.DeltaX = -598.1,
                           .DeltaRY = 0.045 * ArcSecond,
                           .DeltaRZ = -2.455 * ArcSecond};
 
-// The library stops when a pass changes the latitude by 1e-9 radians or less.
+// The library stops when an iteration changes the latitude by 1e-9 radians or less.
 constexpr Values PeerPosition = {2e-11, 2e-11, 2e-4};
-// The way back turns the signs of the seven values, peers invert them: they differ by shift times rotation,
-// 7 mm; in longitude that is most at 85 degrees.
+// The library's inverse reverses the signs of the parameters, the peers' is exact: the difference is shift times
+// rotation, 7 mm; in longitude it is largest at 85 degrees.
 constexpr Values PeerWayBack = {2e-9, 2e-8, 2e-2};
 constexpr Values FloorPosition = {1e-14, 1e-14, 1e-7};
 

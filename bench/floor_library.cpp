@@ -1,4 +1,4 @@
-// The smallest dynamic library that converts a position: what loading costs whatever is loaded.
+// The smallest dynamic library that converts a position: the minimum cost of loading.
 #include "floors/transverse_mercator.h"
 
 extern "C" __attribute__((visibility("default"))) void FloorGeoXY(const GeodesyParams* params, double latitude,

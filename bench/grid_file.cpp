@@ -28,8 +28,7 @@ float Undulation(int row, int column) {
   return static_cast<float>(45 + 4 * std::sin(row / 17.0) + 3 * std::cos(column / 23.0));
 }
 
-// Arc seconds of latitude (0) and longitude (1). It changes so slowly that it matters little on which of the two datums
-// the shift is looked up.
+// Arc seconds of latitude (0) and longitude (1). It changes so slowly that the datum of the position hardly matters.
 float Shift(int row, int column, int value) {
   const double wave = std::sin(row / 40.0 + value) * std::cos(column / 60.0);
   return static_cast<float>((value == 0 ? 3.5 : -4.7) + 0.02 * wave);
@@ -56,7 +55,7 @@ std::string Write(const std::string& name, const std::string& bytes) {
   return path;
 }
 
-// A record is a word without meaning and the nodes from west to east; the first one holds the header.
+// A record is an unused word and the nodes from west to east; the first record contains the header.
 template <typename Node>
 GridFile WriteGrid(const std::string& name, int depth, Node node) {
   std::string bytes(56, ' ');

@@ -1,11 +1,11 @@
-// Grids for the rows of lookups: one surface, written as the library's grid file and as a file that PROJ reads.
+// Grids for the rows of lookups: the same values in a grid file of the library and in a file for PROJ.
 #pragma once
 
 #include <string>
 
 namespace bench {
 
-// A folder of the run's own, removed when the program ends.
+// A folder of this run, removed when the program ends.
 class TemporaryFolder {
  public:
   TemporaryFolder();

@@ -1,4 +1,4 @@
-// Lookups in grid files. PROJ blends bilinearly and the library does not, so answers are compared at nodes.
+// Lookups in grid files. PROJ's interpolation is bilinear and the library's is not, so results are compared at nodes.
 #include <cmath>
 
 #include "floors/datum.h"
@@ -33,7 +33,7 @@ Points AtRandom() {
   return RandomPoints({Latitudes(1, GridFile::rows - 2), Longitudes(1, GridFile::columns - 2)});
 }
 
-// North-eastward through the grid on one line after another, each over so many rows and columns.
+// Lines north-eastward through the grid, one after the other, with these numbers of points per row and column.
 Points AlongTrack(double rows, double columns) {
   Points points(PointCount);
   for (std::size_t i = 0; i < PointCount; ++i) {
@@ -45,7 +45,7 @@ Points AlongTrack(double rows, double columns) {
   return points;
 }
 
-// Nodes all over the grid.
+// Nodes of the whole grid.
 Points Nodes() {
   Points nodes;
   for (int row = 3; row < GridFile::rows - 1; row += 10) {
@@ -126,7 +126,7 @@ void AddDatumGridRows(const Run& run, const GridFile& grid, const std::string& p
                       const Points& points) {
   const Task task = {points, Nodes()};
   const Values tolerance = {1e-14, 1e-14, 1e-7};
-  // The way there starts from the shift at the WGS-84 position, PROJ's from that at the position it ends at.
+  // The library looks up the shift at the WGS-84 position, PROJ at the resulting position.
   const Values peerTolerance = {5e-9, 5e-9, 5e-2};
   Row there{.name = "WGS84Conv, datum grid, " + name, .contestants = {}, .targets = {}};
   Row back{.name = "InvWGS84Conv, datum grid, " + name, .contestants = {}, .targets = {}};
@@ -154,7 +154,7 @@ void AddDatumGridRows(const Run& run, const GridFile& grid, const std::string& p
     back.Add(PointByPoint("floor", task, tolerance, [floor](const Values& in, Values& out) {
       floor->Reverse(in[0], in[1], in[2], out[0], out[1], out[2]);
     }));
-    // The file has the shift towards WGS-84.
+    // The file contains the shift to WGS-84.
     const std::string definition = "+proj=hgridshift +grids=" + projGrid;
     AddProjShift(there, task, peerTolerance, definition, false);
     AddProjShift(back, task, peerTolerance, definition, true);
@@ -169,8 +169,8 @@ void AddGridRows(const Run& run) {
   const GridFile geoid = WriteGeoidGrid();
   const std::string projGeoid = WriteGeoidGridForProj();
   AddGeoidRow(run, geoid, projGeoid, "in one cell", InOneCell(), 0.20);
-  AddGeoidRow(run, geoid, projGeoid, "along a track", AlongTrack(40, 75), 0);       // some nine points to a cell
-  AddGeoidRow(run, geoid, projGeoid, "on a survey line", AlongTrack(1.6, 1.6), 0);  // a point every 15 m or so
+  AddGeoidRow(run, geoid, projGeoid, "along a track", AlongTrack(40, 75), 0);       // about nine points per cell
+  AddGeoidRow(run, geoid, projGeoid, "on a survey line", AlongTrack(1.6, 1.6), 0);  // a point about every 15 m
   AddGeoidRow(run, geoid, projGeoid, "at random", AtRandom(), 0);
 
   const GridFile datum = WriteDatumGrid();

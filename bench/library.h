@@ -1,5 +1,5 @@
-// A build of the library, loaded by its path. Calls go through pointers to its exported functions, which cost what a
-// call through the linkage table costs, and two builds can meet in one process.
+// A build of the library, loaded by its path. Calls use pointers to the exported functions, which cost as much as calls
+// through the linkage table, so two builds can be in one process.
 #pragma once
 
 #include <latigo/latigo.h>
@@ -34,12 +34,12 @@ struct Library {
   decltype(&::SetGeoid) SetGeoid;
   decltype(&::Undulation) Undulation;
 
-  // An object that lives as long as its last user; null if the library refuses the record.
+  // An object shared by its users; null if the library refuses the record.
   std::shared_ptr<GeodesyObject> Make(const GeodesyParams& params) const;
 };
 
-// The builds of one run: the work tree's, and, in a comparison of builds, the other one. Floors and peers take part
-// only if there is no other build.
+// The builds of one run: that of the work tree and, to compare builds, another one. Floors and peers are included only
+// if there is no other build.
 struct Run {
   std::vector<Library> libraries;
 

@@ -1,4 +1,4 @@
-// Both lines, distance and azimuth.
+// Distance and azimuth of great circles and rhumb lines.
 #include "floors/lines.h"
 #include "library.h"
 #include "peers.h"
@@ -55,7 +55,7 @@ void AddLineRows(const Run& run) {
     rhumb.Add(PointByPoint("floor", far, FloorRhumb, [floor](const Values& in, Values& out) {
       out[0] = floor.RLineLL(in[0], in[1], in[2], in[3], out[1]);
     }));
-    // The series of the meridian arc ends before the peers' do.
+    // The library's meridian arc series has fewer terms than the peers'.
     AddProjGeodesic(shortest, near, {1e-2, 1e-7}, Own);
     AddGeographicLibGeodesic(shortest, near, {1e-2, 1e-7}, Own);
     AddGeographicLibRhumb(rhumb, far, {1e-2, 1e-13}, Own);

@@ -1,6 +1,6 @@
-// latigo-bench [--library PATH] [--against PATH] and Google Benchmark's own options. The first names the build that is
-// measured, in place of the one built beside this program; the second puts another build beside it instead of floors
-// and peers. Ends with status 1 if the contestants of any row disagreed.
+// latigo-bench [--library PATH] [--against PATH] and Google Benchmark's options. --library selects the build to measure
+// instead of the one built with this program; --against compares it with another build instead of floors and peers. The
+// exit status is 1 if the contestants of any row disagree.
 #include <benchmark/benchmark.h>
 
 #include <cstdio>
@@ -12,7 +12,7 @@
 
 namespace {
 
-// Takes an option and its value out of the arguments; gives the value, or the default.
+// Removes an option and its value from the arguments; returns the value, or the default.
 std::string Take(int& argc, char** argv, const char* option, const char* otherwise) {
   for (int i = 1; i + 1 < argc; ++i) {
     if (std::strcmp(argv[i], option) == 0) {

@@ -1,4 +1,4 @@
-// Making and ending objects, and the time from loading the library to its first result.
+// Creating and destroying objects, and the time from loading the library to the first result.
 #include <benchmark/benchmark.h>
 #include <fcntl.h>
 #include <unistd.h>
@@ -42,7 +42,7 @@ std::string ProjDefinition() {
                       ProjNumber("k_0", Own.ScaleFactor));
 }
 
-// Reads a small file whole.
+// Reads a small file.
 void ReadWhole(const std::string& path) {
   char buffer[4096];
   const int file = open(path.c_str(), O_RDONLY);
@@ -52,7 +52,7 @@ void ReadWhole(const std::string& path) {
   close(file);
 }
 
-// A contestant that makes an object and ends it; the answer is what an object gives for one position.
+// A contestant that creates and destroys an object; its result is the conversion of one position.
 template <typename Make>
 Contestant MakeAndEnd(const std::string& name, const Values& tolerance, Make make) {
   constexpr int Count = 64;
@@ -71,7 +71,7 @@ Contestant MakeAndEnd(const std::string& name, const Values& tolerance, Make mak
   return {name, round, answers, tolerance};
 }
 
-// What else makes the same object: the floor, which reads the bytes of a file if one is named, and PROJ.
+// The other contestants: the floor, which reads the file's bytes if there is a file, and PROJ.
 void AddOthers(Row& row, const std::string& path) {
   row.Add(MakeAndEnd("floor", Metres(1e-8), [path](Values* out) {
     if (!path.empty()) {

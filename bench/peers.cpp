@@ -150,7 +150,7 @@ void AddProjGridFactors(Row&, const Task&, const Values&, const std::string&) {}
 
 namespace {
 
-// A conversion and its way back by one of GeographicLib's classes, with the false origin put on behind it.
+// Forward and inverse by one of GeographicLib's classes, followed by the false origin.
 template <bool Inverse, typename Projection>
 void AddClass(Row& row, const Task& task, const Values& tolerance, const GeodesyParams& params,
               const Projection& projection, double northing0) {
@@ -171,7 +171,7 @@ void AddClass(Row& row, const Task& task, const Values& tolerance, const Geodesy
       Inverse ? DegreesOut : DegreesIn));
 }
 
-// The northing of the origin in a class that counts northings from somewhere else.
+// The northing of the origin in a class whose northings have another origin.
 template <typename Projection>
 double OriginNorthing(const Projection& projection, const GeodesyParams& params) {
   double x = 0;
@@ -180,7 +180,7 @@ double OriginNorthing(const Projection& projection, const GeodesyParams& params)
   return y;
 }
 
-// A class with its own origin, or at a pole, in the shape of those with a central meridian.
+// Adapts a class with an origin of its own, or at a pole, to those with a central meridian.
 struct Azimuthal {
   GeographicLib::AzimuthalEquidistant projection;
   double lat0;

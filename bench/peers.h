@@ -1,5 +1,5 @@
-// The peers: PROJ and GeographicLib doing the work of a row. Without a peer's development files at build time its
-// functions do nothing, and the rows go without it.
+// The peers: the work of a row done by PROJ and GeographicLib. Without a peer's development files at build time its
+// functions do nothing, and it is missing from the rows.
 #pragma once
 
 #include <latigo/latigo.h>
@@ -12,7 +12,7 @@
 
 namespace bench {
 
-// Units of GeographicLib's calls, seen from radians and metres.
+// GeographicLib's units in radians and metres.
 inline constexpr Units DegreesIn = {{Degree, Degree, Degree, Degree}, {1, 1, 1, 1}};
 inline constexpr Units DegreesOut = {{1, 1, 1, 1}, {Degree, Degree, Degree, 1}};
 inline constexpr Units DegreesInHeight = {{Degree, Degree, 1, 1}, {1, 1, 1, 1}};
@@ -24,38 +24,37 @@ std::string ProjText(const std::string& name, const GeodesyParams& params, const
 std::string ProjAngle(const std::string& key, double radians);
 std::string ProjNumber(const std::string& key, double value);
 
-// proj_trans; a row's position is latitude, longitude, height, and what has gone through is x, y, z.
+// proj_trans; input is latitude, longitude, height, output x, y, z.
 void AddProjForward(Row& row, const Task& task, const Values& tolerance, const std::string& definition,
                     const std::string& name = "PROJ");
 void AddProjInverse(Row& row, const Task& task, const Values& tolerance, const std::string& definition,
                     const std::string& name = "PROJ");
 
-// proj_trans between positions; forward as the definition says, or the other way.
+// proj_trans between positions, forward or inverse.
 void AddProjShift(Row& row, const Task& task, const Values& tolerance, const std::string& definition, bool forward);
 // A grid of undulations.
 void AddProjUndulation(Row& row, const Task& task, const Values& tolerance, const std::string& grid);
 
-// Makes a PROJ object and ends it; with a place for them, gives x and y of a position. Empty without PROJ.
+// Creates and destroys a PROJ object; writes x and y of a position if the pointer is not null. Empty without PROJ.
 std::function<void(Values*)> ProjMaker(const std::string& definition, double latitude, double longitude);
 
-// The scale along the parallel: proj_factors at a latitude and longitude, and at a grid position, whose latitude and
-// longitude proj_trans finds first.
+// The scale factor along the parallel, by proj_factors: at a position, and at grid coordinates, which proj_trans
+// converts first.
 void AddProjFactors(Row& row, const Task& task, const Values& tolerance, const std::string& definition);
 void AddProjGridFactors(Row& row, const Task& task, const Values& tolerance, const std::string& definition);
 
-// GeographicLib's class for the projection kind, where it has one.
+// GeographicLib's class for the projection kind, if it has one.
 void AddGeographicLibForward(Row& row, const Task& task, const Values& tolerance, const GeodesyParams& params);
 void AddGeographicLibInverse(Row& row, const Task& task, const Values& tolerance, const GeodesyParams& params);
 
-// GeographicLib's earth-centred coordinates, on the record's ellipsoid; the shift has the seven values between WGS-84
-// and it.
+// GeographicLib's earth-centred coordinates on the record's ellipsoid; the shift adds the seven-parameter
+// transformation from WGS-84.
 void AddGeocentricForward(Row& row, const Task& task, const Values& tolerance, const GeodesyParams& params);
 void AddGeocentricInverse(Row& row, const Task& task, const Values& tolerance, const GeodesyParams& params);
 void AddGeocentricShift(Row& row, const Task& task, const Values& tolerance, const GeodesyParams& params,
                         const EllDiff& diff, bool forward);
 
-// Distance and azimuth from latitude, longitude to latitude, longitude: both peers' geodesics, GeographicLib's rhumb
-// line.
+// Distance and azimuth between two positions: both peers' geodesics, and GeographicLib's rhumb line.
 void AddProjGeodesic(Row& row, const Task& task, const Values& tolerance, const GeodesyParams& params);
 void AddGeographicLibGeodesic(Row& row, const Task& task, const Values& tolerance, const GeodesyParams& params);
 void AddGeographicLibRhumb(Row& row, const Task& task, const Values& tolerance, const GeodesyParams& params);

@@ -1,4 +1,4 @@
-// GeoXY, XYGeo and Scale of every kind, over the area of a real grid of its kind.
+// GeoXY, XYGeo and Scale of every kind, in the area of a real grid.
 #include "floors/albers.h"
 #include "floors/azimuth_eq_dist.h"
 #include "floors/cassini.h"
@@ -16,7 +16,7 @@ namespace bench {
 
 namespace {
 
-// Targets are largest ratios to PROJ's time, 0 for none.
+// Targets are the largest acceptable ratios to PROJ's time, 0 for none.
 struct Case {
   const char* name;
   GeodesyParams params;  // angles in degrees
@@ -24,7 +24,7 @@ struct Case {
   Range longitude;       // degrees
   const char* proj;      // PROJ's name of the projection
   double forwardTarget, inverseTarget, scaleTarget;
-  // How far peers may be off, by what the methods themselves differ in: metres, radians, and a plain number.
+  // Largest difference from the peers, by the difference of the methods: metres, radians, dimensionless.
   double forwardTolerance = 1e-5, inverseTolerance = 5e-12, scaleTolerance = 1e-6;
 };
 
@@ -60,7 +60,7 @@ const Case Cases[] = {
              .CentralMeridian = 115, .RefLatitude = 4, .NorthParallel = 0, .SouthParallel = 0,
              .SkewAzimuth = 53.315820472, .FalseEasting = 0, .FalseNorthing = 0},
      {0.8, 7.5}, {109, 119.5}, "omerc", 0.65, 0.85, 0.40, 1e-5, 2e-11},
-    // Peers go by the azimuth of the geodesic, kind 8 by that of the normal section.
+    // Peers use the azimuth of the geodesic, kind 8 that of the normal section.
     {"AzimuthEqDist", {.SemiMajorAxis = 6378206.4, .InvFlattening = 294.9786982, .Kind = 8, .Unit = 1, .ScaleFactor = 1,
                        .CentralMeridian = 138.168744444, .RefLatitude = 9.546708333, .NorthParallel = 0,
                        .SouthParallel = 0, .SkewAzimuth = 0, .FalseEasting = 40000, .FalseNorthing = 60000},
@@ -69,7 +69,7 @@ const Case Cases[] = {
                .CentralMeridian = 0, .RefLatitude = 0, .NorthParallel = 0, .SouthParallel = 0, .SkewAzimuth = 0,
                .FalseEasting = 0, .FalseNorthing = 0},
      {-80, 80}, {-179, 179}, "merc", 0.25, 0.30, 0},
-    // Scale of kind 10 is that of the first latitude of the iteration.
+    // Scale of kind 10 uses the starting latitude of the iteration.
     {"Albers", {.SemiMajorAxis = 6378137, .InvFlattening = 298.257222101, .Kind = 10, .Unit = 1, .ScaleFactor = 1,
                 .CentralMeridian = -96, .RefLatitude = 23, .NorthParallel = 45.5, .SouthParallel = 29.5,
                 .SkewAzimuth = 0, .FalseEasting = 0, .FalseNorthing = 0},
@@ -85,8 +85,7 @@ const Case Cases[] = {
 };
 // clang-format on
 
-// Rounding alone stands between the library and a floor; it is largest where a formula divides by the sine of a small
-// azimuth.
+// The library and a floor differ by rounding only, most where a formula divides by the sine of a small azimuth.
 constexpr double FloorMetres = 1e-6;
 constexpr double FloorRadians = 1e-13;
 constexpr double FloorScale = 1e-12;
@@ -185,12 +184,12 @@ void AddRows(const Run& run, const Case& kind) {
     scale.Add(PointByPoint("floor", grid, {FloorScale},
                            [floor](const Values& in, Values& out) { out[0] = floor.Scale(in[0], in[1]); }));
     if (kind.scaleTarget > 0) {
-      // The target is a part of proj_factors alone, which starts from the latitude and longitude.
+      // The target is a ratio to proj_factors alone, which starts from latitude and longitude.
       AddProjGridFactors(scale, grid, {kind.scaleTolerance}, definition);
       AddProjFactors(scale, geographic, {kind.scaleTolerance}, definition);
       scale.targets = {{"proj_factors", kind.scaleTarget}};
     }
-    // PROJ's other transverse Mercator, which has the series that the library has.
+    // PROJ's other transverse Mercator, a series like the library's.
     if (kind.params.Kind == 3) {
       AddProjForward(forward, geographic, Metres(kind.forwardTolerance), definition + " +approx", "PROJ approx");
       AddProjInverse(inverse, grid, Radians(kind.inverseTolerance), definition + " +approx", "PROJ approx");

@@ -7,8 +7,7 @@ namespace bench {
 
 inline constexpr double Degree = 0.017453292519943295;  // radians
 
-// Transverse Mercator on an ellipsoid, with its origin on the equator at Greenwich, for what the projection has no part
-// in.
+// Transverse Mercator with its origin on the equator at Greenwich, for operations that do not use the projection.
 constexpr GeodesyParams OnEllipsoid(double semiMajorAxis, double invFlattening) {
   return {.SemiMajorAxis = semiMajorAxis,
           .InvFlattening = invFlattening,

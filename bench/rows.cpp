@@ -14,7 +14,7 @@ namespace {
 
 bool Agreed = true;
 
-// The same points in every run.
+// A fixed seed: the same points in every run.
 std::mt19937_64 Generator(20260101);
 
 void Measure(benchmark::State& state, const Row& row) {

@@ -1,7 +1,7 @@
-// A row of the benchmark: contestants that do the same work on the same points. Before a row is timed, the answers of
-// all contestants are compared. Timing goes in rounds: each contestant in turn converts the same next stretch of the
-// points, and every other round the order is the other way round, so that whatever disturbs the machine disturbs
-// neighbours alike. What is reported is the median over the rounds of the ratio within a round.
+// A row of the benchmark: contestants that do the same work on the same points. Before a row is timed, the results of
+// all contestants are compared. Timing is in rounds: each contestant in turn converts the same next points, in
+// alternating order, so that disturbances affect all contestants equally. The reported value is the median over the
+// rounds of the ratio within a round.
 #pragma once
 
 #include <array>
@@ -14,16 +14,16 @@
 
 namespace bench {
 
-// What a conversion takes or gives; a row uses as many of them as it needs.
+// Input or output of a conversion; a row uses as many of the values as it needs.
 using Values = std::array<double, 4>;
 using Points = std::vector<Values>;
 
-// So many points that a processor cannot learn by heart, round after round, which way the branches of each of them go;
-// and in one round so few that it rarely falls into the time of another process.
+// Enough points that branch prediction cannot adapt to them; and so few in one round that another process rarely
+// interrupts it.
 inline constexpr std::size_t PointCount = 16384;
 inline constexpr std::size_t RoundPoints = 1024;
 
-// Limits between which a random value lies.
+// Limits of a random value.
 struct Range {
   double low, high;
 };
@@ -31,15 +31,15 @@ Points RandomPoints(const std::vector<Range>& ranges, std::size_t count = PointC
 
 struct Contestant {
   std::string name;
-  // One round; gives the nanoseconds that a point took.
+  // One round; returns nanoseconds per point.
   std::function<double()> round;
-  // The answers for the points of comparison, in the units of the row; empty if there is nothing to compare.
+  // The results for the points of comparison, in the units of the row; empty if there is nothing to compare.
   std::function<Points()> answers;
-  // How far the answers may be from the first contestant's.
+  // Largest difference of the results from the first contestant's.
   Values tolerance{};
 };
 
-// Units in which a contestant takes and gives its values, as parts of the row's.
+// A contestant's units of input and output, as fractions of the row's.
 struct Units {
   Values in{1, 1, 1, 1};
   Values out{1, 1, 1, 1};
@@ -47,8 +47,8 @@ struct Units {
 
 struct Row {
   std::string name;
-  std::vector<Contestant> contestants;                  // the first is the one that the row is about
-  std::vector<std::pair<std::string, double>> targets;  // largest ratio to a contestant's time
+  std::vector<Contestant> contestants;                  // the first is the subject of the row
+  std::vector<std::pair<std::string, double>> targets;  // largest acceptable ratio to a contestant's time
   bool floorBinds = true;                               // false if the floor is only for comparison
 
   void Add(Contestant contestant) { contestants.push_back(std::move(contestant)); }
@@ -58,7 +58,7 @@ double Median(std::vector<double> values);
 
 Points Scaled(const Points& points, const Values& factors, bool divide);
 
-// Values between the clock's readings are in nanoseconds.
+// Nanoseconds between two readings of the clock.
 class Stopwatch {
  public:
   double Nanoseconds() const {
@@ -69,7 +69,7 @@ class Stopwatch {
   std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
 };
 
-// The points of a row, and those at which answers are compared: all of them, unless the row gives others.
+// The points of a row, and those at which results are compared: the same, unless the row has others.
 struct Task {
   Points points;
   Points comparison;
@@ -77,8 +77,8 @@ struct Task {
   const Points& Compared() const { return comparison.empty() ? points : comparison; }
 };
 
-// A contestant of a conversion point by point: convert(const Values& in, Values& out). All such contestants run this
-// one loop.
+// A contestant that converts point by point: convert(const Values& in, Values& out). All such contestants use this
+// loop.
 template <typename Convert>
 Contestant PointByPoint(std::string name, const Task& task, const Values& tolerance, Convert convert,
                         const Units& units = {}) {
@@ -110,7 +110,7 @@ Contestant PointByPoint(std::string name, const Task& task, const Values& tolera
   return {std::move(name), round, answers, tolerance};
 }
 
-// Tolerances of positions, for answers in metres and in radians.
+// Tolerances of positions, for results in metres and in radians.
 constexpr Values Metres(double tolerance) {
   return {tolerance, tolerance, tolerance, 0};
 }
@@ -118,14 +118,14 @@ constexpr Values Radians(double tolerance) {
   return {tolerance, tolerance, 0, 0};
 }
 
-// Compares every contestant's answers with the first one's, and says on standard error which disagree; NaN agrees with
-// nothing.
+// Compares every contestant's results with the first one's, and reports disagreements on standard error; NaN disagrees
+// with everything.
 bool Agree(const Row& row);
 
-// Puts a row on Google Benchmark's list.
+// Registers a row with Google Benchmark.
 void Register(Row row);
 
-// False once any row's contestants disagreed.
+// False if any row's contestants have disagreed.
 bool AllAgreed();
 
 }  // namespace bench

@@ -1,5 +1,5 @@
-// What a second thread brings: the same points converted by one thread and by two, each with an object of its own. The
-// floor in the same run shows what the machine allows.
+// The speed-up by a second thread: the same points converted by one thread and by two, each with its own object. The
+// floor in the same run shows the machine's limit.
 #include <benchmark/benchmark.h>
 #include <pthread.h>
 #include <sched.h>
@@ -44,7 +44,7 @@ constexpr GeodesyParams Cone = {.SemiMajorAxis = 6378137,
                                 .FalseEasting = 700000,
                                 .FalseNorthing = 6600000};
 
-// The processors that this process may use.
+// The processors available to this process.
 std::vector<int> Processors() {
   cpu_set_t allowed;
   sched_getaffinity(0, sizeof allowed, &allowed);
@@ -57,7 +57,7 @@ std::vector<int> Processors() {
   return processors;
 }
 
-// Keeps the calling thread on these processors. On a busy machine the system may else leave two threads on one.
+// Restricts the calling thread to these processors. Otherwise a busy system may run two threads on one.
 void StayOn(const std::vector<int>& processors) {
   cpu_set_t set;
   CPU_ZERO(&set);
@@ -67,7 +67,7 @@ void StayOn(const std::vector<int>& processors) {
   pthread_setaffinity_np(pthread_self(), sizeof set, &set);
 }
 
-// A thread that runs one piece of work after another, on a processor of its own.
+// A thread with a processor of its own, which runs pieces of work in turn.
 class SecondThread {
  public:
   explicit SecondThread(int processor)
@@ -126,7 +126,7 @@ struct Halves {
   }
 };
 
-// Converts the points so many times that starting a thread does not count: some ten milliseconds.
+// Converts the points repeatedly, for about ten milliseconds, so that the start of a thread is negligible.
 template <typename Convert>
 std::function<void()> Half(const Points& points, int repeats, Convert convert) {
   return [points, repeats, out = Points(points.size()), convert]() mutable {

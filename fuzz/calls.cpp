@@ -1,4 +1,4 @@
-// A sequence of calls over all exports with two objects alive; and conversions there and back.
+// A sequence of calls of all exports with two objects; and round trips.
 #include <latigo/latigo.h>
 
 #include <vector>
@@ -14,17 +14,17 @@ using H = GeodesyHandle;
 
 constexpr std::int32_t TextSize = 130;
 
-// What an object is known to hold.
+// The known state of an object.
 struct Object {
   H handle = nullptr;
   GeodesyParams params{};
   Adjustment adjustment = {0, 0, 0, 0, 1, 0, 0};
   EllDiff diff = {0, 0, 0, 1, 0, 0, 0};
-  bool active = false, grid = false, geoid = false;  // a shift is in force, by a grid; a geoid grid is
+  bool active = false, grid = false, geoid = false;  // a shift is active, by a grid; there is a geoid grid
   double constant = 0;
 };
 
-// The arguments of a call, and all that it may write.
+// The arguments and all possible outputs of a call.
 struct Store {
   std::int32_t result, code, size;
   std::uint32_t choice;
@@ -53,11 +53,11 @@ const char* Grid(std::size_t choice) {
 }
 constexpr const char* Languages[] = {"", "fra", "ESP", "jpn"};
 
-// The codes that a call may leave, one bit each.
+// The possible codes of a call, one bit each.
 constexpr std::uint32_t Codes(auto... codes) { return (1U | ... | (1U << codes)); }
 
-// In the order above: codes, numbers among the arguments, numbers read and written, the call. A result of -1 stands for
-// a function that gives a double.
+// In the order above: codes, count of double arguments, of doubles read and written, the call. A result of -1 means a
+// function that returns a double.
 // clang-format off
 enum Call { XY, Geo, Factor, Params, SetDiff, GetDiff, SetModel, GetModel, FromEll, ToEll, From84, To84, Ecef, FromEcef,
             Circle, Rhumb, SetHeights, GetHeights, Heights, Horizontal, Vertical, SetAdjust, GetAdjust, Name };
@@ -99,7 +99,7 @@ constexpr std::uint32_t CodesOfKind[][3] = {
     {1, Codes(11), Codes(11)}, {1, Codes(11), Codes(11)}, {1, 1, 1}, {1, 1, 1}, {1, Codes(10, 11), Codes(10)}, {1, 1, 1}, {1, 1, 1}};
 // clang-format on
 
-// A failed XYGeo writes just what its projection says: both values, the one that it has found, or none.
+// A failed XYGeo writes exactly what its projection specifies: both values, one of them, or none.
 bool WritesAsPromised(std::int32_t kind, const Store& s, const Store& before) {
   const bool latitude = !Same(s.d[0], before.d[0]), longitude = !Same(s.d[1], before.d[1]);
   return kind == LATIGO_KIND_LAMBERT               ? latitude && longitude
@@ -110,7 +110,7 @@ bool WritesAsPromised(std::int32_t kind, const Store& s, const Store& before) {
 
 bool Equal(double left, double right) { return left == right || (std::isnan(left) && std::isnan(right)); }
 
-// What a successful or failed call has written, and what it leaves in the object.
+// Checks the outputs of a call and the object's state after it.
 void Check(Object& o, std::size_t call, const Store& s, const Store& before, bool untouched) {
   const bool ok = s.result == 1, has = Grid(s.choice) != nullptr;
   REQUIRE(call > Factor || (CodesOfKind[o.params.Kind][call] >> s.code & 1) != 0);
@@ -151,7 +151,7 @@ void Check(Object& o, std::size_t call, const Store& s, const Store& before, boo
   if (call == Name && ok) { REQUIRE(std::memchr(s.text, 0, static_cast<std::size_t>(s.size)) != nullptr); }
 }
 
-// A call with numbers and records of any kind, on a null handle too.
+// A call with arbitrary numbers and records, also on a null handle.
 void DoCall(Input& in, Object& object, bool skip, std::vector<Store>& trace) {
   const std::size_t call = in.Below(std::size(Exports));
   const auto& [codes, numbers, inOut, function] = Exports[call];
@@ -208,7 +208,7 @@ void Make(Input& in, Object& object, bool skip) {
   }
 }
 
-// Two objects, called in turn. With `alone` there is only the first one, whose calls then must give the same.
+// Two objects, called in turn. With `alone` there is only the first one, whose calls must have the same results.
 std::vector<Store> Sequence(Input in, bool alone) {
   Object objects[2];
   std::vector<Store> traces[2];
@@ -223,8 +223,8 @@ std::vector<Store> Sequence(Input in, bool alone) {
   return traces[0];
 }
 
-// Where forward and inverse close, and to how many metres (docs/projections.md); degrees. Points lie about the latitude
-// `about`, or about RefLatitude if it is 0; RefLatitude and the parallels on the same side of the equator.
+// Domains with their largest round-trip error in metres (docs/projections.md); degrees. Points are about the latitude
+// `about`, or about RefLatitude if it is 0; RefLatitude and the parallels are on one side of the equator.
 struct Domain {
   std::int32_t kind;
   double closure, lowest, highest, about, dPhi, dLambda;
@@ -251,7 +251,7 @@ void Closure(Input& in) {
   // clang-format off
   GeodesyParams p = {in.Between(6.37e6, 6.38e6), in.Between(290, 305), kind, Units[in.Below(4)], in.Between(0.5, 2), any(Pi),
                      parallel(), parallel(), parallel(), any(Pi / 3), any(1e6), any(1e6)};
-  // Parallels apart by rounding alone give a cone of rounding alone.
+  // Parallels that differ by rounding only would define a cone by rounding only.
   if (in.Below(4) == 0 || std::fabs(p.NorthParallel - p.SouthParallel) < 1e-6) { p.SouthParallel = p.NorthParallel; }
   const Adjustment adjustment = {static_cast<std::uint32_t>(in.Below(2) | in.Below(4) << 16), any(1e6), any(1e6), any(7),
                                  in.Between(0.5, 2), any(1e6), any(1e6)};
@@ -267,7 +267,7 @@ void Closure(Input& in) {
     double x, y, toPhi, toLambda;
     REQUIRE(GeoXY(h, &x, &y, phi, lambda) == 1 && XYGeo(h, x, y, &toPhi, &toLambda) == 1);
     REQUIRE(Metres(toPhi - phi, toLambda - lambda, phi) <= closure);
-    // The way back from the other datum is not the exact inverse, but near to it.
+    // The inverse datum shift is not exact, but close.
     const double start = any(80) * Degree, height = in.Between(-1e4, 1e5);
     double latitude = start, longitude = lambda, h84 = height;
     REQUIRE(WGS84Conv(h, &latitude, &longitude, &h84) == 1 && InvWGS84Conv(h, &latitude, &longitude, &h84) == 1);

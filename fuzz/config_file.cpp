@@ -1,4 +1,4 @@
-// Bytes as a configuration file: every section makes an object, sections and keys are listed, values read, written and
+// The input as a configuration file: an object from every section; sections and keys listed; values read, written and
 // copied.
 #include <latigo/latigo.h>
 
@@ -21,7 +21,7 @@ using Names = std::vector<std::string>;
 constexpr char Guard = '\x5A', Missing[] = "none\n", Blanks[] = " \t\r\v\f\x1A";
 constexpr std::int32_t BufferSize = 4096;
 
-// The names of a list that a call has written: well formed in its size, nothing behind it. The last one may be cut.
+// The names of a list written by a call: well formed within its size, nothing written after it. The last may be cut.
 Names Listed(std::int32_t size, bool characters, auto call) {
   std::string buffer(BufferSize, Guard);
   const auto told = static_cast<std::size_t>(call(buffer.data())), room = static_cast<std::size_t>(size);
@@ -39,7 +39,7 @@ std::string Trimmed(const std::string& text) {
   return first == text.npos ? "" : text.substr(first, text.find_last_not_of(Blanks) - first + 1);
 }
 
-// A value as it is read, of one as it is written.
+// The value read after a value was written.
 std::string Kept(const std::string& text) {
   const std::string value = Trimmed(text);
   const bool quoted = value.size() > 1 && (value[0] == '"' || value[0] == '\'') && value.back() == value[0];
@@ -53,14 +53,14 @@ std::string Value(const Profile& profile, const std::string& key, const std::str
   return buffer.c_str();
 }
 
-// A line without blanks around it, and without the mark of a UTF-8 file, behind which a line can be inserted.
+// A line without surrounding blanks and without the UTF-8 mark, after which a line can be inserted.
 std::string Plain(std::string line) {
   for (line = Trimmed(line); line.starts_with("\xEF\xBB\xBF"); line = Trimmed(line.substr(3))) {}
   return line;
 }
 
-// The lines of the file that are not empty, and how many of them at one place another file does not have. A CR alone
-// ends a line too; an LF behind it, when the line between them goes, becomes part of the same line end.
+// The lines of the file that are not empty, and how many of them at one place are missing in another file. A CR alone
+// ends a line too; if the line between it and an LF is removed, both become one line end.
 struct Lines : Names {
   explicit Lines(const std::string& path) {
     std::string line;
@@ -88,7 +88,7 @@ void CheckNumbers(const std::string& text) {
   REQUIRE(latigo::CInt(text.c_str()) == std::clamp<long>(whole, INT_MIN, INT_MAX));
 }
 
-// What is written is read back, and the other lines stay. What could not be read back is refused.
+// A written value is read again, and other lines are unchanged. A value that could not be read is refused.
 void CheckWriting(Profile& profile, const std::string& key, const std::string& value, const std::string& section) {
   const bool broken = (key + section + value).find_first_of("\r\n") != key.npos;
   const Lines before(profile.FileName);
@@ -102,7 +102,7 @@ void CheckWriting(Profile& profile, const std::string& key, const std::string& v
   REQUIRE(Lines(profile.FileName).Without(after) == 0 && after.Without(Lines(profile.FileName)) <= 1);
 }
 
-// Two objects of one section are the same; code 9 comes with an object and without a geoid.
+// Two objects of one section are equal; with code 9 there is an object, without a geoid grid.
 void CheckObject(const std::string& path, const char* section) {
   constexpr std::uint32_t Codes = 0b1010101111;
   double seen[2][4] = {};
@@ -145,7 +145,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     for (const std::string& listed : keys) {
       std::string read = Value(profile, listed, name);
       const std::string copied = Value(copy, listed, "copy");
-      if (read == Missing) {  // a line of the key's name alone stands before the one that is listed
+      if (read == Missing) {  // a line with the key's name only precedes the one that is listed
         REQUIRE(std::ranges::any_of(lines, [&](auto& line) { return strcasecmp(line.c_str(), listed.c_str()) == 0; }));
         read.clear();
       }

@@ -1,4 +1,4 @@
-// The program's commands over lines, on a section with a datum grid and a geoid grid made of the fuzzer's bytes.
+// The program's commands for lines of points, on a section with a datum grid and a geoid grid from the fuzzer's bytes.
 #include <fcntl.h>
 #include <latigo/latigo.h>
 #include <sys/stat.h>
@@ -16,10 +16,10 @@ namespace {
 using namespace fuzz;
 using namespace latigo::cli;
 
-// The standard library's own code for threads is not compiled with the memory sanitizer, which would report its writes.
+// The standard library's thread code is not compiled with the memory sanitizer, which would report its writes.
 constexpr bool Threads = !__has_feature(memory_sanitizer);
 
-// A grid file: whole with the fuzzer's bytes as its values, cut short, or nothing but the fuzzer's bytes.
+// A grid file: complete with the fuzzer's bytes as values, truncated, or the fuzzer's bytes only.
 std::string GridBytes(Input& in, std::int32_t depth) {
   const std::size_t kind = in.Below(8);
   const std::string piece = in.Text(in.Take<std::uint16_t>() % 512);
@@ -31,7 +31,7 @@ std::string GridBytes(Input& in, std::int32_t depth) {
   return bytes;
 }
 
-// What the commands print to standard output goes to a file, which is read back.
+// Standard output of the commands goes to a file, which is then read.
 struct Outcome {
   int status = 2;
   std::string text;
@@ -60,11 +60,11 @@ Outcome Run(int (*command)(const Options&), const Options& options) {
 int Scaled(const Options& options) { return RunScale(options); }
 struct {
   int (*run)(const Options&);
-  std::size_t values;  // in a line of output, a height not counted
+  std::size_t values;  // in a line of output, without a height
 } constexpr Commands[] = {{RunForward, 2},    {RunInverse, 2}, {Scaled, 1},
                           {RunUndulation, 1}, {RunEcef, 3},    {RunDistance, 1}};
 
-// A line's first values are finite numbers, or each of them is *.
+// The first values of a line are all finite numbers, or all *.
 bool CheckValues(std::string_view line, std::size_t count) {
   std::size_t stars = 0;
   for (std::size_t i = 0; i < count; ++i) {
@@ -78,7 +78,7 @@ bool CheckValues(std::string_view line, std::size_t count) {
   return stars == 0;
 }
 
-// The easting and northing of a line are those of the library's own calls.
+// Easting and northing of a line equal those of the library's functions.
 void CheckForward(GeodesyHandle object, const Options& options, std::string_view line, std::string_view written) {
   const PointLine point = ParsePointLine(line, options.lonlat ? Order::LongitudeLatitude : Order::LatitudeLongitude);
   double latitude = point.first * RadiansPerDegree, longitude = point.second * RadiansPerDegree, wanted[2];
@@ -121,7 +121,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const bool opens = object != nullptr && GetGeodesyError() == 0;
   REQUIRE(opens == (outcome.status != 2) && (opens || outcome.text.empty()));
 
-  // A line out for each line in; a line that failed and nothing else makes the status 1.
+  // One line of output per line of input; the status is 1 if and only if a line failed.
   std::string_view from = lines, to = outcome.text;
   bool failed = false;
   for (std::string_view line, written; opens && NextLine(from, line);) {

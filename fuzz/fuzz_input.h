@@ -1,5 +1,5 @@
-// What the fuzzers share: numbers and texts out of the fuzzer's bytes, files to give to the library, and the test that
-// stops the process.
+// Shared by the fuzzers: numbers and texts from the fuzzer's bytes, files for the library, and the assertion that stops
+// the process.
 #pragma once
 
 #include <sys/stat.h>
@@ -24,13 +24,13 @@ inline constexpr double Pi = 3.141592653589793, Degree = Pi / 180, Untouched = -
   ((condition) ? void()    \
                : (std::fprintf(stderr, "%s:%d: does not hold: %s\n", __FILE__, __LINE__, #condition), std::abort()))
 
-// Bit by bit.
+// Compares bits.
 template <typename T>
 bool Same(const T& left, const T& right) {
   return std::memcmp(&left, &right, sizeof left) == 0;
 }
 
-// The fuzzer's bytes, from the front. Behind their end everything is 0.
+// The fuzzer's bytes, read from the front, followed by zeros.
 struct Input {
   const std::uint8_t* data;
   std::size_t size;
@@ -48,14 +48,14 @@ struct Input {
     return value;
   }
   std::size_t Below(std::size_t limit) { return Take<std::uint8_t>() % limit; }
-  // Often an end, the middle, or beside it, where formulas have their exceptions.
+  // Often a limit, the middle, or a value close to one of them, where formulas have special cases.
   double Between(double low, double high) {
     const std::uint16_t place = Take<std::uint16_t>();
     const double middle = (low + high) / 2, beside = (high - middle) * std::pow(10, -(place >> 4 & 15));
     const double special[] = {low, high, middle, middle + beside, middle - beside};
     return place % 16 < 5 ? special[place % 16] : low + (high - low) * place / 65535;
   }
-  // A number that means something to the library, one beside it, one of any bit pattern, or an angle or a length.
+  // A number that is special to the library, one next to it, any bit pattern, or an angle or a length.
   double Number() {
     using Limits = std::numeric_limits<double>;
     // clang-format off
@@ -71,7 +71,7 @@ struct Input {
   }
 };
 
-// Files by the C library alone, whose writes the memory sanitizer sees. A directory for this process.
+// A directory for this process. Files use only the C library, whose writes the memory sanitizer sees.
 inline const std::string& Scratch() {
   static const struct Directory {
     std::string name;
@@ -94,7 +94,7 @@ inline std::string WriteFile(const char* name, const std::string& bytes) {
   return path;
 }
 
-// The bytes of a file; none if it cannot be read.
+// The bytes of a file; empty if it cannot be read.
 inline std::string ReadFile(const std::string& path) {
   std::string bytes;
   if (std::FILE* const file = std::fopen(path.c_str(), "rb"); file != nullptr) {
@@ -104,7 +104,7 @@ inline std::string ReadFile(const std::string& path) {
   return bytes;
 }
 
-// The bytes of a grid file about (0, 0), a degree from node to node.
+// The bytes of a grid file about (0, 0), with nodes one degree apart.
 inline std::string SmallGrid(std::int32_t depth) {
   return support::Grid{.nz = depth, .west = -11, .lonstep = 1, .south = -1, .latstep = 1}.Bytes();
 }

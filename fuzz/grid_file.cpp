@@ -1,4 +1,4 @@
-// Bytes as a grid file: opened as a datum grid and as a geoid grid, then asked at points inside, on the limits and
+// The input as a grid file: opened as a datum grid and as a geoid grid, with lookups inside, on the limits and
 // anywhere.
 #include <latigo/latigo.h>
 
@@ -27,7 +27,7 @@ struct Axis {
   const double end = origin + step * static_cast<double>(nodes - 1);
 
   bool Holds(double at) const { return origin <= at && at <= end; }
-  // The first and the last node that a position may be blended from: one more where rounding decides.
+  // The first and the last node that may contribute to a position: one more where rounding decides.
   std::int64_t Node(double at, double slack, std::int64_t most) const {
     return static_cast<std::int64_t>(std::clamp((at - origin) / step + slack, 0.0, static_cast<double>(most)));
   }
@@ -46,7 +46,7 @@ struct Lattice {
   const Head head;
   const Axis latitude{head.south, head.latStep, head.nr}, longitude{head.west, head.lonStep, head.nc};
 
-  // A lookup is outside, or beyond the file's end, or between the least and the greatest of the nodes around.
+  // A lookup is outside, or after the file's end, or between the smallest and the largest of the nodes around it.
   void Check(double phi, double lambda, std::int32_t code, const std::vector<double>& values) const {
     if (longitude.end > Pi && lambda < 0) { lambda += 2 * Pi; }
     if (!latitude.Holds(phi) || !longitude.Holds(lambda)) { return REQUIRE(code == 4); }
@@ -79,12 +79,12 @@ void Ask(Input& in, const std::string& path, const Lattice& lattice, InterpFile&
   const std::int32_t code = grid.Lookup(phi, lambda, &count, values).code();
   REQUIRE(count == (code == 0 ? depth : 0) && (code == 0 || values == untouched));
   lattice.Check(phi, lambda, code, values);
-  // What was asked before does not matter.
+  // Results do not depend on earlier lookups.
   InterpFile fresh(path.c_str(), false);
   REQUIRE(fresh.Lookup(phi, lambda, nullptr, again).code() == code);
   REQUIRE(std::memcmp(values.data(), again.data(), values.size() * sizeof(double)) == 0);
 
-  // Through an object on the ellipsoid of WGS-84. Two values are the shift in arc seconds; outside there is none.
+  // With an object on the WGS-84 ellipsoid. Two values are the shift in arc seconds; outside there is no shift.
   double undulation = Untouched, latitude = phi, longitude = lambda, height = 100;
   const bool geoid = depth == 1, found = Undulation(object, phi, lambda, &undulation) == 1;
   REQUIRE(GetGeodesyError() == (!geoid ? 0 : code == 4 ? 8 : code) && found == (!geoid || code == 0));
@@ -101,7 +101,7 @@ void Ask(Input& in, const std::string& path, const Lattice& lattice, InterpFile&
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  // The points, whether the lattice is to be small, and the file.
+  // The input: the points, whether the lattice is small, and the file.
   Input in{data, size};
   const std::string places = in.Text(64);
   Input points{data, places.size()};

@@ -1,5 +1,5 @@
-// Runs a fuzzer's function over the files of the folders named by the arguments, without the fuzzing library: its code
-// is not compiled with the memory sanitizer, which would report what it writes.
+// Runs a fuzzer's function on the files of the folders named by the arguments, without the fuzzing library, which is
+// not compiled with the memory sanitizer, so that its writes would be reported.
 #include <dirent.h>
 #include <sanitizer/msan_interface.h>
 
@@ -12,7 +12,7 @@
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size);
 
-// What the standard library's object code writes is marked as written; the linker leads these calls here.
+// Marks the writes of the standard library's object code as written; the linker redirects these calls.
 #define REAL(symbol) __asm__("__real_" symbol)
 #define WRAPPED(symbol) __asm__("__wrap_" symbol)
 
@@ -37,7 +37,7 @@ std::to_chars_result ToShortest(char* first, char* last, double value) {
   return result;
 }
 
-// The list of a path's parts, which is one pointer.
+// The list of a path's parts: one pointer.
 #define PATH_LIST "_ZNSt10filesystem7__cxx114path5_ListC1Ev"
 void RealPathList(void* list) REAL(PATH_LIST);
 void PathList(void* list) WRAPPED(PATH_LIST);

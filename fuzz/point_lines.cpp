@@ -1,4 +1,4 @@
-// Bytes as a points file of the command-line program: lines, their fields, and angles written and read back.
+// The input as a points file of the command-line program: lines, fields, and angles written and read again.
 #include <charconv>
 #include <utility>
 
@@ -24,7 +24,7 @@ void CheckLine(std::string_view line) {
   }
 }
 
-// What is a number here is the whole word, and the same number, to the C library.
+// A word read as a number is a whole number word for the C library too, with the same value.
 void CheckNumber(const std::string& word) {
   const Parsed parsed = ParseNumber(word);
   char* end = nullptr;
@@ -32,7 +32,7 @@ void CheckNumber(const std::string& word) {
   REQUIRE(parsed.fault != nullptr || (end == word.c_str() + word.size() && Same(parsed.value, value)));
 }
 
-// What is written is read back to the last digit written.
+// A written angle is read with the same value, to the last digit written.
 void CheckWritten(double degrees, Axis axis, int precision) {
   char text[64];
   const char* const end = WriteDms(text, degrees, axis, precision);
@@ -51,14 +51,14 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   if (std::fabs(degrees) <= 90) { CheckWritten(degrees, Axis::Latitude, precision); }
   if (std::fabs(degrees) <= 360) { CheckWritten(degrees, Axis::Longitude, precision); }
   if (std::fabs(degrees) <= 360) { CheckWritten(std::fabs(degrees), Axis::Azimuth, precision); }
-  // Numbers are written to the last digit as the standard library writes them, but for the sign of a zero.
+  // Numbers are written with the digits of the standard library, except for the sign of a zero.
   Writer writer;
   writer.Number(degrees, precision);
   char digits[400];
   const char* const end =
       std::to_chars(digits, digits + sizeof digits, degrees, std::chars_format::fixed, precision).ptr;
   REQUIRE(!std::isfinite(degrees) || std::string_view(digits, end).ends_with(writer.Written()));
-  // Now and then a file so long that the reader's buffer has to grow or to be filled anew.
+  // Sometimes a file so long that the reader's buffer grows or is refilled.
   const std::size_t times = in.Below(64) == 0 ? 1000 : 1;
   const std::string piece = in.Text(in.size);
   std::string bytes;

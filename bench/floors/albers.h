@@ -36,7 +36,7 @@ class AlbersFloor : FloorEllipsoid {
     for (;;) {
       const double es = e * s;
       const double W = 1 - es * es;
-      // L + q / (1 - e2), and the whole times W
+      // L + q / (1 - e2), multiplied by W with the rest
       const double change = W * ((qScaled + log2e * std::log((1 - es) / (1 + es))) * W - s) / (2 * c);
       latitude += change;
       if (!(std::fabs(change) > 1e-7)) {

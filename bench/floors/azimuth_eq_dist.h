@@ -4,7 +4,7 @@
 
 namespace bench {
 
-// For an origin that is no pole.
+// For an origin that is not a pole.
 class AzimuthEqDistFloor : FloorEllipsoid {
  public:
   explicit AzimuthEqDistFloor(const GeodesyParams& p)

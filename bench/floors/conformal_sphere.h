@@ -1,4 +1,4 @@
-// The two double projections, through the conformal sphere of Gauss.
+// The two double projections, by Gauss's conformal sphere.
 #pragma once
 
 #include "floors/ellipsoid.h"
@@ -37,7 +37,7 @@ class StereographicFloor : SphereFloor {
   }
 
   void XYGeo(double x, double y, double& phi, double& lambda) const {
-    // Tangent of half the distance, by its components.
+    // Components of the tangent of half the distance.
     const double X = (x - x0) * invTwoRK;
     const double Y = (y - y0) * invTwoRK;
     const double r2 = X * X + Y * Y;
@@ -57,7 +57,7 @@ class StereographicFloor : SphereFloor {
       const double P = std::exp(halfLogP);
       const double T = (1 + s) / c;
       const double zN1 = std::exp((n - 1) * (std::log(T) + halfLogP));
-      const double Q = P / (1 - s) - (1 + s) * e2 * s / (1 - e2 * s);  // the slope of the library, so its passes too
+      const double Q = P / (1 - s) - (1 + s) * e2 * s / (1 - e2 * s);  // the library's slope, for equal iterations
       step = (C * T * P * zN1 - w0) / (C * n * zN1 * Q);
       latitude -= step;
       if (!(std::fabs(step) > 1e-12)) {

@@ -21,7 +21,7 @@ struct EcefFloor : FloorEllipsoid {
     const double p = std::sqrt(X * X + Y * Y);
     const double invP = 1 / p;
     const double T0 = Z * invP;
-    // T = tan phi; a e2 sin(phi) / w in it.
+    // T = tan phi; the second term is a e2 sin(phi) / w.
     double T = T0 * invOneMinusE2;
     double w;
     double before;
@@ -36,14 +36,14 @@ struct EcefFloor : FloorEllipsoid {
     } while (change > 1e-9 * scale);
     phi = std::atan(T);
     lambda = std::atan2(Y, X);
-    // The normal's length is that of the latitude before the last pass.
+    // N belongs to the latitude before the last iteration.
     h = p * std::sqrt(1 + T * T) - a * std::sqrt(1 + before * before) / w;
   }
 
   const double oneMinusE2 = 1 - e2, invOneMinusE2 = 1 / (1 - e2), ae2 = a * e2;
 };
 
-// The seven values between two ellipsoids.
+// The seven-parameter transformation between two ellipsoids.
 class ShiftFloor {
  public:
   ShiftFloor(const EcefFloor& other, const EcefFloor& own, const EllDiff& diff)

@@ -1,11 +1,11 @@
-// Floors: a formula of the library as the tightest straight-line code that gives its answers, with everything that
-// depends on parameters worked out beforehand and no frame around it: no handle, no codes, no tests of the domain.
+// Floors: a formula of the library as the fastest straight-line code with the same results. Values that depend on
+// parameters only are computed beforehand; there is no handle, no code and no domain check.
 //
-// What a floor may do that the formula as written does not: sine and cosine of one angle together; sine and cosine of
-// twice an arc tangent by algebra; multiple angles from one pair; the root of a sum of squares without a care for
-// overflow; one exponential of a logarithm for several powers; iterating on the tangent of the half angle; the latitude
-// of the northern hemisphere for both; log1p where random arguments of log fall on both sides of a branch that it has
-// near 1. Series, tolerances, passes and starting values are those of the library.
+// A floor may use identities: sine and cosine of one angle computed together; sine and cosine of twice an arc tangent
+// by algebra; multiple angles from one pair; the root of a sum of squares without overflow protection; one exponential
+// of a logarithm for several powers; iteration on the tangent of the half angle; the latitude of the northern
+// hemisphere for both; log1p where random arguments of log are on both sides of a branch of log near 1. Series,
+// tolerances, numbers of iterations and starting values are those of the library.
 #pragma once
 
 #include <latigo/latigo.h>
@@ -51,13 +51,13 @@ struct FloorEllipsoid {
     return 0.5 * std::log((1 + s) / (1 - s)) - halfE * std::log((1 + es) / (1 - es));
   }
 
-  // One pass from u = tan(pi/4 - phi/2) to the next, for t of the conformal latitude.
+  // One iteration from u = tan(pi/4 - phi/2) to the next u, for t of the conformal latitude.
   double HalfAnglePass(double t, double u) const {
     const double v = u * u;
     return t * std::exp(halfE * std::log((oneMinusE + onePlusE * v) / (onePlusE + oneMinusE * v)));
   }
 
-  // Passes until one changes the latitude by no more than the tolerance, radians.
+  // Iterates until the latitude changes by at most the tolerance, radians.
   double HalfAngle(double t, double tolerance) const {
     const double limit = tolerance / 2;
     double u = t;

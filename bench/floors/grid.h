@@ -13,8 +13,8 @@
 
 namespace bench {
 
-// A grid read as the library reads it: two rows in memory, of which those that a point needs stay, and the rest is one
-// bare system call into the place where the values are needed.
+// A grid read as by the library: two rows in memory. Rows that the next point needs are kept; the others are read by
+// one system call directly into place.
 class GridFloor {
  public:
   explicit GridFloor(const GridFile& grid)
@@ -90,7 +90,7 @@ class GridFloor {
   std::vector<float> rows_;
   float* low_;
   float* high_;
-  std::int32_t row_ = -2;  // the southern one in memory; -2 has no neighbour in the grid
+  std::int32_t row_ = -2;  // the southern row in memory; -2, which is not adjacent to any row, for none
 };
 
 }  // namespace bench

@@ -6,7 +6,7 @@ namespace bench {
 
 class ObliqueMercatorFloor : FloorEllipsoid {
  public:
-  // The grid is turned by the azimuth at the centre for kind 6 and by that at the natural origin for kind 7.
+  // The grid is rotated by the azimuth at the centre for kind 6, at the natural origin for kind 7.
   explicit ObliqueMercatorFloor(const GeodesyParams& p)
       : FloorEllipsoid(p),
         s0(std::sin(p.RefLatitude)),
@@ -47,7 +47,7 @@ class ObliqueMercatorFloor : FloorEllipsoid {
   double Scale(double x, double y) const {
     const Aposphere point(*this, x, y);
     const double u = HalfAngle(point.t, 1e-9);
-    // The longitude's cosine, from its tangent.
+    // Cosine of the longitude from its tangent.
     const double c = point.along.cos;
     return kFactor * std::copysign(std::sqrt(c * c + point.across * point.across), c) * InvParallelRatio(u);
   }

@@ -4,7 +4,7 @@
 
 namespace bench {
 
-// About the north pole, by the scale factor there.
+// For the north pole, with the scale factor there.
 class PolarStereoFloor : FloorEllipsoid {
  public:
   explicit PolarStereoFloor(const GeodesyParams& p)

@@ -17,25 +17,25 @@ constexpr double Degree = std::numbers::pi / 180;
 // The columns of the table, degrees.
 constexpr double Distances[] = {0.5, 1, 2, 3, 5, 10, 15, 30, 60, 80};
 
-// Between two distances so many lines are measured, each at so many points.
+// Between two distances: number of lines, and of points on each.
 constexpr int Lines = 40;
 constexpr int PointsOnLine = 180;
 
-// Beyond this the grid does not lead back, and how far off it leads means nothing: millimetres.
+// Larger errors are not meaningful: the inverse is lost. Millimetres.
 constexpr double Lost = 1e6;
 
-// Lines end short of the poles, degrees.
+// Distance of the lines' ends from the poles, degrees.
 constexpr double LastLatitude = 89.99;
 
 constexpr double Infinity = std::numeric_limits<double>::infinity();
 
-// The largest error of many positions, millimetres, and the codes of those that failed.
+// The largest error of several positions, millimetres, and the codes of those that failed.
 struct Largest {
   double error = 0;
   std::set<std::int32_t> codes;
 };
 
-// A position at a distance in degrees from what the system counts from, on the sphere; turn, from 0 to 1, takes it all
+// A position at a distance in degrees from the system's point or line, on the sphere. `turn` from 0 to 1 moves it
 // around the point, or along one side of the line and then the other.
 Position At(const System& system, double distance, double turn) {
   const auto& [south, north, west, east] = system.area;
@@ -67,13 +67,13 @@ void Measure(const System& system, const Grid& grid, double from, double to, Lar
       if (code > 0) {
         largest.codes.insert(code);
       } else {
-        largest.error = std::max(largest.error, code == NoNumber ? Infinity : error);
+        largest.error = std::max(largest.error, code == NotANumber ? Infinity : error);
       }
     }
   }
 }
 
-// Two digits, but none behind a thousandth of a millimetre, rounded up: rounding errors do not show.
+// Two digits, at most three decimals of a millimetre, rounded up: rounding errors are not shown.
 std::string Length(double mm) {
   if (mm < 0.001) {
     return "< 0.001 mm";
@@ -136,7 +136,7 @@ Outcome Grid::Closure(Position position) const {
   const double north = M * (latitude - phi);
   const double east = N * std::cos(phi) * std::remainder(longitude - lambda, 2 * std::numbers::pi);
   const double error = std::hypot(north, east) * 1000;
-  return std::isfinite(error) ? Outcome{error, 0} : Outcome{0, NoNumber};
+  return std::isfinite(error) ? Outcome{error, 0} : Outcome{0, NotANumber};
 }
 
 Outcome Grid::ScaleExcess(Position position) const {
@@ -149,7 +149,7 @@ Outcome Grid::ScaleExcess(Position position) const {
   if (GetGeodesyError() != 0) {
     return {0, GetGeodesyError()};
   }
-  return std::isfinite(k) ? Outcome{(k - 1) * 1e6, 0} : Outcome{0, NoNumber};
+  return std::isfinite(k) ? Outcome{(k - 1) * 1e6, 0} : Outcome{0, NotANumber};
 }
 
 std::string ClosureTable() {

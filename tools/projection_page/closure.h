@@ -1,5 +1,4 @@
-// What the page measures, through the exports: how far from its start a position comes back from the grid, and the
-// point scale factor.
+// The measurements of the page, by the exports: round-trip errors and point scale factors.
 #pragma once
 
 #include <memory>
@@ -9,25 +8,25 @@
 
 namespace latigo::page {
 
-// Stands for a code where a function succeeds and gives no number.
-inline constexpr std::int32_t NoNumber = -1;
+// In place of a code: a function succeeds and returns NaN.
+inline constexpr std::int32_t NotANumber = -1;
 
 struct Outcome {
-  double value;       // a number if the code is 0
-  std::int32_t code;  // 0, a code of the library, or NoNumber
+  double value;       // valid if the code is 0
+  std::int32_t code;  // 0, a code of the library, or NotANumber
 };
 
 class Grid {
  public:
   explicit Grid(const System& system);
 
-  // The code that the projection bears in the library.
+  // The projection's three-letter code.
   std::string Code() const;
 
-  // The distance between a position and what forward and inverse make of it, millimetres on the ground.
+  // The round-trip error of a position, millimetres on the ground.
   Outcome Closure(Position position) const;
 
-  // The point scale factor less 1, parts per million.
+  // The point scale factor minus 1, parts per million.
   Outcome ScaleExcess(Position position) const;
 
  private:

@@ -1,5 +1,5 @@
-// Makes docs/projections.md and its pictures say what the library does: the closure table between the page's markers,
-// and a picture for each kind.   projection-page [--check] DOCS
+// Updates docs/projections.md from the library: the closure table between the page's markers, and a picture for each
+// kind.   projection-page [--check] DOCS
 #include <algorithm>
 #include <cctype>
 #include <cstdio>
@@ -49,14 +49,14 @@ Files Make(const std::filesystem::path& docs) {
   return files;
 }
 
-// Tells the first line of a file that is not as made.
+// Reports the first line of a file that is out of date.
 bool Check(const std::filesystem::path& path, const std::string& made) {
   const std::string found = Read(path);
   if (found == made) {
     return true;
   }
   const auto differs = std::mismatch(made.begin(), made.end(), found.begin(), found.end()).first;
-  std::printf("%s:%d: not what the library gives now; scripts/projection-page makes it anew\n", path.string().c_str(),
+  std::printf("%s:%d: out of date; run scripts/projection-page\n", path.string().c_str(),
               static_cast<int>(std::count(made.begin(), differs, '\n')) + 1);
   return false;
 }

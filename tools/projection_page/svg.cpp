@@ -10,7 +10,7 @@ namespace latigo::page {
 
 namespace {
 
-// A colour and what it stands for: numbers below a limit that no row before takes, or a code.
+// A colour and its meaning: values below a limit, if no earlier row matches; or a code.
 struct Class {
   double below;
   std::int32_t code;
@@ -22,13 +22,11 @@ constexpr double Any = 1e300;
 
 constexpr Class ClosureClasses[] = {
     {1e-3, 0, "#fcffd2", "below 0.001 mm"},  //
-    {1e-2, 0, "#f6e27a", "below 0.01 mm"},      {1e-1, 0, "#fbbc3a", "below 0.1 mm"},
-    {1e+0, 0, "#f58c1f", "below 1 mm"},         {1e+1, 0, "#e25b34", "below 10 mm"},
-    {1e+2, 0, "#bc3754", "below 0.1 m"},        {1e+3, 0, "#932667", "below 1 m"},
-    {1e+4, 0, "#65156e", "below 10 m"},         {1e+6, 0, "#390963", "below 1 km"},
-    {Any, 0, "#100a2c", "1 km or more"},        {Any, 6, "url(#code6)", "code 6"},
-    {Any, 10, "url(#code10)", "code 10"},       {Any, 11, "url(#code11)", "code 11"},
-    {Any, NoNumber, "url(#none)", "no number"},
+    {1e-2, 0, "#f6e27a", "below 0.01 mm"},  {1e-1, 0, "#fbbc3a", "below 0.1 mm"}, {1e+0, 0, "#f58c1f", "below 1 mm"},
+    {1e+1, 0, "#e25b34", "below 10 mm"},    {1e+2, 0, "#bc3754", "below 0.1 m"},  {1e+3, 0, "#932667", "below 1 m"},
+    {1e+4, 0, "#65156e", "below 10 m"},     {1e+6, 0, "#390963", "below 1 km"},   {Any, 0, "#100a2c", "1 km or more"},
+    {Any, 6, "url(#code6)", "code 6"},      {Any, 10, "url(#code10)", "code 10"}, {Any, 11, "url(#code11)", "code 11"},
+    {Any, NotANumber, "url(#none)", "NaN"},
 };
 
 constexpr Class ScaleClasses[] = {
@@ -39,7 +37,7 @@ constexpr Class ScaleClasses[] = {
     {1e3, 0, "#fb7a57", "100 to 1000"},       {1e4, 0, "#de2d26", "1000 to 10 000"},
     {1e5, 0, "#a50f15", "10 000 to 100 000"}, {Any, 0, "#4a0009", "100 000 or more"},
     {Any, 6, "url(#code6)", "code 6"},        {Any, 10, "url(#code10)", "code 10"},
-    {Any, 11, "url(#code11)", "code 11"},     {Any, NoNumber, "url(#none)", "no number"},
+    {Any, 11, "url(#code11)", "code 11"},     {Any, NotANumber, "url(#none)", "NaN"},
 };
 
 // Pixels.
@@ -67,7 +65,7 @@ constexpr const char* Head =
 </defs>
 )";
 
-// The row of classes that an outcome belongs to.
+// The class of a result.
 template <std::size_t Count>
 std::size_t ClassOf(const Class (&classes)[Count], const Outcome& outcome) {
   for (std::size_t i = 0; i < Count; ++i) {
@@ -86,7 +84,7 @@ void Text(std::ostream& svg, int x, int y, const char* more, const std::string& 
   svg << "<text x='" << x << "' y='" << y << "'" << more << ">" << words << "</text>\n";
 }
 
-// The round degrees between two, eight of them at the most.
+// At most eight round degrees between two limits.
 std::vector<int> Ticks(double from, double to) {
   std::vector<int> ticks;
   for (const int step : {1, 2, 5, 10, 20, 60}) {
@@ -101,7 +99,7 @@ std::vector<int> Ticks(double from, double to) {
   return ticks;
 }
 
-// The frame of a panel, with degrees along it; longitudes are those from -180 to 180.
+// The frame of a panel, labelled in degrees; longitudes from -180 to 180.
 void Axes(std::ostream& svg, int left, const Area& area) {
   const auto& [south, north, west, east] = area;
   constexpr int Width = Columns * Cell;
@@ -124,7 +122,7 @@ void Axes(std::ostream& svg, int left, const Area& area) {
       << ") rotate(-90)' text-anchor='middle'>latitude</text>\n";
 }
 
-// Cells coloured by what is measured at their middle, and a legend of the colours in use.
+// Cells, coloured by the result at their middle, and a legend of the colours used.
 template <std::size_t Count, typename Measured>
 void Panel(std::ostream& svg, int left, const char* title, const Area& area, const Class (&classes)[Count],
            const Measured& measured) {

@@ -1,4 +1,4 @@
-// The picture of a projection: closure error and point scale factor over its area.
+// The picture of a projection: closure error and point scale factor in its area.
 #pragma once
 
 #include <string>

@@ -5,7 +5,7 @@ namespace latigo::page {
 // Projection, name.
 // SemiMajorAxis, InvFlattening, Kind, Unit, ScaleFactor, CentralMeridian, RefLatitude, NorthParallel, SouthParallel,
 // SkewAzimuth, FalseEasting, FalseNorthing.
-// Area: south, north, west, east. What distances count from.
+// Area: south, north, west, east. What distances are measured from.
 // clang-format off
 const std::array<System, 12> Systems = {{
     {"Lambert conformal conic", "NAD27 / Texas South Central",

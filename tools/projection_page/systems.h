@@ -1,4 +1,4 @@
-// The coordinate systems that docs/projections.md measures: a real one for each kind.
+// The coordinate systems of docs/projections.md: a real one for each kind.
 #pragma once
 
 #include <latigo/latigo.h>
@@ -15,8 +15,8 @@ struct Area {
   double south, north, west, east;  // degrees
 };
 
-// What distances count from: a meridian, a parallel, or a point. The first runs over all latitudes of the area, the
-// second over all longitudes.
+// What distances are measured from: a meridian, at all latitudes of the area; a parallel, at all longitudes; or a
+// point.
 enum class From { Meridian, Parallel, Point };
 
 struct System {

@@ -1,8 +1,8 @@
 // Compares two builds of the library: same-digits LIBRARY OTHER FOLDER [POINTS [SEED]]
 //
-// Every conversion is done by both at POINTS (a million) random positions and at all combinations of special values, on
-// systems drawn at random; codes and the bits of every output must be equal (any NaN equals any other). Prints a row
-// for each comparison and the first differences; the exit status is 1 if there is one. Grid files are made in FOLDER.
+// Both builds do every conversion at POINTS (a million) random positions and at all combinations of special values,
+// with random systems; codes and the bits of every output must be equal (any NaN equals any other). Prints a row for
+// each comparison and the first differences; the exit status is 1 if there is one. Grid files are created in FOLDER.
 #include <array>
 #include <bit>
 #include <cmath>
@@ -30,7 +30,7 @@ constexpr int DifferencesShown = 3;
 
 using Values = std::array<double, 4>;
 
-// What an operation takes, and what it gives: values, and the code that it leaves.
+// Input of an operation, and its output: values and the code.
 struct Outcome {
   Values values{};
   std::int32_t code = 0;
@@ -41,7 +41,7 @@ bool Same(double l, double r) {
   return std::bit_cast<std::uint64_t>(l) == std::bit_cast<std::uint64_t>(r) || (std::isnan(l) && std::isnan(r));
 }
 
-// A system made by both builds. What sets it up is called for each.
+// A system created by both builds; its set-up is called for each.
 class Pair {
  public:
   using SetUp = std::function<void(const Library&, GeodesyHandle)>;
@@ -67,7 +67,7 @@ class Pair {
   bool Made() const { return handles_[0] != nullptr && handles_[1] != nullptr; }
   void Run(const Operation& operation, const Values& in, std::array<Outcome, 2>& out) const {
     for (std::size_t i = 0; i < 2; ++i) {
-      out[i] = {in, 0};  // outputs that a call leaves alone are equal
+      out[i] = {in, 0};  // outputs not written by a call are equal
       operation(*libraries_[i], handles_[i], in, out[i]);
       out[i].code = libraries_[i]->GetGeodesyError();
     }
@@ -161,7 +161,7 @@ const std::vector<Subject> GridLookups = {
     DatumAndLines[1],
 };
 
-// A subject on systems that `prepare` draws and sets up.
+// A subject on systems chosen and set up by `prepare`.
 class Run {
  public:
   Run(const Library& one, const Library& other, long points, std::uint64_t seed)
@@ -219,7 +219,7 @@ class Run {
   bool same_ = true;
 };
 
-// Near the origin, over the whole plane or globe, and beyond.
+// Near the origin, on the whole plane or globe, and outside it.
 constexpr double Extents[] = {0.05, 1, 30};
 
 EllDiff RandomDiff(Random& random) {
