@@ -61,14 +61,6 @@ inline std::vector<std::string> Systems() {
   return names;
 }
 
-// The name of a unit or axis, or the code in brackets.
-inline std::string Name(const Object& object, std::int32_t request, const char* language = "", std::int32_t size = 40) {
-  char text[40] = "untouched";
-  const bool found = GetLocalName(object.get(), request, language, text, size) == 1;
-  EXPECT_EQ(found, GetGeodesyError() == 0);
-  return found ? text : "[" + std::to_string(GetGeodesyError()) + "]";
-}
-
 #if defined(_WIN32)
 inline constexpr const char* GermanLocale = "German_Germany.1252";
 

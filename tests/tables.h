@@ -1,4 +1,4 @@
-// Text tables of claims; claims/README.md tells how they are written.
+// Text tables of claims; claims/README.md has the notation.
 #pragma once
 
 #include <algorithm>
@@ -8,13 +8,20 @@
 
 namespace support {
 
-// A sum of numbers, each with or without a unit of degrees, minutes or seconds of arc: 52d30m, 0.7+1.5s, nan, -inf. Or
-// a multiple of a right angle: pi/2, -pi. Degrees become radians as they do in a configuration file, to the last bit.
-inline double ToNumber(const std::string& text) {
+// A sum of numbers, each with or without a unit of degrees, minutes or seconds of arc, and of the flags of a local grid:
+// 52d30m, 0.7+1.5s, nan, -inf, 1+reverse-x. Or a multiple of a right angle: pi/2, -pi. Degrees become radians as they
+// do in a configuration file, to the last bit.
+inline double ToNumber(std::string text) {
   for (const auto& [name, value] : {std::pair{"pi", Pi}, {"-pi", -Pi}, {"pi/2", HalfPi}, {"-pi/2", -HalfPi}}) {
     if (text == name) { return value; }
   }
   double sum = -0.0;
+  for (const auto& [flag, bit] : {std::pair{"+reverse-x", LATIGO_REVERSE_X}, {"+reverse-y", LATIGO_REVERSE_Y}}) {
+    if (const std::size_t at = text.find(flag); at != std::string::npos) {
+      sum += bit;
+      text.erase(at, 10);
+    }
+  }
   for (const char* at = text.c_str(); *at != '\0';) {
     char* end = nullptr;
     const double value = std::strtod(at, &end);
@@ -55,7 +62,7 @@ struct Row {
   std::vector<Expectation> expected;
   std::string expectedText;  // the same as one text
   std::int32_t code = 0;
-  std::vector<std::int32_t> logs;  // codes of the log lines, if they are told
+  std::vector<std::int32_t> logs;  // codes of the log lines
 };
 
 inline std::vector<Row> ReadTable(const std::string& name) {
