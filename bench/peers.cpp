@@ -218,42 +218,42 @@ void AddGeographicLib(Row& row, const Task& task, const Values& tolerance, const
   const double lat1 = params.SouthParallel / Degree;
   const double lat2 = params.NorthParallel / Degree;
   switch (params.Kind) {
-    case 1: {
+    case LATIGO_KIND_LAMBERT: {
       const GeographicLib::LambertConformalConic cone(a, f, lat1, lat2, k0);
       AddClass<Inverse>(row, task, tolerance, params, cone, OriginNorthing(cone, params));
       return;
     }
-    case 2: {
+    case LATIGO_KIND_MERCATOR: {
       const double s = std::sin(params.RefLatitude);
       const double equatorScale = std::cos(params.RefLatitude) / std::sqrt(1 - f * (2 - f) * s * s);
       const GeographicLib::LambertConformalConic mercator(a, f, 0.0, equatorScale);
       AddClass<Inverse>(row, task, tolerance, params, mercator, 0.0);
       return;
     }
-    case 3: {
+    case LATIGO_KIND_TRANSVERSE_MERCATOR: {
       const GeographicLib::TransverseMercator transverse(a, f, k0);
       AddClass<Inverse>(row, task, tolerance, params, transverse, OriginNorthing(transverse, params));
       return;
     }
-    case 8: {
+    case LATIGO_KIND_AZIMUTHAL_EQUIDISTANT: {
       const GeographicLib::Geodesic geodesic(a, f);
       const Azimuthal azimuthal{GeographicLib::AzimuthalEquidistant(geodesic), params.RefLatitude / Degree};
       AddClass<Inverse>(row, task, tolerance, params, azimuthal, 0.0);
       return;
     }
-    case 10: {
+    case LATIGO_KIND_ALBERS: {
       const GeographicLib::AlbersEqualArea cone(a, f, lat1, lat2, 1.0);
       AddClass<Inverse>(row, task, tolerance, params, cone, OriginNorthing(cone, params));
       return;
     }
-    case 11: {
+    case LATIGO_KIND_CASSINI: {
       const GeographicLib::Geodesic geodesic(a, f);
       const Soldner soldner{
           GeographicLib::CassiniSoldner(params.RefLatitude / Degree, params.CentralMeridian / Degree, geodesic)};
       AddClass<Inverse>(row, task, tolerance, params, soldner, 0.0);
       return;
     }
-    case 12: {
+    case LATIGO_KIND_POLAR_STEREOGRAPHIC: {
       AddClass<Inverse>(row, task, tolerance, params, NorthPole{GeographicLib::PolarStereographic(a, f, k0)}, 0.0);
       return;
     }

@@ -11,7 +11,7 @@ inline constexpr double Degree = 0.017453292519943295;  // radians
 constexpr GeodesyParams OnEllipsoid(double semiMajorAxis, double invFlattening) {
   return {.SemiMajorAxis = semiMajorAxis,
           .InvFlattening = invFlattening,
-          .Kind = 3,
+          .Kind = LATIGO_KIND_TRANSVERSE_MERCATOR,
           .Unit = 1,
           .ScaleFactor = 1,
           .CentralMeridian = 0,
@@ -25,7 +25,7 @@ constexpr GeodesyParams OnEllipsoid(double semiMajorAxis, double invFlattening) 
 
 inline constexpr GeodesyParams BritishGrid = {.SemiMajorAxis = 6377563.396,
                                               .InvFlattening = 299.3249646,
-                                              .Kind = 3,
+                                              .Kind = LATIGO_KIND_TRANSVERSE_MERCATOR,
                                               .Unit = 1,
                                               .ScaleFactor = 0.9996012717,
                                               .CentralMeridian = -2 * Degree,

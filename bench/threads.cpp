@@ -21,7 +21,7 @@ namespace {
 
 constexpr GeodesyParams Utm = {.SemiMajorAxis = 6378137,
                                .InvFlattening = 298.257223563,
-                               .Kind = 3,
+                               .Kind = LATIGO_KIND_TRANSVERSE_MERCATOR,
                                .Unit = 1,
                                .ScaleFactor = 0.9996,
                                .CentralMeridian = 3 * Degree,
@@ -33,7 +33,7 @@ constexpr GeodesyParams Utm = {.SemiMajorAxis = 6378137,
                                .FalseNorthing = 0};
 constexpr GeodesyParams Cone = {.SemiMajorAxis = 6378137,
                                 .InvFlattening = 298.257222101,
-                                .Kind = 1,
+                                .Kind = LATIGO_KIND_LAMBERT,
                                 .Unit = 1,
                                 .ScaleFactor = 1,
                                 .CentralMeridian = 3 * Degree,

@@ -7,7 +7,7 @@
 int main(void) {
   const GeodesyParams zone55 = {.SemiMajorAxis = 6378137.0,
                                 .InvFlattening = 298.257223563,
-                                .Kind = 3, /* transverse Mercator */
+                                .Kind = LATIGO_KIND_TRANSVERSE_MERCATOR,
                                 .Unit = 1.0,
                                 .ScaleFactor = 0.9996,
                                 .CentralMeridian = 147 * RADIANS,

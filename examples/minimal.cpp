@@ -8,7 +8,7 @@ int main() {
   GeodesyParams zone55{};
   zone55.SemiMajorAxis = 6378137.0;
   zone55.InvFlattening = 298.257223563;
-  zone55.Kind = 3;  // transverse Mercator
+  zone55.Kind = LATIGO_KIND_TRANSVERSE_MERCATOR;
   zone55.Unit = 1.0;
   zone55.ScaleFactor = 0.9996;
   zone55.CentralMeridian = 147 * Radians;

@@ -10,6 +10,7 @@
 #include "fuzz_input.h"
 #include "line_reader.h"
 #include "point_line.h"
+#include "projection/kinds.h"
 
 namespace {
 

@@ -19,8 +19,10 @@ OPTIONS = ["-Wall", "-Wextra", "-Werror", "-Iinclude", f"-L{build}", f"-Wl,-rpat
 run = lambda *command: subprocess.run(command, check=True, stdout=subprocess.PIPE, text=True).stdout
 count = 0
 with tempfile.TemporaryDirectory() as scratch:
-    for page in ["README.md", *sorted(glob.glob("docs/*.md"))]:
+    for page in ["README.md", *sorted(glob.glob("docs/*.md")), "include/latigo/latigo.h"]:
         text = open(page, encoding="utf-8").read()
+        if page.endswith(".h"):  # the example at its head
+            text = re.sub("^ [*] ?", "", text, flags=re.M).replace("@code{.c}", "```c").replace("@endcode", "```")
         for language, code, _, printed in re.findall(r"^```(\w+)\n(.*?)^```\n(\n```text\n(.*?)^```)?", text, re.M | re.S):
             source, count = f"{scratch}/block.{language}", count + 1
             with open(source, "w", encoding="utf-8") as file:
@@ -37,4 +39,4 @@ with tempfile.TemporaryDirectory() as scratch:
         for command, printed in re.findall(r"^    \$ (.*)\n((?:    [^$].*\n)*)", text, re.M):
             said, count = run("sh", "-c", command.replace("build/release", build)), count + 1
             assert not printed or said == re.sub("^    ", "", printed, flags=re.M), (page, command, said)
-assert count >= 13, count
+assert count >= 14, count

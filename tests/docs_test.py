@@ -8,7 +8,7 @@ keys = re.findall(r'^ +\{"(\w+)", +(?:PARAMS|DIFF|ADJUST|OTHER)', read("src/fram
 told = re.findall(r"^\| `(\w+)` \|", read("docs/configuration.md").split("## Projections")[0], re.M)
 assert len(keys) == 32 and sorted(keys) == sorted(told), set(keys) ^ set(told)
 
-errors = re.findall(r'LATIGO_ERROR\(\w+, (\d+), "(.*?)", "(.*?)"\)', read("resources/errors.def"))
+errors = re.findall(r'LATIGO_ERROR\(\w+, \w+, (\d+), "(.*?)", "(.*?)"\)', read("resources/errors.def"))
 rows = re.findall(r"^\| (\d+) \| (.*?) \| (.*?)(?:[:;].*)? \|$", read("docs/errors.md").split("## What")[0], re.M)
 page = {(number, text) for number, _, text in rows}
 assert len(errors) == 18
@@ -17,7 +17,10 @@ for number, functions, text in errors:
 assert len(rows) == len(errors) + 1  # and the row of 0
 
 kinds = re.findall(r'^LATIGO_KIND\(\w+, +(\w+), +(\d+), +"\w+", +"(.*?)", +(.*?)\)$', read("resources/kinds.def"), re.M)
-names = re.findall(r"LATIGO_KIND_(\w+) = (\d+)", read("include/latigo/latigo.h"))
+header = read("include/latigo/latigo.h")
+names = re.findall(r"LATIGO_KIND_(\w+) = (\d+)", header)
+assert sorted(re.findall(r"LATIGO_ERROR_(\w+ = [1-9]\d*)", header)) == sorted(
+    f"{name} = {number}" for name, number in re.findall(r"LATIGO_ERROR\(\w+, (\w+), (\d+)", read("resources/errors.def")))
 rows = re.findall(r"^\| (`.*?`) \| (\d+) \| (.*?) \|$", read("docs/configuration.md"), re.M)
 assert len(kinds) == 12 and [kind[:2] for kind in kinds] == names
 assert [(keywords.replace('"', "`"), number) for _, number, _, keywords in kinds] == [row[:2] for row in rows]

@@ -1,24 +1,65 @@
 /** @file
  * LATIGO: geodesy for survey and mapping programs.
  *
- * A `GeodesyHandle` stands for one coordinate system: an ellipsoid, a map projection, and optionally a shift to another
- * datum, a local grid behind the projection and a geoid. Make one with `CreateGeodesy` or `CreateFileGeodesy`, convert
- * positions through it, and give it back with `DestroyGeodesy`.
+ * A `GeodesyHandle` stands for one coordinate system: an ellipsoid, a map projection, and optionally a datum shift, a
+ * local grid applied after the projection, and a geoid model. `CreateGeodesy` or `CreateFileGeodesy` makes one,
+ * `DestroyGeodesy` releases it.
  *
- * Units at this boundary
- * - angles: radians, north and east positive
- * - x, y: grid units; `Unit` of the record is metres per grid unit
- * - h, X, Y, Z: metres
+ * @code{.c}
+ * #include <latigo/latigo.h>
+ * #include <stdio.h>
  *
- * Results and errors
- *   A function that gives `int32_t` gives 1 for success and 0 for failure, unless its comment says otherwise. The code
- *   of the last call on the calling thread, 0 for success, is what `GetGeodesyError` gives. Every function that takes a
- *   handle fails with code 2 on a null handle and then touches nothing else. The codes stand in docs/errors.md.
- *   Pointers must not be null except where the comment says that they may be.
+ * int main(void) {
+ *   const double degree = 0.017453292519943295;
+ *   GeodesyParams utm31 = {0};
+ *   GeodesyHandle grid;
+ *   double x, y;
+ *   utm31.Kind = LATIGO_KIND_TRANSVERSE_MERCATOR;
+ *   utm31.SemiMajorAxis = 6378137;
+ *   utm31.InvFlattening = 298.257223563;
+ *   utm31.Unit = 1;
+ *   utm31.ScaleFactor = 0.9996;
+ *   utm31.CentralMeridian = 3 * degree;
+ *   utm31.FalseEasting = 500000;
+ *   grid = CreateGeodesy(&utm31);
+ *   if (grid == NULL || !GeoXY(grid, &x, &y, 52.5 * degree, 5 * degree)) {
+ *     fprintf(stderr, "code %d\n", (int)GetGeodesyError());
+ *     return 1;
+ *   }
+ *   printf("%.3f %.3f\n", x, y);
+ *   return !DestroyGeodesy(grid);
+ * }
+ * @endcode
+ *
+ * Units
+ * - angles: radians; latitudes north positive, longitudes east positive
+ * - x, y (easting, northing): grid units; `Unit` of the record is metres per grid unit
+ * - ellipsoidal height h, earth-centred X, Y, Z: metres
+ *
+ * Ranges
+ * - Latitudes are meant from -pi/2 to pi/2 and are not tested, except where a code says so. A function that returns a
+ *   latitude from a datum conversion or from earth-centred coordinates keeps to that range.
+ * - Longitudes are meant from -pi to pi. Whether one beyond is wrapped depends on the function and, for `GeoXY`, on the
+ *   kind.
+ * - NaN and infinite arguments never crash or hang: they yield NaN or another meaningless value, or a code.
+ * - Outside its domain a projection may return meaningless values, infinities or NaN, with code 0. docs/projections.md
+ *   has the domain of each kind.
+ *
+ * Results and codes
+ *   A function that returns `int32_t` returns 1 for success and 0 for failure, unless its comment says otherwise.
+ *   `GetGeodesyError` returns the code of the calling thread's last call, 0 for success. Every function that takes a
+ *   handle fails with LATIGO_ERROR_NULL_HANDLE on a null handle and then writes nothing. `LatigoErrorText` of
+ *   latigo_errors.h has the text of each code. Pointers must not be null except where the comment allows it.
  *
  * Threads
- *   Any thread may call any function, but one object serves one thread at a time: a lookup in a grid file moves the
- *   file's position. Objects share nothing that changes.
+ *   Any thread may call any function, but one object serves one thread at a time: even a conversion may move the
+ *   position of the object's grid file. Different objects share no mutable state.
+ *
+ * Calling convention
+ *   The C convention, cdecl, with undecorated names. The declarations carry it (LATIGO_CALL), so that a program built
+ *   with another default convention calls correctly.
+ *
+ * The header compiles as C99 and later, and as C++98 and later.
  */
 #ifndef LATIGO_LATIGO_H
 #define LATIGO_LATIGO_H
@@ -26,17 +67,29 @@
 #include <stddef.h>
 #include <stdint.h>
 
+#define LATIGO_VERSION_MAJOR 13 /**< version of this header */
+#define LATIGO_VERSION_MINOR 2  /**< version of this header */
+
+/** Version of this header as `GetGeodesyVersion` returns the library's: 100 * major + minor. */
+#define LATIGO_VERSION (100 * LATIGO_VERSION_MAJOR + LATIGO_VERSION_MINOR)
+
 #if defined(_WIN32)
 #define LATIGO_API
 #else
 #define LATIGO_API __attribute__((visibility("default")))
 #endif
 
+#if defined(_WIN32) && !defined(_WIN64)
+#define LATIGO_CALL __cdecl
+#else
+#define LATIGO_CALL
+#endif
+
 #ifdef __cplusplus
 extern "C" {
 #endif
 
-/** The object behind a handle; its contents are the library's own. */
+/** The object referred to by a handle; its contents are private to the library. */
 typedef struct GeodesyObject* GeodesyHandle;
 
 /** Projection kinds: `Kind` of the record. docs/projections.md has their sources, domains and accuracy. */
@@ -55,208 +108,338 @@ enum LatigoKind {
   LATIGO_KIND_POLAR_STEREOGRAPHIC = 12   /**< polar stereographic; metres, whatever `Unit` */
 };
 
+/** Types of local grid: the low 16 bits of `AdjustType`. Every other number acts as LATIGO_ADJUST_NONE.
+ *
+ * Types 2 to 16 are fixed transformations. They need no parameter: the doubles of the record and the flags have no
+ * effect. Both directions are approximations of each other, so a round trip (`GeoXY`, then `XYGeo`) does not close
+ * exactly.
+ *
+ * Types 2 and 3: polynomials of degree 5 and 7 in x and y about the origin below. Coordinates are plain numbers, never
+ * converted by `Unit`; the origins have the size of a transverse Mercator's coordinates in metres at latitude 55 and 56
+ * north. The local axes run east and north, rotated clockwise by 1.1 degrees; local x is negative. "Within" is the
+ * distance from the origin, the length is the largest round-trip error.
+ * | Type | Origin x, y               | Local x, y of the origin    | Round trip within                           |
+ * |------|---------------------------|-----------------------------|---------------------------------------------|
+ * | 2    | 678360.656, 6140437.158   | -118722.22369, 106064.77821 | 50000: 0.001; 100000: 0.004; 200000: 0.21   |
+ * | 3    | 540369.219, 6219828.218   | -255149.27276, 188195.93793 | 100000: 0.0002; 150000: 0.004; 200000: 0.06 |
+ *
+ * Beyond that the error grows with the sixth and the eighth power of the distance: 213 units and 9829 units at 500000.
+ *
+ * Types 4 to 16: quadratic polynomials in chains of 20.1167651216 metres (Sears), for distances up to about 10000
+ * chains (200 km) from the origin. Coordinates are grid units and converted to chains by `Unit`, so that the ground
+ * position does not depend on the unit. The local axes run east and north. All figures below are chains; the
+ * round-trip error grows in proportion to the distance from the origin.
+ * | Type | Origin x, y          | Local x, y of the origin | Round trip within 1000 | within 10000 |
+ * |------|----------------------|--------------------------|------------------------|--------------|
+ * | 4    | 14652.327, 32818.535 | 0.0139, -0.0229          | 0.020                  | 0.20         |
+ * | 5    | 23123.367, 32402.468 | -0.0093, 0.0055          | 0.003                  | 0.04         |
+ * | 6    | 24530.257, 20402.611 | 0.0392, 0.0402           | 0.003                  | 0.03         |
+ * | 7    | 24530.257, 20402.611 | -0.0167, -0.0074         | 0.003                  | 0.03         |
+ * | 8    | 24530.257, 20402.611 | -0.0142, 0.0190          | 0.003                  | 0.03         |
+ * | 9    | 24530.257, 20402.611 | 0.1127, -0.1201          | 0.003                  | 0.04         |
+ * | 10   | 15613.508, 26737.765 | 0.0850, 6633.9373        | 0.016                  | 0.17         |
+ * | 11   | 15613.508, 26737.765 | -0.0098, 6633.9306       | 0.016                  | 0.19         |
+ * | 12   | 30745.124, 11227.927 | -0.0210, 0.0098          | 0.001                  | 0.01         |
+ * | 13   | 21786.154, 14918.998 | -12.0190, -47.1388       | 0.005                  | 0.06         |
+ * | 14   | 19407.061, 20245.210 | -1081.64486, 2781.79746  | 0.008                  | 0.10         |
+ * | 15   | 13032.613, 29837.050 | 0.0020, -0.0035          | 0.024                  | 0.27         |
+ * | 16   | 27071.372, 27187.737 | -0.0022, -0.0023         | 0.001                  | 0.02         |
+ */
+enum LatigoAdjust {
+  LATIGO_ADJUST_NONE = 0,         /**< no local grid */
+  LATIGO_ADJUST_SIMILARITY = 1,   /**< similarity transformation; the one type that reads the doubles and the flags */
+  LATIGO_ADJUST_POLYNOMIAL_5 = 2, /**< polynomial of degree 5 */
+  LATIGO_ADJUST_POLYNOMIAL_7 = 3, /**< polynomial of degree 7 */
+  LATIGO_ADJUST_CHAINS_4 = 4,     /**< quadratic polynomial in chains */
+  LATIGO_ADJUST_CHAINS_5 = 5,     /**< quadratic polynomial in chains */
+  LATIGO_ADJUST_CHAINS_6 = 6,     /**< quadratic polynomial in chains */
+  LATIGO_ADJUST_CHAINS_7 = 7,     /**< quadratic polynomial in chains */
+  LATIGO_ADJUST_CHAINS_8 = 8,     /**< quadratic polynomial in chains */
+  LATIGO_ADJUST_CHAINS_9 = 9,     /**< quadratic polynomial in chains */
+  LATIGO_ADJUST_CHAINS_10 = 10,   /**< quadratic polynomial in chains */
+  LATIGO_ADJUST_CHAINS_11 = 11,   /**< quadratic polynomial in chains */
+  LATIGO_ADJUST_CHAINS_12 = 12,   /**< quadratic polynomial in chains */
+  LATIGO_ADJUST_CHAINS_13 = 13,   /**< quadratic polynomial in chains */
+  LATIGO_ADJUST_CHAINS_14 = 14,   /**< quadratic polynomial in chains */
+  LATIGO_ADJUST_CHAINS_15 = 15,   /**< quadratic polynomial in chains */
+  LATIGO_ADJUST_CHAINS_16 = 16    /**< quadratic polynomial in chains */
+};
+
+#define LATIGO_ADJUST_TYPE 0xFFFFu /**< the bits of `AdjustType` that hold the type */
+#define LATIGO_REVERSE_X 0x10000u  /**< flag of `AdjustType`: the final X is negated */
+#define LATIGO_REVERSE_Y 0x20000u  /**< flag of `AdjustType`: the final Y is negated */
+
+/** Requests of `GetLocalName`. */
+enum LatigoName {
+  LATIGO_NAME_UNIT = 1,                /**< horizontal unit, singular: "meter" */
+  LATIGO_NAME_UNITS = 2,               /**< horizontal unit, plural: "meters" */
+  LATIGO_NAME_UNIT_SHORT = 3,          /**< horizontal unit, abbreviation: "m" */
+  LATIGO_NAME_VERTICAL_UNIT = 4,       /**< vertical unit, singular */
+  LATIGO_NAME_VERTICAL_UNITS = 5,      /**< vertical unit, plural */
+  LATIGO_NAME_VERTICAL_UNIT_SHORT = 6, /**< vertical unit, abbreviation */
+  LATIGO_NAME_FIRST_AXIS = 7,          /**< first axis: "easting", or "westing" if reversed */
+  LATIGO_NAME_FIRST_AXIS_LETTER = 8,   /**< first axis: "X", or "Y" if reversed */
+  LATIGO_NAME_SECOND_AXIS = 9,         /**< second axis: "northing", or "southing" if reversed */
+  LATIGO_NAME_SECOND_AXIS_LETTER = 10  /**< second axis: "Y", or "X" if reversed */
+};
+
+/** Codes of `GetGeodesyError`. Some numbers have two senses, which the call tells apart; docs/errors.md has both. */
+enum LatigoError {
+  LATIGO_ERROR_NONE = 0,                 /**< success */
+  LATIGO_ERROR_SYSTEM = 1,               /**< creating, loading: memory ran out, or another failure of the system */
+  LATIGO_ERROR_GRID_NOT_OPENED = 1,      /**< SetEllModel, CreateFileGeodesy: the datum grid cannot be opened */
+  LATIGO_ERROR_NULL_HANDLE = 2,          /**< every function that takes a handle: it is null */
+  LATIGO_ERROR_GRID_HEADER_RANGE = 2,    /**< SetEllModel, CreateFileGeodesy: datum grid header out of range */
+  LATIGO_ERROR_NO_FLATTENING = 3,        /**< creating: the reciprocal flattening is missing or 0 */
+  LATIGO_ERROR_GRID_HEADER_SHORT = 3,    /**< SetEllModel, CreateFileGeodesy: datum grid header incomplete */
+  LATIGO_ERROR_NO_UNIT = 4,              /**< CreateGeodesy: the unit is 0 */
+  LATIGO_ERROR_OUTSIDE_GRID = 4,         /**< inside the library; no call leaves it */
+  LATIGO_ERROR_UNKNOWN_KIND = 5,         /**< creating: the projection, file or section is missing or unknown */
+  LATIGO_ERROR_POLE = 6,                 /**< GeoXY: the latitude is a pole that the projection maps to infinity */
+  LATIGO_ERROR_NO_USABLE_PROJECTION = 7, /**< creating: the parameters define no usable projection */
+  LATIGO_ERROR_NO_ADJUST_SCALE = 7,      /**< SetAdjustment: the scale of the adjustment is 0 */
+  LATIGO_ERROR_OUTSIDE_GEOID = 8,        /**< Undulation: the point lies outside the geoid grid */
+  LATIGO_ERROR_GEOID_NOT_LOADED = 9,     /**< SetGeoid, CreateFileGeodesy: the geoid grid could not be loaded */
+  LATIGO_ERROR_BEYOND_DOMAIN = 10,       /**< XYGeo, Scale: the grid position lies outside the projection's domain */
+  LATIGO_ERROR_NO_CONVERGENCE = 11,      /**< XYGeo, Scale: the latitude iteration did not converge */
+  LATIGO_ERROR_NO_SUCH_NAME = 12,        /**< GetLocalName: the request is unknown, or no name exists */
+  LATIGO_ERROR_ROW_UNREADABLE = 13       /**< Undulation: a row of the grid file cannot be read */
+};
+
 /* Records are packed on 4-byte boundaries, the same for every compiler and language. */
 #pragma pack(push, 4)
 
-/** Describes a coordinate system. Which fields a projection reads stands in docs/projections.md. */
+/** Describes a coordinate system. docs/projections.md says which fields each kind reads; the others are kept and
+ * returned unchanged. */
 typedef struct GeodesyParams {
   double SemiMajorAxis;   /**< semi-major axis a, metres */
-  double InvFlattening;   /**< reciprocal flattening 1/f, for instance near 298; must not be 0 */
+  double InvFlattening;   /**< reciprocal flattening 1/f, for instance 298.257223563; must not be 0 */
   int32_t Kind;           /**< one of `LatigoKind` */
   double Unit;            /**< metres per grid unit; must not be 0 */
-  double ScaleFactor;     /**< central scale factor k0; 0 is read as 1.0 */
-  double CentralMeridian; /**< longitude of origin, radians */
-  double RefLatitude;     /**< latitude of origin, radians */
+  double ScaleFactor;     /**< scale factor k0 at the natural origin; 0 means 1.0 */
+  double CentralMeridian; /**< longitude of natural origin, radians */
+  double RefLatitude;     /**< latitude of natural origin, radians; Mercator: latitude of true scale */
   double NorthParallel;   /**< a standard parallel, radians */
-  double SouthParallel;   /**< the other standard parallel, radians */
-  double SkewAzimuth;     /**< azimuth of the skew line, radians */
+  double SouthParallel;   /**< the other standard parallel, radians; both may be given in either order */
+  double SkewAzimuth;     /**< azimuth of the initial line, radians, clockwise from north */
   double FalseEasting;    /**< grid units */
   double FalseNorthing;   /**< grid units */
 } GeodesyParams;
 
-/** The seven values between WGS-84 (or another datum) and the object's datum, in the direction towards the object's
- * datum. Rotations follow the coordinate frame rotation convention, not the position vector convention. */
+/** A seven-parameter (Helmert) transformation from WGS-84, or another datum, to the object's datum, in the coordinate
+ * frame rotation convention (EPSG method 1032), not the position vector convention. Parameters published in the
+ * position vector convention need the signs of the three rotations changed; those published towards WGS-84 need all
+ * seven signs changed.
+ *
+ * From the other datum: X' = (X + rZ Y - rY Z) s + dX, Y' = (Y - rZ X + rX Z) s + dY, Z' = (Z + rY X - rX Y) s + dZ.
+ * To the other datum: the same with the signs of rotations and translations changed, 1/s for s, and the translation
+ * subtracted last. A round trip therefore leaves a residue of about translation * (rotation + |s - 1|): millimetres. */
 typedef struct EllDiff {
-  double DeltaX;     /**< translation, metres */
-  double DeltaY;     /**< translation, metres */
-  double DeltaZ;     /**< translation, metres */
-  double DeltaScale; /**< scale as a factor, 1.0 for none; -1.0 from GetEllDiff: a datum grid is in use */
-  double DeltaRX;    /**< rotation about X, radians */
-  double DeltaRY;    /**< rotation about Y, radians */
-  double DeltaRZ;    /**< rotation about Z, radians */
+  double DeltaX;     /**< translation dX, metres */
+  double DeltaY;     /**< translation dY, metres */
+  double DeltaZ;     /**< translation dZ, metres */
+  double DeltaScale; /**< scale s as a factor, 1.0 for none; `GetEllDiff` returns -1.0 if a datum grid is set */
+  double DeltaRX;    /**< rotation rX about X, radians */
+  double DeltaRY;    /**< rotation rY about Y, radians */
+  double DeltaRZ;    /**< rotation rZ about Z, radians */
 } EllDiff;
 
-/** The local grid behind the projection. Type 0: none; type 1: similarity; types 2 and 3: fixed polynomial grids of
- * degree 5 and 7, plain numbers whatever the unit; types 4 to 16: fixed quadratic grids in chains; other types: none.
- * Only type 1 reads the doubles and the flags. For type 1, with p = s sin r and q = s cos r: X = q (x - AdjustOrigX) +
- * p (y - AdjustOrigY) + AdjustX, Y = q (y - AdjustOrigY) - p (x - AdjustOrigX) + AdjustY and the reverse flags negate
- * the final X or Y. */
+/** The local grid: a transformation of the projection's x, y to the X, Y of the caller.
+ *
+ * Similarity, with r = `AdjustRotation`, s = `AdjustScale`, dx = x - `AdjustOrigX`, dy = y - `AdjustOrigY`:
+ * X = s cos r dx + s sin r dy + `AdjustX`, Y = s cos r dy - s sin r dx + `AdjustY`. The flags then negate X or Y,
+ * translation included. */
 typedef struct Adjustment {
-  uint32_t AdjustType;   /**< low 16 bits: type; LATIGO_REVERSE_X, LATIGO_REVERSE_Y; other bits are kept */
-  double AdjustOrigX;    /**< x of the point about which the grid turns and scales, projection grid units */
-  double AdjustOrigY;    /**< y of that point */
-  double AdjustRotation; /**< turn r, radians; positive turns the grid axes anticlockwise */
-  double AdjustScale;    /**< factor s; must not be 0 */
-  double AdjustX;        /**< X that the origin point gets */
-  double AdjustY;        /**< Y that the origin point gets */
+  uint32_t AdjustType;   /**< one of `LatigoAdjust`, with LATIGO_REVERSE_X, LATIGO_REVERSE_Y; other bits are kept */
+  double AdjustOrigX;    /**< projection x of the point about which the grid rotates and scales, grid units */
+  double AdjustOrigY;    /**< projection y of that point */
+  double AdjustRotation; /**< rotation r of the grid axes, radians, anticlockwise positive */
+  double AdjustScale;    /**< scale factor s; must not be 0, whatever the type */
+  double AdjustX;        /**< X of that point, grid units */
+  double AdjustY;        /**< Y of that point */
 } Adjustment;
 
 #pragma pack(pop)
 
-#define LATIGO_REVERSE_X 0x10000u /**< flag of `AdjustType`: the final X is negated */
-#define LATIGO_REVERSE_Y 0x20000u /**< flag of `AdjustType`: the final Y is negated */
+#define LATIGO_ELLIPSOID_NAME_SIZE 24 /**< smallest size in bytes of a caller's buffer for an ellipsoid name */
+#define LATIGO_PROJECTION_CODE_SIZE 4 /**< smallest size in bytes of a caller's buffer for a projection code */
 
-#define LATIGO_ELLIPSOID_NAME_SIZE 24 /**< bytes of a caller's buffer for an ellipsoid name, at least */
-#define LATIGO_PROJECTION_CODE_SIZE 4 /**< bytes of a caller's buffer for a projection code, at least */
+#define LATIGO_FROM_METRES 0 /**< direction of `HConvert` and `VConvert` */
+#define LATIGO_TO_METRES 1   /**< direction of `HConvert` and `VConvert` */
 
 /* ---- Objects ---- */
 
-/** Makes an object from a section of a configuration file (docs/configuration.md).
+/** Makes an object from a section of a configuration file (docs/configuration.md; angles there are degrees).
  * - fileName: path of the file
  * - section: name of the section, or null for "Geodesy"
  *
- * Gives the handle, or null. Codes: 1 datum grid cannot be opened, or memory ran out; 2, 3 datum grid header bad or
- * short; 3 "Flattening" missing; 5 file, section or "Projection" missing or unknown; 7 parameters give no usable
- * projection. Code 9 comes with a handle: the geoid grid is missing, and all else works. */
-LATIGO_API GeodesyHandle CreateFileGeodesy(const char* fileName, const char* section);
+ * Returns the handle, or null. Codes: 1 datum grid cannot be opened, or memory ran out; 2, 3 datum grid header out of
+ * range or incomplete; 3 "Flattening" missing or 0; 5 file, section or "Projection" missing or unknown; 7 parameters
+ * define no usable projection. Code 9 accompanies a usable handle: the geoid grid is missing, all else works. */
+LATIGO_API GeodesyHandle LATIGO_CALL CreateFileGeodesy(const char* fileName, const char* section);
 
-/** Makes an object from a record. Gives the handle, or null. Codes, in the order of testing: 3 `InvFlattening` is 0;
- * 4 `Unit` is 0; 5 unknown `Kind`; 7 parameters give no usable projection; 1 memory ran out. */
-LATIGO_API GeodesyHandle CreateGeodesy(const GeodesyParams* params);
+/** Makes an object from a record. Returns the handle, or null. Codes, in the order of testing: 3 `InvFlattening` is 0;
+ * 4 `Unit` is 0; 5 unknown `Kind`; 7 parameters define no usable projection; 1 memory ran out. */
+LATIGO_API GeodesyHandle LATIGO_CALL CreateGeodesy(const GeodesyParams* params);
 
-/** Ends an object and all that it owns. The handle must not be used afterwards. */
-LATIGO_API int32_t DestroyGeodesy(GeodesyHandle handle);
+/** Destroys an object and closes its files. The handle must not be used afterwards. */
+LATIGO_API int32_t LATIGO_CALL DestroyGeodesy(GeodesyHandle handle);
 
-/** Gives the record back, as the object uses it: `InvFlattening` is computed anew and a `ScaleFactor` of 0 is 1.0.
+/** Writes the record as the object uses it: `InvFlattening` is recomputed as 1/f and may differ in the last digit, a
+ * `ScaleFactor` of 0 is 1.0.
  * - ellipsoidName: may be null; LATIGO_ELLIPSOID_NAME_SIZE bytes; empty for an ellipsoid without a name
  * - projectionCode: may be null; LATIGO_PROJECTION_CODE_SIZE bytes; three letters */
-LATIGO_API int32_t GetGeodesyParams(GeodesyHandle handle, GeodesyParams* params, char* ellipsoidName,
-                                    char* projectionCode);
+LATIGO_API int32_t LATIGO_CALL GetGeodesyParams(GeodesyHandle handle, GeodesyParams* params, char* ellipsoidName,
+                                                char* projectionCode);
 
-/** Gives the code that the last call on this thread left, 0 for success or if there was none. */
-LATIGO_API int32_t GetGeodesyError(void);
+/** Returns the code of the last call on this thread, one of `LatigoError`; 0 for success or if there was no call. */
+LATIGO_API int32_t LATIGO_CALL GetGeodesyError(void);
 
-/** Gives the version as 100 * major + minor. */
-LATIGO_API int32_t GetGeodesyVersion(void);
+/** Returns the library's version as 100 * major + minor. */
+LATIGO_API int32_t LATIGO_CALL GetGeodesyVersion(void);
 
-/** Geographic to grid, on the object's datum. Codes: 6 the latitude is a pole that the projection cannot show.
- * On failure x and y are not defined. */
-LATIGO_API int32_t GeoXY(GeodesyHandle handle, double* x, double* y, double latitude, double longitude);
+/** Geographic to grid coordinates, on the object's datum: projection, then local grid.
+ * - latitude: -pi/2 to pi/2, radians
+ * - longitude: radians. Kind 2 wraps the difference from the central meridian into -pi to pi, kind 3 by one turn at
+ *   most; kinds 8 and 12 have the period of a turn. The other kinds use the difference as it stands: keep it within
+ *   -pi to pi.
+ *
+ * Codes: 6 the latitude is a pole that the projection maps to infinity (kinds 1, 2, 3 only; others return values far
+ * away, or NaN, with code 0). After a failure x and y are undefined. */
+LATIGO_API int32_t LATIGO_CALL GeoXY(GeodesyHandle handle, double* x, double* y, double latitude, double longitude);
 
-/** Grid to geographic, on the object's datum. Codes: 10 the position lies beyond the projection's domain; 11 the
- * latitude iteration ran out of steps. On failure latitude and longitude are not defined. */
-LATIGO_API int32_t XYGeo(GeodesyHandle handle, double x, double y, double* latitude, double* longitude);
+/** Grid to geographic coordinates, on the object's datum: local grid, then projection. Kind 2 wraps the longitude into
+ * -pi to pi, kind 3 refuses one outside; the other kinds may return one beyond pi near the 180 degree meridian.
+ *
+ * Codes: 10 the position lies outside the projection's domain (kinds 3, 10); 11 the latitude iteration did not converge
+ * (kinds 1, 6, 7, 10). Outside the domain the other kinds return a wrong position or NaN with code 0. After a failure
+ * latitude and longitude are undefined: one of them may have been written. */
+LATIGO_API int32_t LATIGO_CALL XYGeo(GeodesyHandle handle, double x, double y, double* latitude, double* longitude);
 
-/** Gives the point scale factor k of the projection at its own grid coordinates: x and y are those before any local
- * grid adjustment. Gives 1.0 on failure, which is a valid factor too: read the code. Codes: 10, 11 as for `XYGeo`. */
-LATIGO_API double Scale(GeodesyHandle handle, double x, double y);
+/** Returns the point scale factor k of the projection at its own grid coordinates: x and y are those before any local
+ * grid. Kinds 5, 8, 9 and 11 return 1.0 everywhere; docs/projections.md says what the others include. Returns 1.0 on
+ * failure, which is a valid factor too: test `GetGeodesyError`. Codes: 10 (kinds 3, 10), 11 (kinds 6, 7). */
+LATIGO_API double LATIGO_CALL Scale(GeodesyHandle handle, double x, double y);
 
 /* ---- Datum ---- */
 
-/** Puts the seven values in force and ends a datum grid. A record whose translations and rotations are all 0 shifts
- * nothing, whatever its scale. */
-LATIGO_API int32_t SetEllDiff(GeodesyHandle handle, const EllDiff* diff);
+/** Sets the seven-parameter (Helmert) transformation and closes any datum grid. If all translations and rotations are
+ * 0, conversions change nothing, whatever the scale. */
+LATIGO_API int32_t LATIGO_CALL SetEllDiff(GeodesyHandle handle, const EllDiff* diff);
 
-/** Gives the seven values. With a datum grid in use all are 0 and `DeltaScale` is -1.0. */
-LATIGO_API int32_t GetEllDiff(GeodesyHandle handle, EllDiff* diff);
+/** Writes the seven parameters. With a datum grid set all are 0, except `DeltaScale`, which is -1.0. */
+LATIGO_API int32_t LATIGO_CALL GetEllDiff(GeodesyHandle handle, EllDiff* diff);
 
-/** Puts a datum grid file in force (docs/grid-files.md), or removes it if fileName is null; either ends the seven
- * values. Codes: 1 cannot be opened; 2 header out of range; 3 header short. After a failure there is neither grid nor
- * seven values, but a shift that was in force still carries positions between the ellipsoids. */
-LATIGO_API int32_t SetEllModel(GeodesyHandle handle, const char* fileName);
+/** Sets a datum grid file (docs/grid-files.md), or removes it if fileName is null; either clears the seven parameters.
+ * Codes: 1 the file cannot be opened; 2 header out of range; 3 header incomplete. After a failure the grid and the
+ * parameters are cleared; if a shift was active, conversions still change the ellipsoid, without a shift. */
+LATIGO_API int32_t LATIGO_CALL SetEllModel(GeodesyHandle handle, const char* fileName);
 
-/** Gives the path of the datum grid, or an empty text. At most size - 1 bytes are written (size at least 1), filled up
- * with zeros; a path of size - 1 bytes or more leaves no terminator, so clear the buffer first or make it large. */
-LATIGO_API int32_t GetEllModel(GeodesyHandle handle, char* buffer, int32_t size);
+/** Writes the path of the datum grid, or an empty text. At most size - 1 bytes are written (size at least 1), padded
+ * with zeros; a path of size - 1 bytes or more is cut and has no terminator, so clear the buffer first. */
+LATIGO_API int32_t LATIGO_CALL GetEllModel(GeodesyHandle handle, char* buffer, int32_t size);
 
-/** Moves a position from another ellipsoid to the object's datum by the seven values.
- * - latitude, longitude: read and written, radians
- * - height: read and written, metres; may be null for height 0
+/** Converts a position from another ellipsoid to the object's datum by the seven-parameter transformation.
+ * - latitude, longitude: read and written, radians; results within -pi/2 to pi/2 and -pi to pi
+ * - height: read and written, metres above the ellipsoid; may be null for height 0
  * - a, f: the other ellipsoid: semi-major axis in metres, the flattening itself (not its reciprocal)
  *
- * Changes nothing if no seven values are in force or the two ellipsoids are equal. */
-LATIGO_API int32_t EllConv(GeodesyHandle handle, double* latitude, double* longitude, double* height, double a,
-                           double f);
+ * Changes nothing if no such transformation is active (also with a datum grid) or if a and f equal the object's. */
+LATIGO_API int32_t LATIGO_CALL EllConv(GeodesyHandle handle, double* latitude, double* longitude, double* height,
+                                       double a, double f);
 
-/** Moves a position from the object's datum to another ellipsoid; arguments as for `EllConv`. */
-LATIGO_API int32_t InvEllConv(GeodesyHandle handle, double* latitude, double* longitude, double* height, double a,
-                              double f);
+/** Converts a position from the object's datum to another ellipsoid; arguments as for `EllConv`. */
+LATIGO_API int32_t LATIGO_CALL InvEllConv(GeodesyHandle handle, double* latitude, double* longitude, double* height,
+                                          double a, double f);
 
-/** Moves a WGS-84 position to the object's datum. Latitude, longitude (radians) and height (metres, may be null for
- * height 0) are read and written. Without a shift in force nothing changes. A point outside the datum grid is carried
- * between the ellipsoids unshifted. */
-LATIGO_API int32_t WGS84Conv(GeodesyHandle handle, double* latitude, double* longitude, double* height);
+/** Converts a WGS-84 position to the object's datum, by the seven parameters or the datum grid.
+ * - latitude, longitude: read and written, radians; results within -pi/2 to pi/2 and -pi to pi
+ * - height: read and written, metres above the ellipsoid; may be null for height 0
+ *
+ * Without an active shift nothing changes, even if the ellipsoids differ. A point outside the datum grid, or in a row
+ * that cannot be read, is converted between the ellipsoids without a shift, with code 0. A grid is interpolated at the
+ * given position, so a round trip differs by the change of the grid over one shift. */
+LATIGO_API int32_t LATIGO_CALL WGS84Conv(GeodesyHandle handle, double* latitude, double* longitude, double* height);
 
-/** Moves a position from the object's datum to WGS-84; arguments as for `WGS84Conv`. */
-LATIGO_API int32_t InvWGS84Conv(GeodesyHandle handle, double* latitude, double* longitude, double* height);
+/** Converts a position from the object's datum to WGS-84; arguments as for `WGS84Conv`. */
+LATIGO_API int32_t LATIGO_CALL InvWGS84Conv(GeodesyHandle handle, double* latitude, double* longitude, double* height);
 
-/** Geographic to earth-centred cartesian on the object's ellipsoid; no datum shift. */
-LATIGO_API int32_t GeoECEF(GeodesyHandle handle, double* x, double* y, double* z, double latitude, double longitude,
-                           double height);
+/** Geographic to earth-centred, earth-fixed cartesian coordinates on the object's ellipsoid; no datum shift. Any finite
+ * latitude and longitude will do: only their sines and cosines are used. */
+LATIGO_API int32_t LATIGO_CALL GeoECEF(GeodesyHandle handle, double* x, double* y, double* z, double latitude,
+                                       double longitude, double height);
 
-/** Earth-centred cartesian to geographic on the object's ellipsoid; no datum shift. */
-LATIGO_API int32_t ECEFGeo(GeodesyHandle handle, double x, double y, double z, double* latitude, double* longitude,
-                           double* height);
+/** Earth-centred, earth-fixed cartesian to geographic coordinates on the object's ellipsoid; no datum shift. Latitude
+ * within -pi/2 to pi/2, longitude within -pi to pi; on the polar axis the longitude is 0. */
+LATIGO_API int32_t LATIGO_CALL ECEFGeo(GeodesyHandle handle, double x, double y, double z, double* latitude,
+                                       double* longitude, double* height);
 
 /* ---- Lines ---- */
 
-/** Gives the distance in grid units between two positions on the object's ellipsoid along the great circle, by the
- * mid-latitude formulas of Gauss. The azimuth at the first position towards the second (may be
- * null) is radians, clockwise from north, not normalised. The longitude difference is taken as it stands. Gives 0.0
- * on a null handle. */
-LATIGO_API double GCircLL(GeodesyHandle handle, double latitude1, double longitude1, double latitude2,
-                          double longitude2, double* azimuth);
+/** Returns the distance in grid units between two positions on the object's ellipsoid along the geodesic, by the Gauss
+ * mid-latitude formulas, which are meant for lines of up to some hundred kilometres.
+ * - azimuth: at the first position towards the second, radians, clockwise from north, not normalised; may be null
+ *
+ * The longitude difference is used as it stands: with a difference beyond pi the line runs the long way round. Returns
+ * 0.0 on a null handle. */
+LATIGO_API double LATIGO_CALL GCircLL(GeodesyHandle handle, double latitude1, double longitude1, double latitude2,
+                                      double longitude2, double* azimuth);
 
-/** Gives the distance along the rhumb line; all else as for `GCircLL`. */
-LATIGO_API double RLineLL(GeodesyHandle handle, double latitude1, double longitude1, double latitude2,
-                          double longitude2, double* azimuth);
+/** Returns the distance in grid units along the rhumb line (loxodrome), of any length; the azimuth is constant along
+ * it and lies within -pi to pi. All else as for `GCircLL`. */
+LATIGO_API double LATIGO_CALL RLineLL(GeodesyHandle handle, double latitude1, double longitude1, double latitude2,
+                                      double longitude2, double* azimuth);
 
 /* ---- Heights ---- */
 
-/** Puts a geoid grid file in force, or none if fileName is null, and the constant that is added to every undulation,
- * in the unit of the grid's values. Code 9: the file could not be loaded; then there is no grid, and the constant has
- * its new value. */
-LATIGO_API int32_t SetGeoid(GeodesyHandle handle, const char* fileName, double orthoHCorr);
+/** Sets a geoid grid file, or none if fileName is null, and the constant that is added to every undulation, in the unit
+ * of the grid's values. Code 9: the file could not be loaded; then no grid is set, and the constant has its new
+ * value. */
+LATIGO_API int32_t LATIGO_CALL SetGeoid(GeodesyHandle handle, const char* fileName, double orthoHCorr);
 
-/** Gives the path of the geoid grid, or an empty text, and the constant (orthoHCorr may be null). At most size bytes
- * are written, filled up with zeros; a path of size bytes or more leaves no terminator. */
-LATIGO_API int32_t GetGeoid(GeodesyHandle handle, char* buffer, int32_t size, double* orthoHCorr);
+/** Writes the path of the geoid grid, or an empty text, and the constant (orthoHCorr may be null). At most size bytes
+ * are written, padded with zeros; a path of size bytes or more is cut and has no terminator. */
+LATIGO_API int32_t LATIGO_CALL GetGeoid(GeodesyHandle handle, char* buffer, int32_t size, double* orthoHCorr);
 
-/** Gives the geoid undulation at a point, constant included. Code 8: the point lies outside the grid, and code 13: the
- * grid's rows cannot be read; undulation is then the constant alone. */
-LATIGO_API int32_t Undulation(GeodesyHandle handle, double latitude, double longitude, double* undulation);
+/** Writes the geoid undulation N at a point, constant included: h = H + N for the ellipsoidal height h and the
+ * orthometric height H. Without a grid it is the constant everywhere. A grid that crosses the 180 degree meridian
+ * accepts longitudes from -pi to pi. Codes: 8 the point lies outside the grid, 13 the grid's rows cannot be read;
+ * undulation is then the constant alone. */
+LATIGO_API int32_t LATIGO_CALL Undulation(GeodesyHandle handle, double latitude, double longitude, double* undulation);
 
-/** Converts a horizontal length in place: to metres if direction is not 0, to grid units if it is 0. */
-LATIGO_API int32_t HConvert(GeodesyHandle handle, double* value, uint8_t direction);
+/** Converts a horizontal length in place: with LATIGO_TO_METRES from grid units, with LATIGO_FROM_METRES to them. Any
+ * direction other than 0 is LATIGO_TO_METRES. */
+LATIGO_API int32_t LATIGO_CALL HConvert(GeodesyHandle handle, double* value, uint8_t direction);
 
-/** Converts a vertical length in place: to metres if direction is not 0, to vertical units if it is 0. */
-LATIGO_API int32_t VConvert(GeodesyHandle handle, double* value, uint8_t direction);
+/** Converts a vertical length in place, between metres and vertical units; directions as for `HConvert`. The vertical
+ * unit is that of the configuration file, otherwise the grid unit. */
+LATIGO_API int32_t LATIGO_CALL VConvert(GeodesyHandle handle, double* value, uint8_t direction);
 
 /* ---- Local grid ---- */
 
-/** Replaces the adjustment record as a whole. Code 7: `AdjustScale` is 0, and nothing has changed. */
-LATIGO_API int32_t SetAdjustment(GeodesyHandle handle, const Adjustment* adjustment);
+/** Replaces the adjustment record as a whole. Code 7: `AdjustScale` is 0, and nothing has changed. A similarity also
+ * sets the names of the axes by its flags; other types leave the names as they were. */
+LATIGO_API int32_t LATIGO_CALL SetAdjustment(GeodesyHandle handle, const Adjustment* adjustment);
 
-/** Gives the adjustment record as it was set. */
-LATIGO_API int32_t GetAdjustment(GeodesyHandle handle, Adjustment* adjustment);
+/** Writes the adjustment record as it was set. */
+LATIGO_API int32_t LATIGO_CALL GetAdjustment(GeodesyHandle handle, Adjustment* adjustment);
 
 /* ---- Names ---- */
 
-/** Gives the name of a unit or axis in a language, cut to size - 1 bytes, in Windows-1252.
- * - request: 1 name, 2 plural, 3 short name of the horizontal unit; 4, 5, 6 the same of the vertical unit;
- *   7 word, 8 letter of the first axis; 9, 10 the same of the second
- * - language: "fra", "esp", in any mix of capitals; any other text is English
+/** Writes the name of a unit or axis in a language, cut to size - 1 bytes and terminated, in Windows-1252.
+ * - request: one of `LatigoName`
+ * - language: "fra" or "esp", in any capitals; any other text is English. Abbreviations and letters are the same in all
  *
  * Code 12: unknown request, or a unit that has no name. */
-LATIGO_API int32_t GetLocalName(GeodesyHandle handle, int32_t request, const char* language, char* buffer,
-                                int32_t size);
+LATIGO_API int32_t LATIGO_CALL GetLocalName(GeodesyHandle handle, int32_t request, const char* language, char* buffer,
+                                            int32_t size);
 
 #ifdef __cplusplus
 }
 #endif
 
 /* The layout of the records is part of the interface. */
-#if defined(__cplusplus)
+#if defined(__cplusplus) && __cplusplus >= 201103L
 #define LATIGO_LAYOUT(condition, text) static_assert(condition, text)
 #elif defined(__STDC_VERSION__) && __STDC_VERSION__ >= 201112L
 #define LATIGO_LAYOUT(condition, text) _Static_assert(condition, text)

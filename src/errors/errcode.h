@@ -14,7 +14,7 @@ namespace latigo {
 
 // The failure codes, from resources/errors.def.
 enum ErrorNumber : std::int32_t {
-#define LATIGO_ERROR(name, number, operation, text) name = (number),
+#define LATIGO_ERROR(name, NAME, number, functions, text) name = (number),
 #include "errors.def"
 #undef LATIGO_ERROR
 };

@@ -15,6 +15,11 @@ using latigo::Geodesy;
 
 namespace {
 
+#define LATIGO_ERROR(name, NAME, number, functions, text) \
+  static_assert(LATIGO_ERROR_##NAME == number, "latigo.h has the numbers of the list");
+#include "errors.def"
+#undef LATIGO_ERROR
+
 Geodesy* ObjectOf(GeodesyHandle handle) {
   return reinterpret_cast<Geodesy*>(handle);
 }
@@ -117,7 +122,7 @@ int32_t GetGeodesyError(void) {
 }
 
 int32_t GetGeodesyVersion(void) {
-  return 100 * LATIGO_VERSION_MAJOR + LATIGO_VERSION_MINOR;
+  return LATIGO_VERSION;
 }
 
 int32_t GeoXY(GeodesyHandle handle, double* x, double* y, double latitude, double longitude) {

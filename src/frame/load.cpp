@@ -1,5 +1,7 @@
 // Initialisation when the library is loaded into a process. The static facility of errcode.cpp is constructed before
 // any export can run.
+#include <latigo/latigo.h>
+
 #include "errors/last_error.h"
 #include "errors/log_line.h"
 #include "frame/local_names.h"

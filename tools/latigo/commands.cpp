@@ -142,7 +142,8 @@ int RunEcef(const Options& options) {
 int RunDistance(const Options& options) {
   RequireSection(ConfigFile(options.file), options);
   char unit[16] = "units";
-  GetLocalName(Converter(options).Handle(), 3, "", unit, sizeof unit);  // a unit without a name leaves the word
+  GetLocalName(Converter(options).Handle(), LATIGO_NAME_UNIT_SHORT, "", unit,
+               sizeof unit);  // a unit without a name leaves the word
   return RunPoints(options, {GeographicOrder(options), 2, Third::Used, Distance, ParseTwoPoints, unit});
 }
 

@@ -1,5 +1,7 @@
 #include "config_check.h"
 
+#include <latigo/latigo.h>
+
 #include <algorithm>
 #include <charconv>
 #include <cmath>
@@ -232,12 +234,11 @@ std::string ConfigFile::CheckValue(const Key& key) const {
 
 // What several keys have together.
 std::vector<std::string> ConfigFile::CheckSystem(const Section& section) const {
-  constexpr std::int32_t Sphere = 9;  // reads no parameter
   std::vector<std::string> found;
   const std::string keyword(ValueOf(section, "Projection"));
   const std::int32_t kind = KindOfKeyword(keyword.c_str());
   const double a = NumberOf(section, "SemiMajorAxis");
-  if (kind != 0 && kind != Sphere && !(a > 6.3e6 && a < 6.4e6)) {
+  if (kind != 0 && kind != LATIGO_KIND_MERCATOR_ON_SPHERE && !(a > 6.3e6 && a < 6.4e6)) {
     found.push_back("SemiMajorAxis is read as " + Short(a) + ", which is no size of the earth in metres");
   }
   const double unit = NumberOf(section, "Unit");

@@ -31,22 +31,28 @@ constexpr double Everywhere = 20.1e6;  // half a meridian, and a little
 
 constexpr Reach ReachOf(std::int32_t kind) {
   switch (kind) {
-    case 3:   // transverse Mercator
-    case 11:  // Cassini-Soldner
+    case LATIGO_KIND_TRANSVERSE_MERCATOR:
+    case LATIGO_KIND_CASSINI:
       return {6, 700e3, 10.1e6};
-    case 2:  // Mercator
-    case 9:  // Mercator on a sphere
+    case LATIGO_KIND_MERCATOR:
+    case LATIGO_KIND_MERCATOR_ON_SPHERE:
       return {181, Everywhere, 5 * Everywhere};
-    case 1:   // Lambert conformal conic
-    case 10:  // Albers equal-area conic
+    case LATIGO_KIND_LAMBERT:
+    case LATIGO_KIND_ALBERS:
       return {90, 3e6, 2e6};
-    case 8:  // azimuthal equidistant
+    case LATIGO_KIND_AZIMUTHAL_EQUIDISTANT:
       return {10, 1.1e6, 1.1e6};
-    case 12:  // polar stereographic
+    case LATIGO_KIND_POLAR_STEREOGRAPHIC:
       return {181, Everywhere, Everywhere};
     default:
       return {20, 2.5e6, 2.5e6};
   }
+}
+
+// Whether the coordinates are metres whatever `Unit`.
+constexpr bool IsMetric(std::int32_t kind) {
+  return kind == LATIGO_KIND_OBLIQUE_STEREOGRAPHIC || kind == LATIGO_KIND_MERCATOR_ON_SPHERE ||
+         kind == LATIGO_KIND_POLAR_STEREOGRAPHIC;
 }
 
 double Wrapped(double longitude) {
@@ -67,7 +73,7 @@ Converter::Converter(const Options& options) : options_(options), object_(OpenOr
   GeodesyParams params;
   GetGeodesyParams(Handle(), &params, nullptr, nullptr);
   centralMeridian_ = params.CentralMeridian;
-  metresPerUnit_ = params.Kind == 4 || params.Kind == 9 || params.Kind == 12 ? 1 : params.Unit;  // these are in metres
+  metresPerUnit_ = IsMetric(params.Kind) ? 1 : params.Unit;
   char path[PathSize] = "";
   double constant = 0;
   GetGeoid(Handle(), path, sizeof path, &constant);
@@ -86,7 +92,7 @@ Converter::Converter(const Options& options) : options_(options), object_(OpenOr
   nearLongitude_ = reach.degrees * RadiansPerDegree;
   nearX_ = reach.easting / metresPerUnit_;
   nearY_ = reach.northing / metresPerUnit_;
-  if ((adjustment.AdjustType & 0xFFFFU) != 0) {  // which may turn the axes
+  if ((adjustment.AdjustType & LATIGO_ADJUST_TYPE) != 0) {  // which may turn the axes
     nearX_ = nearY_ = std::min(nearX_, nearY_);
   }
   if (GeoXY(Handle(), &originX_, &originY_, params.RefLatitude, params.CentralMeridian) == 0) {
@@ -137,12 +143,12 @@ bool Converter::ToGridHeight(const PointLine& point, const Position& position, d
   }
   // The undulation of a WGS-84 geoid belongs to the height above WGS-84, before the shift.
   height = (hasGeoid_ && GeoidOnWgs84() ? *point.third : position.h) - undulation;
-  return !hasVerticalUnit_ || result.Call(VConvert(Handle(), &height, 0), "VConvert");
+  return !hasVerticalUnit_ || result.Call(VConvert(Handle(), &height, LATIGO_FROM_METRES), "VConvert");
 }
 
 bool Converter::FromGridHeight(const PointLine& point, Position& position, Result& result) const {
   double height = point.third.value_or(0);
-  if (hasVerticalUnit_ && !result.Call(VConvert(Handle(), &height, 1), "VConvert")) {
+  if (hasVerticalUnit_ && !result.Call(VConvert(Handle(), &height, LATIGO_TO_METRES), "VConvert")) {
     return false;
   }
   const bool withGeoid = hasGeoid_ && point.third;

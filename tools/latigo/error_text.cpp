@@ -13,7 +13,7 @@ struct Meaning {
 };
 
 constexpr Meaning Meanings[] = {
-#define LATIGO_ERROR(name, number, functions, text) {number, functions, text},
+#define LATIGO_ERROR(name, NAME, number, functions, text) {number, functions, text},
 #include "errors.def"
 #undef LATIGO_ERROR
 };

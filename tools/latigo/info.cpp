@@ -70,12 +70,15 @@ void PrintNames(GeodesyHandle handle, const std::string& language) {
   const auto name = [&](std::int32_t request) { return LocalName(handle, request, language); };
   double unit = 1;
   double vertical = 1;
-  HConvert(handle, &unit, 1);
-  VConvert(handle, &vertical, 1);
-  std::printf("  unit            %s, %s (%s), %.12g m\n", name(1).c_str(), name(2).c_str(), name(3).c_str(), unit);
-  std::printf("  vertical unit   %s, %s (%s), %.12g m\n", name(4).c_str(), name(5).c_str(), name(6).c_str(), vertical);
-  std::printf("  axes            %s (%s), %s (%s)\n", name(7).c_str(), name(8).c_str(), name(9).c_str(),
-              name(10).c_str());
+  HConvert(handle, &unit, LATIGO_TO_METRES);
+  VConvert(handle, &vertical, LATIGO_TO_METRES);
+  std::printf("  unit            %s, %s (%s), %.12g m\n", name(LATIGO_NAME_UNIT).c_str(),
+              name(LATIGO_NAME_UNITS).c_str(), name(LATIGO_NAME_UNIT_SHORT).c_str(), unit);
+  std::printf("  vertical unit   %s, %s (%s), %.12g m\n", name(LATIGO_NAME_VERTICAL_UNIT).c_str(),
+              name(LATIGO_NAME_VERTICAL_UNITS).c_str(), name(LATIGO_NAME_VERTICAL_UNIT_SHORT).c_str(), vertical);
+  std::printf("  axes            %s (%s), %s (%s)\n", name(LATIGO_NAME_FIRST_AXIS).c_str(),
+              name(LATIGO_NAME_FIRST_AXIS_LETTER).c_str(), name(LATIGO_NAME_SECOND_AXIS).c_str(),
+              name(LATIGO_NAME_SECOND_AXIS_LETTER).c_str());
 }
 
 void PrintDatum(GeodesyHandle handle) {
@@ -100,14 +103,14 @@ void PrintDatum(GeodesyHandle handle) {
 void PrintAdjustment(GeodesyHandle handle) {
   Adjustment a;
   GetAdjustment(handle, &a);
-  const std::uint32_t type = a.AdjustType & 0xFFFFU;
-  if (type == 0) {
+  const std::uint32_t type = a.AdjustType & LATIGO_ADJUST_TYPE;
+  if (type == LATIGO_ADJUST_NONE) {
     std::printf("  local grid      none\n");
-  } else if (type != 1) {
+  } else if (type != LATIGO_ADJUST_SIMILARITY) {
     std::printf("  local grid      type %u: %s\n", static_cast<unsigned>(type),
-                type <= 3    ? "fixed polynomial grid"
-                : type <= 16 ? "fixed quadratic grid in chains"
-                             : "does nothing");
+                type <= LATIGO_ADJUST_POLYNOMIAL_7 ? "fixed polynomial grid"
+                : type <= LATIGO_ADJUST_CHAINS_16  ? "fixed quadratic grid in chains"
+                                                   : "does nothing");
   } else {
     std::printf("  local grid      similarity about %.12g, %.12g: turn %.10g degrees, scale %.12g,\n", a.AdjustOrigX,
                 a.AdjustOrigY, Degrees(a.AdjustRotation), a.AdjustScale);

@@ -246,7 +246,7 @@ std::string WriteGrid(const std::string& folder, int values) {
 
 int Main(const Library& one, const Library& other, const std::string& folder, long points, std::uint64_t seed) {
   Run run(one, other, points, seed);
-  for (std::int32_t kind = 1; kind <= 12; ++kind) {
+  for (std::int32_t kind = LATIGO_KIND_LAMBERT; kind <= LATIGO_KIND_POLAR_STEREOGRAPHIC; ++kind) {
     for (const Subject& subject : Conversions) {
       for (const double extent : Extents) {
         run.Compare(
