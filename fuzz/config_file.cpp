@@ -24,13 +24,13 @@ constexpr std::int32_t BufferSize = 4096;
 // The names of a list written by a call: well formed within its size, nothing written after it. The last may be cut.
 Names Listed(std::int32_t size, bool characters, auto call) {
   std::string buffer(BufferSize, Guard);
-  const auto told = static_cast<std::size_t>(call(buffer.data())), room = static_cast<std::size_t>(size);
+  const auto result = static_cast<std::size_t>(call(buffer.data())), room = static_cast<std::size_t>(size);
   REQUIRE(buffer.find_first_not_of(Guard, room) == buffer.npos && (buffer[0] != '\0' || buffer[1] == '\0'));
   Names names;
   std::size_t place = 0;
   for (; buffer[place] != '\0'; place += names.back().size() + 1) { names.emplace_back(buffer.c_str() + place); }
   REQUIRE(place < room);
-  REQUIRE(characters ? told == place || (told == room - 2 && place >= room - 2) : told == names.size());
+  REQUIRE(characters ? result == place || (result == room - 2 && place >= room - 2) : result == names.size());
   return names;
 }
 

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Completes sections of a file whose names are hostile: nothing in them runs, and what is inserted reads back as the name.
+# Completes section names with special characters: nothing in them is executed, and the inserted text is read as the name.
 #   tests/completion.sh latigo.bash
 set -euo pipefail
 completion=$(realpath "$1")
@@ -10,7 +10,7 @@ names=('a$(touch ran)b' 'a`touch ran`b' 'a b' "a'b" 'a"b' 'a*' 'a?[x]' 'a;touch 
 { printf '[%s]\n' "${names[@]}" && printf 'Key=[a]\n  [ other ]  ; comment\r\n'; } >'my file.ini'
 touch a-file-that-a-glob-would-find
 
-# offered WORD   lists what completes it, a line each
+# offered WORD   lists its completions, one per line
 offered() {
   COMP_WORDS=(latigo info 'my\ file.ini' -s "$1") COMP_CWORD=4
   _latigo

@@ -1,8 +1,8 @@
-"""What the pages show works.   doc_blocks.py PROJECT BUILD CC CXX
+"""Runs the examples in the documents.   doc_blocks.py PROJECT BUILD CC CXX
 
-C and C++ blocks are compiled and run; one without main() is the body of one in which `grid` is an object of the National
-Grid. A block of text behind them is what they print, as for Python, which finds the library in the build folder. Blocks of ini are described by the command-line program, and lines
-behind a $ run in turn, printing what stands below them.
+C and C++ blocks are compiled and run; a block without main() is the body of a function in which `grid` is an object of the
+National Grid. A text block that follows is the expected output, also of Python blocks, which load the library from the build
+folder. The command-line program describes ini blocks. Lines that begin with $ are commands, followed by their output.
 """
 import glob, os, re, subprocess, sys, tempfile
 

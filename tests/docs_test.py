@@ -1,12 +1,12 @@
-"""The reference pages and the tables that they stand for say the same.   docs_test.py PROJECT"""
+"""The reference pages agree with the tables in the source.   docs_test.py PROJECT"""
 import re, sys
 
 root = sys.argv[1]
 read = lambda name: open(f"{root}/{name}", encoding="utf-8").read()
 
 keys = re.findall(r'^ +\{"(\w+)", +(?:PARAMS|DIFF|ADJUST|OTHER)', read("src/frame/config_keys.cpp"), re.M)
-told = re.findall(r"^\| `(\w+)` \|", read("docs/configuration.md").split("## Projections")[0], re.M)
-assert len(keys) == 32 and sorted(keys) == sorted(told), set(keys) ^ set(told)
+listed = re.findall(r"^\| `(\w+)` \|", read("docs/configuration.md").split("## Projections")[0], re.M)
+assert len(keys) == 32 and sorted(keys) == sorted(listed), set(keys) ^ set(listed)
 
 errors = re.findall(r'LATIGO_ERROR\(\w+, \w+, (\d+), "(.*?)", "(.*?)"\)', read("resources/errors.def"))
 rows = re.findall(r"^\| (\d+) \| (.*?) \| (.*?)(?:[:;].*)? \|$", read("docs/errors.md").split("## What")[0], re.M)

@@ -11,12 +11,12 @@ using support::Lines;
 
 class ErrcodeTest : public support::Scratch {};
 
-TEST_F(ErrcodeTest, AnUnreadValueIsLoggedAndThrownAsItsSeverityAsks) {
+TEST_F(ErrcodeTest, AnUnreadValueIsLoggedAndThrownAccordingToItsSeverity) {
   for (std::int16_t severity = -1; severity <= 5; ++severity) {
     SCOPED_TRACE(severity);
     std::int32_t caught = 0;
     try {
-      errcode(0, severity);  // success and a value that is read die in silence
+      errcode(0, severity);  // success and values that were read are not reported
       errcode(7, severity).code();
       errcode(42, severity);
     } catch (errcode& failure) { caught = failure.code(); }
@@ -25,7 +25,7 @@ TEST_F(ErrcodeTest, AnUnreadValueIsLoggedAndThrownAsItsSeverityAsks) {
   }
 }
 
-TEST_F(ErrcodeTest, ACopyTakesTheDutyOver) {
+TEST_F(ErrcodeTest, CopyingTransfersTheObligationToReport) {
   errcode source(7, 4);
   {
     errcode copy(source);
@@ -43,7 +43,7 @@ TEST_F(ErrcodeTest, AssignmentReportsThePendingTargetFirst) {
   EXPECT_EQ(Log(), Lines{"Log --- Error 5"});
   EXPECT_EQ(source.code(), 6) << "the source keeps its duty when the target throws";
 
-  // A value that was thrown from is as good as new when another is assigned to it.
+  // A value that has been thrown can be assigned again and is then pending.
   errcode used(3, 4);
   EXPECT_THROW(DefaultFacility->report(used), errcode);
   errcode fresh(4, 4);
@@ -79,7 +79,7 @@ TEST_F(ErrcodeTest, AValueThrownDirectlyIsStillPendingWhenCaughtAndOneOfTheFacil
   EXPECT_EQ(Log(), Lines{});
 }
 
-TEST_F(ErrcodeTest, FacilitiesHaveNamesAndJudgeTheirOwnValues) {
+TEST_F(ErrcodeTest, FacilitiesHaveNamesAndReportTheirOwnValues) {
   struct Silent : errfacility {
     using errfacility::errfacility;
     void report(errcode&) override { ++reports; }

@@ -5,13 +5,13 @@ set -euo pipefail
 library=$1
 list=$2
 
-# The headers of the file, read where they can be.
+# Reads the headers of the file if possible.
 headers=$(objdump -p "$library")
 field() { awk "/$1/ { print \$NF }" <<<"$headers"; }
 
 if [[ $library == *.dll ]]; then
   diff <(sed -n '/^Export Address Table/,$ s/.*+base\[ *\([0-9]*\)\].*Export RVA/\1/p' <<<"$headers") <(awk '{ print $1 }' "$list")
-  # Names by their places in the table, which begins with the ordinal of its base.
+  # Names by their index in the table, which starts with the base ordinal.
   diff <(sed -n '/^\[Ordinal\/Name Pointer\] Table/,/^$/ s/^\t\[ *\([0-9]*\)\] /\1 /p' <<<"$headers") \
     <(awk '{ print $1 - 1, $2 }' "$list")
   diff <(field '^Ordinal Base') <(echo 1)

@@ -1,6 +1,5 @@
-// What the library allocates: nothing on the road of a point. And what it makes of memory that runs out and of files
-// that cannot be read: a code, and no exception. The functions below are those of the whole process, the library's
-// included.
+// Converting a point allocates nothing. Exhausted memory and files that cannot be read are codes, not exceptions. The
+// functions below replace those of the whole process, including the library.
 #include <atomic>
 #include <cstdio>
 #include <new>
@@ -33,16 +32,16 @@ void* Allocate(std::size_t size) {
 std::atomic<long> Operations = 0;        // reads of grid files
 std::atomic<long> FailOperationAt = -1;  // likewise
 std::atomic<std::size_t> BytesRead = 0;
-std::atomic<bool> Interrupted = false;  // every other read is interrupted, the rest give seven bytes at most
+std::atomic<bool> Interrupted = false;  // every other read is interrupted, the rest return at most seven bytes
 
 bool OperationFails() { return Operations++ == FailOperationAt; }
 
 }  // namespace
 
 #if defined(_WIN32)
-// The linker leads the library's calls here. The library is part of this program, and is not told that it is loaded.
+// The linker redirects the library's calls. The library is part of this program, so its load function does not run.
 #if defined(__i386__)
-#pragma GCC diagnostic ignored "-Wattributes"  // a member's convention for a function that is none
+#pragma GCC diagnostic ignored "-Wattributes"  // a member function's calling convention for another function
 #define MEMBER __attribute__((thiscall))
 #else
 #define MEMBER
@@ -81,7 +80,7 @@ using namespace support;
 
 class FailureTest : public Scratch {
  protected:
-  // Makes each allocation of the call fail in turn, until the call succeeds with none failing.
+  // Lets each allocation of the call fail in turn, until the call succeeds without a failure.
   static void FailEachIn(const std::function<bool()>& call) {
     bool done = false;
     for (long i = 0; !done; ++i) {
@@ -98,7 +97,7 @@ class FailureTest : public Scratch {
   }
 };
 
-TEST_F(FailureTest, TheRoadOfAPointAllocatesNothing) {
+TEST_F(FailureTest, ConvertingAPointAllocatesNothing) {
   const std::string datum = Write("datum", Grid{.nz = 2}.Bytes());
   const std::string geoid = Write("geoid", Grid{}.Bytes());
   for (const std::string& system : Systems()) {
@@ -125,11 +124,11 @@ TEST_F(FailureTest, TheRoadOfAPointAllocatesNothing) {
   }
 }
 
-TEST_F(FailureTest, EveryFileOperationThatFailsIsToldAndLeavesTheObjectUsable) {
+TEST_F(FailureTest, EveryFailedFileOperationIsReportedAndLeavesTheObjectUsable) {
   const std::string datum = Write("datum", Grid{.nz = 2}.Bytes());
   const std::string geoid = Write("geoid", Grid{}.Bytes());
   const double latitude = Rad(50.1), longitude = Rad(10.1);
-  // Reading the header, looking at the length, reading two rows; and nothing fails.
+  // Failures of reading the header, the length, and two rows; and no failure.
   const std::vector<std::array<std::int32_t, 3>> codes = {{9, 0, 0}, {0, 13, 13}, {0, 13, 0}, {0, 0, 0}};
   for (std::size_t i = 0; i < codes.size(); ++i) {
     const Object object = Open("Clarke");
@@ -157,7 +156,7 @@ TEST_F(FailureTest, EveryFileOperationThatFailsIsToldAndLeavesTheObjectUsable) {
   }
 }
 
-TEST_F(FailureTest, GridsCutOffAtAnyLengthOrReplacedWhileOpenGiveACodeOrTheirValues) {
+TEST_F(FailureTest, TruncatedGridsAndGridsReplacedWhileOpenReturnACodeOrTheirValues) {
   const std::string whole = Grid{}.Bytes();  // four records of 96 bytes
   for (std::size_t length = 90; length <= whole.size(); ++length) {
     const std::string path = Write("cut", whole.substr(0, length));
@@ -178,7 +177,7 @@ TEST_F(FailureTest, GridsCutOffAtAnyLengthOrReplacedWhileOpenGiveACodeOrTheirVal
 
 TEST_F(FailureTest, RowsInMemoryAreNotReadAgain) {
   const std::string geoid = Write("geoid", Grid{.nr = 9}.Bytes());
-  // A point in the middle between two rows or on the last one, the records read for it, and whether that fails.
+  // A point midway between two rows or on the last row, the records read for it, and whether that fails.
   const struct {
     double row;
     int col;
@@ -204,7 +203,7 @@ TEST_F(FailureTest, RowsInMemoryAreNotReadAgain) {
 }
 
 #if !defined(_WIN32)
-TEST_F(FailureTest, AChildProcessReadsTheSameGridBesideItsParent) {
+TEST_F(FailureTest, AChildProcessReadsTheSameGridConcurrentlyWithItsParent) {
   const Object object = Make(Utm31());
   ASSERT_EQ(SetGeoid(object.get(), Write("geoid", Grid{.nr = 9}.Bytes()).c_str(), 0), 1);
   const pid_t child = fork();
@@ -220,7 +219,7 @@ TEST_F(FailureTest, AChildProcessReadsTheSameGridBesideItsParent) {
   EXPECT_EQ(status + wrong, 0);
 }
 
-TEST_F(FailureTest, AThreadThatIsCancelledEndsAfterTheCallAndNotInsideIt) {
+TEST_F(FailureTest, ACancelledThreadEndsAfterTheCallAndNotInsideIt) {
   const std::string grid = Write("grid", Grid{.nz = 2}.Bytes()), geoid = Write("geoid", Grid{}.Bytes());
   std::vector<std::int32_t> codes;
   bool survived = false;
@@ -266,7 +265,7 @@ TEST_F(FailureTest, FilesMayHaveTheDescriptorOfStandardInput) {
 }
 #endif
 
-TEST_F(FailureTest, EveryAllocationThatFailsEndsInCodeOne) {
+TEST_F(FailureTest, EveryFailedAllocationIsCodeOne) {
   FailEachIn([] {
     const GeodesyParams params = Utm31();
     return Object(CreateGeodesy(&params)) != nullptr;

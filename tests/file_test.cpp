@@ -1,4 +1,4 @@
-// What tables cannot say of objects from files: the locale of the host, and paths that are copied to buffers.
+// Objects from files, where tables do not suffice: the host's locale, and paths copied to buffers.
 #include <clocale>
 #include <latigo/latigo.hpp>
 
@@ -43,8 +43,8 @@ TEST_F(FileTest, PathsAreCopiedUpToTheBufferOrOneByteLess) {
   EXPECT_EQ(text, geoid + std::string(3, '\0') + "#");
 }
 
-#if !defined(_WIN32)  // There, no path is as long.
-TEST_F(FileTest, TheClassGivesPathsOfAnyLengthWhole) {
+#if !defined(_WIN32)  // where no path is as long
+TEST_F(FileTest, TheClassCopiesPathsOfAnyLengthCompletely) {
   Write("g", Grid{.nz = 1}.Bytes());
   Write("d", Grid{.nz = 2}.Bytes());
   namespace api = latigo::api;
@@ -63,7 +63,7 @@ TEST_F(FileTest, TheClassGivesPathsOfAnyLengthWhole) {
 #endif
 
 #if !defined(_WIN32)
-TEST_F(FileTest, GridFilesLieInTheDatumFolderAndNowhereElse) {
+TEST_F(FileTest, GridFilesAreOpenedInTheDatumFolderOnly) {
   std::ofstream(InstallDirectory() + "/outside", std::ios::binary) << Grid{.nz = 2}.Bytes();
   for (const auto& [key, code] : {std::pair{"DynDatum", 1}, {"Geoid", 9}}) {
     const std::string text = "[Geodesy]\nProjection=UTM\nSemiMajorAxis=6378137\nFlattening=298\n" + std::string(key);

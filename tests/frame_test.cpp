@@ -1,4 +1,4 @@
-// The frame that all exports share: handles, codes, log lines, threads.
+// Common behaviour of the exports: handles, codes, log lines, threads.
 #include <thread>
 
 #include "support.h"
@@ -9,7 +9,7 @@ using namespace support;
 
 class FrameTest : public Scratch {};
 
-TEST_F(FrameTest, TheLastInstanceIsLoggedEachTimeNoneIsLeft) {
+TEST_F(FrameTest, DestroyingTheLastObjectIsLoggedEachTime) {
   Object first = Make(Utm31());
   Object second = Make(Utm31());
   first.reset();
@@ -20,7 +20,7 @@ TEST_F(FrameTest, TheLastInstanceIsLoggedEachTimeNoneIsLeft) {
   EXPECT_EQ(Log(), Lines{"LATIGO - last instance"});
 }
 
-TEST_F(FrameTest, ThreadsWithObjectsOfTheirOwnDoNotMeet) {
+TEST_F(FrameTest, ThreadsWithTheirOwnObjectsAreIndependent) {
   const std::string grid = Write("grid", Grid{}.Bytes());
   const Lines systems = Systems();
   const auto work = [&](double* last) {

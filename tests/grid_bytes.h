@@ -1,4 +1,4 @@
-// The bytes of a grid file, made on the spot.
+// The bytes of a grid file.
 #pragma once
 
 #include <algorithm>
@@ -9,8 +9,8 @@
 
 namespace support {
 
-// 3 rows of 23 columns, so that a record just holds the header. The value of a node comes from a function of row,
-// column and index.
+// 3 rows of 23 columns, the smallest records that can contain the header. The values are a function of row, column and
+// index.
 struct Grid {
   std::int32_t nz = 1, nc = 23, nr = 3;
   float west = 10, lonstep = 0.25F, south = 50, latstep = 0.25F;

@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
-# What the linked files themselves say of the protection they were built with.   hardening.sh ARCHIVE LIBRARY [PROGRAM]
+# Checks the hardening of the linked files.   hardening.sh ARCHIVE LIBRARY [PROGRAM]
 set -euo pipefail
 archive=$1
 shift
 fail() { echo "$1: $2" >&2 && exit 1; }
 
-# Branch targets and shadow stacks are marked in every object of ours.
+# Every object file is marked for branch targets and shadow stacks.
 objects=$(ar t "$archive" | wc -l)
 marked=$(readelf -nW "$archive" | grep -c 'x86 feature:.*IBT, SHSTK') || true
 ((objects > 0 && marked == objects)) || fail "$archive" "$marked of $objects objects are marked for IBT and SHSTK"

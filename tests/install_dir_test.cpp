@@ -7,7 +7,8 @@
 namespace latigo {
 namespace {
 
-// What is found with these values in a registry of the test's own; null for no key. Once a process, since it is kept.
+// The directory found with these values in a registry of the test's own; null for no key. Once per process, since the
+// result is kept.
 std::string FoundWith(const char* first, const char* second) {
   constexpr const char* Own = "Software\\LATIGO test";
   HKEY machine = nullptr;
@@ -28,7 +29,7 @@ std::string FoundWith(const char* first, const char* second) {
   return found == GetInstallDir(nullptr) || found.empty() ? found : "not kept";
 }
 
-TEST(InstallDirTest, TheRegistryIsLookedUpBeforeTheEnvironmentAndTheFirstKeyBeforeTheSecond) {
+TEST(InstallDirTest, TheRegistryPrecedesTheEnvironmentAndTheFirstKeyTheSecond) {
   for (const auto& [first, second, expected] :
        std::vector<std::tuple<const char*, const char*, std::string>>{{"F:\\first", "S:\\second", "F:\\first"},
                                                                       {nullptr, "S:\\second", "S:\\second"},

@@ -10,7 +10,7 @@ using support::Rad;
 
 class InterpFileTest : public support::Scratch {};
 
-// The first value at a point, or minus the code.
+// The first value at a point, or the negative code.
 double Value(InterpFile& file, double latitude, double longitude) {
   double value = 77;
   std::int32_t count = 77;
@@ -20,7 +20,7 @@ double Value(InterpFile& file, double latitude, double longitude) {
   return code == 0 ? value : -code;
 }
 
-TEST_F(InterpFileTest, ResultsDoNotDependOnWhatWasAskedBefore) {
+TEST_F(InterpFileTest, ResultsDoNotDependOnEarlierLookups) {
   Grid grid;
   grid.nz = 2;
   grid.value = [](int row, int col, int i) { return static_cast<float>(7 * row * row - 5 * col + 100 * i); };
@@ -38,7 +38,7 @@ TEST_F(InterpFileTest, ResultsDoNotDependOnWhatWasAskedBefore) {
   }
 }
 
-TEST_F(InterpFileTest, TheMagicIgnoresCapitalsAndNothingOfTheFileBeforeStays) {
+TEST_F(InterpFileTest, TheMagicIgnoresCaseAndOpeningDropsThePreviousFile) {
   Grid grid;
   grid.magic = "TideWrak";
   InterpFile file(Write("grid", grid.Bytes()).c_str(), false);
@@ -56,7 +56,7 @@ TEST_F(InterpFileTest, TheMagicIgnoresCapitalsAndNothingOfTheFileBeforeStays) {
   EXPECT_EQ(Value(file, Rad(50), Rad(10)), 7) << "nothing of the file before stays";
 }
 
-TEST_F(InterpFileTest, ReversedLatticesMirrorTheirLimitsOnly) {
+TEST_F(InterpFileTest, ReverseMirrorsOnlyTheLimitsOfTheLattice) {
   InterpFile file(Write("grid", Grid{}.Bytes()).c_str(), true);
   EXPECT_NEAR(Value(file, Rad(50), Rad(-15.5)), 0, 1e-10) << "column 0 lies at the new western limit";
   EXPECT_NEAR(Value(file, Rad(50), Rad(-15.25)), 10, 1e-10);

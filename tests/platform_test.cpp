@@ -1,4 +1,4 @@
-// The layer over the operating system.
+// The platform layer.
 #include "platform/platform.h"
 
 #include <thread>
@@ -17,8 +17,8 @@ constexpr const char* Device = "/dev/zero";
 
 class PlatformTest : public support::Scratch {};
 
-#if !defined(_WIN32)  // There, these are the system's own.
-TEST_F(PlatformTest, SlotsStartAtNothingInEveryThread) {
+#if !defined(_WIN32)  // where these are the system's own
+TEST_F(PlatformTest, SlotsStartAtNullInEveryThread) {
   const DWORD slot = TlsAlloc();
   int mine = 0;
   EXPECT_EQ(TlsGetValue(slot), nullptr);
@@ -59,7 +59,7 @@ TEST_F(PlatformTest, PathsOfGridFilesHaveRoomFor255Characters) {
 }
 #endif
 
-TEST_F(PlatformTest, BackslashesAreSlashesAndOnlyRegularFilesOpen) {
+TEST_F(PlatformTest, BackslashesAreReadAsSlashesAndOnlyRegularFilesOpen) {
   std::filesystem::create_directory(Path("folder"));
   Write("folder/file", "bytes");
   latigo::InputFile file;

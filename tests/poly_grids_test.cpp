@@ -1,4 +1,4 @@
-// The fixed local grids, by their own functions.
+// The fixed local grids, tested by their functions.
 #include "adjust/poly_grids.h"
 
 #include "tables.h"
@@ -25,7 +25,7 @@ void ExpectRoundTrips(std::uint32_t type, const support::Row& row) {
   EXPECT_GT(largest, limit / 4) << "the claim is far too weak";
 }
 
-TEST(PolyGridsTest, EveryCoefficientCounts) {
+TEST(PolyGridsTest, EveryCoefficientIsUsed) {
   for (const support::Row& row : support::ReadTable("poly_grids")) {
     SCOPED_TRACE(row.place);
     const auto type = static_cast<std::uint32_t>(std::stoi(row.arguments.at(0)));
@@ -34,7 +34,7 @@ TEST(PolyGridsTest, EveryCoefficientCounts) {
       ExpectRoundTrips(type, row);
       continue;
     }
-    // A chain grid gives the same ground position in any unit.
+    // A grid in chains has the same results in metres with any unit.
     for (const double scale : {1.0, type <= 3 ? 1.0 : Chain}) {
       double x = support::ToNumber(row.arguments.at(1)) * scale;
       double y = support::ToNumber(row.arguments.at(2)) * scale;
@@ -43,7 +43,7 @@ TEST(PolyGridsTest, EveryCoefficientCounts) {
       } else {
         (forward ? ChainGridForward : ChainGridInverse)(type, Chain / scale, x, y);
       }
-      const double tolerance = scale == 1 ? 5e-16 : 1e-14;  // of the value
+      const double tolerance = scale == 1 ? 5e-16 : 1e-14;  // relative
       const double toX = support::ToNumber(row.expected.at(0).text) * scale;
       const double toY = support::ToNumber(row.expected.at(1).text) * scale;
       EXPECT_NEAR(x, toX, tolerance * std::fabs(toX));

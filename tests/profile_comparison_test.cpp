@@ -1,5 +1,5 @@
-// The rules for profile files that hold elsewhere than on Windows, beside the system's own functions on odd files.
-// docs/windows.md lists the differences that are kept, which this test leaves out.
+// The profile file functions of src/platform/posix compared with those of Windows, on unusual files. docs/windows.md
+// lists the intended differences, which this test omits.
 #include "platform/platform.h"
 #include "platform/posix/profile_file.h"
 #include "support.h"
@@ -9,8 +9,7 @@ namespace {
 
 class ProfileComparisonTest : public support::Scratch {};
 
-// What a function gives and writes into a buffer of a size, up to the NUL behind the text; and its count in a large
-// one.
+// The result of a function and its text in a buffer of a size, up to the final NUL; and the result with a large buffer.
 template <typename Function>
 std::pair<std::string, std::uint32_t> Given(std::uint32_t size, Function function) {
   std::string buffer(2000, '#');
@@ -20,14 +19,14 @@ std::pair<std::string, std::uint32_t> Given(std::uint32_t size, Function functio
   return {std::to_string(count) + " " + buffer.substr(0, size == 0 ? 1 : count + 1), whole};
 }
 
-// A key without a name, or a section's name with blanks around.
+// A key without a name, or a section's name with surrounding blanks.
 bool IsKeptDifference(std::string_view bytes, const ProfileLine& line) {
   const std::string_view whole = bytes.substr(line.begin, line.end - line.begin);
   return line.is == ProfileLine::Is::Section ? whole.find("[" + std::string(line.name) + "]") == std::string::npos
                                              : line.is == ProfileLine::Is::Key && line.name.empty();
 }
 
-TEST_F(ProfileComparisonTest, OddFilesGiveTheSameTextsAndCounts) {
+TEST_F(ProfileComparisonTest, UnusualFilesHaveTheSameTextsAndCounts) {
   const std::string longValue = "\nk=\"" + std::string(900, 'x');
   const std::string parts[] = {
       "\n",   "\n",  "\r\n", "\r",   "[", "]", "=", " ",  "\t",   "\"",   "'",    ";",          "S",      "[S]\n",
@@ -42,7 +41,8 @@ TEST_F(ProfileComparisonTest, OddFilesGiveTheSameTextsAndCounts) {
     for (ProfileLine line; lines.Next(line);) { kept = kept || IsKeptDifference(bytes, line); }
     if (kept) { continue; }
     ++compared;
-    const std::string file = Write("file" + std::to_string(i) + ".ini", bytes);  // files of a name would be remembered
+    const std::string file =
+        Write("file" + std::to_string(i) + ".ini", bytes);  // a file of the same name would be cached
     for (const std::uint32_t size : {2000, 900, 0, 1, 2, 3, 4, 5, 6, 7, 8, 9}) {
       const auto compare = [&](bool list, auto ours, auto real) {
         const auto [expected, whole] = Given(size, real);

@@ -1,4 +1,4 @@
-// Profile files, and the numbers in them.
+// Profile files and their numbers.
 #include "frame/profile.h"
 
 #include <algorithm>
@@ -26,7 +26,7 @@ class ProfileTest : public support::Scratch {
   }
 };
 
-TEST_F(ProfileTest, ValuesAreFoundInFilesAsPeopleWriteThem) {
+TEST_F(ProfileTest, ValuesAreFoundWithBlanksQuotesCommentsAndAnyCase) {
   // clang-format off
   for (const auto& [bytes, expected] :
        {std::pair{"[S]\nk=v\n", "v"}, {"[S]\nk=v", "v"}, {"[S]\r\nk=v\r\n", "v"}, {"\xEF\xBB\xBF[S]\nk=v\n", "v"},
@@ -42,15 +42,15 @@ TEST_F(ProfileTest, ValuesAreFoundInFilesAsPeopleWriteThem) {
   }
 }
 
-#if !defined(_WIN32)  // There, these are the system's own.
-// A list of names as the services give it, with '|' for NUL.
+#if !defined(_WIN32)  // where these are the system's own
+// A list of names as written by the services, with '|' for NUL.
 std::string Shown(const char* list, std::size_t size) {
   std::string text(list, size);
   std::replace(text.begin(), text.end(), '\0', '|');
   return text;
 }
 
-TEST_F(ProfileTest, WhatIsNoRegularFileOfOrdinarySizeHasNoValues) {
+TEST_F(ProfileTest, IrregularAndOversizedFilesHaveNoValues) {
   std::filesystem::create_directory(Path("folder"));
   std::filesystem::resize_file(Write("huge.ini", "[S]\nk=v\n"), 20 << 20);
   for (const std::string& name : {Path("nothing"), Path("folder"), std::string("/dev/zero"), Path("huge.ini")}) {
@@ -65,7 +65,7 @@ TEST_F(ProfileTest, WhatIsNoRegularFileOfOrdinarySizeHasNoValues) {
   EXPECT_TRUE(File("[S]\nlong=" + megabytes + "\nk=v\n").HasKey("k", "S"));
 }
 
-TEST_F(ProfileTest, TextsAndListsAreCutToAnyBuffer) {
+TEST_F(ProfileTest, TextsAndListsAreCutToTheBuffer) {
   const Profile profile(Write("file.ini", "[One]\n;c=1\nab=xyz\ncde=\n[Two]\n[]\n").c_str());
   char buffer[40];
   EXPECT_EQ(profile.ListKeys(buffer, sizeof buffer, "one"), 2);
@@ -84,7 +84,7 @@ TEST_F(ProfileTest, TextsAndListsAreCutToAnyBuffer) {
   }
 }
 
-TEST_F(ProfileTest, WhatCannotBeReadOrMayNotBeWrittenIsNotReplaced) {
+TEST_F(ProfileTest, UnreadableAndWriteProtectedFilesAreNotReplaced) {
   const bool root = geteuid() == 0;
   std::filesystem::permissions(Path(""), std::filesystem::perms(0777));
   const std::string file = Write("file.ini", "[S]\nk=1\n");
@@ -100,7 +100,7 @@ TEST_F(ProfileTest, WhatCannotBeReadOrMayNotBeWrittenIsNotReplaced) {
     EXPECT_EQ(Profile(own.c_str()).WriteString("k", "2", "S"), writes) << mode;
     EXPECT_EQ(std::filesystem::file_size(own), 8);
   }
-  // A file of another owner, of the caller's group and of another group, becomes the caller's, and lets nobody do more.
+  // A file of another owner, with the caller's or another group, becomes the caller's; nobody gets more access.
   for (const auto& [group, mode, kept] : {std::tuple{0, 06660, 0660}, {4712, 06676, 0666}}) {
     if (!root) { break; }
     EXPECT_EQ(seteuid(0) + chown(file.c_str(), 4711, static_cast<gid_t>(group)), 0);
@@ -148,7 +148,7 @@ TEST_F(ProfileTest, WritingKeepsTheOtherLines) {
   EXPECT_EQ(Bytes(), "[S]\nk=2\n");
   EXPECT_EQ(std::filesystem::status(Path("file.ini")).permissions(), std::filesystem::perms(0640));
   EXPECT_TRUE(std::filesystem::remove(Path("link")) && std::filesystem::exists(Path("file.ini")));
-  // A file system that is full.
+  // A full file system.
   std::signal(SIGXFSZ, SIG_IGN);
   rlimit sizes{};
   getrlimit(RLIMIT_FSIZE, &sizes);
@@ -163,7 +163,7 @@ TEST_F(ProfileTest, WritingKeepsTheOtherLines) {
 
 #endif
 
-TEST_F(ProfileTest, SectionsAreCopiedInPlaceOfTheOldOnesAndFilesGoIfAsked) {
+TEST_F(ProfileTest, CopiedSectionsReplaceOldOnesAndFilesAreDeletedOnRequest) {
   const Profile source(Write("source.ini", "[S]\na=1\nb=" + std::string(300, 'x') + "\n").c_str());
   {
     Profile target(Write("file.ini", "[T]\nold=1\n[U]\n").c_str());
@@ -179,7 +179,7 @@ TEST_F(ProfileTest, SectionsAreCopiedInPlaceOfTheOldOnesAndFilesGoIfAsked) {
   EXPECT_TRUE(std::filesystem::exists(Path("source.ini")));
 }
 
-TEST_F(ProfileTest, NumbersAndBooleansCountTheFirst79Characters) {
+TEST_F(ProfileTest, NumbersAndBooleansUseTheFirst79Characters) {
   const Profile profile(Write("file.ini", "[S]\nlong=" + std::string(78, '0') +
                                               "123\non=ON\nyes=yEs\none= 1 \nx=1x\ntwo=2\nno=off\nempty=\n")
                             .c_str());
@@ -193,8 +193,8 @@ TEST_F(ProfileTest, NumbersAndBooleansCountTheFirst79Characters) {
   EXPECT_TRUE(profile.GetBool("empty", "S", true));
 }
 
-// strtod and atoi of the C library, in the C locale, say what is right.
-TEST(CNumbersTest, NumbersAreReadAsInTheCLocaleWhateverTheHostHasSet) {
+// The reference is strtod and atoi of the C library, in the C locale.
+TEST(CNumbersTest, NumbersAreReadAsInTheCLocaleInEveryLocale) {
   for (const char* text :
        {"0",      "1.5", "-2.25e2", "+3",       " \t 4", "1,5",  "1.5abc", "abc", "",     "-",     "+-5",
         "--5",    "-x",  "-0x",     ".5",       "5.",    ".",    "1e",     "1e+", "1e5",  "1e400", "-1e400",

@@ -1,7 +1,7 @@
-"""Two builds of the command-line program say the same on all examples, and nearly the same with all digits.
+"""Compares the output of two builds of the command-line program: equal on all examples, nearly equal with all digits.
 same_output.py PROJECT PROGRAM -- EMULATOR... PROGRAM
 
-Prints how many numbers differ, and where they differ most: relative to the number, or to 1 if it is smaller."""
+Prints how many numbers differ, and the largest difference: relative to the number, or to 1 if it is smaller."""
 import glob, os, re, subprocess, sys
 
 os.chdir(sys.argv[1] + "/examples")
@@ -42,7 +42,7 @@ for path in sorted(glob.glob("*.pts")):
     compare(["inverse", *named], grid)
     compare(["scale", *named, path])
     compare(["ecef", system, "-s", section, path])
-    # And a lattice of 400 points 10 km apart around the first, to all digits.
+    # All digits of a lattice of 400 points 10 km apart around the first.
     x, y = (float(word) for word in re.search(r"^[^#].*$", grid, re.M)[0].split()[:2])
     lattice = "".join(f"{x + (i % 20 - 10) * 1e4} {y + (i // 20 - 10) * 1e4}\n" for i in range(400))
     compare(["forward", *named, "--precision", "9"], compare(["inverse", *named, "--precision", "15"], lattice))

@@ -1,4 +1,4 @@
-// What the tests share: records of known systems, grid files made on the spot, the log, and a temporary directory.
+// Shared by the tests: records of known systems, grid files, the log, and a temporary directory.
 #pragma once
 
 #include <gtest/gtest.h>
@@ -46,7 +46,7 @@ inline Object Make(const GeodesyParams& params) {
   return object;
 }
 
-// The object of a section of claims/systems.ini, and the names of them all.
+// The object of a section of claims/systems.ini, and the names of all sections.
 inline Object Open(const std::string& system) {
   Object object(CreateFileGeodesy(LATIGO_CLAIMS "/systems.ini", system.c_str()));
   EXPECT_TRUE(object) << system << " gave code " << GetGeodesyError();
@@ -64,17 +64,17 @@ inline std::vector<std::string> Systems() {
 #if defined(_WIN32)
 inline constexpr const char* GermanLocale = "German_Germany.1252";
 
-// An empty value takes the variable away.
+// An empty value removes the variable.
 inline void SetEnvironment(const char* name, const std::string& value) { _putenv_s(name, value.c_str()); }
 
-// Debug output reaches handlers of the process before it goes to a debugger; this one keeps the library's in the tests'
-// file. GoogleTest writes there too.
+// Handlers of the process receive debug output before a debugger does; this one appends the library's lines to the
+// tests' file. GoogleTest writes debug output too.
 inline LONG CALLBACK KeepDebugOutput(EXCEPTION_POINTERS* event) {
   const EXCEPTION_RECORD& record = *event->ExceptionRecord;
   const char* path = std::getenv("LATIGO_DEBUG_OUTPUT");
   if (record.ExceptionCode != DBG_PRINTEXCEPTION_C || path == nullptr) { return EXCEPTION_CONTINUE_SEARCH; }
   const char* text = reinterpret_cast<const char*>(record.ExceptionInformation[1]);
-  if (std::FILE* file = text[0] == '[' ? std::fopen(path, "ab") : nullptr) {  // nothing here allocates by new
+  if (std::FILE* file = text[0] == '[' ? std::fopen(path, "ab") : nullptr) {  // no allocation by new
     std::fputs(text, file);
     std::fclose(file);
   }
@@ -89,7 +89,7 @@ inline void SetEnvironment(const char* name, const std::string& value) {
 }
 #endif
 
-// A new directory for files that do not last.
+// A new temporary directory.
 inline std::string MakeDirectory() {
   std::random_device random;
   std::filesystem::path directory;
@@ -99,7 +99,7 @@ inline std::string MakeDirectory() {
   return directory.string();
 }
 
-// The install directory. The library finds it once and keeps it, so that one serves the whole program.
+// The install directory. The library finds it once and keeps it, so there is one for the whole program.
 inline const std::string& InstallDirectory() {
   static const struct Made {
     std::string path = MakeDirectory();
@@ -126,8 +126,8 @@ inline int LogQuestions = 0;
 }  // namespace support
 
 #if !defined(_WIN32)
-// The library asks for the file when it is loaded, before any code of the program can set the environment. So the
-// program itself answers, and a library that asked getenv would get no answer.
+// The library reads the variable when it is loaded, before any code of the program can set the environment. So the
+// program replaces the function; a library that called getenv would find nothing.
 extern "C" [[gnu::visibility("default"), gnu::used]] inline char* secure_getenv(const char* name) noexcept {
   if (std::strcmp(name, "LATIGO_DEBUG_OUTPUT") != 0) { return std::getenv(name); }
   ++support::LogQuestions;
@@ -137,7 +137,7 @@ extern "C" [[gnu::visibility("default"), gnu::used]] inline char* secure_getenv(
 
 namespace support {
 
-// A directory that goes with the test, and what the library logs meanwhile.
+// A directory removed with the test, and the lines that the library logs during the test.
 class Scratch : public testing::Test {
  protected:
   Scratch() {
@@ -158,7 +158,7 @@ class Scratch : public testing::Test {
     return Path(name);
   }
 
-  // The log lines since the last call, without the thread id in front; an empty line separates none of them.
+  // The log lines since the last call, without the thread id.
   std::vector<std::string> Log() const {
     std::ifstream file(LogPath());
     std::vector<std::string> lines;

@@ -1,5 +1,5 @@
-// What becomes of configuration files, profile files and the log when system calls fail, are interrupted or yield less
-// than they were asked for. The linker leads the library's calls here.
+// Configuration files, profile files and the log when system calls fail, are interrupted or transfer less than
+// requested. The linker redirects the library's calls to the functions below.
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
@@ -25,7 +25,7 @@ time_t Now = 5;
 std::size_t Allocated = 0;  // bytes
 const bool Loaded = (latigo::AllocateLastError(), true);
 
-// Calls of rank 0 only fail, those of rank 1 may be interrupted, those of rank 2 may also yield less.
+// Calls of rank 0 can only fail, those of rank 1 also be interrupted, those of rank 2 also transfer less.
 bool Fails(int rank) {
   if ((Fault == EINTR && rank < 1) || (Fault == Less && rank < 2) || Calls++ != FailAt) { return false; }
   errno = Fault;
@@ -88,7 +88,8 @@ class SystemCallTest : public support::Scratch {
   const std::string plain_ =
       "[Geodesy]\nProjection=UTM\nSemiMajorAxis=6378137\nFlattening=298\nFalseEasting=500000\nfalseeasting=7";
 
-  // Makes the nth call in turn fail, and calls; until no call is left that could. Gives how often the call failed.
+  // Lets the first, second, third... system call of an operation fail, until none is left. Returns how often the
+  // operation failed.
   template <typename Call>
   static int Failures(int fault, Call call) {
     int failures = 0, free = dup(0), reached = 1;
@@ -112,7 +113,7 @@ class SystemCallTest : public support::Scratch {
     return failures;
   }
 
-  // With every file that the call opens as descriptor 0, and none left there.
+  // Runs the operation with descriptor 0 free, so that its files are opened as 0; none may remain open.
   template <typename Call>
   static bool AsDescriptor0(Call call) {
     const int input = dup(0);
@@ -131,7 +132,7 @@ class SystemCallTest : public support::Scratch {
   }
 };
 
-TEST_F(SystemCallTest, AConfigurationFileIsReadWholeAndOnceOrNotAtAll) {
+TEST_F(SystemCallTest, AConfigurationFileIsReadOnceAndCompletelyOrNotAtAll) {
   const std::string file = Write("file.ini", plain_);
   const auto make = [&] {
     Opens = 0;
@@ -152,7 +153,7 @@ TEST_F(SystemCallTest, AConfigurationFileIsReadWholeAndOnceOrNotAtAll) {
   EXPECT_TRUE(AsDescriptor0(make));
 }
 
-TEST_F(SystemCallTest, SixteenMegabytesOfShortLinesTakeTheirSizeInMemory) {
+TEST_F(SystemCallTest, SixteenMegabytesOfShortLinesNeedNoMoreMemoryThanTheirSize) {
   std::string bytes = plain_;
   while (bytes.size() < (16 << 20) - 5) { bytes += "\na=1"; }
   const std::string file = Write("file.ini", bytes + "\n");
@@ -161,7 +162,7 @@ TEST_F(SystemCallTest, SixteenMegabytesOfShortLinesTakeTheirSizeInMemory) {
   EXPECT_LT(Allocated, bytes.size() * 5 / 4);
 }
 
-TEST_F(SystemCallTest, AProfileFileIsTheOldOneOrTheNewOneWhateverFails) {
+TEST_F(SystemCallTest, AfterAnyFailureAProfileFileIsTheOldOneOrTheNewOne) {
   const std::string file = Path("file.ini"), before = "[S]\nk=1\n", after = "[S]\nk=2\n";
   Profile profile(file.c_str());
   const auto write = [&] {
@@ -191,7 +192,7 @@ TEST_F(SystemCallTest, AProfileFileIsTheOldOneOrTheNewOneWhateverFails) {
   OneByteAtOnce = false;
 }
 
-TEST_F(SystemCallTest, TheLogIsARegularFileThatWasNamedBeforeTheFirstLine) {
+TEST_F(SystemCallTest, TheLogIsARegularFileNamedBeforeTheFirstLine) {
   const auto log = [] {
     errno = 1234;
     LogLine("line");
@@ -218,8 +219,8 @@ TEST_F(SystemCallTest, TheLogIsARegularFileThatWasNamedBeforeTheFirstLine) {
   EXPECT_EQ(support::LogQuestions, 1);
 }
 
-TEST(LogTest, ADebuggerIsLookedForOnceInASecond) {
-  testing::FLAGS_gtest_death_test_style = "threadsafe";  // a program that has written no line
+TEST(LogTest, TheDebuggerCheckRunsOncePerSecond) {
+  testing::FLAGS_gtest_death_test_style = "threadsafe";  // in a program that has not yet written a line
   const auto log = [] {
     support::LogHasFile = false;
     Opens = 0;

@@ -1,10 +1,10 @@
-"""Runs the command-line program as transcripts/*.txt tell.   run.py [EMULATOR...] PROGRAM"""
+"""Runs the command-line program and compares it with transcripts/*.txt.   run.py [EMULATOR...] PROGRAM"""
 import glob, os, re, select, struct, subprocess, sys, tempfile
 
 program = [*sys.argv[1:-1], os.path.realpath(sys.argv[-1])]
 os.chdir(os.path.dirname(os.path.realpath(__file__)))
 
-# Grid files with faults: a header cut, one of zeros, and one of 2 rows of 3 nodes whose last row is cut.
+# Faulty grid files: a truncated header, a header of zeros, and 2 rows of 3 nodes whose last row is truncated.
 install = tempfile.TemporaryDirectory()
 os.environ["TWI_BATHYX"] = install.name
 os.mkdir(install.name + "/datum")
@@ -22,15 +22,15 @@ count = 0
 for path in sorted(glob.glob("*.txt")):
     for case in re.split(r"^\$", open(path, encoding="utf-8").read(), flags=re.M)[1:]:
         command, *lines = case.split("\n")
-        told = {mark: [line[2:] for line in lines if line[:1] == mark] for mark in "<>!?"}
-        status, output, messages = run(command.split(), "\n".join(told["<"]))
+        parts = {mark: [line[2:] for line in lines if line[:1] == mark] for mark in "<>!?"}
+        status, output, messages = run(command.split(), "\n".join(parts["<"]))
         shown = (path, command, output, messages)
-        assert status == int((told["?"] or ["0"])[0]), (status, *shown)
-        expected = "".join(line + "\n" for line in told[">"])
-        # Of what info tells of many sections only the beginning stands in the transcript.
+        assert status == int((parts["?"] or ["0"])[0]), (status, *shown)
+        expected = "".join(line + "\n" for line in parts[">"])
+        # For many sections the transcript has only the beginning of the output of info.
         assert output.startswith(expected) if command.startswith(" info") else output == expected, shown
-        assert len(messages.splitlines()) == len(told["!"]) or command.startswith(" info"), shown
-        for line, part in zip(messages.splitlines(), told["!"]):
+        assert len(messages.splitlines()) == len(parts["!"]) or command.startswith(" info"), shown
+        for line, part in zip(messages.splitlines(), parts["!"]):
             assert part in line, (part, line)
         count += 1
 assert count > 30, count
@@ -52,7 +52,7 @@ if len(sys.argv) == 2:  # grids that a section names lie in the install folder
         for name, more in ("grids", "Geoid=g.dat\nVertUnit=0.5\nDynDatum=d.dat"), ("short", "DynDatum=short.dat"):
             open(f"{folder}/{name}.ini", "w").write(f"[Geodesy]{system}{more}\n")
         forward = ["forward", f"{folder}/grids.ini", "--wgs84"]
-        # 40 m below 100 m above WGS-84, in half metres; the ellipsoid of the datum lies 100 sin(52) lower there.
+        # 100 m above WGS-84 less an undulation of 40 m, in half metres; the datum's ellipsoid is 100 sin(52) m lower there.
         for more, height in ([], "120.0000"), (["--geoid-on-datum"], "277."):
             status, output, messages = run([*forward, *more], "52 5 100.0")
             assert status == 0 and output.split()[2].startswith(height) and messages == "", (output, messages)
@@ -68,7 +68,7 @@ if len(sys.argv) == 2:  # grids that a section names lie in the install folder
         short = run(["forward", f"{folder}/short.ini", "--wgs84"], "51.5 5\n53.5 5")
         assert short[0] == 1 and short[1].endswith("\n* *\n") and "cannot be read" in short[2], short
 
-    # What the files before a missing one gave is printed, and a finished block while input is awaited.
+    # The output of the files before a missing one is printed, and complete blocks while the program waits for input.
     with tempfile.NamedTemporaryFile("w", suffix=".txt") as points:
         points.write("52 5\n" * 50000)
         points.flush()
@@ -85,7 +85,7 @@ if len(sys.argv) == 2:  # grids that a section names lie in the install folder
             command = [*program, "forward", "systems.ini", "--jobs", jobs]
             assert subprocess.run(command, input=b"52 5\n", stdout=full, stderr=-3).returncode == 2
 
-# Threads keep the order of lines and messages, and a line beyond the limit is a failed point in its place.
+# Threads keep the order of lines and messages, and an overlong line is a failed point in its place.
 lines = [f"{i % 91}.5 {i % 7} p{i}" for i in range(60000)]
 lines[30000] = "x" * 1500000
 one, three = (run(["forward", "systems.ini", "--jobs", jobs], "\n".join(lines)) for jobs in ("1", "3"))
@@ -101,12 +101,12 @@ if os.path.exists("/dev/full"):
             done = subprocess.run([*program, *command.split()], input=b"52 5\n", stdout=full, stderr=subprocess.PIPE)
         assert done.returncode == 2 and b"standard output: " in done.stderr, (command, done)
 
-# A configuration file that is none is reported as what it is, never waited for; one with many sections is searched whole.
+# A configuration file that is not a regular file is reported and never blocks; a file with many sections is searched completely.
 if len(program) == 1:  # Windows has none in its folders
     os.mkfifo(install.name + "/fifo")
     assert run(["info", install.name + "/fifo"], "")[2].endswith("fifo: is not a regular file\n")
 assert run(["info", "."], "")[2].endswith(": is a directory\n")
-# Each section of a large file is opened as what it is, though not from the file itself.
+# Each section of a large file is opened correctly, though from a copy.
 system = "Projection=SMERC\nFlattening=298\nFalseEasting="
 open(install.name + "/many.ini", "w").write("".join(f"[S{i}]\n{system}{i}\n[S{i}]\n{system}9\n" for i in range(700)))
 status, output, messages = run(["info", install.name + "/many.ini"] if len(program) == 1 else ["--version"], "")
