@@ -22,7 +22,7 @@ constexpr char Upper(char c) {
   return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
 }
 
-// Takes one of the marks from the front of the text.
+// Removes one of the marks from the front of the text.
 template <typename... Marks>
 bool Take(std::string_view& text, Marks... marks) {
   for (const std::string_view mark : {std::string_view(marks)...}) {
@@ -34,7 +34,7 @@ bool Take(std::string_view& text, Marks... marks) {
   return false;
 }
 
-// Takes digits with or without a fraction, no sign and no exponent.
+// Reads digits with or without a fraction, without sign and exponent.
 bool TakeDigits(std::string_view& text, double& value, bool& whole) {
   if (text.empty() || (!IsDigit(text.front()) && text.front() != '.')) {
     return false;
@@ -50,7 +50,7 @@ bool TakeDigits(std::string_view& text, double& value, bool& whole) {
   return true;
 }
 
-// Degrees, and minutes and seconds if there are any.
+// Degrees, optionally with minutes and seconds.
 const char* TakeSexagesimal(std::string_view& text, double& degrees) {
   constexpr const char* NoNumber = "not a number";
   bool whole = false;
@@ -107,7 +107,7 @@ Parsed ParseAngle(std::string_view text, Axis axis) {
   if (const char* fault = TakeSexagesimal(text, degrees); fault != nullptr) {
     return {0, fault};
   }
-  if (text.size() > 1 && Upper(text.front()) == 'E') {  // an exponent, no hemisphere
+  if (text.size() > 1 && Upper(text.front()) == 'E') {  // an exponent, not a hemisphere
     const Parsed number = ParseNumber(unsignedText);
     degrees = number.fault == nullptr ? number.value : degrees;
     text.remove_prefix(number.fault == nullptr ? text.size() : 0);
@@ -120,12 +120,12 @@ Parsed ParseAngle(std::string_view text, Axis axis) {
       return {0, axis == Axis::Latitude ? "not a latitude" : "not a longitude"};
     }
     if (hasSign) {
-      return {0, "a sign and a hemisphere letter"};
+      return {0, "both a sign and a hemisphere letter"};
     }
     negative = letter == negativeLetter;
   }
   if (degrees > (axis == Axis::Latitude ? 90 : 360)) {
-    return {0, axis == Axis::Latitude ? "a latitude beyond 90 degrees" : "a longitude beyond 360 degrees"};
+    return {0, axis == Axis::Latitude ? "a latitude above 90 degrees" : "a longitude above 360 degrees"};
   }
   return {negative ? -degrees : degrees, nullptr};
 }

@@ -1,4 +1,4 @@
-// Angles as people write them, in degrees.
+// Notations of angles in degrees.
 #pragma once
 
 #include <string_view>
@@ -7,7 +7,7 @@ namespace latigo::cli {
 
 enum class Axis { Latitude, Longitude, Azimuth };
 
-// A parsed number, or the reason why the text is none.
+// A parsed number, or the reason why the text is not a number.
 struct Parsed {
   double value = 0;
   const char* fault = nullptr;  // null for success
@@ -16,12 +16,12 @@ struct Parsed {
 // A whole text that is a finite number with a decimal point.
 Parsed ParseNumber(std::string_view text);
 
-// Decimal degrees, or degrees, minutes and seconds: 52.5, -1.5, 52:30:00N, 52:30.5, 52°30'00"N, 1e-05. Either a sign or
-// a hemisphere letter behind. Latitudes up to 90 degrees, longitudes up to 360.
+// Decimal degrees, or degrees, minutes and seconds: 52.5, -1.5, 52:30:00N, 52:30.5, 52°30'00"N, 1e-05. Either a sign
+// before it or a hemisphere letter after it. Latitudes up to 90 degrees, longitudes up to 360.
 Parsed ParseAngle(std::string_view text, Axis axis);
 
-// Writes an angle of no more than a turn as D:MM:SS.sss, with the hemisphere letter but for azimuths, rounded as a
-// whole so that no 60 appears. Gives the end of the text; a buffer of 64 characters is enough.
+// Writes an angle of at most 360 degrees as D:MM:SS.sss, with a hemisphere letter except for azimuths. It is rounded as
+// a whole, so 60 seconds do not occur. Returns the end of the text; a buffer of 64 characters is enough.
 char* WriteDms(char* buffer, double degrees, Axis axis, int precision);
 
 }  // namespace latigo::cli

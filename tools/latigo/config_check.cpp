@@ -75,7 +75,7 @@ bool IsOneOf(std::string_view text, std::initializer_list<std::string_view> word
   return std::any_of(words.begin(), words.end(), [&](std::string_view word) { return EqualIgnoringCase(text, word); });
 }
 
-// The letters to insert, remove or change between two names, ignoring case.
+// The number of letters to insert, remove or change between two names, ignoring case.
 std::size_t Distance(std::string_view from, std::string_view to) {
   std::vector<std::size_t> row(to.size() + 1);
   std::iota(row.begin(), row.end(), 0U);
@@ -129,7 +129,7 @@ ConfigFile::ConfigFile(const std::string& path) : path_(path), bytes_(ReadFile(p
   ProfileLines lines(bytes_);
   ProfileLine line;
   std::size_t number = 0;
-  std::size_t current = SIZE_MAX;  // no section, or one that is not read
+  std::size_t current = SIZE_MAX;  // for no section, or one that is not read
   while (lines.Next(line)) {
     ++number;
     if (line.is == ProfileLine::Is::Section && !line.name.empty()) {
@@ -191,7 +191,7 @@ std::string ConfigFile::CheckValue(const Key& key) const {
     const auto nearest = std::min_element(keys.begin(), keys.end(), [&](const ConfigKey& l, const ConfigKey& r) {
       return Distance(key.name, l.name) < Distance(key.name, r.name);
     });
-    return "nobody reads the key " + std::string(key.name) + "; the nearest known key is " + nearest->name;
+    return "the key " + std::string(key.name) + " is unknown; the nearest known key is " + nearest->name;
   }
   const std::string value(*key.value);
   if (value.empty()) {
@@ -221,25 +221,25 @@ std::string ConfigFile::CheckValue(const Key& key) const {
   }
   const double limit = known->kind == ValueKind::Latitude ? 90 : known->kind == ValueKind::Longitude ? 180 : 360;
   if (angle && !(std::fabs(number) <= limit)) {
-    return entry + " is beyond " + Short(limit) + " degrees";
+    return entry + " is not between -" + Short(limit) + " and " + Short(limit) + " degrees";
   }
   if (known->kind == ValueKind::Factor && number != 0 && !(number >= 0.5 && number <= 2)) {
     return entry + " is not between 0.5 and 2";
   }
   if (known->kind == ValueKind::Reciprocal && number != 0 && !(number >= 1)) {
-    return entry + " is below 1, but it is the reciprocal flattening 1/f that is read";
+    return entry + " is below 1, but the key is the reciprocal flattening 1/f";
   }
   return {};
 }
 
-// What several keys have together.
+// Checks of several keys together.
 std::vector<std::string> ConfigFile::CheckSystem(const Section& section) const {
   std::vector<std::string> found;
   const std::string keyword(ValueOf(section, "Projection"));
   const std::int32_t kind = KindOfKeyword(keyword.c_str());
   const double a = NumberOf(section, "SemiMajorAxis");
   if (kind != 0 && kind != LATIGO_KIND_MERCATOR_ON_SPHERE && !(a > 6.3e6 && a < 6.4e6)) {
-    found.push_back("SemiMajorAxis is read as " + Short(a) + ", which is no size of the earth in metres");
+    found.push_back("SemiMajorAxis is read as " + Short(a) + ", which is not a semi-major axis of the earth in metres");
   }
   const double unit = NumberOf(section, "Unit");
   const double easting = NumberOf(section, "FalseEasting");

@@ -1,4 +1,4 @@
-// What a configuration file has that is probably not meant as the library reads it.
+// Checks a configuration file for entries that the library probably does not read as intended.
 #pragma once
 
 #include <cstddef>
@@ -13,7 +13,7 @@ namespace latigo::cli {
 // A configuration file in memory, read as the library reads it.
 class ConfigFile {
  public:
-  // Throws UsageError if the file cannot be read: it is missing, no regular file, or too large.
+  // Throws UsageError if the file cannot be read: it is missing, not a regular file, or too large.
   explicit ConfigFile(const std::string& path);
   ConfigFile(const ConfigFile&) = delete;
   ConfigFile& operator=(const ConfigFile&) = delete;
@@ -29,13 +29,13 @@ class ConfigFile {
   std::string_view TextOf(std::string_view section) const;
   std::size_t Size() const { return bytes_.size(); }
 
-  // Of a section by its name: one line of text for each cause, with file, line, section, key and what is read.
+  // The warnings of a section: one line of text each, with file, line, section, key and the value read.
   std::vector<std::string> Warnings(std::string_view name) const;
 
  private:
   struct Key {
     std::string_view name;
-    std::optional<std::string_view> value;  // nothing for a line without =
+    std::optional<std::string_view> value;  // empty for a line without =
     std::size_t line;
   };
   struct Section {
@@ -43,7 +43,7 @@ class ConfigFile {
     std::size_t line;
     std::size_t begin, end;  // of its text
     std::vector<Key> keys;
-    std::vector<std::size_t> again;  // lines of further sections of the name, which are not read
+    std::vector<std::size_t> again;  // lines of further sections with this name, which are not read
   };
 
   static std::string Folded(std::string_view name);

@@ -17,7 +17,7 @@ namespace {
 constexpr std::size_t ReadSize = 1 << 18;
 constexpr std::size_t LongestLine = 1 << 20;
 
-// Reads what is there, without waiting for more; 0 at the end, negative for a failure.
+// Reads the available bytes without waiting for more; 0 at the end, negative for a failure.
 long ReadSome(std::FILE* file, char* buffer, std::size_t size) {
 #if defined(_WIN32)
   return _read(_fileno(file), buffer, static_cast<unsigned>(size));
@@ -65,7 +65,7 @@ bool BlockReader::ReadMore(std::string& bytes) {
   return more > 0;
 }
 
-// Leaves what follows the line in `bytes`.
+// Leaves the text after the line in `bytes`.
 void BlockReader::SkipLine(std::string& bytes) {
   do {
     bytes.clear();

@@ -9,14 +9,15 @@
 
 namespace latigo::cli {
 
-// Whole lines of a file. The last one may lack its end.
+// Complete lines of a file. The last one may lack its line end.
 struct Block {
   std::string bytes;
   std::size_t firstLine = 1;  // number of the first line in the file
-  bool cut = false;           // the block is the beginning of one line beyond the limit of length
+  bool cut = false;           // the block is the beginning of one overlong line
 };
 
-// Takes the next line, without its end (LF or CRLF), from the front of the text; false if the text is empty.
+// Removes the next line from the front of the text and returns it without its end (LF or CRLF); false if the text is
+// empty.
 bool NextLine(std::string_view& text, std::string_view& line);
 
 class BlockReader {
@@ -24,8 +25,8 @@ class BlockReader {
   // Reads a file, or standard input for "-". Throws UsageError if the file cannot be read.
   explicit BlockReader(const std::string& path);
 
-  // Gives what is there as soon as it holds a whole line; false at the end of the file.
-  // The mark of UTF-8 in front of the first line is left out.
+  // Returns the available text as soon as it has a complete line; false at the end of the file. A UTF-8 mark before the
+  // first line is skipped.
   bool Next(Block& block);
 
   const std::string& Name() const { return name_; }
@@ -35,7 +36,7 @@ class BlockReader {
     void operator()(std::FILE* file) const;
   };
 
-  // Appends what can be read at once; false at the end of the file.
+  // Appends what can be read without blocking again; false at the end of the file.
   bool ReadMore(std::string& bytes);
   void SkipLine(std::string& bytes);
   bool NextBlock(Block& block);

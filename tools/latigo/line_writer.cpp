@@ -20,7 +20,7 @@ void Writer::Number(double value, int precision) {
   Text(number);
 }
 
-// By a whole number of units of the last digit, which is right unless the value lies too near to the middle of two.
+// Uses a whole number of units of the last digit, which is correct unless the value is too close to a midpoint.
 bool Writer::ShortNumber(double value, int precision) {
   constexpr double PowersOfTen[] = {1, 1e1, 1e2, 1e3, 1e4, 1e5, 1e6, 1e7, 1e8, 1e9, 1e10, 1e11, 1e12};
   if (precision >= static_cast<int>(std::size(PowersOfTen))) {
@@ -33,7 +33,7 @@ bool Writer::ShortNumber(double value, int precision) {
     return false;
   }
   const auto units = static_cast<std::uint64_t>(below) + (fraction > 0.5 ? 1 : 0);
-  char digits[32] = "0000000000000";  // so many zeros may stand in front of the units, which are up to 15 digits
+  char digits[32] = "0000000000000";  // leading zeros for units of at most 15 digits
   const auto whole = static_cast<std::size_t>(precision) + 1;
   char* first = digits + whole;
   const char* const end = std::to_chars(first, digits + sizeof digits, units).ptr;

@@ -8,7 +8,7 @@
 
 namespace latigo::cli {
 
-// Collects text.
+// A buffer of text.
 class Writer {
  public:
   void Text(std::string_view text) { text_.append(text); }
@@ -20,7 +20,7 @@ class Writer {
   const std::string& Written() const { return text_; }
 
  private:
-  // For numbers of ordinary size; false, and nothing is written, for others.
+  // For numbers of ordinary size; returns false and writes nothing for others.
   bool ShortNumber(double value, int precision);
 
   std::string text_;

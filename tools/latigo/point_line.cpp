@@ -26,14 +26,14 @@ std::string_view TrimRight(std::string_view text) {
   return text;
 }
 
-// Walks the fields of a line; what is left begins with the separator.
+// Iterates over the fields of a line; the rest begins with the separator.
 class Fields {
  public:
   Fields(std::string_view line, Separation separation) : left_(TrimLeft(line)) {
     if (separation == Separation::Auto) {
       const auto* const end = std::find_if(left_.begin(), left_.end(), [](char c) { return IsBlank(c) || c == ','; });
-      const std::string_view behind = TrimLeft({end, left_.end()});
-      separator_ = behind.starts_with(',') ? ',' : BlankOf({end, behind.begin()});
+      const std::string_view next = TrimLeft({end, left_.end()});
+      separator_ = next.starts_with(',') ? ',' : BlankOf({end, next.begin()});
     } else if (separation == Separation::Blank) {
       const auto* const end = std::find_if(left_.begin(), left_.end(), IsBlank);
       separator_ = BlankOf({end, TrimLeft({end, left_.end()}).begin()});
@@ -67,7 +67,7 @@ class Fields {
 
   std::string_view left_;
   char separator_ = ' ';
-  bool single_ = false;  // each separator ends a field, else a run of blanks does
+  bool single_ = false;  // each separator ends a field; else each run of blanks
   bool begun_ = false;
 };
 
@@ -75,7 +75,7 @@ bool IsWhole(std::string_view field) {
   return !field.empty() && field.find_first_not_of("+-0123456789") == std::string_view::npos;
 }
 
-// A text that was meant as a number, though it is none.
+// A text that was probably intended as a number, but is not one.
 bool LooksLikeNumber(std::string_view field) {
   const auto is = [field](std::string_view word) { return EqualIgnoringCase(field, word); };
   return (!field.empty() && field.find_first_not_of("+-0123456789.,") == std::string_view::npos &&
@@ -83,7 +83,7 @@ bool LooksLikeNumber(std::string_view field) {
          is("nan") || is("inf") || is("-inf") || is("infinity");
 }
 
-// A height, if the next field is one.
+// Reads a height, if the next field is one.
 void ParseThird(Fields& fields, PointLine& point) {
   Fields ahead = fields;
   const std::string_view field = ahead.Next();
@@ -116,11 +116,12 @@ PointLine ParsePointLine(std::string_view line, Order order, Separation separati
   point.separator = fields.Separator();
   point.rest = point.restWithThird = fields.Left();
   if (second.empty()) {
-    point.fault = "a field too few";
+    point.fault = "a field is missing";
     return point;
   }
   if (tight && IsWhole(first) && IsWhole(second)) {
-    point.fault = "a comma between whole numbers could be a decimal comma: write a point, or a blank behind the comma";
+    point.fault =
+        "a comma between whole numbers could be a decimal comma: write a decimal point, or a blank after the comma";
     return point;
   }
   Parsed one;

@@ -1,4 +1,4 @@
-// A line of a points file: two coordinates, perhaps a height, and anything else.
+// A line of a points file: two coordinates, optionally a height, and further text.
 #pragma once
 
 #include <optional>
@@ -8,33 +8,33 @@
 
 namespace latigo::cli {
 
-// What the first two fields are.
+// The meaning of the first two fields.
 enum class Order { LatitudeLongitude, LongitudeLatitude, Grid };
 
-// What separates the fields of a line. Auto: blanks, or commas with or without blanks around.
+// The field separator. Auto: blanks, or commas with optional blanks around them.
 enum class Separation : char { Auto, Comma = ',', Semicolon = ';', Tab = '\t', Blank = ' ' };
 
 struct PointLine {
   double first = 0;             // latitude in degrees, or x
   double second = 0;            // longitude in degrees, or y
   std::optional<double> third;  // height, or z
-  char separator = ' ';         // as in the line; a tab if one stands behind the first of blank-separated fields
-  bool badThird = false;        // the fault is that of the third
-  bool wholeThird = false;      // the third is digits only, and could be a name
-  std::string_view rest;        // what stands behind, from its separator on
+  char separator = ' ';         // as in the line; a tab if one follows the first of blank-separated fields
+  bool badThird = false;        // the fault is in the third field
+  bool wholeThird = false;      // the third field is digits only, and could be a name
+  std::string_view rest;        // the text that follows, with its separator
   std::string_view restWithThird;
   double toFirst = 0;  // of a line of two positions, the second
   double toSecond = 0;
-  const char* fault = nullptr;  // why the line is no point; null for a point
+  const char* fault = nullptr;  // why the line is invalid; null for a point
 };
 
-// Blank lines and lines that begin with # are no points and no faults.
+// Blank lines and lines that begin with # are comments.
 bool IsComment(std::string_view line);
 
-// With Separation::Auto a comma straight between two whole numbers could be a decimal comma and is a fault.
+// With Separation::Auto a comma directly between two whole numbers could be a decimal comma and is a fault.
 PointLine ParsePointLine(std::string_view line, Order order, Separation separation = Separation::Auto);
 
-// Two positions, and anything else.
+// Two positions, and further text.
 PointLine ParseTwoPoints(std::string_view line, Order order, Separation separation = Separation::Auto);
 
 }  // namespace latigo::cli

@@ -85,7 +85,7 @@ class BlockRun {
       point.fault = point.badThird ? nullptr : point.fault;
     }
     if (point.fault == nullptr && command_.third == Third::Needed && !point.third) {
-      point.fault = "a field too few";
+      point.fault = "a field is missing";
     }
     if (point.fault != nullptr) {
       Fail(point, point.fault);

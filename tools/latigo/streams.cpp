@@ -21,7 +21,7 @@ void ThrowSystemError(const std::string& name) {
 
 #if defined(_WIN32)
 std::string Narrow(const wchar_t* text) {
-  std::string bytes(std::wcslen(text) * 3, '\0');  // a unit of UTF-16 takes three bytes at most
+  std::string bytes(std::wcslen(text) * 3, '\0');  // at most three bytes for a unit of UTF-16
   bytes.resize(
       static_cast<std::size_t>(WideCharToMultiByte(CP_UTF8, 0, text, static_cast<int>(std::wcslen(text)), bytes.data(),
                                                    static_cast<int>(bytes.size()), nullptr, nullptr)));
@@ -29,7 +29,7 @@ std::string Narrow(const wchar_t* text) {
 }
 
 std::FILE* OpenForReading(const std::string& path) {
-  std::wstring wide(path.size() + 1, L'\0');  // never more units than bytes, and the end
+  std::wstring wide(path.size() + 1, L'\0');  // at most as many units as bytes, and NUL
   MultiByteToWideChar(CP_UTF8, 0, path.c_str(), -1, wide.data(), static_cast<int>(wide.size()));
   return _wfopen(wide.c_str(), L"rb");
 }

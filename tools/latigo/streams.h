@@ -1,4 +1,4 @@
-// Files, standard output and arguments, on Windows too.
+// Files, standard output and arguments, also on Windows.
 #pragma once
 
 #include <cstdio>
@@ -7,7 +7,7 @@
 
 namespace latigo::cli {
 
-// Throws UsageError with the name and what errno means.
+// Throws UsageError with the name and the text of errno.
 [[noreturn]] void ThrowSystemError(const std::string& name);
 
 // Opens a file by its name in UTF-8; null for a failure, with errno.
@@ -18,13 +18,13 @@ std::FILE* OpenForReading(const std::string& path);
 std::string Narrow(const wchar_t* text);
 #endif
 
-// On Windows: the bytes of standard input and output pass as they are, and a console takes the output as UTF-8.
+// On Windows: standard input and output are binary, and a console shows the output as UTF-8.
 void PrepareStreams();
 
-// Writes what waits in the buffer of standard output. Throws UsageError if that or an earlier write failed.
+// Flushes standard output. Throws UsageError if this or an earlier write failed.
 void FlushOutput();
 
-// Writes a text to standard output at once. Throws UsageError if that cannot be done.
+// Writes a text to standard output and flushes it. Throws UsageError if this fails.
 void Print(std::string_view text);
 
 }  // namespace latigo::cli

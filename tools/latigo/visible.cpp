@@ -8,7 +8,7 @@ namespace latigo::cli {
 
 namespace {
 
-// The shortest form's lowest character by number of continuation bytes.
+// The lowest character of each length, by number of continuation bytes.
 constexpr std::uint32_t Lowest[] = {0, 0x80, 0x800, 0x10000};
 
 bool IsPlain(std::uint32_t c) {
@@ -20,7 +20,7 @@ bool IsPlain(std::uint32_t c) {
   return !control && !direction && !separator && !surrogate && c < 0x110000;
 }
 
-// The bytes of the character at the front of the text that may be written as they are; 0 if the first byte may not.
+// The length in bytes of the character at the front of the text if it is safe; 0 if its first byte is not.
 std::size_t PlainLength(std::string_view text) {
   const auto first = static_cast<unsigned char>(text.front());
   if (first < 0x80) {

@@ -1,4 +1,4 @@
-// Text from files and arguments on its way to a terminal.
+// Text from files and arguments, made safe for a terminal.
 #pragma once
 
 #include <string>
@@ -6,11 +6,11 @@
 
 namespace latigo::cli {
 
-// The text with every byte that a terminal could take as a command written as \xNN: control characters, the marks that
-// change the direction of writing, line and paragraph separators, and what is not UTF-8.
+// The text with every byte that a terminal could interpret as a command written as \xNN: control characters, marks that
+// change the direction of writing, line and paragraph separators, and invalid UTF-8.
 std::string Visible(std::string_view text);
 
-// Writes a line of the program's own to standard error, made visible.
+// Writes a message of the program to standard error, made safe.
 void Message(std::string_view text);
 
 }  // namespace latigo::cli
