@@ -1,5 +1,6 @@
 /* Converts a position to grid coordinates and back: Flinders Peak, in zone 55 south of UTM. */
 #include <latigo/latigo.h>
+#include <latigo/latigo_errors.h>
 #include <stdio.h>
 
 #define RADIANS 0.017453292519943295
@@ -17,7 +18,7 @@ int main(void) {
   GeodesyHandle handle = CreateGeodesy(&zone55);
   if (handle == NULL || !GeoXY(handle, &x, &y, -37.951033416667 * RADIANS, 144.424867894444 * RADIANS) ||
       !XYGeo(handle, x, y, &latitude, &longitude)) {
-    fprintf(stderr, "error %d\n", (int)GetGeodesyError());
+    fprintf(stderr, "%s\n", LatigoErrorText(GetGeodesyError(), NULL));
     return 1;
   }
   printf("easting %.3f, northing %.3f\n", x, y);

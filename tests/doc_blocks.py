@@ -12,7 +12,7 @@ OPEN = '("examples/national_grid.ini", "NationalGrid")'
 FRAMES = {
     "c": "#include <latigo/latigo.h>\n#include <stdio.h>\nint main(void) {\nGeodesyHandle grid = CreateFileGeodesy" + OPEN
          + ";\n%s\nreturn !DestroyGeodesy(grid);\n}\n",
-    "cpp": "#include <cstdio>\n#include <latigo/latigo.hpp>\n#include <vector>\nint main() {\nconst latigo::api::Geodesy grid ="
+    "cpp": "#include <cstdio>\n#include <latigo/latigo.hpp>\n#include <vector>\nint main() {\nlatigo::api::Geodesy grid ="
            " latigo::api::Geodesy::CreateFileGeodesy" + OPEN + ".value;\n%s\n}\n"}
 COMPILERS = {"c": [cc, "-std=gnu11"], "cpp": [cxx, "-std=c++20"]}
 OPTIONS = ["-Wall", "-Wextra", "-Werror", "-Iinclude", f"-L{build}", f"-Wl,-rpath,{build}", "-Wl,--disable-new-dtags", "-Wl,--no-as-needed"]

@@ -18,6 +18,8 @@ assert len(rows) == len(errors) + 1  # and the row of 0
 
 kinds = re.findall(r'^LATIGO_KIND\(\w+, +(\w+), +(\d+), +"\w+", +"(.*?)", +(.*?)\)$', read("resources/kinds.def"), re.M)
 header = read("include/latigo/latigo.h")
+texts = re.findall(r'[{]LATIGO_ERROR_(\w+),\s+(".*?"),\s+(".*?")[}]', read("include/latigo/latigo_errors.h"))
+assert texts[1:] == re.findall(r'LATIGO_ERROR\(\w+, (\w+), \d+, (".*?"), (".*?")\)', read("resources/errors.def"))
 names = re.findall(r"LATIGO_KIND_(\w+) = (\d+)", header)
 assert sorted(re.findall(r"LATIGO_ERROR_(\w+ = [1-9]\d*)", header)) == sorted(
     f"{name} = {number}" for name, number in re.findall(r"LATIGO_ERROR\(\w+, (\w+), (\d+)", read("resources/errors.def")))

@@ -5,7 +5,7 @@ import shutil, subprocess, sys
 
 root, *compilers = sys.argv[1:]
 STRICT = ["-Wall", "-Wextra", "-Wpedantic", "-Werror", "-fsyntax-only", f"-I{root}/include"]
-HEADERS = "#include <latigo/latigo.h>\n"
+HEADERS = "#include <latigo/latigo.h>\n#include <latigo/latigo_errors.h>\n"
 CALLS = "int32_t Use(const GeodesyParams* p) { double x, y; return GeoXY(CreateGeodesy(p), &x, &y, LATIGO_KIND_RSO, 0); }\n"
 compile = lambda command, language, text: subprocess.run([*command, *STRICT, "-x", language, "-"], input=text, text=True, check=True)
 
@@ -13,6 +13,8 @@ if compilers:
     for language, compiler, standards in zip(("c", "c++"), compilers, (("c99", "c11", "c17"), ("c++98", "c++11", "c++17", "c++20"))):
         for standard in standards:
             compile([compiler, f"-std={standard}"], language, HEADERS + CALLS)
+    for standard in "c++17", "c++20":
+        compile([compilers[1], f"-std={standard}"], "c++", "#include <latigo/latigo.hpp>\n" + CALLS)
     sys.exit()
 
 names = [line.split()[1] for line in open(f"{root}/src/frame/exports.list")]
@@ -20,7 +22,7 @@ assert len(names) == 29
 targets = [["clang", "--target=i686-w64-mingw32", "-ffreestanding"], ["i686-w64-mingw32-gcc"]]
 targets = [target for target in targets if shutil.which(target[0])]
 for target in targets:
-    compile([*target, "-mrtd"], "c", HEADERS + "".join(f"extern __typeof__({name}) __attribute__((cdecl)) *of{name};\n"
+    compile([*target, "-mrtd"], "c", "#include <latigo/latigo.h>\n" + "".join(f"extern __typeof__({name}) __attribute__((cdecl)) *of{name};\n"
                                                        f"__typeof__({name}) __attribute__((cdecl)) *of{name} = {name};\n" for name in names))
 if not targets:
     print("neither clang nor i686-w64-mingw32-gcc is installed")

@@ -59,7 +59,7 @@ double Wrapped(double longitude) {
   return std::fabs(longitude) <= Pi ? longitude : std::remainder(longitude, TwoPi);
 }
 
-Object OpenOrThrow(const Options& options) {
+api::Geodesy OpenOrThrow(const Options& options) {
   Opened opened = OpenSection(options.file, options.section);
   if (opened.code != 0) {
     throw UsageError(options.file + " [" + options.section + "]: " + opened.explanation);

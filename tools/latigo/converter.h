@@ -61,7 +61,7 @@ class Converter {
   // Throws UsageError if the section does not open.
   explicit Converter(const Options& options);
 
-  GeodesyHandle Handle() const { return object_.get(); }
+  GeodesyHandle Handle() const { return object_.Handle(); }
   const Options& CommandOptions() const { return options_; }
 
   // The position of a line on the object's datum; false if the datum shift fails, or outside its grid.
@@ -89,7 +89,7 @@ class Converter {
   bool NearOrigin(double x, double y) const;
   bool UndulationAt(double latitude, double longitude, double& undulation, Result& result) const;
   const Options& options_;
-  Object object_;
+  api::Geodesy object_;
   double centralMeridian_ = 0;
   bool hasGeoid_ = false;
   bool hasVerticalUnit_ = false;

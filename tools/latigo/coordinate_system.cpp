@@ -92,8 +92,9 @@ void CheckSection(const Options& options) {
 Opened OpenSection(const std::string& file, const std::string& section) {
   Opened opened;
   const std::string path = ProfilePath(file);
-  opened.object.reset(CreateFileGeodesy(path.c_str(), section.c_str()));
-  opened.code = GetGeodesyError();
+  api::Result<api::Geodesy> made = api::Geodesy::CreateFileGeodesy(path.c_str(), section.c_str());
+  opened.object = std::move(made.value);
+  opened.code = made.code;
   if (opened.code != 0) {
     opened.explanation = Explain(opened.code, Profile(path.c_str()), section);
   }

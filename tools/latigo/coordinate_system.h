@@ -1,10 +1,9 @@
 // A coordinate system opened from a section of a configuration file, through the library's public interface.
 #pragma once
 
-#include <latigo/latigo.h>
+#include <latigo/latigo.hpp>
 
 #include <filesystem>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -14,13 +13,8 @@
 
 namespace latigo::cli {
 
-struct DestroyObject {
-  void operator()(GeodesyObject* handle) const { DestroyGeodesy(handle); }
-};
-using Object = std::unique_ptr<GeodesyObject, DestroyObject>;
-
 struct Opened {
-  Object object;            // null if the section does not open
+  api::Geodesy object;      // without a handle if the section does not open
   std::int32_t code = 0;    // 9 comes with an object
   std::string explanation;  // for a code other than 0: what it means, and where to look
 };

@@ -1,6 +1,8 @@
 // What the library's codes mean, for people.
 #pragma once
 
+#include <latigo/latigo_errors.h>
+
 #include <cstdint>
 #include <stdexcept>
 #include <string>
@@ -13,6 +15,8 @@ class UsageError : public std::runtime_error {
 };
 
 // "code 6: the latitude is ..." The name of an exported function tells apart the senses of a number.
-std::string ErrorText(std::int32_t code, const char* function);
+inline std::string ErrorText(std::int32_t code, const char* function) {
+  return "code " + std::to_string(code) + ": " + LatigoErrorText(code, function);
+}
 
 }  // namespace latigo::cli

@@ -153,11 +153,11 @@ Outcome Describe(const Options& options, const ConfigFile& config, const Section
     Message(options.file + " [" + section + "]: " + (opened.object ? "warning: " : "") + opened.explanation);
   }
   if (opened.object) {
-    PrintProjection(opened.object.get());
-    PrintNames(opened.object.get(), options.language);
-    PrintDatum(opened.object.get());
-    PrintAdjustment(opened.object.get());
-    PrintGeoid(opened.object.get());
+    PrintProjection(opened.object.Handle());
+    PrintNames(opened.object.Handle(), options.language);
+    PrintDatum(opened.object.Handle());
+    PrintAdjustment(opened.object.Handle());
+    PrintGeoid(opened.object.Handle());
     PrintHeights(config.HasValue(section, "VertUnit"));
   }
   return outcome;

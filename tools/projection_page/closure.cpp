@@ -106,50 +106,42 @@ Grid::Grid(const System& system)
   params.NorthParallel *= Degree;
   params.SouthParallel *= Degree;
   params.SkewAzimuth *= Degree;
-  object_.reset(CreateGeodesy(&params));
-  if (!object_) {
-    throw std::runtime_error(std::string(system.name) + ": code " + std::to_string(GetGeodesyError()));
+  api::Result<api::Geodesy> made = api::Geodesy::CreateGeodesy(params);
+  if (!made) {
+    throw std::runtime_error(std::string(system.name) + ": " + made.Text());
   }
+  object_ = std::move(made.value);
 }
 
 std::string Grid::Code() const {
-  GeodesyParams params;
-  char code[LATIGO_PROJECTION_CODE_SIZE];
-  GetGeodesyParams(object_.get(), &params, nullptr, code);
-  return code;
+  return object_.ProjectionCode().value;
 }
 
 Outcome Grid::Closure(Position position) const {
   const double phi = position.latitude * Degree;
   const double lambda = position.longitude * Degree;
-  double x = 0;
-  double y = 0;
-  double latitude = 0;
-  double longitude = 0;
-  if (GeoXY(object_.get(), &x, &y, phi, lambda) == 0 || XYGeo(object_.get(), x, y, &latitude, &longitude) == 0) {
-    return {0, GetGeodesyError()};
+  const auto xy = object_.GeoXY({phi, lambda});
+  const auto back = object_.XYGeo(*xy);
+  if (!xy || !back) {
+    return {0, xy ? back.code : xy.code};
   }
   // M and N, the principal radii of curvature.
   const double W = 1 - e2_ * std::sin(phi) * std::sin(phi);
   const double N = a_ / std::sqrt(W);
   const double M = N * (1 - e2_) / W;
-  const double north = M * (latitude - phi);
-  const double east = N * std::cos(phi) * std::remainder(longitude - lambda, 2 * std::numbers::pi);
+  const double north = M * (back->latitude - phi);
+  const double east = N * std::cos(phi) * std::remainder(back->longitude - lambda, 2 * std::numbers::pi);
   const double error = std::hypot(north, east) * 1000;
   return std::isfinite(error) ? Outcome{error, 0} : Outcome{0, NotANumber};
 }
 
 Outcome Grid::ScaleExcess(Position position) const {
-  double x = 0;
-  double y = 0;
-  if (GeoXY(object_.get(), &x, &y, position.latitude * Degree, position.longitude * Degree) == 0) {
-    return {0, GetGeodesyError()};
+  const auto xy = object_.GeoXY({position.latitude * Degree, position.longitude * Degree});
+  const auto k = object_.Scale(*xy);
+  if (!xy || !k) {
+    return {0, xy ? k.code : xy.code};
   }
-  const double k = Scale(object_.get(), x, y);
-  if (GetGeodesyError() != 0) {
-    return {0, GetGeodesyError()};
-  }
-  return std::isfinite(k) ? Outcome{(k - 1) * 1e6, 0} : Outcome{0, NotANumber};
+  return std::isfinite(*k) ? Outcome{(*k - 1) * 1e6, 0} : Outcome{0, NotANumber};
 }
 
 std::string ClosureTable() {

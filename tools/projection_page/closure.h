@@ -1,7 +1,7 @@
 // The measurements of the page, by the exports: round-trip errors and point scale factors.
 #pragma once
 
-#include <memory>
+#include <latigo/latigo.hpp>
 #include <string>
 
 #include "systems.h"
@@ -30,10 +30,7 @@ class Grid {
   Outcome ScaleExcess(Position position) const;
 
  private:
-  struct Destroy {
-    void operator()(GeodesyObject* handle) const { DestroyGeodesy(handle); }
-  };
-  std::unique_ptr<GeodesyObject, Destroy> object_;
+  api::Geodesy object_;
   double a_, e2_;
 };
 
