@@ -1,7 +1,7 @@
 """Compares whole runs of the command-line programs on the same points.   programs.py LATIGO [POINTS [ROUNDS]]
 
-latigo, proj and cs2cs read the points from a file and write to nowhere, one after another, every other round in the
-other order; medians are compared. Before that, what they write is compared.
+latigo, proj and cs2cs read the points from a file and write to /dev/null, one after the other, in alternating order;
+medians are compared. Their output is compared first.
 """
 import os
 import random
@@ -39,7 +39,7 @@ DEGREES = 2e-7
 
 
 class Program:
-    """A command line, and the columns of x and y (or latitude and longitude) in what it writes."""
+    """A command line, and the columns of x and y (or latitude and longitude) in its output."""
 
     def __init__(self, name, command, points, order=(0, 1)):
         self.name = name
@@ -63,7 +63,7 @@ def write_points(path, pairs, digits):
 
 
 def differ(programs, tolerance):
-    """The name of the first program whose answers are not those of the first one, or None."""
+    """The name of the first program whose results differ from the first one's, or None."""
     expected = programs[0].pairs()
     for program in programs[1:]:
         given = program.pairs()

@@ -36,7 +36,7 @@ def under(row, kind):
 
 
 def limits_taken(row):
-    """{limit: part of it that the row takes}; above 1 the row misses the limit."""
+    """{limit: ratio of the row to it}; above 1 the row exceeds the limit."""
     ratios = under(row, "ratio")
     taken = {name: ratios[name] / target for name, target in under(row, "target").items() if name in ratios}
     if "part" in row:

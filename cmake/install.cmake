@@ -1,5 +1,4 @@
-# What `cmake --install` puts where, and how it goes away again. The components are those of the packages: library,
-# development, tools.
+# Installation by `cmake --install`, and its removal. The components are those of the packages: library, development, tools.
 include(GNUInstallDirs)
 include(CMakePackageConfigHelpers)
 
@@ -24,7 +23,7 @@ file(CONFIGURE OUTPUT LatigoConfig.cmake CONTENT "include(\${CMAKE_CURRENT_LIST_
 install(FILES ${PROJECT_BINARY_DIR}/LatigoConfig.cmake ${PROJECT_BINARY_DIR}/LatigoConfigVersion.cmake
   DESTINATION ${config_dir} COMPONENT development)
 
-# Paths relative to the file itself, so that the tree can be moved.
+# Paths are relative to the file, so that the tree can be moved.
 file(RELATIVE_PATH pc_to_prefix /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 configure_file(cmake/latigo.pc.in latigo.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/latigo.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
@@ -44,7 +43,7 @@ if(LATIGO_BUILD_TOOLS)
     RENAME latigo COMPONENT tools)
 endif()
 
-# The prefix is known when it is installed; the target takes away what the manifest lists.
+# The prefix is known at installation; the target removes the files listed in the manifest.
 foreach(component library development tools)
   install(CODE "file(WRITE \"${PROJECT_BINARY_DIR}/install_prefix\" \"\${CMAKE_INSTALL_PREFIX}\")" COMPONENT ${component})
 endforeach()

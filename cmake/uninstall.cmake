@@ -1,4 +1,4 @@
-# Removes the files that the manifests in BUILD list, and the folders below the prefix that are empty then.
+# Removes the files listed in the manifests in BUILD, and folders below the prefix that become empty.
 file(READ ${BUILD}/install_prefix prefix)
 file(GLOB manifests ${BUILD}/install_manifest*.txt)
 foreach(manifest IN LISTS manifests)

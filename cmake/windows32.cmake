@@ -1,4 +1,4 @@
-# 32-bit arithmetic is that of SSE2, as everywhere else: x87 would round differently.
+# 32-bit builds use SSE2 arithmetic, as all others: x87 would round differently.
 set(CMAKE_SYSTEM_PROCESSOR i686)
 set(LATIGO_MINGW i686-w64-mingw32)
 set(LATIGO_LOADER wine)

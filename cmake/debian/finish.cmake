@@ -1,5 +1,5 @@
-# What Debian wants of a package's files: pages compressed, a changelog and a copyright note, no debug information in
-# archives. CPack runs this on the tree of every component before it packs them.
+# Debian's requirements for a package's files: compressed pages, a changelog and a copyright note, no debug information in
+# archives. CPack runs this on the tree of every component before packing.
 if(NOT CPACK_GENERATOR STREQUAL "DEB")
   return()
 endif()
