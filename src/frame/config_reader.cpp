@@ -26,7 +26,7 @@ std::vector<std::string_view> KeyNames() {
   return names;
 }
 
-// A profile file whose one section is read once for all its keys, and not once for each.
+// A profile file that reads all keys of one section with one access to the file.
 class SectionProfile : public Profile {
  public:
   SectionProfile(const char* fileName, const char* section)
@@ -49,7 +49,7 @@ class SectionReader {
 
   double Number(const char* key) const { return profile_.GetDouble(key, section_, 0); }
 
-  // Fills the doubles of a record that the table of keys names.
+  // Sets the doubles of a record that are in the table of keys.
   template <typename T>
   void ReadNumbers(Record record, T& target) const {
     for (const ConfigKey& key : ConfigKeys()) {

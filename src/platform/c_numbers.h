@@ -1,4 +1,4 @@
-// Numbers from text as `atof` and `atoi` read them in the C locale, whatever locale the host program has set.
+// Numbers from text, as read by `atof` and `atoi` in the C locale, independent of the host program's locale.
 #pragma once
 
 #include <cstdint>

@@ -12,7 +12,7 @@ namespace latigo {
 
 #if defined(_WIN32)
 
-// The system keeps the file that was read last, so its service is asked for each value.
+// The system caches the file that was read last, so each value is read by its service.
 class ProfileSnapshot {
  public:
   ProfileSnapshot(const char* /*fileName*/, const char* /*section*/, const std::vector<std::string_view>& /*keys*/) {}
@@ -24,8 +24,8 @@ class ProfileSnapshot {
 
 #else
 
-// The values of some keys of a section, from one reading of the file. It holds the file once and a value for each key,
-// whatever the number of lines.
+// The values of some keys of a section, from one access to the file. Its memory is the file's bytes and one value for
+// each key, for any number of lines.
 class ProfileSnapshot {
  public:
   ProfileSnapshot(const char* fileName, const char* section, std::vector<std::string_view> keys);
@@ -33,7 +33,7 @@ class ProfileSnapshot {
   ProfileSnapshot(const ProfileSnapshot&) = delete;
   ProfileSnapshot& operator=(const ProfileSnapshot&) = delete;
 
-  // Does what GetPrivateProfileStringA does, for its own section and keys; nothing for any other.
+  // Like GetPrivateProfileStringA, for this section and these keys; no result for others.
   std::optional<std::uint32_t> Copy(const char* section, const char* key, const char* defaultText, char* buffer,
                                     std::uint32_t size) const;
 

@@ -1,4 +1,4 @@
-// The projection kinds, from the one list of them.
+// The projection kinds, from resources/kinds.def.
 #pragma once
 
 #include <latigo/latigo.h>
@@ -10,7 +10,7 @@ namespace latigo {
 struct KindRow {
   std::int32_t number;
   const char* code;         // three letters
-  const char* keywords[3];  // of configuration files; null behind the last one
+  const char* keywords[3];  // of configuration files; null after the last one
 };
 
 inline constexpr KindRow Kinds[] = {

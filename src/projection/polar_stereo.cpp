@@ -29,7 +29,7 @@ inline double PolarT(double e, double phi) {
 
 // Sine and cosine of the latitude pi/2 - 2 atan(u), u >= 0: (1 - u^2) / (1 + u^2) and 2 u / (1 + u^2).
 inline SinCos FromHalfComplement(double u) {
-  const double v = std::min(u, 1e150);  // beyond it the latitude is -pi/2, and the square would overflow
+  const double v = std::min(u, 1e150);  // larger values are the latitude -pi/2; their squares could overflow
   const double d = 1 / (1 + v * v);
   return {(1 - v * v) * d, 2 * v * d};
 }

@@ -180,8 +180,8 @@ std::string Picture(const System& system, const Grid& grid) {
   Panel(svg, LeftPanel, "Closure error, forward and inverse", system.area, ClosureClasses,
         [&](Position position) { return grid.Closure(position); });
   if (ScaleIsConstant(system, grid)) {
-    Text(svg, RightPanel, Top + 60, "", "For this kind Scale gives 1 everywhere,");
-    Text(svg, RightPanel, Top + 78, "", "whatever the scale of the map is.");
+    Text(svg, RightPanel, Top + 60, "", "For this kind Scale returns 1 everywhere,");
+    Text(svg, RightPanel, Top + 78, "", "not the true point scale factor.");
   } else {
     Panel(svg, RightPanel, "Point scale factor k: (k − 1), parts per million", system.area, ScaleClasses,
           [&](Position position) { return grid.ScaleExcess(position); });
