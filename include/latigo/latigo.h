@@ -52,8 +52,8 @@
  *   latigo_errors.h has the text of each code. Pointers must not be null except where the comment allows it.
  *
  * Threads
- *   Any thread may call any function, but one object serves one thread at a time: even a conversion may move the
- *   position of the object's grid file. Different objects share no mutable state.
+ *   Any thread may call any function, but only one thread at a time may use an object: even a conversion may load other
+ *   rows of the object's grid file. Different objects share no mutable state.
  *
  * Calling convention
  *   The C convention, cdecl, with undecorated names. The declarations carry it (LATIGO_CALL), so that a program built
@@ -97,7 +97,7 @@ enum LatigoKind {
   LATIGO_KIND_LAMBERT = 1,               /**< Lambert conformal conic, one or two standard parallels */
   LATIGO_KIND_MERCATOR = 2,              /**< Mercator on the ellipsoid */
   LATIGO_KIND_TRANSVERSE_MERCATOR = 3,   /**< transverse Mercator */
-  LATIGO_KIND_OBLIQUE_STEREOGRAPHIC = 4, /**< oblique (double) stereographic; metres, whatever `Unit` */
+  LATIGO_KIND_OBLIQUE_STEREOGRAPHIC = 4, /**< oblique (double) stereographic; metres, `Unit` is ignored */
   LATIGO_KIND_OBLIQUE_CYLINDRICAL = 5,   /**< oblique conformal cylindrical (the Swiss grid) */
   LATIGO_KIND_HOTINE = 6,                /**< oblique Mercator (Hotine) */
   LATIGO_KIND_RSO = 7,                   /**< rectified skew orthomorphic: Hotine with rectified coordinates */
@@ -105,7 +105,7 @@ enum LatigoKind {
   LATIGO_KIND_MERCATOR_ON_SPHERE = 9,    /**< Mercator on a sphere of 6378388 metres; reads no parameter */
   LATIGO_KIND_ALBERS = 10,               /**< Albers equal-area conic */
   LATIGO_KIND_CASSINI = 11,              /**< Cassini-Soldner */
-  LATIGO_KIND_POLAR_STEREOGRAPHIC = 12   /**< polar stereographic; metres, whatever `Unit` */
+  LATIGO_KIND_POLAR_STEREOGRAPHIC = 12   /**< polar stereographic; metres, `Unit` is ignored */
 };
 
 /** Types of local grid: the low 16 bits of `AdjustType`. Every other number acts as LATIGO_ADJUST_NONE.
@@ -183,7 +183,7 @@ enum LatigoName {
   LATIGO_NAME_SECOND_AXIS_LETTER = 10  /**< second axis: "Y", or "X" if reversed */
 };
 
-/** Codes of `GetGeodesyError`. Some numbers have two senses, which the call tells apart; docs/errors.md has both. */
+/** Codes of `GetGeodesyError`. Some numbers have two meanings, depending on the function; docs/errors.md has both. */
 enum LatigoError {
   LATIGO_ERROR_NONE = 0,                 /**< success */
   LATIGO_ERROR_SYSTEM = 1,               /**< creating, loading: memory ran out, or another failure of the system */
@@ -254,7 +254,7 @@ typedef struct Adjustment {
   double AdjustOrigX;    /**< projection x of the point about which the grid rotates and scales, grid units */
   double AdjustOrigY;    /**< projection y of that point */
   double AdjustRotation; /**< rotation r of the grid axes, radians, anticlockwise positive */
-  double AdjustScale;    /**< scale factor s; must not be 0, whatever the type */
+  double AdjustScale;    /**< scale factor s; must not be 0, for any type */
   double AdjustX;        /**< X of that point, grid units */
   double AdjustY;        /**< Y of that point */
 } Adjustment;

@@ -372,8 +372,8 @@ class Geodesy {
     return {buffer.data(), code, function};
   }
 
-  // A path that reaches the last byte that it may take could be cut: then the buffer grows. The library writes no
-  // terminator behind such a text, so one byte is kept from it.
+  // A path that fills the buffer may have been cut: then the buffer grows. The library does not terminate such a text,
+  // so the last byte is reserved for the NUL.
   template <typename Operation>
   static Result<std::string> Path(const char* function, Operation operation) {
     for (std::string text(512, '\0');; text.assign(text.size() * 2, '\0')) {
