@@ -18,17 +18,17 @@ const std::map<std::string, std::size_t> Fields = {
 
 std::int32_t Succeeded(double) { return GetGeodesyError() == 0 ? 1 : 0; }
 
-// A height of nan stands for none.
+// A height of nan means a null pointer.
 double* OrNull(double* height) { return std::isnan(*height) ? nullptr : height; }
 
-// A position's place on the grid.
+// The grid coordinates of a position.
 std::array<double, 2> Grid2(Handle h, double latitude, double longitude) {
   std::array<double, 2> xy = {NaN, NaN};
   GeoXY(h, &xy[0], &xy[1], latitude, longitude);
   return xy;
 }
 
-// Calls: how many numbers go in, whether a failure is logged, and the call itself.
+// Calls: number of arguments, whether a failure is logged, and the call.
 struct Function {
   std::size_t in;
   bool logged;
@@ -79,7 +79,7 @@ std::pair<std::string, std::string> Assignment(const std::string& text) {
 
 class ClaimsTest : public Scratch, public testing::WithParamInterface<std::string> {
  protected:
-  // What is no call of Functions. Every line checks the code and the log, but those that call nothing.
+  // Lines that are not calls of Functions. Every line with a call checks the code and the log.
   void Run(const Row& row) {
     static const std::map<std::string, void (ClaimsTest::*)(const Row&)> Steps = {
         {"system", &ClaimsTest::OpenSystem},      {"record", &ClaimsTest::MakeObject},
@@ -174,7 +174,7 @@ class ClaimsTest : public Scratch, public testing::WithParamInterface<std::strin
         << whole.substr(0, static_cast<std::size_t>(bytes));
   }
 
-  // "record" begins with WGS-84 and a unit of 1, "with" with the record before; both set fields and make an object.
+  // "record" starts from WGS-84 and a unit of 1, "with" from the previous record; both set fields and create an object.
   void MakeObject(const Row& row) {
     if (row.word == "record") { params_ = WGS84(0); }
     for (const std::string& argument : row.arguments) {
@@ -218,8 +218,8 @@ class ClaimsTest : public Scratch, public testing::WithParamInterface<std::strin
     for (std::size_t i = 0; i < row.expected.size(); ++i) { row.expected[i].Test(out[i]); }
   }
 
-  // Forward and inverse close at 441 points of an area, and the scale factor is the length on the grid of a short way
-  // north over its length on the ellipsoid.
+  // The round-trip error at 441 points of an area; and the scale factor compared with the ratio of grid length and
+  // ellipsoidal length of a short line to the north.
   void ExpectClosure(const Row& row) {
     std::array<double, 4> area;
     ASSERT_EQ(row.arguments.size(), area.size());
@@ -245,7 +245,7 @@ class ClaimsTest : public Scratch, public testing::WithParamInterface<std::strin
     }
   }
 
-  Object other_ = Make(Utm31());  // keeps the line of the last instance out of the log
+  Object other_ = Make(Utm31());  // so that destroying the last object is not logged
   GeodesyParams params_{};
   Object object_;
 };
@@ -263,7 +263,7 @@ constexpr double Tiny = std::numeric_limits<double>::denorm_min();
 constexpr double Huge = std::numeric_limits<double>::max();
 constexpr double Odd[] = {0.0, -0.0, Tiny, -1.0, HalfPi, -Pi, 1e7, -1e300, Huge, Infinity, -Infinity, NaN};
 
-// Every call with an odd number in each argument in turn ends, with a code that it may give.
+// Every call with an unusual number in each argument in turn returns, with one of its codes.
 void ExpectEnds(const Object& object, const std::string& what) {
   const std::map<std::string, std::vector<std::int32_t>> codes = {
       {"forward", {6}},       {"inverse", {10, 11}}, {"scale", {10, 11}}, {"return", {10, 11}},
@@ -318,7 +318,7 @@ TEST_F(ExportsTest, EveryExportRefusesANullHandle) {
     std::fill(std::begin(out), std::end(out), Untouched);
     EXPECT_TRUE(refused(function.call(nullptr, in, out))) << name;
     EXPECT_TRUE(out[1] == Untouched || name.ends_with('?'))
-        << name;  // those give a record, which the call here unpacks
+        << name;  // those return a record, which the call here unpacks
   }
   char text[40] = "untouched";
   GeodesyParams params = {};
@@ -329,7 +329,7 @@ TEST_F(ExportsTest, EveryExportRefusesANullHandle) {
   EXPECT_EQ(Scale(nullptr, 1, 2), 1.0);
 }
 
-// Every table but that of the local grids' own functions.
+// Every table except that of the fixed local grids, which has its own test.
 Lines Tables() {
   Lines names;
   for (const auto& entry : std::filesystem::directory_iterator(LATIGO_CLAIMS)) {

@@ -36,7 +36,7 @@ inline double ToNumber(std::string text) {
 
 inline constexpr double Untouched = -12345;
 
-// What a result is to be: a number within a tolerance, "-" for one that is not written, "?" for any.
+// An expected result: a number within a tolerance, "-" for one that is not written, "?" for any.
 struct Expectation {
   std::string text;
   double tolerance;

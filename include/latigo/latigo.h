@@ -1,7 +1,7 @@
 /** @file
  * LATIGO: geodesy for survey and mapping programs.
  *
- * A `GeodesyHandle` stands for one coordinate system: an ellipsoid, a map projection, and optionally a datum shift, a
+ * A `GeodesyHandle` refers to one coordinate system: an ellipsoid, a map projection, and optionally a datum shift, a
  * local grid applied after the projection, and a geoid model. `CreateGeodesy` or `CreateFileGeodesy` makes one,
  * `DestroyGeodesy` releases it.
  *
@@ -301,8 +301,7 @@ LATIGO_API int32_t LATIGO_CALL GetGeodesyVersion(void);
 /** Geographic to grid coordinates, on the object's datum: projection, then local grid.
  * - latitude: -pi/2 to pi/2, radians
  * - longitude: radians. Kind 2 wraps the difference from the central meridian into -pi to pi, kind 3 by one turn at
- *   most; kinds 8 and 12 have the period of a turn. The other kinds use the difference as it stands: keep it within
- *   -pi to pi.
+ *   most; kinds 8 and 12 are periodic. The other kinds do not wrap the difference: keep it within -pi to pi.
  *
  * Codes: 6 the latitude is a pole that the projection maps to infinity (kinds 1, 2, 3 only; others return values far
  * away, or NaN, with code 0). After a failure x and y are undefined. */
@@ -380,8 +379,8 @@ LATIGO_API int32_t LATIGO_CALL ECEFGeo(GeodesyHandle handle, double x, double y,
  * mid-latitude formulas, which are meant for lines of up to some hundred kilometres.
  * - azimuth: at the first position towards the second, radians, clockwise from north, not normalised; may be null
  *
- * The longitude difference is used as it stands: with a difference beyond pi the line runs the long way round. Returns
- * 0.0 on a null handle. */
+ * The longitude difference is not normalised: for a difference above pi the line is the longer one around the earth.
+ * Returns 0.0 on a null handle. */
 LATIGO_API double LATIGO_CALL GCircLL(GeodesyHandle handle, double latitude1, double longitude1, double latitude2,
                                       double longitude2, double* azimuth);
 
@@ -449,7 +448,7 @@ LATIGO_API int32_t LATIGO_CALL GetLocalName(GeodesyHandle handle, int32_t reques
 #define LATIGO_LAYOUT(condition, text) typedef char LATIGO_LAYOUT_NAME(__LINE__)[(condition) ? 1 : -1]
 #endif
 #define LATIGO_OFFSET(record, field, bytes) \
-  LATIGO_LAYOUT(offsetof(record, field) == (bytes), #record "." #field " stands at byte " #bytes)
+  LATIGO_LAYOUT(offsetof(record, field) == (bytes), #record "." #field " is at byte " #bytes)
 
 LATIGO_OFFSET(GeodesyParams, SemiMajorAxis, 0);
 LATIGO_OFFSET(GeodesyParams, InvFlattening, 8);

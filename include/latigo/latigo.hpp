@@ -165,8 +165,8 @@ inline std::int32_t GetGeodesyVersion() noexcept {
   return ::GetGeodesyVersion();
 }
 
-/** One coordinate system. Owns its handle: it can be moved and not copied. An object that was moved from, or could not
- * be made, has no handle, and every call on it gives code 2. One object serves one thread at a time. */
+/** One coordinate system. Owns its handle: it can be moved, not copied. An object that was moved from, or could not be
+ * created, has no handle, and every call on it returns code 2. Only one thread at a time may use an object. */
 class Geodesy {
  public:
   /** An object without a handle. */
