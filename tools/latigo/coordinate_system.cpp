@@ -16,7 +16,7 @@ namespace latigo::cli {
 
 namespace {
 
-// The path of a configuration file as the library needs it: Windows looks for a bare name in its own directory.
+// The path of a configuration file for the library: Windows searches a bare name in the Windows directory.
 std::string ProfilePath(const std::string& file) {
 #if defined(_WIN32)
   char path[_MAX_PATH];
@@ -32,14 +32,14 @@ std::string ValueOf(const Profile& profile, const std::string& section, const ch
   return value;
 }
 
-// Where a grid file of the section was looked for.
+// The path tried for a grid file of the section.
 std::string PathTried(const Profile& profile, const std::string& section, const char* key) {
   char path[256];
   const std::string value = ValueOf(profile, section, key);
   if (!GridFilePath(value.c_str(), path)) {
-    return std::string(key) + "=" + value + " makes a path beyond 255 characters";
+    return std::string(key) + "=" + value + " makes a path of more than 255 characters";
   }
-  return std::string(key) + "=" + value + " was looked for as " + path;
+  return std::string(key) + "=" + value + " was tried as " + path;
 }
 
 std::string Explain(std::int32_t code, const Profile& profile, const std::string& section) {
@@ -126,7 +126,7 @@ Opened SectionOpener::Open(const std::string& section) const {
     return OpenSection(file_, section);
   }
   const std::filesystem::path copy = folder_ / "section.ini";
-  std::filesystem::remove(copy);  // some file systems write out a file at once that is cut to nothing and filled again
+  std::filesystem::remove(copy);  // some file systems flush a file at once if it is truncated and rewritten
   if (!(std::ofstream(copy, std::ios::binary) << config_.TextOf(section)).flush()) {
     throw UsageError(copy.string() + ": cannot be written");
   }

@@ -16,20 +16,20 @@ namespace latigo::cli {
 struct Opened {
   api::Geodesy object;      // without a handle if the section does not open
   std::int32_t code = 0;    // 9 comes with an object
-  std::string explanation;  // for a code other than 0: what it means, and where to look
+  std::string explanation;  // for a code other than 0: its meaning and the place of the fault
 };
 
-// Throws UsageError if the file has no such section, and names those that it has.
+// Throws UsageError, with the names of the sections, if the file has no such section.
 void RequireSection(const ConfigFile& config, const Options& options);
 
-// Warns of what the section has that is probably not meant so. Throws UsageError if the file cannot be read or has no
-// such section, or if there is a warning and the options are strict.
+// Prints the warnings of a section. Throws UsageError if the file cannot be read or has no such section, or if there is
+// a warning and the options are strict.
 void CheckSection(const Options& options);
 
 Opened OpenSection(const std::string& file, const std::string& section);
 
-// Opens many sections of one file. The library reads the whole file for each object, so those of a large file are
-// opened from a file of their own.
+// Opens many sections of one file. The library reads the whole file for each object, so each section of a large file is
+// copied to a small one.
 class SectionOpener {
  public:
   SectionOpener(const ConfigFile& config, std::string file);
@@ -42,7 +42,7 @@ class SectionOpener {
  private:
   const ConfigFile& config_;
   std::string file_;
-  std::filesystem::path folder_;  // of the section's own file; empty for a small file
+  std::filesystem::path folder_;  // of the copy; empty for a small file
 };
 
 }  // namespace latigo::cli
