@@ -48,6 +48,7 @@ LATIGO_INLINE const char* LatigoErrorText(int32_t code, const char* function) {
       {LATIGO_ERROR_NO_CONVERGENCE, "XYGeo, Scale", "the latitude iteration reached its limit"},
       {LATIGO_ERROR_NO_SUCH_NAME, "GetLocalName", "the request is unknown, or no name exists"},
       {LATIGO_ERROR_ROW_UNREADABLE, "Undulation", "a row of the grid file cannot be read completely"}};
+  /* NOLINTBEGIN(modernize-use-nullptr): C has none. */
   const char* general = NULL;
   size_t i;
   for (i = 0; i < sizeof senses / sizeof senses[0]; ++i) {
@@ -59,6 +60,7 @@ LATIGO_INLINE const char* LatigoErrorText(int32_t code, const char* function) {
     }
   }
   return general != NULL ? general : "unknown code";
+  /* NOLINTEND(modernize-use-nullptr) */
 }
 
 #endif

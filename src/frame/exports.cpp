@@ -16,7 +16,7 @@ using latigo::Geodesy;
 namespace {
 
 #define LATIGO_ERROR(name, NAME, number, functions, text) \
-  static_assert(LATIGO_ERROR_##NAME == number, "latigo.h has the numbers of the list");
+  static_assert(LATIGO_ERROR_##NAME == (number), "latigo.h has the numbers of the list");
 #include "errors.def"
 #undef LATIGO_ERROR
 
