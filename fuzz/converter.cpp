@@ -37,7 +37,8 @@ struct Outcome {
   int status = 2;
   std::string text;
 };
-Outcome Run(int (*command)(const Options&), const Options& options) {
+template <typename OptionsOfIt>
+Outcome Run(int (*command)(const OptionsOfIt&), const OptionsOfIt& options) {
   static const std::string path = Scratch() + "/output";
   static const int file = [] {
     const int opened = open(path.c_str(), O_RDWR | O_CREAT | O_TRUNC, 0600);
@@ -58,12 +59,28 @@ Outcome Run(int (*command)(const Options&), const Options& options) {
   return outcome;
 }
 
-int Scaled(const Options& options) { return RunScale(options); }
+// What the commands have in common, and `other`: the option that ecef, distance and scale have each of their own.
+struct Asked : ShiftOptions {
+  bool other = false;
+};
+
+template <auto run, typename OptionsOfIt>
+Outcome RunAsked(const Asked& asked) {
+  OptionsOfIt options;
+  static_cast<PointOptions&>(options) = asked;
+  if constexpr (requires { options.wgs84; }) { options.wgs84 = asked.wgs84; }
+  if constexpr (requires { options.grid; }) { options.grid = asked.other; }
+  if constexpr (requires { options.inverse; }) { options.inverse = asked.other; }
+  if constexpr (requires { options.rhumb; }) { options.rhumb = asked.other; }
+  return Run<OptionsOfIt>(run, options);
+}
+
 struct {
-  int (*run)(const Options&);
+  Outcome (*run)(const Asked&);
   std::size_t values;  // in a line of output, without a height
-} constexpr Commands[] = {{RunForward, 2},    {RunInverse, 2}, {Scaled, 1},
-                          {RunUndulation, 1}, {RunEcef, 3},    {RunDistance, 1}};
+} constexpr Commands[] = {{RunAsked<RunForward, GridOptions>, 2}, {RunAsked<RunInverse, GridOptions>, 2},
+                          {RunAsked<RunScale, ScaleOptions>, 1},  {RunAsked<RunUndulation, UndulationOptions>, 1},
+                          {RunAsked<RunEcef, EcefOptions>, 3},    {RunAsked<RunDistance, DistanceOptions>, 1}};
 
 // The first values of a line are all finite numbers, or all *.
 bool CheckValues(std::string_view line, std::size_t count) {
@@ -80,7 +97,7 @@ bool CheckValues(std::string_view line, std::size_t count) {
 }
 
 // Easting and northing of a line equal those of the library's functions.
-void CheckForward(GeodesyHandle object, const Options& options, std::string_view line, std::string_view written) {
+void CheckForward(GeodesyHandle object, const Asked& options, std::string_view line, std::string_view written) {
   const PointLine point = ParsePointLine(line, options.lonlat ? Order::LongitudeLatitude : Order::LatitudeLongitude);
   double latitude = point.first * RadiansPerDegree, longitude = point.second * RadiansPerDegree, wanted[2];
   double height = point.third.value_or(0);
@@ -112,12 +129,11 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   text += flag(1) ? "Geoid=g\n" : "";
   const std::string lines = in.Text(in.size);
 
-  Options options;
+  Asked options;
   options.file = WriteFile("file.ini", text);
   options.points = {WriteFile("points", lines)};
-  options.wgs84 = flag(2), options.lonlat = flag(3), options.inverse = options.rhumb = options.grid = flag(4);
-  options.localGrid = flag(5);
-  const Outcome outcome = Run(command.run, options);
+  options.wgs84 = flag(2), options.lonlat = flag(3), options.other = flag(4);
+  const Outcome outcome = command.run(options);
   GeodesyHandle object = CreateFileGeodesy(options.file.c_str(), "Geodesy");
   const bool opens = object != nullptr && GetGeodesyError() == 0;
   REQUIRE(opens == (outcome.status != 2) && (opens || outcome.text.empty()));
@@ -133,12 +149,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     const bool good = CheckValues(written, command.values);
     failed = failed || !good;
-    if (good && command.run == RunForward) { CheckForward(object, options, line, written); }
+    if (good && &command == Commands) { CheckForward(object, options, line, written); }
   }
   REQUIRE(to.empty() && (!opens || failed == (outcome.status == 1)));
   if (flag(7) && Threads) {
     options.jobs = 2;
-    const Outcome threads = Run(command.run, options);
+    const Outcome threads = command.run(options);
     REQUIRE(threads.status == outcome.status && threads.text == outcome.text);
   }
   DestroyGeodesy(object);

@@ -94,6 +94,13 @@ names = [line.split()[-1] if i != 30000 else "*" for i, line in enumerate(lines)
 assert [line.split()[-1] for line in one[1].splitlines()] == names
 assert "standard input:30001: the line is too long\n" in one[2]
 
+# The parser knows what the help of a command names.
+for command in "info", "check", "forward", "inverse", "scale", "undulation", "ecef", "distance":
+    options = re.findall(r"^  (?:-\w, )?(--[\w-]+)", run([command, "--help"], "")[1], re.M)
+    assert len(options) > 2, (command, options)
+    for option in options:
+        assert "not expected" not in run([command, "nothing.ini", option], "")[2], (command, option)
+
 # Output that cannot be written is a failure of every command.
 if os.path.exists("/dev/full"):
     for command in ("--help", "--version", "info --help", "info systems.ini", "forward systems.ini"):

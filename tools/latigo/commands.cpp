@@ -11,8 +11,12 @@ namespace latigo::cli {
 
 namespace {
 
-Order GeographicOrder(const Options& options) {
+Order GeographicOrder(const PointOptions& options) {
   return options.lonlat ? Order::LongitudeLatitude : Order::LatitudeLongitude;
+}
+
+Between BetweenOf(const ShiftOptions& options, bool geoidOnDatum = false) {
+  return {options.wgs84, options.unshifted, geoidOnDatum};
 }
 
 void Forward(const Converter& converter, const PointLine& point, Result& result) {
@@ -48,20 +52,20 @@ void Inverse(const Converter& converter, const PointLine& point, Result& result)
   }
 }
 
-void ScaleFactor(const Converter& converter, const PointLine& point, Result& result) {
-  double x = point.first;
-  double y = point.second;
-  if (!converter.CommandOptions().grid) {
-    Position at;
-    if (!converter.ReadGeographic(point, at, result) ||
-        !result.Call(GeoXY(converter.Handle(), &x, &y, at.latitude, at.longitude), "GeoXY")) {
-      return;
-    }
-    converter.CheckForward(at, x, y, result);
-  }
-  const double k = Scale(converter.Handle(), x, y);
+void ScaleOfGrid(const Converter& converter, const PointLine& point, Result& result) {
+  const double k = Scale(converter.Handle(), point.first, point.second);
   if (result.Call(GetGeodesyError() == 0 ? 1 : 0, "Scale")) {
     result.Add(k, Quantity::Factor);
+  }
+}
+
+void ScaleOfPosition(const Converter& converter, const PointLine& point, Result& result) {
+  Position at;
+  PointLine grid;
+  if (converter.ReadGeographic(point, at, result) &&
+      result.Call(GeoXY(converter.Handle(), &grid.first, &grid.second, at.latitude, at.longitude), "GeoXY")) {
+    converter.CheckForward(at, grid.first, grid.second, result);
+    ScaleOfGrid(converter, grid, result);
   }
 }
 
@@ -95,13 +99,14 @@ void FromCartesian(const Converter& converter, const PointLine& point, Result& r
   result.Add(to.h, Quantity::Length);
 }
 
+// Along the lines that a function of the library measures.
+template <auto measure>
 void Distance(const Converter& converter, const PointLine& line, Result& result) {
   const double latitude1 = line.first * RadiansPerDegree;
   const double longitude1 = line.second * RadiansPerDegree;
   const double latitude2 = line.toFirst * RadiansPerDegree;
   // The near way round.
   const double longitude2 = (line.second + std::remainder(line.toSecond - line.second, 360)) * RadiansPerDegree;
-  const auto measure = converter.CommandOptions().rhumb ? RLineLL : GCircLL;
   double azimuth = 0;
   result.Add(measure(converter.Handle(), latitude1, longitude1, latitude2, longitude2, &azimuth), Quantity::Length);
   result.Add(std::fmod(azimuth / RadiansPerDegree + 360, 360), Quantity::Azimuth);
@@ -109,42 +114,54 @@ void Distance(const Converter& converter, const PointLine& line, Result& result)
 
 }  // namespace
 
-int RunForward(const Options& options) {
-  return RunPoints(options, {GeographicOrder(options), 2, Third::Height, Forward});
+int RunForward(const GridOptions& options) {
+  return RunPoints(options, {GeographicOrder(options), 2, options.noHeight ? Third::Ignored : Third::Height, Forward,
+                             BetweenOf(options, options.geoidOnDatum)});
 }
 
-int RunInverse(const Options& options) {
-  return RunPoints(options, {Order::Grid, 2, Third::Height, Inverse});
+int RunInverse(const GridOptions& options) {
+  return RunPoints(options, {Order::Grid, 2, options.noHeight ? Third::Ignored : Third::Height, Inverse,
+                             BetweenOf(options, options.geoidOnDatum)});
 }
 
-int RunScale(Options options) {
-  options.localGrid = false;  // the factor belongs to the projection's own coordinates
-  return RunPoints(options, {options.grid ? Order::Grid : GeographicOrder(options), 1, Third::Carried, ScaleFactor});
+int RunScale(const ScaleOptions& options) {
+  Between between = BetweenOf(options);
+  between.localGrid = false;  // the factor belongs to the projection's own coordinates
+  return RunPoints(options, options.grid
+                                ? PointCommand{Order::Grid, 1, Third::Carried, ScaleOfGrid, between}
+                                : PointCommand{GeographicOrder(options), 1, Third::Carried, ScaleOfPosition, between});
 }
 
-int RunUndulation(const Options& options) {
+int RunUndulation(const UndulationOptions& options) {
+  const Between between = BetweenOf(options, options.geoidOnDatum);
   RequireSection(ConfigFile(options.file), options);
-  if (!Converter(options).HasGeoid()) {
-    const std::string text = options.file + " [" + options.section + "]: the section has no geoid";
+  if (!Converter(options, between).HasGeoid()) {
+    const std::string place = options.file + " [" + options.section + "]: ";
     if (options.strict) {
-      throw UsageError(text);
+      throw UsageError(place + "the section has no geoid");
     }
-    Message(options.file + " [" + options.section + "]: warning: the section has no geoid: every undulation is 0");
+    Message(place + "warning: the section has no geoid: every undulation is 0");
   }
-  return RunPoints(options, {GeographicOrder(options), 1, Third::Carried, GeoidUndulation});
+  return RunPoints(options, {GeographicOrder(options), 1, Third::Carried, GeoidUndulation, between});
 }
 
-int RunEcef(const Options& options) {
+int RunEcef(const EcefOptions& options) {
   return options.inverse ? RunPoints(options, {Order::Grid, 3, Third::Needed, FromCartesian})
                          : RunPoints(options, {GeographicOrder(options), 3, Third::Used, ToCartesian});
 }
 
-int RunDistance(const Options& options) {
+int RunDistance(const DistanceOptions& options) {
   RequireSection(ConfigFile(options.file), options);
   char unit[16] = "units";
-  GetLocalName(Converter(options).Handle(), LATIGO_NAME_UNIT_SHORT, "", unit,
-               sizeof unit);  // a unit without a name leaves the word
-  return RunPoints(options, {GeographicOrder(options), 2, Third::Used, Distance, ParseTwoPoints, unit});
+  // A unit without a name leaves the word.
+  GetLocalName(Converter(options, {}).Handle(), LATIGO_NAME_UNIT_SHORT, "", unit, sizeof unit);
+  return RunPoints(options, {GeographicOrder(options),
+                             2,
+                             Third::Used,
+                             options.rhumb ? Distance<RLineLL> : Distance<GCircLL>,
+                             {},
+                             ParseTwoPoints,
+                             unit});
 }
 
 }  // namespace latigo::cli

@@ -1,4 +1,4 @@
-// The commands that convert points, a line at a time.
+// The commands of the program, and what each can be asked.
 #pragma once
 
 #include <string>
@@ -10,39 +10,70 @@ namespace latigo::cli {
 
 inline constexpr double RadiansPerDegree = 0.017453292519943295;
 
+// Of every command.
 struct Options {
   std::string file;
   std::string section = "Geodesy";
+  bool strict = false;  // every warning is a failure
+};
+
+struct CheckOptions : Options {
+  bool sectionGiven = false;  // otherwise every section of the file is meant
+};
+
+struct InfoOptions : CheckOptions {
   std::string language = "eng";
+};
+
+// Of the commands that convert points.
+struct PointOptions : Options {
   std::vector<std::string> points;  // files; none means standard input
-  bool wgs84 = false;               // the geographic side is WGS-84, behind the datum shift
   bool dms = false;                 // write degrees, minutes and seconds
   bool lonlat = false;              // longitude before latitude, in and out
-  bool inverse = false;             // of ecef
-  bool rhumb = false;               // distance: along the rhumb line
-  bool grid = false;                // scale: read projection coordinates
-  bool localGrid = true;            // the local grid of the section is in force
-  bool strict = false;              // every warning is a failure
-  bool unshifted = false;           // points outside the datum grid keep their latitude and longitude
-  bool geoidOnDatum = false;        // the geoid belongs to the section's own ellipsoid, though the points are WGS-84
-  bool noHeight = false;            // the third field is no height and is carried through
   Separation separation = Separation::Auto;
-  int precision = -1;  // digits behind the point; -1 for the command's own
+  int precision = -1;  // decimals; -1 for the command's own
   int jobs = 1;        // threads
 };
 
-// Each gives the exit status: 0, or 1 if a point failed. Throws UsageError.
-int RunForward(const Options& options);
-int RunInverse(const Options& options);
-int RunScale(Options options);
-int RunUndulation(const Options& options);
-int RunEcef(const Options& options);
-int RunDistance(const Options& options);
+// Of those whose geographic side may be on another datum than the section's.
+struct ShiftOptions : PointOptions {
+  bool wgs84 = false;      // it is WGS-84
+  bool unshifted = false;  // points outside the datum grid keep their latitude and longitude
+};
 
-// Describes the section, or every section of the file if sectionGiven is false.
-int RunInfo(const Options& options, bool sectionGiven);
+struct UndulationOptions : ShiftOptions {
+  bool geoidOnDatum = false;  // the geoid belongs to the section's own ellipsoid, though the points are WGS-84
+};
+
+// Forward and inverse.
+struct GridOptions : UndulationOptions {
+  bool noHeight = false;  // the third field is no height and is carried through
+};
+
+struct ScaleOptions : ShiftOptions {
+  bool grid = false;  // read projection coordinates
+};
+
+struct EcefOptions : PointOptions {
+  bool inverse = false;
+};
+
+struct DistanceOptions : PointOptions {
+  bool rhumb = false;  // along the rhumb line
+};
+
+// Each returns the exit status: 0, or 1 if a point failed. Throws UsageError.
+int RunForward(const GridOptions& options);
+int RunInverse(const GridOptions& options);
+int RunScale(const ScaleOptions& options);
+int RunUndulation(const UndulationOptions& options);
+int RunEcef(const EcefOptions& options);
+int RunDistance(const DistanceOptions& options);
+
+// Describes the section, or every section of the file.
+int RunInfo(const InfoOptions& options);
 
 // The same without a word: 0 if there is no warning and every section opens, else 2.
-int RunCheck(const Options& options, bool sectionGiven);
+int RunCheck(const CheckOptions& options);
 
 }  // namespace latigo::cli

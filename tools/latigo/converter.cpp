@@ -69,7 +69,8 @@ api::Geodesy OpenOrThrow(const Options& options) {
 
 }  // namespace
 
-Converter::Converter(const Options& options) : options_(options), object_(OpenOrThrow(options)) {
+Converter::Converter(const PointOptions& options, const Between& between)
+    : between_(between), lonlat_(options.lonlat), object_(OpenOrThrow(options)) {
   GeodesyParams params;
   GetGeodesyParams(Handle(), &params, nullptr, nullptr);
   centralMeridian_ = params.CentralMeridian;
@@ -79,11 +80,11 @@ Converter::Converter(const Options& options) : options_(options), object_(OpenOr
   GetGeoid(Handle(), path, sizeof path, &constant);
   hasGeoid_ = path[0] != '\0' || constant != 0;
   hasVerticalUnit_ = ConfigFile(options.file).HasValue(options.section, "VertUnit");
-  if (!options.localGrid) {
+  if (!between.localGrid) {
     const Adjustment none = {0, 0, 0, 0, 1, 0, 0};
     SetAdjustment(Handle(), &none);
   }
-  if (char grid[PathSize] = ""; options.wgs84 && GetEllModel(Handle(), grid, sizeof grid) != 0 && grid[0] != '\0') {
+  if (char grid[PathSize] = ""; between.shift && GetEllModel(Handle(), grid, sizeof grid) != 0 && grid[0] != '\0') {
     datumGrid_ = std::make_unique<InterpFile>(grid, false);
   }
   Adjustment adjustment;
@@ -105,7 +106,7 @@ bool Converter::ReadGeographic(const PointLine& point, Position& position, Resul
   latitude = point.first * RadiansPerDegree;
   longitude = point.second * RadiansPerDegree;
   h = point.third.value_or(0);
-  if (options_.wgs84 && (!InDatumGrid(latitude, longitude, result) ||
+  if (between_.shift && (!InDatumGrid(latitude, longitude, result) ||
                          !result.Call(WGS84Conv(Handle(), &latitude, &longitude, &h), "WGS84Conv"))) {
     return false;
   }
@@ -120,7 +121,7 @@ void Converter::WriteGeographic(const Position& position, Result& result) const 
   const double longitude = position.longitude / RadiansPerDegree;
   result.Add(position.latitude / RadiansPerDegree, Quantity::Latitude);
   result.Add(std::fabs(longitude) <= 180 ? longitude : std::remainder(longitude, 360), Quantity::Longitude);
-  if (options_.lonlat) {
+  if (lonlat_) {
     std::swap(result.values[0], result.values[1]);
   }
 }
@@ -152,7 +153,7 @@ bool Converter::FromGridHeight(const PointLine& point, Position& position, Resul
     return false;
   }
   const bool withGeoid = hasGeoid_ && point.third;
-  if (!options_.wgs84) {
+  if (!between_.shift) {
     double undulation = 0;
     if (withGeoid && !UndulationAt(position.latitude, position.longitude, undulation, result)) {
       return false;
@@ -205,13 +206,13 @@ bool Converter::InDatumGrid(double latitude, double longitude, Result& result) c
     case 0:
       return true;
     case OutsideGrid:
-      result.fault = options_.unshifted ? nullptr : "the point lies outside the datum grid";
+      result.fault = between_.unshifted ? nullptr : "the point lies outside the datum grid";
       break;
     default:
-      result.fault = options_.unshifted ? nullptr : "the datum grid's rows at the point cannot be read";
+      result.fault = between_.unshifted ? nullptr : "the datum grid's rows at the point cannot be read";
   }
   result.Add(Doubt::Unshifted);
-  return options_.unshifted;
+  return between_.unshifted;
 }
 
 bool Converter::NearOrigin(double x, double y) const {

@@ -1,4 +1,4 @@
-// A coordinate system at work for a command: its object, and how the command's options read and write positions.
+// A coordinate system at work for a command: its object, and how the command reads and writes positions.
 #pragma once
 
 #include <latigo/latigo.h>
@@ -55,14 +55,21 @@ struct Result {
   }
 };
 
+// What lies between the two sides of a command.
+struct Between {
+  bool shift = false;         // the geographic side is WGS-84, and the datum shift lies between
+  bool unshifted = false;     // points outside the datum grid keep their latitude and longitude
+  bool geoidOnDatum = false;  // the geoid belongs to the section's own ellipsoid, though the points are WGS-84
+  bool localGrid = true;      // the local grid of the section is applied
+};
+
 // One object, so one thread at a time.
 class Converter {
  public:
   // Throws UsageError if the section does not open.
-  explicit Converter(const Options& options);
+  Converter(const PointOptions& options, const Between& between);
 
   GeodesyHandle Handle() const { return object_.Handle(); }
-  const Options& CommandOptions() const { return options_; }
 
   // The position of a line on the object's datum; false if the datum shift fails, or outside its grid.
   bool ReadGeographic(const PointLine& point, Position& position, Result& result) const;
@@ -76,7 +83,7 @@ class Converter {
   bool FromGridHeight(const PointLine& point, Position& position, Result& result) const;
 
   bool HasGeoid() const { return hasGeoid_; }
-  bool GeoidOnWgs84() const { return options_.wgs84 && !options_.geoidOnDatum; }
+  bool GeoidOnWgs84() const { return between_.shift && !between_.geoidOnDatum; }
   // The undulation at a position of the line, taken by ReadGeographic to the object's datum.
   bool ReadUndulation(const PointLine& point, const Position& position, double& undulation, Result& result) const;
 
@@ -88,7 +95,8 @@ class Converter {
   bool InDatumGrid(double latitude, double longitude, Result& result) const;
   bool NearOrigin(double x, double y) const;
   bool UndulationAt(double latitude, double longitude, double& undulation, Result& result) const;
-  const Options& options_;
+  const Between between_;
+  const bool lonlat_;  // longitude is written before latitude
   api::Geodesy object_;
   double centralMeridian_ = 0;
   bool hasGeoid_ = false;

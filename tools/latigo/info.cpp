@@ -138,7 +138,7 @@ void PrintHeights(bool hasVerticalUnit) {
 // How a section was found; the worst stands last.
 enum class Outcome { Clean, Warned, Failed };
 
-Outcome Describe(const Options& options, const ConfigFile& config, const SectionOpener& opener,
+Outcome Describe(const InfoOptions& options, const ConfigFile& config, const SectionOpener& opener,
                  const std::string& section) {
   std::printf("[%s]\n", Visible(section).c_str());
   std::fflush(stdout);  // so that warnings stand below the name
@@ -163,9 +163,9 @@ Outcome Describe(const Options& options, const ConfigFile& config, const Section
   return outcome;
 }
 
-std::vector<std::string> SectionsAsked(const Options& options, const ConfigFile& config, bool sectionGiven) {
+std::vector<std::string> SectionsAsked(const CheckOptions& options, const ConfigFile& config) {
   std::vector<std::string> sections = config.Sections();
-  if (sectionGiven || sections.empty()) {
+  if (options.sectionGiven || sections.empty()) {
     RequireSection(config, options);
     return {options.section};
   }
@@ -174,11 +174,11 @@ std::vector<std::string> SectionsAsked(const Options& options, const ConfigFile&
 
 }  // namespace
 
-int RunInfo(const Options& options, bool sectionGiven) {
+int RunInfo(const InfoOptions& options) {
   const ConfigFile config(options.file);
   const SectionOpener opener(config, options.file);
   Outcome worst = Outcome::Clean;
-  for (const std::string& section : SectionsAsked(options, config, sectionGiven)) {
+  for (const std::string& section : SectionsAsked(options, config)) {
     worst = std::max(worst, Describe(options, config, opener, section));
   }
   if (options.strict && worst != Outcome::Clean) {
@@ -187,10 +187,10 @@ int RunInfo(const Options& options, bool sectionGiven) {
   return worst == Outcome::Failed ? 1 : 0;
 }
 
-int RunCheck(const Options& options, bool sectionGiven) {
+int RunCheck(const CheckOptions& options) {
   try {
     const ConfigFile config(options.file);
-    const std::vector<std::string> sections = SectionsAsked(options, config, sectionGiven);
+    const std::vector<std::string> sections = SectionsAsked(options, config);
     const SectionOpener opener(config, options.file);
     const bool clean = std::all_of(sections.begin(), sections.end(), [&](const std::string& section) {
       return config.Warnings(section).empty() && opener.Open(section).code == 0;

@@ -4,27 +4,19 @@
 #include <CLI/CLI.hpp>
 #include <functional>
 #include <map>
+#include <memory>
 #include <string>
 #include <vector>
 
 #include "commands.h"
 #include "error_text.h"
+#include "help.h"
 #include "streams.h"
 #include "visible.h"
 
 namespace {
 
-using latigo::cli::Options;
-using latigo::cli::Separation;
-
-constexpr const char* PointsHelp =
-    "Points are read from files or standard input, one a line: two coordinates, perhaps a height, and anything else, "
-    "which is carried through. Angles are decimal degrees or degrees, minutes and seconds (52.5, 52:30:00N, "
-    "52\u00B030'00\"N). Heights are metres; on the grid's side they are vertical units if the section has the key "
-    "VertUnit. Blank lines and lines that begin with # pass through.\n"
-    "Invalid lines and failed points print * for each value, and a message. Exit status: 0; 1 if a point failed; 2 for "
-    "a wrong file, section or argument, and for output that cannot be written. Far from the projection's origin a "
-    "position whose round trip misses by more than a metre is a warning; latigo(1) has the limits.";
+using namespace latigo::cli;
 
 const std::map<std::string, Separation> Separations = {{"auto", Separation::Auto},
                                                        {"comma", Separation::Comma},
@@ -32,134 +24,111 @@ const std::map<std::string, Separation> Separations = {{"auto", Separation::Auto
                                                        {"tab", Separation::Tab},
                                                        {"blank", Separation::Blank}};
 
-void AddSystem(CLI::App& command, Options& options) {
-  command.add_option("FILE", options.file, "configuration file")->required();
-  command.add_option("-s,--section", options.section, "section of the file")->capture_default_str();
-  command.add_flag("--strict", options.strict, "every warning is a failure: of the point, or of the file");
+void Add(CLI::App& command, Options& options) {
+  command.add_option("FILE", options.file)->required();
+  command.add_option("-s,--section", options.section);
+  command.add_flag("--strict", options.strict);
 }
 
-// Options of the commands that read points.
-CLI::App* AddPointCommand(CLI::App& app, Options& options, const char* name, const std::string& description) {
-  CLI::App* command = app.add_subcommand(name, description);
-  command->footer(PointsHelp);
-  AddSystem(*command, options);
-  command->add_option("POINTS", options.points, "files of points; none or - for standard input");
-  command->add_option("--precision", options.precision, "digits behind the point")->check(CLI::Range(0, 15));
-  command->add_option("--jobs", options.jobs, "threads; the order of the lines stays")->check(CLI::Range(1, 256));
-  command->add_flag("--dms", options.dms, "write angles as degrees, minutes and seconds");
-  command
-      ->add_option("--separator", options.separation,
-                   "what separates fields; auto is blanks or commas. With comma 391390,5817855 is a point")
-      ->option_text("auto|comma|semicolon|tab|blank")
-      ->transform(CLI::CheckedTransformer(Separations));
-  command->add_flag("--lonlat", options.lonlat, "longitude before latitude, in input and output");
-  return command;
+void Add(CLI::App& command, CheckOptions& options) {
+  Add(command, static_cast<Options&>(options));
+  command.get_option("--section")->each([&options](const std::string&) { options.sectionGiven = true; });
 }
 
-// Beside --wgs84.
-void AddShiftOptions(CLI::App& command, Options& options) {
-  command
-      .add_option_function<std::string>(
-          "--outside-grid", [&options](const std::string& how) { options.unshifted = how == "unshifted"; },
-          "a point outside the datum grid, or in rows that cannot be read, fails (the default) or keeps its latitude "
-          "and longitude with a warning")
-      ->option_text("fail|unshifted")
-      ->check(CLI::IsMember({"fail", "unshifted"}));
+void Add(CLI::App& command, InfoOptions& options) {
+  Add(command, static_cast<CheckOptions&>(options));
+  command.add_option("--lang", options.language)->check(CLI::IsMember({"eng", "fra", "esp"}));
 }
 
-void AddGeoidOptions(CLI::App& command, Options& options) {
-  command.add_flag(
-      "--geoid-on-datum", options.geoidOnDatum,
-      "the geoid belongs to the section's own ellipsoid; without it and with --wgs84 it belongs to WGS-84");
+void Add(CLI::App& command, PointOptions& options) {
+  Add(command, static_cast<Options&>(options));
+  command.add_option("POINTS", options.points);
+  command.add_option("--precision", options.precision)->check(CLI::Range(0, 15));
+  command.add_option("--jobs", options.jobs)->check(CLI::Range(1, 256));
+  command.add_flag("--dms", options.dms);
+  command.add_option("--separator", options.separation)->transform(CLI::CheckedTransformer(Separations));
+  command.add_flag("--lonlat", options.lonlat);
 }
 
-void AddHeightOptions(CLI::App& command, Options& options) {
-  AddGeoidOptions(command, options);
-  command.add_flag("--no-height", options.noHeight, "the third field is no height and is carried through");
+void Add(CLI::App& command, ShiftOptions& options) {
+  Add(command, static_cast<PointOptions&>(options));
+  command.add_flag("--wgs84", options.wgs84);
+  command.add_option("--outside-grid")
+      ->check(CLI::IsMember({"fail", "unshifted"}))
+      ->each([&options](const std::string& how) { options.unshifted = how == "unshifted"; });
+}
+
+void Add(CLI::App& command, UndulationOptions& options) {
+  Add(command, static_cast<ShiftOptions&>(options));
+  command.add_flag("--geoid-on-datum", options.geoidOnDatum);
+}
+
+void Add(CLI::App& command, GridOptions& options) {
+  Add(command, static_cast<UndulationOptions&>(options));
+  command.add_flag("--no-height", options.noHeight);
+}
+
+void Add(CLI::App& command, ScaleOptions& options) {
+  Add(command, static_cast<ShiftOptions&>(options));
+  command.add_flag("--grid", options.grid);
+}
+
+void Add(CLI::App& command, EcefOptions& options) {
+  Add(command, static_cast<PointOptions&>(options));
+  command.add_flag("--inverse", options.inverse);
+}
+
+void Add(CLI::App& command, DistanceOptions& options) {
+  Add(command, static_cast<PointOptions&>(options));
+  command.add_flag("--rhumb", options.rhumb);
+}
+
+using Chosen = std::function<int()>;
+
+template <typename OptionsOfIt>
+void AddCommand(CLI::App& app, Chosen& chosen, const char* name, int (*run)(const OptionsOfIt&)) {
+  CLI::App* command = app.add_subcommand(name);
+  const auto options = std::make_shared<OptionsOfIt>();
+  Add(*command, *options);
+  command->callback([&chosen, run, options] { chosen = [run, options] { return run(*options); }; });
 }
 
 int Run(int argc, char** argv) {
-  Options options;
-  std::function<int()> run;
-  CLI::App app("LATIGO: geodesy for survey and mapping programs", "latigo");
+  CLI::App app("", "latigo");
+  app.formatter_fn(
+      [](const CLI::App* command, const std::string&, CLI::AppFormatMode) { return HelpOf(command->get_name()); });
   app.set_version_flag("--version", "latigo " + std::to_string(GetGeodesyVersion() / 100) + "." +
                                         std::to_string(GetGeodesyVersion() % 100));
   app.require_subcommand(1);
-
-  CLI::App* info = app.add_subcommand("info", "Tells what a section describes, or every section of the file.");
-  AddSystem(*info, options);
-  info->add_option("--lang", options.language, "language of the names: eng, fra, esp")
-      ->check(CLI::IsMember({"eng", "fra", "esp"}));
-  info->callback([&] { run = [&, info] { return RunInfo(options, info->count("--section") > 0); }; });
-
-  CLI::App* check = app.add_subcommand(
-      "check",
-      "Says by its exit status alone whether info has nothing to warn of: 0, or 2 if it has, or if the file "
-      "cannot be read or a section does not open.");
-  AddSystem(*check, options);
-  check->callback([&] { run = [&, check] { return RunCheck(options, check->count("--section") > 0); }; });
-
-  CLI::App* forward = AddPointCommand(app, options, "forward",
-                                      "Latitude and longitude to easting and northing (x and y), and an ellipsoidal "
-                                      "height to the height less the undulation if the section has a geoid.");
-  forward->add_flag("--wgs84", options.wgs84, "the input is WGS-84 and goes through the datum shift first");
-  AddHeightOptions(*forward, options);
-  AddShiftOptions(*forward, options);
-  forward->callback([&] { run = [&] { return RunForward(options); }; });
-
-  CLI::App* inverse = AddPointCommand(app, options, "inverse",
-                                      "Easting and northing (x and y) to latitude and longitude, and a height to the "
-                                      "height plus the undulation if the section has a geoid.");
-  inverse->add_flag("--wgs84", options.wgs84, "the output is WGS-84, after the datum shift");
-  AddHeightOptions(*inverse, options);
-  AddShiftOptions(*inverse, options);
-  inverse->callback([&] { run = [&] { return RunInverse(options); }; });
-
-  CLI::App* scale = AddPointCommand(app, options, "scale", "Latitude and longitude to the point scale factor.");
-  scale->add_flag("--wgs84", options.wgs84, "the input is WGS-84 and goes through the datum shift first");
-  AddShiftOptions(*scale, options);
-  scale->add_flag("--grid", options.grid, "read x and y of the projection, before any local grid");
-  scale->callback([&] { run = [&] { return RunScale(options); }; });
-
-  CLI::App* undulation = AddPointCommand(app, options, "undulation", "Latitude and longitude to the geoid undulation.");
-  undulation->add_flag("--wgs84", options.wgs84, "the input is WGS-84 and goes through the datum shift first");
-  AddShiftOptions(*undulation, options);
-  AddGeoidOptions(*undulation, options);
-  undulation->callback([&] { run = [&] { return RunUndulation(options); }; });
-
-  CLI::App* ecef = AddPointCommand(app, options, "ecef",
-                                   "Latitude, longitude and height (0 if there is none) to earth-centred X, Y, Z in "
-                                   "metres, on the section's own ellipsoid.");
-  ecef->add_flag("--inverse", options.inverse, "X, Y, Z to latitude, longitude and height");
-  ecef->callback([&] { run = [&] { return RunEcef(options); }; });
-
-  CLI::App* distance = AddPointCommand(app, options, "distance",
-                                       "Lines of two positions, latitude and longitude each, to the distance in grid "
-                                       "units with the unit's name, and the azimuth at the first in degrees, clockwise "
-                                       "from north; the near way round.");
-  distance->add_flag("--rhumb", options.rhumb, "along the rhumb line instead of the great circle");
-  distance->callback([&] { run = [&] { return RunDistance(options); }; });
-
+  Chosen chosen;
+  AddCommand(app, chosen, "info", RunInfo);
+  AddCommand(app, chosen, "check", RunCheck);
+  AddCommand(app, chosen, "forward", RunForward);
+  AddCommand(app, chosen, "inverse", RunInverse);
+  AddCommand(app, chosen, "scale", RunScale);
+  AddCommand(app, chosen, "undulation", RunUndulation);
+  AddCommand(app, chosen, "ecef", RunEcef);
+  AddCommand(app, chosen, "distance", RunDistance);
+  int status = 0;
   try {
     app.parse(argc, argv);
+    status = chosen();
   } catch (const CLI::Success& help) {
-    const int status = app.exit(help);
-    latigo::cli::FlushOutput();
-    return status;
+    status = app.exit(help);
   } catch (const CLI::ParseError& wrong) {
-    throw latigo::cli::UsageError(wrong.what());
+    throw UsageError(wrong.what());
   }
-  const int status = run();
-  latigo::cli::FlushOutput();
+  // What is printed may still wait in a buffer, and a full disk is noticed only when it is written.
+  FlushOutput();
   return status;
 }
 
 int RunProgram(int argc, char** argv) {
   try {
-    latigo::cli::PrepareStreams();
+    PrepareStreams();
     return Run(argc, argv);
   } catch (const std::exception& failure) {
-    latigo::cli::Message(failure.what());
+    Message(failure.what());
     return 2;
   }
 }
@@ -171,7 +140,7 @@ int RunProgram(int argc, char** argv) {
 extern "C" int wmain(int argc, wchar_t** wide) {
   std::vector<std::string> texts;
   for (int i = 0; i < argc; ++i) {
-    texts.push_back(latigo::cli::Narrow(wide[i]));
+    texts.push_back(Narrow(wide[i]));
   }
   std::vector<char*> argv;
   for (std::string& text : texts) {

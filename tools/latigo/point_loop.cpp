@@ -55,8 +55,9 @@ struct Output {
 // The lines of one block, converted by one object.
 class BlockRun {
  public:
-  BlockRun(const Converter& converter, const PointCommand& command, const std::string& file, Output& output)
-      : options_(converter.CommandOptions()), converter_(converter), command_(command), file_(file), output_(output) {}
+  BlockRun(const PointOptions& options, const PointCommand& command, const Converter& converter,
+           const std::string& file, Output& output)
+      : options_(options), command_(command), converter_(converter), file_(file), output_(output) {}
 
   void Run(const Block& block) {
     std::string_view text = block.bytes;
@@ -79,7 +80,7 @@ class BlockRun {
       return;
     }
     PointLine point = command_.parse(line, command_.order, options_.separation);
-    if (options_.noHeight && command_.third == Third::Height) {
+    if (command_.third == Third::Ignored) {
       point.third.reset();
       point.rest = point.restWithThird;
       point.fault = point.badThird ? nullptr : point.fault;
@@ -192,9 +193,9 @@ class BlockRun {
     output_.text.Char('\n');
   }
 
-  const Options& options_;
-  const Converter& converter_;
+  const PointOptions& options_;
   const PointCommand& command_;
+  const Converter& converter_;
   const std::string& file_;
   Output& output_;
   std::size_t line_ = 0;
@@ -308,11 +309,11 @@ class PrintQueue {
 
 }  // namespace
 
-int RunPoints(const Options& options, const PointCommand& command) {
+int RunPoints(const PointOptions& options, const PointCommand& command) {
   CheckSection(options);
   std::vector<std::unique_ptr<const Converter>> converters(static_cast<std::size_t>(options.jobs));  // one a thread
   for (auto& converter : converters) {
-    converter = std::make_unique<const Converter>(options);
+    converter = std::make_unique<const Converter>(options, command.between);
   }
   Report report;
   std::unique_ptr<PrintQueue> queue;
@@ -324,10 +325,11 @@ int RunPoints(const Options& options, const PointCommand& command) {
     BlockReader reader(path);
     for (Block block; reader.Next(block);) {
       // The oldest block under way is done before its converter's turn comes again.
-      const auto convert = [&command, &converter = *converters[turn], file = reader.Name(), block = std::move(block)] {
+      const auto convert = [&options, &command, &converter = *converters[turn], file = reader.Name(),
+                            block = std::move(block)] {
         Output output;
         output.file = file;
-        BlockRun(converter, command, file, output).Run(block);
+        BlockRun(options, command, converter, file, output).Run(block);
         return output;
       };
       if (!queue) {
