@@ -1,4 +1,4 @@
-// Initialisation when the library is loaded into a process. The static facility of errcode.cpp is constructed before
+// Initialisation when the library is loaded into a process, or starts with the program that it is linked into. The static facility of errcode.cpp is constructed before
 // any export can run.
 #include <latigo/latigo.h>
 
@@ -19,7 +19,7 @@ void LibraryLoaded(HMODULE module) {
 
 }  // namespace
 
-#if defined(_WIN32)
+#if defined(_WIN32) && !defined(LATIGO_LINKED_IN)
 extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID) {
   if (reason == DLL_PROCESS_ATTACH) {
     LibraryLoaded(module);
@@ -27,7 +27,7 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID) {
   return TRUE;
 }
 #else
-// No module handle is needed: the string table is linked in.
+// No module handle: the string table belongs to the program, or is linked in.
 [[gnu::constructor]] void Loaded() {
   LibraryLoaded(nullptr);
 }
