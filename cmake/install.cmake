@@ -28,17 +28,18 @@ file(RELATIVE_PATH pc_to_prefix /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 configure_file(cmake/latigo.pc.in latigo.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/latigo.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
 
-install(FILES docs/man/liblatigo.3 DESTINATION ${CMAKE_INSTALL_MANDIR}/man3 COMPONENT development)
+foreach(page latigo.1 liblatigo.3)
+  configure_file(docs/man/${page} ${PROJECT_BINARY_DIR}/man/${page} @ONLY)
+endforeach()
+install(FILES ${PROJECT_BINARY_DIR}/man/liblatigo.3 DESTINATION ${CMAKE_INSTALL_MANDIR}/man3 COMPONENT development)
 
 install(FILES README.md CHANGELOG.md SECURITY.md DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development)
 install(DIRECTORY docs examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT development
   PATTERN CMakeLists.txt EXCLUDE PATTERN Doxyfile EXCLUDE PATTERN man EXCLUDE)
 
 if(LATIGO_BUILD_TOOLS)
-  file(RELATIVE_PATH bin_to_lib /${CMAKE_INSTALL_BINDIR} /${CMAKE_INSTALL_LIBDIR})
-  set_target_properties(latigo-cli PROPERTIES INSTALL_RPATH $ORIGIN/${bin_to_lib})
   install(TARGETS latigo-cli RUNTIME COMPONENT tools)
-  install(FILES docs/man/latigo.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tools)
+  install(FILES ${PROJECT_BINARY_DIR}/man/latigo.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tools)
   install(FILES tools/latigo/latigo.bash DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/bash-completion/completions
     RENAME latigo COMPONENT tools)
 endif()

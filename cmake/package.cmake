@@ -37,8 +37,13 @@ pkg-config, documents and examples.")
 
 set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME latigo-tools)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION science)
-set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "liblatigo${PROJECT_VERSION_MAJOR} (>= ${PROJECT_VERSION})")
 set(CPACK_COMPONENT_TOOLS_DESCRIPTION "The program latigo converts files of points between the coordinate
 systems that a configuration file describes.")
+
+# The packages' changelog begins with their version.
+file(STRINGS ${PROJECT_SOURCE_DIR}/cmake/debian/changelog first_line LIMIT_COUNT 1)
+if(NOT first_line MATCHES "^latigo \\(${PROJECT_VERSION}-${CPACK_DEBIAN_PACKAGE_RELEASE}\\)")
+  message(FATAL_ERROR "cmake/debian/changelog does not begin with version ${PROJECT_VERSION}")
+endif()
 
 include(CPack)

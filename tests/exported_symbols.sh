@@ -4,6 +4,7 @@
 set -euo pipefail
 library=$1
 list=$2
+major=$3  # of the version
 
 # Reads the headers of the file if possible.
 headers=$(objdump -p "$library")
@@ -20,5 +21,5 @@ if [[ $library == *.dll ]]; then
   exit
 fi
 diff <(nm -D --defined-only "$library" | awk '{ print $3 }' | sort) <(awk '{ print $2 }' "$list" | sort)
-diff <(field SONAME) <(echo liblatigo.so.13)
+diff <(field SONAME) <(echo "liblatigo.so.$major")
 ! field NEEDED | grep -vE '^(libstdc\+\+|libm|libc|libgcc_s|ld-linux.*)\.so'

@@ -16,7 +16,8 @@ class LoadTest : public support::Scratch {};
 
 TEST_F(LoadTest, LoadingWritesOneLine) {
   ASSERT_NE(Load(), nullptr);
-  EXPECT_EQ(Log(), support::Lines{"LATIGO ver 13.2 loaded"});
+  const std::string version = std::to_string(LATIGO_VERSION_MAJOR) + "." + std::to_string(LATIGO_VERSION_MINOR);
+  EXPECT_EQ(Log(), support::Lines{"LATIGO ver " + version + " loaded"});
 }
 
 #if defined(_WIN32)

@@ -1,5 +1,5 @@
-// Initialisation when the library is loaded into a process, or starts with the program that it is linked into. The static facility of errcode.cpp is constructed before
-// any export can run.
+// Initialisation when the library is loaded into a process, or starts with the program that it is linked into. The
+// static facility of errcode.cpp is constructed before any export can run.
 #include <latigo/latigo.h>
 
 #include "errors/last_error.h"
