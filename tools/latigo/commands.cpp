@@ -99,13 +99,13 @@ void FromCartesian(const Converter& converter, const PointLine& point, Result& r
   result.Add(to.h, Quantity::Length);
 }
 
-// Along the lines that a function of the library measures.
+// The distance by one of the library's functions.
 template <auto measure>
 void Distance(const Converter& converter, const PointLine& line, Result& result) {
   const double latitude1 = line.first * RadiansPerDegree;
   const double longitude1 = line.second * RadiansPerDegree;
   const double latitude2 = line.toFirst * RadiansPerDegree;
-  // The near way round.
+  // The longitude difference, wrapped.
   const double longitude2 = (line.second + std::remainder(line.toSecond - line.second, 360)) * RadiansPerDegree;
   double azimuth = 0;
   result.Add(measure(converter.Handle(), latitude1, longitude1, latitude2, longitude2, &azimuth), Quantity::Length);
@@ -126,7 +126,7 @@ int RunInverse(const GridOptions& options) {
 
 int RunScale(const ScaleOptions& options) {
   Between between = BetweenOf(options);
-  between.localGrid = false;  // the factor belongs to the projection's own coordinates
+  between.localGrid = false;  // the factor is that of the projection's coordinates
   return RunPoints(options, options.grid
                                 ? PointCommand{Order::Grid, 1, Third::Carried, ScaleOfGrid, between}
                                 : PointCommand{GeographicOrder(options), 1, Third::Carried, ScaleOfPosition, between});
@@ -153,7 +153,7 @@ int RunEcef(const EcefOptions& options) {
 int RunDistance(const DistanceOptions& options) {
   RequireSection(ConfigFile(options.file), options);
   char unit[16] = "units";
-  // A unit without a name leaves the word.
+  // For a unit without a name the default text remains.
   GetLocalName(Converter(options, {}).Handle(), LATIGO_NAME_UNIT_SHORT, "", unit, sizeof unit);
   return RunPoints(options, {GeographicOrder(options),
                              2,

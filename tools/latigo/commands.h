@@ -1,4 +1,4 @@
-// The commands of the program, and what each can be asked.
+// The commands of the program and their options.
 #pragma once
 
 #include <string>
@@ -18,7 +18,7 @@ struct Options {
 };
 
 struct CheckOptions : Options {
-  bool sectionGiven = false;  // otherwise every section of the file is meant
+  bool sectionGiven = false;  // false: all sections of the file
 };
 
 struct InfoOptions : CheckOptions {
@@ -35,23 +35,23 @@ struct PointOptions : Options {
   int jobs = 1;        // threads
 };
 
-// Of those whose geographic side may be on another datum than the section's.
+// Of commands whose positions may be on another datum than the section's.
 struct ShiftOptions : PointOptions {
-  bool wgs84 = false;      // it is WGS-84
-  bool unshifted = false;  // points outside the datum grid keep their latitude and longitude
+  bool wgs84 = false;      // positions are WGS-84
+  bool unshifted = false;  // points outside the datum grid are converted without a shift
 };
 
 struct UndulationOptions : ShiftOptions {
-  bool geoidOnDatum = false;  // the geoid belongs to the section's own ellipsoid, though the points are WGS-84
+  bool geoidOnDatum = false;  // undulations refer to the section's own ellipsoid, also for WGS-84 positions
 };
 
 // Forward and inverse.
 struct GridOptions : UndulationOptions {
-  bool noHeight = false;  // the third field is no height and is carried through
+  bool noHeight = false;  // the third field is not a height and is copied
 };
 
 struct ScaleOptions : ShiftOptions {
-  bool grid = false;  // read projection coordinates
+  bool grid = false;  // read coordinates of the projection
 };
 
 struct EcefOptions : PointOptions {
@@ -73,7 +73,7 @@ int RunDistance(const DistanceOptions& options);
 // Describes the section, or every section of the file.
 int RunInfo(const InfoOptions& options);
 
-// The same without a word: 0 if there is no warning and every section opens, else 2.
+// Checks the same without output: 0 if there is no warning and every section opens, else 2.
 int RunCheck(const CheckOptions& options);
 
 }  // namespace latigo::cli

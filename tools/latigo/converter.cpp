@@ -19,15 +19,15 @@ constexpr double RoundTripLimit = 1;      // metres
 constexpr double HeightTolerance = 1e-6;  // metres
 constexpr int HeightIterations = 10;
 
-// How far from its origin a projection is taken to hold without a test: difference of longitude from the central
-// meridian in degrees, and distances in metres along the axes.
+// Limits within which the round-trip error of a projection is not checked: longitude difference from the central
+// meridian in degrees, and distances from the origin along the axes in metres.
 struct Reach {
   double degrees;
   double easting;
   double northing;
 };
 
-constexpr double Everywhere = 20.1e6;  // half a meridian, and a little
+constexpr double Everywhere = 20.1e6;  // slightly more than half a meridian
 
 constexpr Reach ReachOf(std::int32_t kind) {
   switch (kind) {
@@ -49,7 +49,7 @@ constexpr Reach ReachOf(std::int32_t kind) {
   }
 }
 
-// Whether the coordinates are metres whatever `Unit`.
+// Whether the coordinates are metres and `Unit` is ignored.
 constexpr bool IsMetric(std::int32_t kind) {
   return kind == LATIGO_KIND_OBLIQUE_STEREOGRAPHIC || kind == LATIGO_KIND_MERCATOR_ON_SPHERE ||
          kind == LATIGO_KIND_POLAR_STEREOGRAPHIC;
@@ -93,11 +93,11 @@ Converter::Converter(const PointOptions& options, const Between& between)
   nearLongitude_ = reach.degrees * RadiansPerDegree;
   nearX_ = reach.easting / metresPerUnit_;
   nearY_ = reach.northing / metresPerUnit_;
-  if ((adjustment.AdjustType & LATIGO_ADJUST_TYPE) != 0) {  // which may turn the axes
+  if ((adjustment.AdjustType & LATIGO_ADJUST_TYPE) != 0) {  // which may rotate the axes
     nearX_ = nearY_ = std::min(nearX_, nearY_);
   }
   if (GeoXY(Handle(), &originX_, &originY_, params.RefLatitude, params.CentralMeridian) == 0) {
-    originX_ = originY_ = NAN;  // nothing is near
+    originX_ = originY_ = NAN;  // so that every point is checked
   }
 }
 
@@ -110,7 +110,7 @@ bool Converter::ReadGeographic(const PointLine& point, Position& position, Resul
                          !result.Call(WGS84Conv(Handle(), &latitude, &longitude, &h), "WGS84Conv"))) {
     return false;
   }
-  // The nearest turn to the central meridian, since not every projection wraps longitudes.
+  // Wrapped to the central meridian, since not every projection wraps longitudes.
   if (std::fabs(longitude - centralMeridian_) > Pi) {
     longitude -= std::copysign(TwoPi, longitude - centralMeridian_);
   }
@@ -142,7 +142,7 @@ bool Converter::ToGridHeight(const PointLine& point, const Position& position, d
   if (hasGeoid_ && !ReadUndulation(point, position, undulation, result)) {
     return false;
   }
-  // The undulation of a WGS-84 geoid belongs to the height above WGS-84, before the shift.
+  // The undulation above WGS-84 is subtracted from the height above WGS-84, before the shift.
   height = (hasGeoid_ && GeoidOnWgs84() ? *point.third : position.h) - undulation;
   return !hasVerticalUnit_ || result.Call(VConvert(Handle(), &height, LATIGO_FROM_METRES), "VConvert");
 }
@@ -173,8 +173,8 @@ bool Converter::FromGridHeight(const PointLine& point, Position& position, Resul
     }
     own.h += undulation;
   }
-  // The geoid's height above WGS-84 is wanted, and the shift takes a height above the object's ellipsoid: the one that
-  // leads there is found by the difference, which the shift changes by parts in a hundred thousand.
+  // Given is the height above WGS-84, but the shift needs the height above the object's ellipsoid. It is found by
+  // correcting the difference, which the shift changes by about 1e-5 of itself.
   for (int i = 0; i < HeightIterations; ++i) {
     position = own;
     if (!result.Call(InvWGS84Conv(Handle(), &position.latitude, &position.longitude, &position.h), "InvWGS84Conv")) {
@@ -197,7 +197,7 @@ bool Converter::FromGridHeight(const PointLine& point, Position& position, Resul
   return true;
 }
 
-// False if the point fails for want of a value of the datum grid.
+// Returns false if the point fails because the datum grid has no value there.
 bool Converter::InDatumGrid(double latitude, double longitude, Result& result) const {
   if (!datumGrid_) {
     return true;
@@ -206,7 +206,7 @@ bool Converter::InDatumGrid(double latitude, double longitude, Result& result) c
     case 0:
       return true;
     case OutsideGrid:
-      result.fault = between_.unshifted ? nullptr : "the point lies outside the datum grid";
+      result.fault = between_.unshifted ? nullptr : "the point is outside the datum grid";
       break;
     default:
       result.fault = between_.unshifted ? nullptr : "the datum grid's rows at the point cannot be read";

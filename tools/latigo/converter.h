@@ -1,4 +1,4 @@
-// A coordinate system at work for a command: its object, and how the command reads and writes positions.
+// The coordinate system of a command: its object, and the command's input and output of positions.
 #pragma once
 
 #include <latigo/latigo.h>
@@ -13,7 +13,7 @@
 
 namespace latigo::cli {
 
-// How a value is written.
+// The type of an output value.
 enum class Quantity { Length, Latitude, Longitude, Azimuth, Factor };
 
 struct Value {
@@ -28,24 +28,24 @@ struct Position {
   double h = 0;
 };
 
-// Why a point is doubtful though it has values: a bit each.
+// Why a converted point is doubtful: one bit each.
 enum class Doubt : unsigned { Unshifted = 1, NoRoundTrip = 2, WholeHeight = 4 };
 inline constexpr int Doubts = 3;
 
-// What a command makes of a point; up to three values.
+// The result of a command for a point: up to three values.
 struct Result {
   Value values[3];
   int count = 0;
   std::int32_t code = 0;           // of the library call that failed
   const char* function = nullptr;  // that call; null if all succeeded
-  const char* fault = nullptr;     // why the point fails though no call does
+  const char* fault = nullptr;     // why the point fails without a failed call
   unsigned doubts = 0;
 
   void Add(double value, Quantity quantity) { values[count++] = {value, quantity}; }
 
   void Add(Doubt doubt) { doubts |= static_cast<unsigned>(doubt); }
 
-  // Takes the outcome of a library call; true if it succeeded.
+  // Records the outcome of a library call; returns true if it succeeded.
   bool Call(std::int32_t success, const char* name) {
     if (success == 0) {
       code = GetGeodesyError();
@@ -55,15 +55,15 @@ struct Result {
   }
 };
 
-// What lies between the two sides of a command.
+// The steps between input and output of a command.
 struct Between {
-  bool shift = false;         // the geographic side is WGS-84, and the datum shift lies between
-  bool unshifted = false;     // points outside the datum grid keep their latitude and longitude
-  bool geoidOnDatum = false;  // the geoid belongs to the section's own ellipsoid, though the points are WGS-84
+  bool shift = false;         // positions are WGS-84: apply the datum shift
+  bool unshifted = false;     // points outside the datum grid are converted without a shift
+  bool geoidOnDatum = false;  // undulations refer to the section's own ellipsoid, also for WGS-84 positions
   bool localGrid = true;      // the local grid of the section is applied
 };
 
-// One object, so one thread at a time.
+// Contains one object, so only one thread at a time may use it.
 class Converter {
  public:
   // Throws UsageError if the section does not open.
@@ -75,19 +75,19 @@ class Converter {
   bool ReadGeographic(const PointLine& point, Position& position, Result& result) const;
   void WriteGeographic(const Position& position, Result& result) const;
 
-  // The height on the grid's side of a line with a height, from the position as ReadGeographic gave it: less the
-  // undulation, in the vertical unit. False if the undulation fails.
+  // The grid height of a line with a height, in the vertical unit, from the position of ReadGeographic: less the
+  // undulation. Returns false if the undulation fails.
   bool ToGridHeight(const PointLine& point, const Position& position, double& height, Result& result) const;
-  // From a position on the object's datum and the line's height on the grid's side to the position that the command
-  // writes, with --wgs84 on WGS-84. False if a call fails.
+  // Converts a position on the object's datum and the line's grid height to the output position, with --wgs84 on
+  // WGS-84. Returns false if a call fails.
   bool FromGridHeight(const PointLine& point, Position& position, Result& result) const;
 
   bool HasGeoid() const { return hasGeoid_; }
   bool GeoidOnWgs84() const { return between_.shift && !between_.geoidOnDatum; }
-  // The undulation at a position of the line, taken by ReadGeographic to the object's datum.
+  // The undulation at a position of the line, converted by ReadGeographic to the object's datum.
   bool ReadUndulation(const PointLine& point, const Position& position, double& undulation, Result& result) const;
 
-  // Doubts a result whose way back misses by more than a metre. Both are tried far from the projection's origin only.
+  // Mark a result as doubtful if its round-trip error exceeds one metre; checked only far from the projection's origin.
   void CheckForward(const Position& from, double x, double y, Result& result) const;
   void CheckInverse(double x, double y, const Position& to, Result& result) const;
 
@@ -101,9 +101,9 @@ class Converter {
   double centralMeridian_ = 0;
   bool hasGeoid_ = false;
   bool hasVerticalUnit_ = false;
-  std::unique_ptr<InterpFile> datumGrid_;  // with --wgs84: the grid of the datum shift, to see where it has no value
+  std::unique_ptr<InterpFile> datumGrid_;  // with --wgs84: the datum grid, to find points outside it
   double metresPerUnit_ = 1;
-  double originX_ = 0, originY_ = 0;  // of the grid; the limits count from here, in grid units
+  double originX_ = 0, originY_ = 0;  // of the grid, from which the limits are measured; grid units
   double nearLongitude_ = 0, nearX_ = 0, nearY_ = 0;
 };
 

@@ -11,13 +11,13 @@ Usage: latigo COMMAND [OPTIONS] FILE [POINTS...]
 FILE is a configuration file; each of its sections describes a coordinate system.
 
 Commands:
-  info        print what a section describes, or every section of the file
-  check       report by the exit status alone whether info has something to warn of
+  info        describe one section, or every section of the file
+  check       report by the exit status only whether info would print a warning
   forward     latitude and longitude to easting and northing
   inverse     easting and northing to latitude and longitude
   scale       latitude and longitude to the point scale factor
   undulation  latitude and longitude to the geoid undulation
-  ecef        latitude, longitude and height to earth-centred X, Y, Z, or back
+  ecef        latitude, longitude and height to earth-centred X, Y, Z, or the inverse
   distance    two positions to distance and azimuth
 
 Options:
@@ -25,85 +25,85 @@ Options:
   --version   print the version and exit
 )";
 
-constexpr std::string_view Info = R"(Prints what a section describes, or every section of the file.
+constexpr std::string_view Info = R"(Describes one section, or every section of the file.
 Usage: latigo info [OPTIONS] FILE
 
 Options:
   -h, --help            print this help and exit
-  -s, --section NAME    section of the file; without it all
+  -s, --section NAME    section of the file; default: all
   --strict              every warning is a failure
-  --lang eng|fra|esp    language of the names; eng if not given
+  --lang eng|fra|esp    language of the names; default eng
 
-Exit status: 0; 1 if a section does not open; 2 for a wrong file, section or argument, or, with --strict, for a warning.
+Exit status: 0; 1 if a section does not open; 2 for an invalid file, section or argument, or, with --strict, a warning.
 )";
 
-constexpr std::string_view Check = R"(Reports by its exit status alone whether info has something to warn of.
+constexpr std::string_view Check = R"(Reports by the exit status only whether info would print a warning.
 Usage: latigo check [OPTIONS] FILE
 
 Options:
   -h, --help            print this help and exit
-  -s, --section NAME    section of the file; without it all
-  --strict              accepted as for the other commands; check is always strict
+  -s, --section NAME    section of the file; default: all
+  --strict              no effect: check is always strict
 
 Exit status: 0; 2 if there is a warning, if the file cannot be read or a section does not open.
 )";
 
 constexpr std::string_view Forward =
-    R"(Latitude and longitude to easting and northing (x and y). An ellipsoidal height becomes
-the height less the undulation if the section has a geoid.
+    R"(Latitude and longitude to easting and northing (x and y). If the section has a geoid,
+the undulation is subtracted from an ellipsoidal height.
 Usage: latigo forward [OPTIONS] FILE [POINTS...]
 
 Options of this command:
-  --wgs84               the input is WGS-84 and goes through the datum shift first
+  --wgs84               the input is WGS-84; the datum shift is applied first
   --outside-grid fail|unshifted
-                        a point outside the datum grid, or in rows that cannot be read, fails (the default),
-                        or keeps its latitude and longitude with a warning
-  --geoid-on-datum      the geoid belongs to the section's own ellipsoid; without it and with --wgs84 it belongs
-                        to WGS-84
-  --no-height           the third field is no height and is carried through
+                        a point outside the datum grid, or in rows that cannot be read, fails (default), or is
+                        converted without a shift, with a warning
+  --geoid-on-datum      undulations refer to the section's own ellipsoid; without this option, but with --wgs84,
+                        to the WGS-84 ellipsoid
+  --no-height           the third field is not a height and is copied
 )";
 
 constexpr std::string_view Inverse =
-    R"(Easting and northing (x and y) to latitude and longitude. A height becomes the height
-plus the undulation if the section has a geoid.
+    R"(Easting and northing (x and y) to latitude and longitude. If the section has a geoid, the
+undulation is added to a height.
 Usage: latigo inverse [OPTIONS] FILE [POINTS...]
 
 Options of this command:
   --wgs84               the output is WGS-84, after the datum shift
   --outside-grid fail|unshifted
-                        a point outside the datum grid, or in rows that cannot be read, fails (the default),
-                        or keeps its latitude and longitude with a warning
-  --geoid-on-datum      the geoid belongs to the section's own ellipsoid; without it and with --wgs84 it belongs
-                        to WGS-84
-  --no-height           the third field is no height and is carried through
+                        a point outside the datum grid, or in rows that cannot be read, fails (default), or is
+                        converted without a shift, with a warning
+  --geoid-on-datum      undulations refer to the section's own ellipsoid; without this option, but with --wgs84,
+                        to the WGS-84 ellipsoid
+  --no-height           the third field is not a height and is copied
 )";
 
 constexpr std::string_view Scale = R"(Latitude and longitude to the point scale factor.
 Usage: latigo scale [OPTIONS] FILE [POINTS...]
 
 Options of this command:
-  --wgs84               the input is WGS-84 and goes through the datum shift first
+  --wgs84               the input is WGS-84; the datum shift is applied first
   --outside-grid fail|unshifted
-                        a point outside the datum grid, or in rows that cannot be read, fails (the default),
-                        or keeps its latitude and longitude with a warning
-  --grid                read x and y of the projection, before any local grid
+                        a point outside the datum grid, or in rows that cannot be read, fails (default), or is
+                        converted without a shift, with a warning
+  --grid                read x and y of the projection, not of a local grid
 )";
 
 constexpr std::string_view Undulation = R"(Latitude and longitude to the geoid undulation.
 Usage: latigo undulation [OPTIONS] FILE [POINTS...]
 
 Options of this command:
-  --wgs84               the input is WGS-84 and goes through the datum shift first
+  --wgs84               the input is WGS-84; the datum shift is applied first
   --outside-grid fail|unshifted
-                        a point outside the datum grid, or in rows that cannot be read, fails (the default),
-                        or keeps its latitude and longitude with a warning
-  --geoid-on-datum      the geoid belongs to the section's own ellipsoid; without it and with --wgs84 it belongs
-                        to WGS-84
+                        a point outside the datum grid, or in rows that cannot be read, fails (default), or is
+                        converted without a shift, with a warning
+  --geoid-on-datum      undulations refer to the section's own ellipsoid; without this option, but with --wgs84,
+                        to the WGS-84 ellipsoid
 )";
 
 constexpr std::string_view Ecef =
-    R"(Latitude, longitude and height (0 if there is none) to earth-centred X, Y, Z in metres,
-on the section's own ellipsoid.
+    R"(Latitude, longitude and height (default 0) to earth-centred X, Y, Z in metres, on the
+section's own ellipsoid.
 Usage: latigo ecef [OPTIONS] FILE [POINTS...]
 
 Options of this command:
@@ -111,37 +111,37 @@ Options of this command:
 )";
 
 constexpr std::string_view Distance =
-    R"(Lines of two positions, latitude and longitude each, to the distance in grid units with
-the unit's name, and the azimuth at the first position in degrees, clockwise from north. Of the two ways round the
-earth the shorter one is measured.
+    R"(Two positions per line, latitude and longitude each, to the distance in grid units with
+the unit's name, and the azimuth at the first position in degrees, clockwise from north. The longitude difference is
+at most 180 degrees.
 Usage: latigo distance [OPTIONS] FILE [POINTS...]
 
 Options of this command:
   --rhumb               along the rhumb line instead of the great circle
 )";
 
-// Follows the text of each command that reads points.
+// Appended to the text of each command that reads points.
 constexpr std::string_view Points = R"(
 Options of all commands that read points:
   -h, --help            print this help and exit
-  -s, --section NAME    section of the file; Geodesy if not given
-  --strict              every warning is a failure: of the point, or of the file
-  --precision DIGITS    decimals, 0 to 15
-  --jobs THREADS        threads, 1 to 256; the order of the lines stays
+  -s, --section NAME    section of the file; default Geodesy
+  --strict              every warning is a failure, of the point or of the file
+  --precision DIGITS    number of decimals, 0 to 15
+  --jobs THREADS        number of threads, 1 to 256; the order of the lines is kept
   --dms                 write angles as degrees, minutes and seconds
   --separator auto|comma|semicolon|tab|blank
-                        what separates fields; auto is blanks or commas. With comma 391390,5817855 is a point
+                        field separator; auto is blanks or commas. With comma 391390,5817855 is a point
   --lonlat              longitude before latitude, in input and output
 
-Points are read from files, or from standard input if there are none or for -, one a line: two coordinates, perhaps a
-height, and anything else, which is carried through. Angles are decimal degrees or degrees, minutes and seconds (52.5,
-52:30:00N, 52°30'00"N). Heights are metres; on the grid's side they are vertical units if the section has the key
-VertUnit. Blank lines and lines that begin with # are copied.
+Points are read from files, or from standard input without files or for -, one per line: two coordinates, optionally a
+height, and further text, which is copied. Angles are decimal degrees or degrees, minutes and seconds (52.5, 52:30:00N,
+52°30'00"N). Heights are metres; heights with grid coordinates are vertical units if the section has the key VertUnit.
+Blank lines and lines that begin with # are copied.
 
-Invalid lines and failed points print * for each value, and a message. Far from the projection's origin a position
-whose round trip misses by more than a metre is a warning; latigo(1) has the limits.
+Invalid lines and failed points print * for each value, and a message. Far from the projection's origin, a round-trip
+error above one metre is a warning; latigo(1) has the limits.
 
-Exit status: 0; 1 if a point failed; 2 for a wrong file, section or argument, and for output that cannot be written.
+Exit status: 0; 1 if a point failed; 2 for an invalid file, section or argument, and for output that cannot be written.
 )";
 
 struct Help {

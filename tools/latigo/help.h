@@ -6,7 +6,7 @@
 
 namespace latigo::cli {
 
-// Of a command by its name; any other name stands for the program.
+// The text of a command; for any other name that of the program.
 std::string HelpOf(std::string_view command);
 
 }  // namespace latigo::cli

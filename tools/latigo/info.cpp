@@ -1,4 +1,4 @@
-// What a section describes, in words.
+// The description of a section.
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
@@ -32,7 +32,7 @@ const char* ProjectionName(std::int32_t kind) {
   }
 }
 
-// The library's names are Windows-1252; their accented letters are numbered as in Unicode.
+// The library's names are Windows-1252; their accented letters have the same numbers in Unicode.
 std::string LocalName(GeodesyHandle handle, std::int32_t request, const std::string& language) {
   char name[64];
   if (GetLocalName(handle, request, language.c_str(), name, sizeof name) == 0) {
@@ -127,7 +127,8 @@ void PrintGeoid(GeodesyHandle handle) {
   std::printf("  geoid           %s%s, constant %.10g\n", path[0] != '\0' ? "grid " : "no grid", Visible(path).c_str(),
               constant);
   if (path[0] != '\0' || constant != 0) {
-    std::printf("                  of WGS-84 with --wgs84, else or with --geoid-on-datum of the section's ellipsoid\n");
+    std::printf(
+        "                  refers to WGS-84 with --wgs84, else or with --geoid-on-datum to the section's ellipsoid\n");
   }
 }
 
@@ -135,13 +136,13 @@ void PrintHeights(bool hasVerticalUnit) {
   std::printf("  heights         metres%s\n", hasVerticalUnit ? ", on the grid's side vertical units" : "");
 }
 
-// How a section was found; the worst stands last.
+// The result for a section, in increasing severity.
 enum class Outcome { Clean, Warned, Failed };
 
 Outcome Describe(const InfoOptions& options, const ConfigFile& config, const SectionOpener& opener,
                  const std::string& section) {
   std::printf("[%s]\n", Visible(section).c_str());
-  std::fflush(stdout);  // so that warnings stand below the name
+  std::fflush(stdout);  // so that warnings follow the name
   Outcome outcome = Outcome::Clean;
   for (const std::string& warning : config.Warnings(section)) {
     Message(warning);

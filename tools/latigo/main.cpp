@@ -118,7 +118,7 @@ int Run(int argc, char** argv) {
   } catch (const CLI::ParseError& wrong) {
     throw UsageError(wrong.what());
   }
-  // What is printed may still wait in a buffer, and a full disk is noticed only when it is written.
+  // Flush the output: a full disk is noticed only when the buffer is written.
   FlushOutput();
   return status;
 }
@@ -136,7 +136,7 @@ int RunProgram(int argc, char** argv) {
 }  // namespace
 
 #if defined(_WIN32)
-// Any name that Windows has is an argument; inside, texts are UTF-8.
+// Arguments may have any characters of Windows; inside the program texts are UTF-8.
 extern "C" int wmain(int argc, wchar_t** wide) {
   std::vector<std::string> texts;
   for (int i = 0; i < argc; ++i) {

@@ -22,7 +22,7 @@ namespace latigo::cli {
 
 namespace {
 
-// Beyond it a result is no latitude, and not one that rounding has lifted over the pole; degrees.
+// Larger results are not latitudes; rounding at the pole is allowed. Degrees.
 constexpr double LargestLatitude = 90 + 1e-9;
 
 constexpr int LengthPrecision = 4;   // 0.1 mm
@@ -31,25 +31,25 @@ constexpr int SecondPrecision = 6;   // 0.03 mm
 constexpr int ScalePrecision = 10;
 
 constexpr const char* DoubtTexts[Doubts] = {
-    "outside the datum grid or in rows that cannot be read, and so not shifted",
-    "too far from the projection's origin: the way back misses by more than a metre",
-    "a whole number in the third field is taken as a height; --no-height carries it through",
+    "outside the datum grid or in rows that cannot be read, so converted without a shift",
+    "too far from the projection's origin: the round-trip error exceeds one metre",
+    "a whole number in the third field is read as a height; --no-height copies it",
 };
 constexpr int WholeHeightIndex = 2;
 
-// The points of one doubt.
+// The points that are doubtful for one reason.
 struct Doubtful {
   std::size_t count = 0;
   std::size_t firstLine = 0;
 };
 
-// What a block of lines becomes.
+// The output of a block of lines.
 struct Output {
   Writer text;
   std::string messages;  // for standard error
   std::string file;
   std::array<Doubtful, Doubts> doubtful{};
-  bool otherHeights = false;  // with a point or a sign, or 0: so the third field is no name
+  bool otherHeights = false;  // with a decimal point or a sign, or 0: so the third field is not a name
 };
 
 // The lines of one block, converted by one object.
@@ -115,7 +115,7 @@ class BlockRun {
         return;
       }
       if (result.values[i].quantity == Quantity::Latitude && std::fabs(result.values[i].value) > LargestLatitude) {
-        Fail(point, "the result lies beyond the pole");
+        Fail(point, "the result is beyond the pole");
         return;
       }
     }
@@ -133,7 +133,7 @@ class BlockRun {
     End(point);
   }
 
-  // Notes the doubts of a point; false if it fails for them.
+  // Records the doubts of a point; returns false if it fails because of them.
   bool Accept(const PointLine& point, unsigned doubts) {
     for (std::size_t i = 0; i < Doubts; ++i) {
       if ((doubts >> i & 1U) == 0) {
@@ -201,7 +201,7 @@ class BlockRun {
   std::size_t line_ = 0;
 };
 
-// Prints blocks in their order, and sums up.
+// Prints blocks in order, and the summary of warnings.
 class Report {
  public:
   void Print(const Output& output) {
@@ -237,10 +237,11 @@ class Report {
   bool failed_ = false;
   bool otherHeights_ = false;
   std::array<std::size_t, Doubts> totals_{};
-  std::array<std::string, Doubts> places_;  // the first point of a doubt
+  std::array<std::string, Doubts> places_;  // the first point of each doubt
 };
 
-// Prints blocks under way as soon as the oldest is finished, by a thread of its own, since the caller waits for input.
+// A queue of blocks in work. Its thread prints each as soon as it is the oldest and finished, while the caller waits
+// for input.
 class PrintQueue {
  public:
   PrintQueue(Report& report, std::size_t size) : report_(report), size_(size), thread_([this] { Run(); }) {}
@@ -255,7 +256,7 @@ class PrintQueue {
   PrintQueue(const PrintQueue&) = delete;
   PrintQueue& operator=(const PrintQueue&) = delete;
 
-  // Waits until fewer blocks are under way than there is room for, or for none. Throws what printing threw.
+  // Waits until the queue has room, or is empty. Rethrows an exception from printing.
   void WaitForRoom() { WaitForFewerThan(size_); }
   void WaitForAll() { WaitForFewerThan(1); }
   void Add(std::future<Output> output) {
@@ -282,7 +283,7 @@ class PrintQueue {
       if (underWay_.empty() || failure_) {
         return;
       }
-      std::future<Output>& oldest = underWay_.front();  // which stays at its place while others are added
+      std::future<Output>& oldest = underWay_.front();  // its address is stable while others are added
       lock.unlock();
       std::exception_ptr failure;
       try {
@@ -311,7 +312,7 @@ class PrintQueue {
 
 int RunPoints(const PointOptions& options, const PointCommand& command) {
   CheckSection(options);
-  std::vector<std::unique_ptr<const Converter>> converters(static_cast<std::size_t>(options.jobs));  // one a thread
+  std::vector<std::unique_ptr<const Converter>> converters(static_cast<std::size_t>(options.jobs));  // one per thread
   for (auto& converter : converters) {
     converter = std::make_unique<const Converter>(options, command.between);
   }
@@ -324,7 +325,7 @@ int RunPoints(const PointOptions& options, const PointCommand& command) {
   const auto read = [&](const std::string& path) {
     BlockReader reader(path);
     for (Block block; reader.Next(block);) {
-      // The oldest block under way is done before its converter's turn comes again.
+      // The oldest block in work is finished before its converter is used again.
       const auto convert = [&options, &command, &converter = *converters[turn], file = reader.Name(),
                             block = std::move(block)] {
         Output output;
@@ -343,7 +344,7 @@ int RunPoints(const PointOptions& options, const PointCommand& command) {
   };
   const std::vector<std::string> standardInput = {"-"};
   for (const std::string& path : options.points.empty() ? standardInput : options.points) {
-    read(path);  // when a file cannot be read, the queue prints what the files before it gave
+    read(path);  // if a file cannot be read, the queue still prints the output of the previous files
   }
   if (queue) {
     queue->WaitForAll();

@@ -1,4 +1,4 @@
-// The loop of the commands that convert points, a line at a time.
+// The loop of the commands that convert points, line by line.
 #pragma once
 
 #include <string>
@@ -9,13 +9,13 @@
 
 namespace latigo::cli {
 
-// What the third field of a line is to a command: anything, or a number, which is carried through with the rest; a height,
-// for which one value more is written; part of the point; part of the point that must be there.
+// The meaning of the third field of a line: any text, or a number, which is copied with the rest; a height, for which
+// one more value is written; an optional part of the point; a required part of the point.
 enum class Third { Ignored, Carried, Height, Used, Needed };
 
 struct PointCommand {
   Order order;
-  int values;  // that are written, a height not counted
+  int values;  // number of output values, without a height
   Third third;
   void (*convert)(const Converter& converter, const PointLine& point, Result& result);
   Between between = {};
@@ -23,8 +23,8 @@ struct PointCommand {
   std::string unit = {};  // a word after the first value
 };
 
-// Runs over all lines of all files of the options, in as many threads as they say, and keeps the order. Returns the exit
-// status: 0, or 1 if a point failed. Throws UsageError.
+// Converts all lines of all files of the options in the requested number of threads, and keeps their order. Returns the
+// exit status: 0, or 1 if a point failed. Throws UsageError.
 int RunPoints(const PointOptions& options, const PointCommand& command);
 
 }  // namespace latigo::cli
