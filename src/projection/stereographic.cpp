@@ -26,10 +26,12 @@ Stereographic::Stereographic(const GeodesyParams& params)
       InvTwoRK(1 / TwoRK),
       TwoR(2 * Sphere.radius) {}
 
-// Published   here
-// chi         chi           conformal latitude, as sine and cosine; ConformalSphere has the mapping
-// Lambda - Lambda0  Lambda  longitude on the sphere from the origin, n (lambda - lambda0)
-// B           D             1 + sin chi sin chi0 + cos chi cos chi0 cos(Lambda - Lambda0)
+// Guidance Note       here
+// chi                 chi      conformal latitude, as sine and cosine, by ConformalSphere
+// Lambda - Lambda0    Lambda   longitude on the sphere from the origin, n (lambda - lambda0)
+// B                   D        1 + sin chi sin chi0 + cos chi cos chi0 cos(Lambda - Lambda0)
+//     E = FE + 2 R k0 cos chi sin(Lambda - Lambda0) / B
+//     N = FN + 2 R k0 (sin chi cos chi0 - cos chi sin chi0 cos(Lambda - Lambda0)) / B
 errcode Stereographic::GeoXY(double& x, double& y, double phi, double lambda) const {
   const SinCos chi = FromIsometric(Sphere.IsometricLatitude(phi));
   const SinCos Lambda = SinCosOf(N * lambda - LonN);
@@ -40,7 +42,8 @@ errcode Stereographic::GeoXY(double& x, double& y, double phi, double lambda) co
   return errcode();
 }
 
-// Plane to conformal sphere. With r and the azimuth Az of a grid point about the origin: c' = 2 atan(r / 2 R k0),
+// Plane to conformal sphere; the Guidance Note's g, h, i and j lead to the same point. With r and the azimuth Az of a
+// grid point about the origin: c' = 2 atan(r / (2 R k0)),
 //     sin chi = cos c' sin chi0 + sin c' cos chi0 cos Az, sin(Lambda - Lambda0) = sin c' sin Az / cos chi.
 // With X, Y in units of 2 R k0: d = 1 + cos c' = 2 / (1 + X^2 + Y^2), and sin c' (sin Az, cos Az) = d (X, Y), so no
 // angle is formed.
@@ -55,8 +58,10 @@ Stereographic::OnSphere Stereographic::PlaneToSphere(double x, double y) const {
   return {std::asin(sinChi), h, ArcSine(d * X / cosChi)};
 }
 
-// Conformal sphere to ellipsoid: c z^n = w0 = tan(pi/4 + chi/2), where z = T P, T = tan h, h = pi/4 + phi/2,
-// P = ((1 - e s) / (1 + e s))^(e/2), s = sin phi. By steps g / (c n z^(n-1) Q) from phi = chi, g = c z^n - w0.
+// Conformal sphere to ellipsoid; the Guidance Note iterates on psi, this on z. The latitude solves
+//     c z^n = w0 = tan(pi/4 + chi/2), z = T P, T = tan h, h = pi/4 + phi/2,
+//     P = ((1 - e s) / (1 + e s))^(e/2), s = sin phi,
+// from phi = chi by the steps g / (c n z^(n-1) Q), g = c z^n - w0.
 //
 // The derivative of z is P / (2 cos^2 h) - T P cos phi e2 / (1 - e2 s^2). The prescribed slope Q departs from it in the
 // second term, which has no factor P, one factor s more, and e2 s for e2 s^2; in the south it has the other sign. The
@@ -90,7 +95,7 @@ errcode Stereographic::XYGeo(double x, double y, double& phi, double& lambda) co
   return errcode();
 }
 
-// The scale factor from the sphere to the plane: 1 + (r / 2 R k0)^2 times k0.
+// The scale factor from the sphere to the plane: k0 (1 + (r / (2 R k0))^2).
 errcode Stereographic::Scale(double x, double y, double& k) const {
   const double ratio = Hypotenuse(x - FalseEasting, y - FalseNorthing) / TwoR;
   k = ratio * ratio / ScaleFactor + ScaleFactor;

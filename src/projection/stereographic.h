@@ -38,7 +38,7 @@ class Stereographic : public Projection {
 
   const ConformalSphere Sphere;
   const double N;         // n: exponent of the conformal mapping
-  const double C;         // c: constant of the conformal mapping
+  const double C;         // c: root of the Guidance Note's, whose w is tan^2(pi/4 + chi/2)
   const double LonN;      // n lambda0, radians
   const double InvN;      // 1 / n
   const double TwoRK;     // 2 R k0, metres
