@@ -28,7 +28,7 @@ file(RELATIVE_PATH pc_to_prefix /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 configure_file(cmake/latigo.pc.in latigo.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/latigo.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
 
-foreach(page latigo.1 liblatigo.3)
+foreach(page latigo.1 latigo-grid.1 liblatigo.3)
   configure_file(docs/man/${page} ${PROJECT_BINARY_DIR}/man/${page} @ONLY)
 endforeach()
 install(FILES ${PROJECT_BINARY_DIR}/man/liblatigo.3 DESTINATION ${CMAKE_INSTALL_MANDIR}/man3 COMPONENT development)
@@ -44,8 +44,17 @@ if(LATIGO_BUILD_TOOLS)
     RENAME latigo COMPONENT tools)
 endif()
 
+if(TARGET latigo-grid)
+  file(RELATIVE_PATH bin_to_lib /${CMAKE_INSTALL_BINDIR} /${CMAKE_INSTALL_LIBDIR})
+  set_target_properties(latigo-grid PROPERTIES INSTALL_RPATH $ORIGIN/${bin_to_lib})
+  install(TARGETS latigo-grid RUNTIME COMPONENT import)
+  install(FILES ${PROJECT_BINARY_DIR}/man/latigo-grid.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT import)
+  install(FILES tools/latigo-grid/latigo-grid.bash DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/bash-completion/completions
+    RENAME latigo-grid COMPONENT import)
+endif()
+
 # The prefix is known at installation; the target removes the files listed in the manifest.
-foreach(component library development tools)
+foreach(component library development tools import)
   install(CODE "file(WRITE \"${PROJECT_BINARY_DIR}/install_prefix\" \"\${CMAKE_INSTALL_PREFIX}\")" COMPONENT ${component})
 endforeach()
 add_custom_target(uninstall
