@@ -50,9 +50,9 @@ bool Touches(const Layer& layer, int row, int col, const Area& area) {
   return south + latStep > area.south && south < area.north && (east < width || east + lonStep > 360);
 }
 
-// What the blend of a lattice may miss of the source along a line of four nodes, between the two in the middle, for a
-// lattice as dense as the source; metres. `kinks`: the lattice's cells do not begin at the source's nodes, so the change
-// of slope at a node adds a quarter of it. A cubic is steeper than the line between its nodes.
+// What the blend of a lattice as dense as the source may miss of it along a line of four nodes, between the two in the
+// middle, metres. `kinks`: the lattice's cells do not begin at the source's nodes, so the change of slope at a node
+// adds a quarter of it. A cubic is steeper than the line between its nodes.
 double Defect(const Field& field, const std::array<Values, 4>& line, double latitude, bool kinks) {
   const double curve = field.interpolation == Interpolation::Bicubic ? 1.25 : 1;
   double bend = 0;
@@ -290,7 +290,7 @@ Area LargestWithoutGaps(const Field& field, const Area& area) {
   const double latStep = coarse.latitude.step, lonStep = coarse.longitude.step;
   const auto rows = static_cast<std::size_t>((area.north - area.south) / latStep + 1 + 1e-6);
   const auto cols = static_cast<std::size_t>((area.east - area.west) / lonStep + 1 + 1e-6);
-  // For each row the number of nodes with a value northward from it, and over it the largest rectangle in the histogram.
+  // For each row the heights of the columns of nodes with a value that end there, and the largest rectangle below them.
   std::vector<std::size_t> height(cols + 1);
   std::size_t most = 0, low = 0, high = 0, left = 0, right = 0;
   for (std::size_t row = 0; row < rows; ++row) {

@@ -21,8 +21,8 @@ struct Plan {
   bool aligned = false;  // the source's nodes are nodes of the lattice
 };
 
-// The smallest file within the tolerance (metres). Refuses a tolerance that takes more than maxBytes, and says which one
-// does not. Without an area the whole source is taken.
+// The smallest file within the tolerance (metres). Refuses a tolerance that takes more than maxBytes, and says which
+// one does not. Without an area the whole source is taken.
 Plan ChoosePlan(const Field& field, const std::optional<Area>& area, double tolerance, std::int64_t maxBytes);
 
 // The largest area, from node to node of the coarsest layer, in which every node has a value.
