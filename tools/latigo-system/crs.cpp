@@ -100,31 +100,45 @@ Area AssumedArea(const Crs& crs) {
           std::min(latitude + AssumedReach, 90.0), longitude + (side > 0 ? side : 180), ""};
 }
 
-bool IsProjString(const std::string& text) {
-  return text.find("+proj=") != std::string::npos || text.find("+init=") != std::string::npos;
+// What PROJ is given for a text. A PROJ string becomes a system; and one of a conic with one parallel names it twice,
+// since PROJ takes a second one on the equator for it where the parallel is not the latitude of origin.
+std::string Definition(const std::string& text) {
+  const auto has = [&](const char* word) { return text.find(word) != std::string::npos; };
+  std::string definition = text;
+  if (has("+proj=lcc") && !has("+lat_2=")) {
+    if (const std::size_t at = text.find("+lat_1="); at != std::string::npos) {
+      const std::size_t value = at + 7;
+      definition += " +lat_2=" + text.substr(value, text.find_first_of(" \t\r\n", value) - value);
+    }
+  }
+  return (has("+proj=") || has("+init=")) && !has("+type=crs") ? definition + " +type=crs" : definition;
 }
 
 // The projected part of what the user gave; what a compound or bound system adds is kept.
 Pj ProjectedPart(const Database& database, Pj object, Crs& crs) {
   PJ_CONTEXT* const context = database.Context();
-  switch (proj_get_type(object.get())) {
-    case PJ_TYPE_PROJECTED_CRS:
-      return object;
-    case PJ_TYPE_BOUND_CRS:
-      crs.boundShift.reset(proj_crs_get_coordoperation(context, object.get()));
-      return ProjectedPart(database, Pj(proj_get_source_crs(context, object.get())), crs);
-    case PJ_TYPE_COMPOUND_CRS: {
-      const Pj heights(proj_crs_get_sub_crs(context, object.get(), 1));
-      const Pj system(heights ? proj_crs_get_coordinate_system(context, heights.get()) : nullptr);
-      crs.verticalUnit = system ? AxisOf(database, system.get(), 0).unit : 0;
-      return ProjectedPart(database, Pj(proj_crs_get_sub_crs(context, object.get(), 0)), crs);
+  for (;;) {
+    switch (proj_get_type(object.get())) {
+      case PJ_TYPE_PROJECTED_CRS:
+        return object;
+      case PJ_TYPE_BOUND_CRS:
+        crs.boundShift.reset(proj_crs_get_coordoperation(context, object.get()));
+        object.reset(proj_get_source_crs(context, object.get()));
+        break;
+      case PJ_TYPE_COMPOUND_CRS: {
+        const Pj heights(proj_crs_get_sub_crs(context, object.get(), 1));
+        const Pj system(heights ? proj_crs_get_coordinate_system(context, heights.get()) : nullptr);
+        crs.verticalUnit = system ? AxisOf(database, system.get(), 0).unit : 0;
+        object.reset(proj_crs_get_sub_crs(context, object.get(), 0));
+        break;
+      }
+      case PJ_TYPE_GEOGRAPHIC_2D_CRS:
+      case PJ_TYPE_GEOGRAPHIC_3D_CRS:
+      case PJ_TYPE_GEOCENTRIC_CRS:
+        throw Refused("it is a geodetic system; a section describes a projected one");
+      default:
+        throw Refused("it is no projected system");
     }
-    case PJ_TYPE_GEOGRAPHIC_2D_CRS:
-    case PJ_TYPE_GEOGRAPHIC_3D_CRS:
-    case PJ_TYPE_GEOCENTRIC_CRS:
-      throw Refused("it is a geodetic system; a section describes a projected one");
-    default:
-      throw Refused("it is no projected system");
   }
 }
 
@@ -174,10 +188,24 @@ bool Method::Has(int wanted) const {
   return std::any_of(parameters.begin(), parameters.end(), [&](const Parameter& each) { return each.code == wanted; });
 }
 
+double Method::Value(int wanted) const {
+  return Has(wanted) ? Find(wanted).value : 0;
+}
+
 const Parameter& Method::Find(int wanted) const {
   const auto found =
       std::find_if(parameters.begin(), parameters.end(), [&](const Parameter& each) { return each.code == wanted; });
   if (found == parameters.end()) {
+    // WKT leaves out what is 0, or 1 of a scale factor.
+    static const Parameter Zero{0, "", 0, 1, "degree"};
+    static const Parameter One{0, "", 1, 1, ""};
+    constexpr std::array<int, 4> Zeros = {8801, 8802, 8806, 8807};
+    if (std::find(Zeros.begin(), Zeros.end(), wanted) != Zeros.end()) {
+      return Zero;
+    }
+    if (wanted == 8805 || wanted == 8815) {
+      return One;
+    }
     throw Refused("its method " + Label() + " has no parameter EPSG:" + std::to_string(wanted));
   }
   return *found;
@@ -216,7 +244,7 @@ std::string Area::Limits() const {
   const auto angle = [](double value, char positive, char negative) {
     const double shown = value > 180 ? value - 360 : value;
     char text[32];
-    std::snprintf(text, sizeof text, "%.2f %c", std::abs(shown), shown < 0 ? negative : positive);
+    std::snprintf(text, sizeof text, "%.2f %c", std::fabs(shown), shown < 0 ? negative : positive);
     return std::string(text);
   };
   return angle(south, 'N', 'S') + " to " + angle(north, 'N', 'S') + ", " + angle(west, 'E', 'W') + " to " +
@@ -225,8 +253,7 @@ std::string Area::Limits() const {
 
 Crs ReadCrs(const Database& database, const std::string& text) {
   PJ_CONTEXT* const context = database.Context();
-  const bool typed = !IsProjString(text) || text.find("+type=crs") != std::string::npos;
-  Pj object(proj_create(context, (typed ? text : text + " +type=crs").c_str()));
+  Pj object(proj_create(context, Definition(text).c_str()));
   if (!object) {
     throw Refused(database.Complaint("it is not known"));
   }
@@ -253,6 +280,10 @@ Crs ReadCrs(const Database& database, const std::string& text) {
   }
 
   crs.method = MethodOf(database, conversion.get());
+  if (text.find("+axis=") != std::string::npos && crs.method.code == 9808 &&
+      (crs.method.Value(8806) != 0 || crs.method.Value(8807) != 0)) {
+    throw Refused("a PROJ string with +axis and a false origin can be read in two ways; WKT says which is meant");
+  }
   proj_ellipsoid_get_parameters(context, ellipsoid.get(), &crs.semiMajorAxis, nullptr, nullptr, &crs.inverseFlattening);
   crs.ellipsoid = Text(proj_get_name(ellipsoid.get()));
   double factor = 0;

@@ -31,9 +31,11 @@ struct Method {
 
   // "EPSG:9807 Transverse Mercator"
   std::string Label() const;
-  // Throws Refused if there is no such parameter.
-  const Parameter& Find(int code) const;
-  bool Has(int code) const;
+  // Throws Refused if there is no such parameter, and none that goes without saying.
+  const Parameter& Find(int wanted) const;
+  // In the parameter's own unit; 0 if there is no such parameter.
+  double Value(int wanted) const;
+  bool Has(int wanted) const;
 };
 
 Method MethodOf(const Database& database, const PJ* operation);

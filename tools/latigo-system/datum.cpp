@@ -137,10 +137,11 @@ std::string AddStep(const Database& database, const PJ* step, Similarity& sum) {
   return "";
 }
 
-// Grids of horizontal shifts, in the direction to WGS 84.
+// Grids of horizontal shifts, in the direction to WGS 84; PROJ has names of its own for files of its own.
 bool IsGridShift(const Method& method) {
   constexpr std::array<int, 6> Codes = {9613, 9614, 9615, 9655, 1074, 1087};  // NADCON, NTv1, NTv2, geocentric, ...
-  return std::find(Codes.begin(), Codes.end(), method.code) != Codes.end() && !method.name.starts_with("Inverse");
+  return method.name.starts_with("HORIZONTAL_SHIFT") ||
+         (std::find(Codes.begin(), Codes.end(), method.code) != Codes.end() && !method.name.starts_with("Inverse"));
 }
 
 // Adds what one step does to the operation.
@@ -356,8 +357,8 @@ const Operation* Choose(const std::vector<Operation>& operations, const Choice& 
 }
 
 void SetShift(const Crs& crs, const Operation& operation, Section& section) {
-  section.Comment("Datum: " + (operation.id.empty() ? "" : operation.id + " ") + operation.name + "; " +
-                  operation.area.name);
+  section.Comment("Datum: " + (operation.id.empty() ? "" : operation.id + " ") + operation.name +
+                  (operation.area.name.empty() ? "" : "; " + operation.area.name));
   section.Comment("  " + operation.Summary());
   if (operation.form == Operation::Form::Grid) {
     const std::string source = operation.grids.front();

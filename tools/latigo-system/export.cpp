@@ -52,7 +52,7 @@ struct Object {
     return params.Kind == LATIGO_KIND_OBLIQUE_STEREOGRAPHIC || params.Kind == LATIGO_KIND_POLAR_STEREOGRAPHIC ||
            params.Kind == LATIGO_KIND_MERCATOR_ON_SPHERE;
   }
-  double ProjectionUnit() const { return CountsMetres() ? 1 : params.Unit; }
+  double ProjectionUnit() const { return CountsMetres() ? 1 : ExactUnit(params.Unit); }
 };
 
 Object Open(const std::string& file, const std::string& section) {
@@ -115,6 +115,11 @@ std::optional<Absorbed> Absorb(const Object& object, const LocalGrid& grid) {
   const bool scales = grid.scale != 1;
   if ((rotates && (scales || !hotine || !aboutFalseOrigin)) || (scales && (!aboutZero || grid.scale < 0)) ||
       (!rotates && !scales && !aboutZero && !aboutFalseOrigin)) {
+    return std::nullopt;
+  }
+  // PROJ converts no system of this method that has a false origin.
+  if (params.Kind == LATIGO_KIND_TRANSVERSE_MERCATOR && grid.reverseX && grid.reverseY &&
+      (params.FalseEasting != 0 || params.FalseNorthing != 0)) {
     return std::nullopt;
   }
   absorbed.rotation = grid.rotation;
@@ -203,7 +208,10 @@ Words WithOriginAndUnit(const Object& object, Words words, double unit) {
     words.Add("x_0", object.params.FalseEasting * object.ProjectionUnit());
     words.Add("y_0", object.params.FalseNorthing * object.ProjectionUnit());
   }
-  return unit == 1 ? words.Add("+units=m") : words.Add("to_meter", unit);
+  constexpr double UsSurveyFoot = 1200.0 / 3937;
+  return unit == 1              ? words.Add("+units=m")
+         : unit == UsSurveyFoot ? words.Add("+units=us-ft")
+                                : words.Add("to_meter", unit);
 }
 
 // A system: with the shift as +towgs84, from the object's datum and by the position vector convention.
@@ -299,7 +307,7 @@ Exported Export(const Database& database, const std::string& file, const std::st
     exported.crs = CrsString(object, *absorbed);
     exported.wkt = Wkt(database, exported.crs, section);
   } else {
-    exported.noCrs = "its local grid rotates, scales or shifts the projection, which no system of PROJ does";
+    exported.noCrs = "its local grid rotates, scales, shifts or reverses the projection as no system of PROJ does";
   }
   const Pj pipeline(proj_create(database.Context(), exported.pipeline.c_str()));
   if (!pipeline) {

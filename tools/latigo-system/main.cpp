@@ -1,5 +1,7 @@
 // The program that makes sections of systems by code, and systems of sections.
 #include <CLI/CLI.hpp>
+#include <cmath>
+#include <cstdio>
 #include <functional>
 #include <iostream>
 #include <string>
@@ -20,7 +22,6 @@ struct Arguments {
   std::string system;  // of import and operations
   std::string name;
   latigo::system::Choice choice;
-  std::vector<double> place;  // latitude and longitude, or nothing
   int points = 200;
   std::string file;  // of export
   std::string section = "Geodesy";
@@ -97,7 +98,21 @@ void AddSystem(CLI::App& command, Arguments& arguments) {
 }
 
 void AddPlace(CLI::App& command, Arguments& arguments, const std::string& description) {
-  command.add_option("--area", arguments.place, description)->delimiter(',')->expected(2)->option_text("LAT,LON");
+  command
+      .add_option_function<std::string>(
+          "--area",
+          [&arguments](const std::string& text) {
+            double latitude = 0;
+            double longitude = 0;
+            char rest = 0;
+            if (std::sscanf(text.c_str(), "%lf,%lf%c", &latitude, &longitude, &rest) != 2 ||
+                !(std::abs(latitude) <= 90 && std::abs(longitude) <= 180)) {
+              throw Refused("--area " + text + ": not a latitude and a longitude in degrees, as 52.5,-1.2");
+            }
+            arguments.choice.position = arguments.search.position = {latitude, longitude};
+          },
+          description)
+      ->option_text("LAT,LON");
 }
 
 void AddPoints(CLI::App& command, int& points) {
@@ -170,9 +185,6 @@ int Run(int argc, char** argv) {
     return app.exit(help);
   } catch (const CLI::ParseError& wrong) {
     throw Refused(wrong.what());
-  }
-  if (!arguments.place.empty()) {
-    arguments.choice.position = arguments.search.position = {arguments.place[0], arguments.place[1]};
   }
   run();
   if (!std::cout.flush()) {

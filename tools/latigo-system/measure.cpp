@@ -75,7 +75,7 @@ double Wrapped(double radians) {
 // a pole may be one.
 class RandomPositions {
  public:
-  explicit RandomPositions(const Area& area) : area_(area) {}
+  explicit RandomPositions(const Area& area, std::uint64_t seed = 7) : area_(area), generator_(seed) {}
 
   api::Position Next() {
     const double latitude = area_.south + (area_.north - area_.south) * Fraction();
@@ -87,7 +87,7 @@ class RandomPositions {
   double Fraction() { return (static_cast<double>(generator_() >> 11U) + 0.5) * 0x1p-53; }
 
   const Area& area_;
-  std::mt19937_64 generator_{7};
+  std::mt19937_64 generator_;
 };
 
 // The distance on the ground, for small ones.

@@ -349,19 +349,6 @@ const Row* RowOf(int code) {
   return code != 0 && found != std::end(Methods) ? found : nullptr;
 }
 
-// Units as the library's table of names has them; the data has more digits, which change 10 000 km by 0.05 mm at most.
-constexpr double NamedUnits[] = {0.3048006096, 20.1167651216};
-constexpr double SameUnit = 5e-12;
-
-double NamedUnit(double unit) {
-  for (const double named : NamedUnits) {
-    if (std::abs(unit / named - 1) < SameUnit) {
-      return named;
-    }
-  }
-  return unit;
-}
-
 // Axes to the west and south are the local grid's, and so is the unit of a kind that has none.
 void SetAxes(const Crs& crs, bool metres, Section& section) {
   const bool reverseX = crs.MapAxis(true).reversed;
@@ -381,6 +368,17 @@ void SetAxes(const Crs& crs, bool metres, Section& section) {
     section.Set("ReverseY", "yes");
   }
 }
+
+// Units of which the library's table of names has fewer digits than the data, by 0.05 mm in 10 000 km at most.
+struct NamedPair {
+  double named;
+  double exact;
+};
+constexpr NamedPair NamedUnits[] = {
+    {0.3048006096, 1200.0 / 3937},        // US survey foot
+    {20.1167651216, 20.116765121552632},  // Sears's chain
+};
+constexpr double SameUnit = 5e-12;
 
 }  // namespace
 
@@ -410,6 +408,19 @@ bool IsExpressible(const std::string& methodName) {
 std::string ApproximationOf(int method) {
   const Row* const row = RowOf(method);
   return row != nullptr && row->approximation != nullptr ? row->approximation : "";
+}
+
+double NamedUnit(double unit) {
+  const NamedPair* const found = std::find_if(std::begin(NamedUnits), std::end(NamedUnits), [&](const NamedPair& each) {
+    return std::abs(unit / each.named - 1) < SameUnit;
+  });
+  return found != std::end(NamedUnits) ? found->named : unit;
+}
+
+double ExactUnit(double unit) {
+  const NamedPair* const found = std::find_if(std::begin(NamedUnits), std::end(NamedUnits),
+                                              [&](const NamedPair& each) { return each.named == unit; });
+  return found != std::end(NamedUnits) ? found->exact : unit;
 }
 
 }  // namespace latigo::system

@@ -17,6 +17,10 @@ bool IsExpressible(const std::string& methodName);
 // How far from the method the section is by intention; empty where it is the method.
 std::string ApproximationOf(int method);
 
+// Metres per unit as the library knows the unit by name, and as it is; the same for most units.
+double NamedUnit(double unit);
+double ExactUnit(double unit);
+
 // The reciprocal flattening that stands for a sphere, whose own is infinite: f and e^2 vanish beside 1.
 constexpr double SphereInverseFlattening = 1e30;
 
