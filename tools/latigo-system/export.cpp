@@ -296,7 +296,7 @@ std::string Wkt(const Database& database, const std::string& crs, const std::str
 }  // namespace
 
 Exported Export(const Database& database, const std::string& file, const std::string& section) {
-  const Object object = Open(file, section);
+  Object object = Open(file, section);
   const LocalGrid grid = LocalGridOf(object);
   Exported exported;
   exported.pipeline = Pipeline(object, grid);

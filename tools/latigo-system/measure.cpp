@@ -121,7 +121,7 @@ std::string Difference::Sentence() const {
 }
 
 Difference MeasureProjection(const Database& database, const Crs& crs, const Section& section, int points) {
-  const api::Geodesy ours = Open(section);
+  api::Geodesy ours = Open(section);
   const Pj theirs(
       proj_create_crs_to_crs_from_pj(database.Context(), crs.geodetic.get(), crs.projected.get(), nullptr, nullptr));
   const double greenwich = crs.primeMeridian * Degree;
@@ -163,7 +163,7 @@ Difference MeasureProjection(const Database& database, const Crs& crs, const Sec
 }
 
 Difference MeasureShift(const Database&, const Crs& crs, const Section& section, PJ* operation, int points) {
-  const api::Geodesy ours = Open(section);
+  api::Geodesy ours = Open(section);
   const double greenwich = crs.primeMeridian * Degree;
   const Axes wgs84 = {Axis{false, false, Degree, "", ""}, Axis{true, false, Degree, "", ""}};
   Difference difference;
@@ -188,7 +188,7 @@ Difference MeasureShift(const Database&, const Crs& crs, const Section& section,
   return difference;
 }
 
-double MeasurePipeline(const api::Geodesy& ours, PJ* pipeline, double latitude, double longitude, double unit) {
+double MeasurePipeline(api::Geodesy& ours, PJ* pipeline, double latitude, double longitude, double unit) {
   constexpr double Reach = 2;
   const double middle = std::clamp(latitude, Reach - 90, 90 - Reach);
   const Area area{middle - Reach, longitude - Reach, middle + Reach, longitude + Reach, ""};

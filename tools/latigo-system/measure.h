@@ -33,6 +33,6 @@ Difference MeasureShift(const Database& database, const Crs& crs, const Section&
 
 // The largest distance on the map between the library and a pipeline from WGS 84 to grid units of so many metres, at
 // random points within two degrees of a position (degrees).
-double MeasurePipeline(const api::Geodesy& ours, PJ* pipeline, double latitude, double longitude, double unit);
+double MeasurePipeline(api::Geodesy& ours, PJ* pipeline, double latitude, double longitude, double unit);
 
 }  // namespace latigo::system
