@@ -28,7 +28,7 @@ file(RELATIVE_PATH pc_to_prefix /${CMAKE_INSTALL_LIBDIR}/pkgconfig /)
 configure_file(cmake/latigo.pc.in latigo.pc @ONLY)
 install(FILES ${PROJECT_BINARY_DIR}/latigo.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig COMPONENT development)
 
-foreach(page latigo.1 latigo-grid.1 liblatigo.3)
+foreach(page latigo.1 latigo-grid.1 latigo-system.1 liblatigo.3)
   configure_file(docs/man/${page} ${PROJECT_BINARY_DIR}/man/${page} @ONLY)
 endforeach()
 install(FILES ${PROJECT_BINARY_DIR}/man/liblatigo.3 DESTINATION ${CMAKE_INSTALL_MANDIR}/man3 COMPONENT development)
@@ -44,14 +44,16 @@ if(LATIGO_BUILD_TOOLS)
     RENAME latigo COMPONENT tools)
 endif()
 
-if(TARGET latigo-grid)
-  file(RELATIVE_PATH bin_to_lib /${CMAKE_INSTALL_BINDIR} /${CMAKE_INSTALL_LIBDIR})
-  set_target_properties(latigo-grid PROPERTIES INSTALL_RPATH $ORIGIN/${bin_to_lib})
-  install(TARGETS latigo-grid RUNTIME COMPONENT import)
-  install(FILES ${PROJECT_BINARY_DIR}/man/latigo-grid.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT import)
-  install(FILES tools/latigo-grid/latigo-grid.bash DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/bash-completion/completions
-    RENAME latigo-grid COMPONENT import)
-endif()
+foreach(program latigo-system latigo-grid)
+  if(TARGET ${program})
+    file(RELATIVE_PATH bin_to_lib /${CMAKE_INSTALL_BINDIR} /${CMAKE_INSTALL_LIBDIR})
+    set_target_properties(${program} PROPERTIES INSTALL_RPATH $ORIGIN/${bin_to_lib})
+    install(TARGETS ${program} RUNTIME COMPONENT import)
+    install(FILES ${PROJECT_BINARY_DIR}/man/${program}.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT import)
+    install(FILES tools/${program}/${program}.bash DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/bash-completion/completions
+      RENAME ${program} COMPONENT import)
+  endif()
+endforeach()
 
 # The prefix is known at installation; the target removes the files listed in the manifest.
 foreach(component library development tools import)

@@ -1,4 +1,4 @@
-# CPack: three Debian packages, or a zip for Windows.
+# CPack: three Debian packages, and one of the programs on PROJ and GDAL, or a zip for Windows.
 set(CPACK_PACKAGE_VENDOR "LATIGO developers")
 set(CPACK_PACKAGE_CONTACT "LATIGO developers <maintainers@latigo.example>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "geodesy for survey and mapping programs")
@@ -7,6 +7,10 @@ set(CPACK_STRIP_FILES ON)
 set(CPACK_COMPONENTS_ALL library development)
 if(LATIGO_BUILD_TOOLS)
   list(APPEND CPACK_COMPONENTS_ALL tools)
+endif()
+
+if(TARGET latigo-system OR TARGET latigo-grid)
+  list(APPEND CPACK_COMPONENTS_ALL import)
 endif()
 
 if(WIN32)
@@ -39,6 +43,12 @@ set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME latigo-tools)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION science)
 set(CPACK_COMPONENT_TOOLS_DESCRIPTION "The program latigo converts files of points between the coordinate
 systems that a configuration file describes.")
+
+set(CPACK_DEBIAN_IMPORT_PACKAGE_NAME latigo-import)
+set(CPACK_DEBIAN_IMPORT_PACKAGE_SECTION science)
+set(CPACK_DEBIAN_IMPORT_PACKAGE_RECOMMENDS "latigo-tools, proj-data")
+set(CPACK_COMPONENT_IMPORT_DESCRIPTION "The program latigo-system describes systems of the EPSG data set as
+sections of a configuration file; latigo-grid makes grid files from public datum and geoid grids.")
 
 # The packages' changelog begins with their version.
 file(STRINGS ${PROJECT_SOURCE_DIR}/cmake/debian/changelog first_line LIMIT_COUNT 1)

@@ -144,8 +144,11 @@ Pj ProjectedPart(const Database& database, Pj object, Crs& crs) {
 
 }  // namespace
 
-// Some names of areas list fifty provinces.
+// Some names of areas list fifty provinces; the full stop goes.
 static std::string Shortened(std::string name) {
+  if (name.ends_with('.')) {
+    name.pop_back();
+  }
   constexpr std::size_t Longest = 160;
   if (name.size() > Longest) {
     const std::size_t end = name.find_last_of(" ,;", Longest);

@@ -222,7 +222,7 @@ Factory MakeFactory(const Database& database, const Area& area) {
 
 // The file that a section names for a grid of the public formats.
 std::string GridFile(const std::string& source) {
-  return source.substr(0, source.rfind('.')) + ".grd";
+  return source.substr(0, source.rfind('.')) + ".dat";
 }
 
 }  // namespace
@@ -233,8 +233,12 @@ bool SevenParameters::IsNull() const {
          std::all_of(rotation.begin(), rotation.end(), zero);
 }
 
+std::string Operation::Accuracy() const {
+  return accuracy >= 0 ? Digits(accuracy) + " m" : "accuracy not known";
+}
+
 std::string Operation::Summary() const {
-  std::string text = accuracy >= 0 ? Digits(accuracy) + " m" : "accuracy not known";
+  std::string text = Accuracy();
   switch (form) {
     case Form::NotExpressible:
       return text + "; " + reason;
@@ -357,9 +361,8 @@ const Operation* Choose(const std::vector<Operation>& operations, const Choice& 
 }
 
 void SetShift(const Crs& crs, const Operation& operation, Section& section) {
-  section.Comment("Datum: " + (operation.id.empty() ? "" : operation.id + " ") + operation.name +
-                  (operation.area.name.empty() ? "" : "; " + operation.area.name));
-  section.Comment("  " + operation.Summary());
+  section.Comment("Datum: " + (operation.id.empty() ? "" : operation.id + " ") + operation.name + ", " +
+                  operation.Accuracy() + (operation.area.name.empty() ? "" : "; " + operation.area.name));
   if (operation.form == Operation::Form::Grid) {
     const std::string source = operation.grids.front();
     section.Comment("  The grid file is made by: latigo-grid make " + source + " -o " + GridFile(source));

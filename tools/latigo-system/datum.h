@@ -33,6 +33,7 @@ struct Operation {
   std::string reason;  // of one that is not expressible
   Pj object;
 
+  std::string Accuracy() const;
   // Accuracy, and parameters, grids or the reason.
   std::string Summary() const;
 };

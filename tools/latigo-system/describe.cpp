@@ -71,8 +71,7 @@ Described Describe(const Database& database, const Crs& crs, const std::vector<O
     section.Comment(IsWgs84(database, crs) ? "Datum: WGS 84 itself."
                                            : "Datum: the database has no operation to WGS 84, so nothing is shifted.");
   } else {
-    section.Comment("Datum: nothing is shifted; " + std::to_string(operations.size()) +
-                    " operations lead to WGS 84 (latigo-system operations).");
+    section.Comment("Datum: nothing is shifted; latigo-system operations lists what leads to WGS 84.");
   }
   return {section, difference};
 }

@@ -249,7 +249,7 @@ std::string Pipeline(const Object& object, const LocalGrid& grid) {
   if (const EllDiff& shift = object.shift; object.IsShifted()) {
     words.Add("+step +proj=cart +ellps=WGS84 +step +proj=helmert +convention=coordinate_frame");
     words.Add("x", shift.DeltaX).Add("y", shift.DeltaY).Add("z", shift.DeltaZ);
-    words.Add("s", (shift.DeltaScale - 1) * 1e6);
+    words.Add("s", std::round((shift.DeltaScale - 1) * 1e15) / 1e9);  // what the subtraction leaves
     words.Add("rx", shift.DeltaRX / ArcSecond)
         .Add("ry", shift.DeltaRY / ArcSecond)
         .Add("rz", shift.DeltaRZ / ArcSecond);
