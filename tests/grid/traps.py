@@ -90,11 +90,13 @@ def pgm(name, rows, cols, value=around, offset=-20.0, scale=0.002):
     return write(name, f"P5\n# Geoid file\n# Offset {offset}\n# Scale {scale}\n# Origin 90N 0E\n{cols} {rows}\n65535\n".encode() + numbers)
 
 
-def isg(name, unit, factor):
-    grid = lattice(50, 3, 0.5, 0.5, 4, 6)
-    rows = "\n".join(" ".join(f"{near(*at) / factor:.5f}" for at in row) for row in reversed(grid))
-    fields = f"lat min : 49.75\nlat max : 51.75\nlon min : 2.75\nlon max : 5.75\ndelta lat : 0.5\ndelta lon : 0.5\nnrows : 4\nncols : 6\nnodata : -9999.0000\nISG format : 1.0"
-    return write(name, f"begin_of_head\nmodel name : x\nmodel type : gravimetric\nunits : {unit}\nreference : GRS80\n{fields}\nend_of_head\n{rows}\n")
+def isg(name, *fields, factor=1):
+    rows = "\n".join(" ".join(f"{near(*at) / factor:.5f}" for at in row) for row in reversed(lattice(50, 3, 0.5, 0.5, 4, 6)))
+    return write(name, "Remarks\nbegin_of_head ====\nmodel name : x\n" + "\n".join(fields) + f"\nnrows : 4\nncols : 6\nnodata = -9999.0000\nend_of_head ====\n{rows}\n")
+
+
+EDGES = ("lat min : 49.75", "lat max : 51.75", "lon min : 2.75", "lon max : 5.75", "delta lat : 0.5", "delta lon : 0.5")
+NODES = ("lat min = 50°00'00\"", "lat max = 51°30'00\"", "lon min = 3°00'00\"", "lon max = 5°30'00\"", "delta lat = 0°30'00\"", "delta lon = 0°30'00\"", "coord units : dms")
 
 
 def byn(name):
@@ -125,8 +127,8 @@ GOOD = [
     ("all around at a step whose multiples round beyond 180", lambda: gtx("ulp.gtx", -90, -180, 0.9, 0.9, 201, 400, around), ["--tolerance", "12cm"], [around], [(45, -100), (45, 100)], "-180 to 180 east"),
     ("an area across 180 of a grid from 0", lambda: "world.pgm", ["--tolerance", "12cm", "--area", "0,170,20,-170"], [around], [(10, 175), (10, -175)], "170 to 190 east"),
     ("an offset and a scale in comments", lambda: pgm("scaled.pgm", 19, 36, offset=-100, scale=0.005), ["--tolerance", "12cm"], [around], [(0, 0)], "PGM"),
-    ("ISG", lambda: isg("a.isg", "meters", 1), [], [near], [(50.2, 3.7), (51.5, 5.5)], "ISG"),
-    ("ISG in feet", lambda: isg("f.isg", "feet", 0.3048), [], [near], [(50.2, 3.7)], "ISG"),
+    ("ISG", lambda: isg("a.isg", "units : meters", *EDGES), [], [near], [(50.2, 3.7), (51.5, 5.5)], "ISG"),
+    ("ISG in feet, minutes and seconds", lambda: isg("f.isg", "data units : feet", "data ordering : N-to-S, W-to-E", *NODES, factor=0.3048), ["--area", "50.1,3.1,51,5"], [near], [(50.2, 3.7), (50.1, 4)], "ISG"),
     ("BYN", lambda: byn("a.byn"), [], [near], [(50.2, 3.7), (51.9999, 6.4999)], "BYN"),
     ("text in any order", lambda: write("a.txt", "# lat lon N\n" + "\n".join(f"{lat}, {lon}; {near(lat, lon)}" for row in lattice(50, 3, 0.5, 0.25, 4, 9)[::-1] for lat, lon in row[::-1])), [], [near], [(50.2, 3.7)], "text"),
     ("text, longitude first", lambda: write("b.txt", "\n".join(f"{lon} {lat} {near(lat, lon)}" for row in lattice(50, 3, 0.5, 0.25, 4, 9) for lat, lon in row)), ["--lonlat"], [near], [(50.2, 3.7)], "text"),
@@ -181,6 +183,8 @@ BAD = [
     ("cut.pgm", open("world.pgm", "rb").read()[:-1], [], "instead of"),
     ("plain.pgm", open("world.pgm", "rb").read().replace(b"# Scale", b"# Stale"), [], "no Offset and Scale"),
     ("cubits.isg", open("a.isg", "rb").read().replace(b"meters", b"cubits"), [], "cubits"),
+    ("order.isg", open("f.isg", "rb").read().replace(b"N-to-S", b"S-to-N"), [], "only N-to-S"), ("cut.isg", open("f.isg", "rb").read()[:-20], [], "row"),
+    ("head.isg", open("f.isg", "rb").read()[:90], [], "no end"), ("limits.isg", open("a.isg", "rb").read().replace(b"49.75", b"48.25"), [], "contradict"),
     ("words.txt", "one two three\n", [], "line 1"), ("empty.txt", "\n", [], "no line of numbers"), ("none", "", [], "cannot be read"), ("noise", bytes(range(256)), [], "no grid format"),
     ("twice.txt", "50 3 1\n50 4 1\n51 3 1\n51 3 2\n", [], "two lines"), ("one.txt", "50 3 1\n51 3 1\n", [], "only one longitude"),
     ("uneven.txt", "50 3 1\n50.1 3.3 1\n50.17 4 1\n", [], "no lattice"), ("four.txt", "50 3 1 2 3 4\n", [], "line 1"),

@@ -7,8 +7,11 @@
 
 namespace latigo::grids {
 
-// GTX, ISG, BYN, NGS geoid files and Arc/Info ASCII: one band of undulations.
-Field ReadGeoidRaster(GDALDataset& dataset, const std::string& path, const SourceOptions& options);
+// GTX, BYN, NGS geoid files and Arc/Info ASCII: one band of undulations.
+Field ReadGeoidRaster(GDALDataset& dataset, const SourceOptions& options);
+
+// ISG, versions 1 and 2: text with a header that names unit, order, and degrees or degrees, minutes and seconds.
+Field ReadIsg(const std::string& path, const SourceOptions& options);
 
 // NTv2: sub-grids with shifts in latitude and longitude; longitudes and their shifts are positive to the west.
 Field ReadNtv2(GDALDataset& dataset, const SourceOptions& options);

@@ -127,12 +127,12 @@ void RunMake(const Options& options) {
                       keys = "keys: " + Keys(field, options.output) + "\n";
     const std::string brief = BaseName(options.file).substr(0, 24) + " max " + Length(certificate.Maximum()) + " rms " +
                               Length(certificate.random.rms);
-    writer.Finish(brief);
     std::ofstream beside(options.output + ".txt");
     beside << options.output << " from " << options.file << "\n" << source << lattice << text << keys;
     if (!beside.flush()) {
       throw Refused(options.output + ".txt cannot be written");
     }
+    writer.Finish(brief);
     std::printf("%s%s", text.c_str(), keys.c_str());
   } catch (const Refused& why) {
     throw Refused(options.file + ": " + why.what());

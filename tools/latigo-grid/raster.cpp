@@ -142,7 +142,7 @@ Dataset OpenDataset(const std::string& name) {
     return true;
   }();
   static_cast<void>(ready);
-  static const char* const drivers[] = {"GTX", "NTv2", "LOSLAS", "GTiff", "ISG", "BYN", "NGSGEOID", "AAIGrid", nullptr};
+  static const char* const drivers[] = {"GTX", "NTv2", "LOSLAS", "GTiff", "BYN", "NGSGEOID", "AAIGrid", nullptr};
   return Dataset(GDALDataset::Open(name.c_str(), GDAL_OF_RASTER | GDAL_OF_READONLY, drivers));
 }
 

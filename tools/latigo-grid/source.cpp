@@ -14,7 +14,7 @@ namespace latigo::grids {
 namespace {
 
 Field Read(const std::string& path, const SourceOptions& options) {
-  char begin[512] = {};
+  char begin[4096] = {};  // an ISG file may begin with remarks
   std::ifstream file(path, std::ios::binary);
   file.read(begin, sizeof begin);
   const std::string_view bytes(begin, static_cast<std::size_t>(file.gcount()));
@@ -24,11 +24,14 @@ Field Read(const std::string& path, const SourceOptions& options) {
   if (bytes.rfind("P5", 0) == 0) {
     return ReadPgm(path, options);
   }
+  if (bytes.find("begin_of_head") != std::string_view::npos) {
+    return ReadIsg(path, options);
+  }
   const Dataset dataset = OpenDataset(path);
   if (dataset == nullptr) {
     const auto isText = [](char c) { return c == '\t' || c == '\n' || c == '\r' || (c >= ' ' && c <= '~'); };
-    if (!std::all_of(bytes.begin(), bytes.end(), isText)) {
-      const std::string why = CPLGetLastErrorMsg();
+    const std::string why = CPLGetLastErrorMsg();  // of a driver that knows the format
+    if (!why.empty() || !std::all_of(bytes.begin(), bytes.end(), isText)) {
       throw Refused("no grid format that is known here" + (why.empty() ? "" : ": " + why));
     }
     return ReadText(path, options);
@@ -40,7 +43,7 @@ Field Read(const std::string& path, const SourceOptions& options) {
   if (driver == "LOSLAS") {
     return ReadNadcon(path, options);
   }
-  return driver == "GTiff" ? ReadGeoTiff(*dataset, options) : ReadGeoidRaster(*dataset, path, options);
+  return driver == "GTiff" ? ReadGeoTiff(*dataset, options) : ReadGeoidRaster(*dataset, options);
 }
 
 }  // namespace
