@@ -41,14 +41,17 @@ pkg-config, documents and examples.")
 
 set(CPACK_DEBIAN_TOOLS_PACKAGE_NAME latigo-tools)
 set(CPACK_DEBIAN_TOOLS_PACKAGE_SECTION science)
+set(CPACK_DEBIAN_TOOLS_PACKAGE_DEPENDS "liblatigo${PROJECT_VERSION_MAJOR} (>= ${PROJECT_VERSION})")
 set(CPACK_COMPONENT_TOOLS_DESCRIPTION "The program latigo converts files of points between the coordinate
 systems that a configuration file describes.")
 
 set(CPACK_DEBIAN_IMPORT_PACKAGE_NAME latigo-import)
 set(CPACK_DEBIAN_IMPORT_PACKAGE_SECTION science)
+set(CPACK_DEBIAN_IMPORT_PACKAGE_DEPENDS "liblatigo${PROJECT_VERSION_MAJOR} (>= ${PROJECT_VERSION})")
 set(CPACK_DEBIAN_IMPORT_PACKAGE_RECOMMENDS "latigo-tools, proj-data")
 set(CPACK_COMPONENT_IMPORT_DESCRIPTION "The program latigo-system describes systems of the EPSG data set as
-sections of a configuration file; latigo-grid makes grid files from public datum and geoid grids.")
+sections of a configuration file; latigo-grid makes grid files from public
+datum and geoid grids.")
 
 # The packages' changelog begins with their version.
 file(STRINGS ${PROJECT_SOURCE_DIR}/cmake/debian/changelog first_line LIMIT_COUNT 1)

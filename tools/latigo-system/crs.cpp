@@ -297,6 +297,9 @@ Crs ReadCrs(const Database& database, const std::string& text) {
   crs.mapAxes = AxesOf(database, crs.projected.get(), &crs.verticalUnit);
   crs.groundAxes = AxesOf(database, crs.geodetic.get(), nullptr);
   if (crs.area.name.empty()) {
+    crs.area = AreaOf(database, crs.projected.get());
+  }
+  if (crs.area.name.empty()) {
     crs.area = AssumedArea(crs);
   }
   return crs;

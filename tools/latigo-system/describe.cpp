@@ -1,7 +1,5 @@
 #include "describe.h"
 
-#include <cmath>
-
 #include "methods.h"
 
 namespace latigo::system {
@@ -52,28 +50,58 @@ void DescribeDifference(const Crs& crs, const Difference& difference, Section& s
   }
 }
 
+// Of the operations at the place that is asked for, the one with a grid that is more accurate than the one chosen; null
+// for none.
+const Operation* MoreAccurateGrid(const std::vector<Operation>& operations, const Operation& chosen,
+                                  const Choice& choice) {
+  for (const Operation& each : operations) {
+    if (choice.position && chosen.form == Operation::Form::Parameters && each.form == Operation::Form::Grid &&
+        each.accuracy >= 0 && each.accuracy < chosen.accuracy &&
+        each.area.Holds((*choice.position)[0], (*choice.position)[1])) {
+      return &each;
+    }
+  }
+  return nullptr;
+}
+
 }  // namespace
 
 Described Describe(const Database& database, const Crs& crs, const std::vector<Operation>& operations,
                    const Choice& choice, int points) {
-  Section section = Express(crs);
-  const Difference difference = MeasureProjection(database, crs, section, points);
+  Described made{Express(crs), {}, {}};
+  Section& section = made.section;
+  made.projection = MeasureProjection(database, crs, section, points);
   DescribeSource(crs, section);
   DescribeAxes(crs, section);
-  DescribeDifference(crs, difference, section);
+  DescribeDifference(crs, made.projection, section);
+  constexpr double Noticeable = 1;  // metre
+  if (made.projection.forward > Noticeable) {
+    made.notes.push_back("the section is " + Length(made.projection.forward) + " from " + ProjVersion());
+  }
+
   if (const Operation* const operation = Choose(operations, choice); operation != nullptr) {
     SetShift(crs, *operation, section);
-    if (operation->form == Operation::Form::Parameters) {
+    if (operation->form == Operation::Form::Grid) {
+      made.notes.push_back("the section opens when the folder datum has the file " + section.Value("DynDatum"));
+    } else {
       const Difference shift = MeasureShift(database, crs, section, operation->object.get(), points);
       section.Comment("  Largest difference from " + ProjVersion() + ": " + shift.Sentence() + ".");
     }
+    if (const Operation* const better = MoreAccurateGrid(operations, *operation, choice); better != nullptr) {
+      section.Comment("  " + better->id + " " + better->name + ", " + better->Accuracy() + ", needs the grid " +
+                      better->grids.front() + ".");
+    }
+  } else if (IsWgs84(database, crs)) {
+    section.Comment("Datum: WGS 84 itself.");
   } else if (operations.empty()) {
-    section.Comment(IsWgs84(database, crs) ? "Datum: WGS 84 itself."
-                                           : "Datum: the database has no operation to WGS 84, so nothing is shifted.");
+    section.Comment("Datum: the database has no operation to WGS 84, so nothing is shifted.");
+    if (!choice.none) {
+      made.notes.emplace_back("the database has no operation to WGS 84, so nothing is shifted");
+    }
   } else {
     section.Comment("Datum: nothing is shifted; latigo-system operations lists what leads to WGS 84.");
   }
-  return {section, difference};
+  return made;
 }
 
 }  // namespace latigo::system

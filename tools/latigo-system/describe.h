@@ -13,6 +13,7 @@ namespace latigo::system {
 struct Described {
   Section section;
   Difference projection;
+  std::vector<std::string> notes;  // for the user, beside the section
 };
 
 // Throws Refused with the reason if the system cannot be expressed, or if the choice of an operation would be a guess.

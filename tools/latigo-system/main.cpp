@@ -45,7 +45,11 @@ void RunImport(const Arguments& arguments) {
     const std::vector<Operation> operations = OperationsToWgs84(database, crs);
     try {
       const std::string name = !arguments.name.empty() ? arguments.name : !crs.id.empty() ? crs.id : crs.name;
-      std::cout << Describe(database, crs, operations, arguments.choice, arguments.points).section.Write(name);
+      const latigo::system::Described made = Describe(database, crs, operations, arguments.choice, arguments.points);
+      std::cout << made.section.Write(name);
+      for (const std::string& note : made.notes) {
+        std::cerr << "latigo-system: note: " << note << '\n';
+      }
     } catch (const latigo::system::Ambiguous&) {
       std::cerr << List(operations);
       throw;

@@ -73,7 +73,9 @@ std::string Section::Value(std::string_view key) const {
 }
 
 std::string Section::Write(std::string_view name) const {
-  std::string text = "[" + OneLine(name) + "]\n";
+  std::string title = OneLine(name);
+  std::replace(title.begin(), title.end(), ']', ')');  // it would end the title
+  std::string text = "[" + title + "]\n";
   for (const std::string& comment : comments_) {
     text += "; " + comment + "\n";
   }
