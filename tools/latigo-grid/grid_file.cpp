@@ -5,13 +5,27 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdio>
 #include <cstring>
-#include <filesystem>
-#include <fstream>
 
 namespace latigo::grids {
 
 namespace {
+
+// Read by position.
+class File {
+ public:
+  explicit File(const std::string& path) : file_(std::fopen(path.c_str(), "rb"), std::fclose) {}
+
+  bool ReadAt(std::int64_t position, void* to, std::size_t count) const {
+    return file_ != nullptr && fseeko(file_.get(), position, SEEK_SET) == 0 &&
+           std::fread(to, 1, count, file_.get()) == count;
+  }
+  std::int64_t Size() const { return fseeko(file_.get(), 0, SEEK_END) == 0 ? ftello(file_.get()) : 0; }
+
+ private:
+  std::unique_ptr<std::FILE, int (*)(std::FILE*)> file_;
+};
 
 // The library's rounding of a step, arc seconds.
 int Seconds(float degrees) {
@@ -39,8 +53,8 @@ Position Degrees(const Position& position) {
 
 bool ReadGridHeader(const std::string& path, GridHeader& header) {
   char bytes[HeaderBytes];
-  std::ifstream file(path, std::ios::binary);
-  if (!file.read(bytes, sizeof bytes)) {
+  const File file(path);
+  if (!file.ReadAt(0, bytes, sizeof bytes)) {
     return false;
   }
   std::int32_t counts[3];
@@ -57,8 +71,7 @@ bool ReadGridHeader(const std::string& path, GridHeader& header) {
     std::memcpy(&header.valueA, bytes + 32, sizeof header.valueA);
     std::memcpy(&header.valueB, bytes + 40, sizeof header.valueB);
   }
-  std::error_code ignored;
-  header.fileBytes = static_cast<std::int64_t>(std::filesystem::file_size(path, ignored));
+  header.fileBytes = file.Size();
   const Lattice& lattice = header.lattice;
   return std::fabs(lattice.west) <= 180 && std::fabs(lattice.south) <= 90 && lattice.lonStep > 0 &&
          lattice.latStep > 0 && lattice.cols > 0 && lattice.rows > 0 && lattice.depth > 0 &&
@@ -67,7 +80,7 @@ bool ReadGridHeader(const std::string& path, GridHeader& header) {
 
 void ForEachRow(const std::string& path, const GridHeader& header,
                 const std::function<void(std::int64_t row, std::span<const float> values)>& call) {
-  std::ifstream file(path, std::ios::binary);
+  const File file(path);
   const Lattice& lattice = header.lattice;
   if (header.fileBytes < lattice.FileBytes()) {
     throw Refused(path + ": has " + std::to_string(header.fileBytes) + " bytes, and its header takes " +
@@ -75,8 +88,7 @@ void ForEachRow(const std::string& path, const GridHeader& header,
   }
   std::vector<float> record(static_cast<std::size_t>(lattice.RecordBytes() / 4));
   for (std::int64_t row = 0; row < lattice.rows; ++row) {
-    file.seekg(lattice.RecordBytes() * (row + 1));
-    if (!file.read(reinterpret_cast<char*>(record.data()), lattice.RecordBytes())) {
+    if (!file.ReadAt(lattice.RecordBytes() * (row + 1), record.data(), record.size() * sizeof(float))) {
       throw Refused(path + ": row " + std::to_string(row) + " cannot be read");
     }
     call(row, std::span(record).subspan(1));
