@@ -159,6 +159,16 @@ for name, source, arguments, functions, positions, printed in GOOD:
     assert "max" in run("info", "made.dat")[1].split("description:")[1].split("\n")[0], name
     os.remove("made.dat"), os.remove("made.dat.txt")
 
+# Three values, beside PROJ: from WGS-84 to Clarke's ellipsoid, with the file of translations that lead to WGS-84.
+os.mkdir("datum")
+assert run("make", "x.tif", "-o", "datum/x.dat", "--tolerance", "1mm")[0] == 0
+write("system.ini", "[Geodesy]\nProjection=Mercator\nSemiMajorAxis=6378206.4\nFlattening=294.9786982\nDynDatum=x.dat\n")
+pipeline = ("+proj=pipeline +step +proj=unitconvert +xy_in=deg +xy_out=rad +step +proj=cart +ellps=WGS84 +step +inv +proj=xyzgridshift +grids=./x.tif "
+            "+grid_ref=output_crs +step +inv +proj=cart +ellps=clrk66 +step +proj=merc +ellps=clrk66").split()
+ours, theirs = [[float(number) for number in subprocess.run(command, input=text, capture_output=True, text=True, env={**os.environ, "TWI_BATHYX": "."}).stdout.split()[:3]]
+                for command, text in (([os.path.dirname(program) + "/latigo", "forward", "system.ini", "--wgs84"], "50.6 4.3 10.0\n"), (["cct", "-d", "4", *pipeline], "4.3 50.6 10 0\n"))]
+assert len(ours) == 3 and math.dist(ours, theirs) < 2e-3, (ours, theirs)
+
 gsb = open("same.gsb", "rb").read()
 las = open(f"{here}/stgeorge.las", "rb").read()
 # Name, content, arguments, part of the one line.

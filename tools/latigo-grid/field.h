@@ -61,7 +61,7 @@ class Field : public Surface {
   bool Iterated(double latitude, double longitude, Values& values) const;
 };
 
-// Degrees east of the start, 0 to 360; a position west of it by no more than `slack` gives a small negative number.
+// Degrees east of the start, 0 to 360; a position west of it by no more than `slack` is a small negative number.
 double EastOf(double start, double longitude, double slack = FloatRounding);
 
 }  // namespace latigo::grids

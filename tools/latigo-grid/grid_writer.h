@@ -25,7 +25,7 @@ class GridWriter {
   // The file under its temporary name with all rows in it, for reading.
   const std::string& Complete();
 
-  // Puts the description into the header, cut to 56 bytes, and gives the file its name.
+  // Writes the description to the header, cut to 56 bytes, and renames the file.
   void Finish(const std::string& description);
 
  private:

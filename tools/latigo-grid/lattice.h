@@ -22,7 +22,8 @@ struct Lattice {
 
   Area Limits() const { return {South(), West(), North(), East()}; }
 
-  // Beyond 180 the library looks for every western longitude a turn further east. The eastern limit as it computes it.
+  // In a file that ends beyond 180 the library looks for western longitudes 360 degrees further east. The limit is
+  // computed as it does.
   bool LosesLongitudes() const {
     return west < 0 && double{west} * Pi / 180 + lonStep / 3600.0 * Pi / 180 * static_cast<double>(cols - 1) > Pi;
   }

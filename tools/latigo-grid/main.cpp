@@ -72,7 +72,7 @@ int Run(int argc, char** argv) {
   CLI::App* make = app.add_subcommand("make", "Makes a grid file dense enough for a tolerance, and certifies it.");
   make->add_option("SOURCE", options.file, "public grid")->required();
   make->add_option("-o,--output", options.output,
-                   "grid file; the certificate goes to the same name with .txt behind it")
+                   "grid file; the certificate is written to the same name with .txt appended")
       ->required();
   make->add_option("--tolerance", options.tolerance, "largest difference from the source, as 1mm, 2.5cm, 0.1m")
       ->capture_default_str();

@@ -114,6 +114,11 @@ void RunMake(const Options& options) {
     const Plan plan = ChoosePlan(field, area, tolerance, static_cast<std::int64_t>(options.maxSize));
     const std::string lattice = Describe(plan.lattice);
     std::printf("%s: %s", options.output.c_str(), lattice.c_str());
+    if (const Area has = plan.lattice.Limits();
+        area && (has.south > area->south + FloatRounding || has.north < area->north - FloatRounding ||
+                 has.east - has.west < area->east - area->west - FloatRounding)) {
+      std::printf("  note: the source ends before the area does\n");
+    }
     std::fflush(stdout);
 
     GridWriter writer(options.output, plan.lattice);

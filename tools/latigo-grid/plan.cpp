@@ -14,8 +14,8 @@ namespace latigo::grids {
 
 namespace {
 
-constexpr double Turn = 1296000;  // arc seconds
-constexpr double Slack = 1e-3;    // arc seconds; what rounding makes of whole steps
+constexpr double FullCircle = 1296000;  // arc seconds
+constexpr double Slack = 1e-3;          // arc seconds; what rounding makes of whole steps
 
 // How much a cell's values change along latitude and along longitude, metres an arc second.
 struct Slope {
@@ -139,13 +139,13 @@ std::vector<int> Divisors(int of) {
 // Steps at which every node of every layer is a node of the lattice, where there are any.
 Steps StepsOf(const Field& field, Axis Layer::*axis) {
   int common = 0;
-  double finest = Turn;
+  double finest = FullCircle;
   const double start = (field.layers.front().*axis).start;
   for (const Layer& layer : field.layers) {
     const Axis& own = layer.*axis;
     const double seconds = own.step * 3600, offset = (own.start - start) * 3600;
     finest = std::min(finest, seconds);
-    const bool whole = Whole(seconds) && Whole(offset) && seconds < Turn;
+    const bool whole = Whole(seconds) && Whole(offset) && seconds < FullCircle;
     common =
         whole && common >= 0
             ? std::gcd(common, std::gcd(static_cast<int>(std::lround(seconds)), static_cast<int>(std::lround(offset))))
@@ -154,7 +154,7 @@ Steps StepsOf(const Field& field, Axis Layer::*axis) {
   if (common > 0) {
     return {Divisors(common), true};
   }
-  Steps steps{Divisors(3600), false};  // they divide a turn too
+  Steps steps{Divisors(3600), false};  // they divide a full circle too
   std::erase_if(steps.choice, [&](int step) { return step > finest; });
   if (steps.choice.empty()) {
     steps.choice.push_back(1);
@@ -184,15 +184,15 @@ Lattice LatticeOf(const Field& field, const Area& wanted, bool around, int latSt
       SpanOf(limits.south * 3600, limits.north * 3600, wanted.south * 3600, wanted.north * 3600, latStep, false);
   Span lon;
   if (around) {
-    lon = {-Turn / 2, static_cast<std::int64_t>(Turn) / lonStep + 1};
+    lon = {-FullCircle / 2, static_cast<std::int64_t>(FullCircle) / lonStep + 1};
   } else {
     lon = SpanOf(limits.west * 3600, limits.east * 3600, wanted.west * 3600, wanted.east * 3600, lonStep,
                  field.layers.back().periodic);
-    while (lon.first >= Turn / 2) {
-      lon.first -= Turn;
+    while (lon.first >= FullCircle / 2) {
+      lon.first -= FullCircle;
     }
-    while (lon.first < -Turn / 2) {
-      lon.first += Turn;
+    while (lon.first < -FullCircle / 2) {
+      lon.first += FullCircle;
     }
   }
   return {static_cast<float>(lon.first / 3600),

@@ -88,7 +88,7 @@ Layer Load(const Raster& raster, const SourceOptions& options) {
     cols -= std::fabs(around) < Slack ? 0 : 1;
     lonStep = 360.0 / cols;
   } else if (around > lonStep) {
-    throw Refused("longitudes beyond a turn");
+    throw Refused("more than 360 degrees of longitude");
   }
   if (!layer.periodic) {
     west = west >= 180 ? west - 360 : west < -180 ? west + 360 : west;
