@@ -4,7 +4,6 @@
 set -euo pipefail
 library=$1
 list=$2
-major=$3  # of the version
 
 # Reads the headers of the file if possible.
 headers=$(objdump -p "$library")
@@ -21,5 +20,5 @@ if [[ $library == *.dll ]]; then
   exit
 fi
 diff <(nm -D --defined-only "$library" | awk '{ print $3 }' | sort) <(awk '{ print $2 }' "$list" | sort)
-diff <(field SONAME) <(echo "liblatigo.so.$major")
+diff <(field SONAME) <(echo "liblatigo.so.$3")  # the major version
 ! field NEEDED | grep -vE '^(libstdc\+\+|libm|libc|libgcc_s|ld-linux.*)\.so'
