@@ -71,6 +71,9 @@ Described Describe(const Database& database, const Crs& crs, const std::vector<O
   Described made{Express(crs), {}, {}};
   Section& section = made.section;
   made.projection = MeasureProjection(database, crs, section, points);
+  if (made.projection.failures > 0 && made.projection.failures + made.projection.unknown == points) {
+    throw Refused("the library converts no point of its area");
+  }
   DescribeSource(crs, section);
   DescribeAxes(crs, section);
   DescribeDifference(crs, made.projection, section);
