@@ -37,14 +37,17 @@ struct Outcome {
   int status = 2;
   std::string text;
 };
-template <typename OptionsOfIt>
-Outcome Run(int (*command)(const OptionsOfIt&), const OptionsOfIt& options) {
-  static const std::string path = Scratch() + "/output";
+int OutputFile() {
   static const int file = [] {
-    const int opened = open(path.c_str(), O_RDWR | O_CREAT | O_TRUNC, 0600);
+    const int opened = open((Scratch() + "/output").c_str(), O_RDWR | O_CREAT | O_TRUNC, 0600);
     REQUIRE(opened >= 0 && dup2(opened, STDOUT_FILENO) >= 0);
     return opened;
   }();
+  return file;
+}
+template <typename OptionsOfIt>
+Outcome Run(int (*command)(const OptionsOfIt&), const OptionsOfIt& options) {
+  const int file = OutputFile();
   REQUIRE(ftruncate(file, 0) == 0 && lseek(file, 0, SEEK_SET) == 0);
   Outcome outcome;
   try {
