@@ -378,7 +378,7 @@ void SetShift(const Crs& crs, const Operation& operation, Section& section) {
                        std::all_of(ours.rotation.begin(), ours.rotation.end(), [](double d) { return d == 0; });
   constexpr double Nanometre = 1e-9;
   if (nothing && !(sameEllipsoid && ours.scale == 0)) {
-    section.Comment("  A DeltaX of 0 would leave the ellipsoid as it is, too.");
+    section.Comment("  With DeltaX 0 there would be no change of the ellipsoid either.");
   }
   section.Set("DeltaX", nothing && !(sameEllipsoid && ours.scale == 0) ? Nanometre : ours.translation[0]);
   section.Set("DeltaY", ours.translation[1]);

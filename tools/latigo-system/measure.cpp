@@ -200,6 +200,10 @@ double MeasurePipeline(api::Geodesy& ours, PJ* pipeline, double latitude, double
         proj_trans(pipeline, PJ_FWD, proj_coord(at.latitude / Degree, at.longitude / Degree, 0, HUGE_VAL));
     const auto moved = ours.WGS84Conv({at.latitude, at.longitude, 0});
     const auto grid = ours.GeoXY({moved->latitude, moved->longitude});
+    if (!moved || !grid || !Finite(grid->x, grid->y) || !Finite(theirs.v[0], theirs.v[1])) {
+      throw Refused(
+          "not every position within two degrees of its origin converts, so nothing can be said of the export");
+    }
     largest = std::max(largest, std::hypot(grid->x - theirs.v[0], grid->y - theirs.v[1]) * std::abs(unit));
   }
   return largest;
