@@ -238,6 +238,16 @@ Method MethodOf(const Database& database, const PJ* operation) {
   return method;
 }
 
+double GreenwichLongitude(const Database& database, const PJ* crs) {
+  PJ_CONTEXT* const context = database.Context();
+  const Pj meridian(proj_get_prime_meridian(context, crs));
+  double longitude = 0;
+  double factor = 0;
+  const char* unit = nullptr;
+  proj_prime_meridian_get_parameters(context, meridian.get(), &longitude, &factor, &unit);
+  return Parameter{0, "", longitude, factor, Text(unit)}.Degrees();
+}
+
 bool Area::Holds(double latitude, double longitude) const {
   const auto within = [&](double each) { return west <= each && each <= east; };
   return south <= latitude && latitude <= north && (within(longitude) || within(longitude + 360));
@@ -289,10 +299,7 @@ Crs ReadCrs(const Database& database, const std::string& text) {
   }
   proj_ellipsoid_get_parameters(context, ellipsoid.get(), &crs.semiMajorAxis, nullptr, nullptr, &crs.inverseFlattening);
   crs.ellipsoid = Text(proj_get_name(ellipsoid.get()));
-  double factor = 0;
-  const char* unit = nullptr;
-  proj_prime_meridian_get_parameters(context, meridian.get(), &crs.primeMeridian, &factor, &unit);
-  crs.primeMeridian = Parameter{0, "", crs.primeMeridian, factor, Text(unit)}.Degrees();
+  crs.primeMeridian = GreenwichLongitude(database, crs.geodetic.get());
   crs.primeMeridianName = Text(proj_get_name(meridian.get()));
   crs.mapAxes = AxesOf(database, crs.projected.get(), &crs.verticalUnit);
   crs.groundAxes = AxesOf(database, crs.geodetic.get(), nullptr);

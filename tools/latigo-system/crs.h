@@ -40,6 +40,9 @@ struct Method {
 
 Method MethodOf(const Database& database, const PJ* operation);
 
+// The longitude of a system's prime meridian, degrees from Greenwich.
+double GreenwichLongitude(const Database& database, const PJ* crs);
+
 // One of two axes on the ground or the map.
 struct Axis {
   bool first = true;      // of our order: longitude, or easting; false for latitude and northing

@@ -47,11 +47,19 @@ struct Similarity {
 };
 
 // What a method of transformation is to us.
-enum class Kind { Conversion, Translation, PositionVector, CoordinateFrame, OnPointVector, OnPointFrame, Other };
+enum class Kind {
+  Conversion,
+  LongitudeRotation,
+  Translation,
+  PositionVector,
+  CoordinateFrame,
+  OnPointVector,
+  OnPointFrame,
+  Other
+};
 
 Kind KindOf(int method) {
   switch (method) {
-    case 9601:  // longitude rotation: the section's meridian counts from Greenwich
     case 9602:  // geographic and geocentric
     case 9659:  // three and two dimensions
     case 9843:
@@ -59,6 +67,8 @@ Kind KindOf(int method) {
     case 1069:  // unit of angles
     case 1104:  // unit of heights
       return Kind::Conversion;
+    case 9601:
+      return Kind::LongitudeRotation;
     case 9603:
     case 1031:
     case 1035:
@@ -109,6 +119,21 @@ Similarity SimilarityOf(const Method& method, Kind kind) {
   return to;
 }
 
+// The target's longitudes are the source's and an offset, each from its own prime meridian. Those of a section count from
+// Greenwich, which leaves a rotation about Z, or nothing if the step only changes the prime meridian.
+Similarity SimilarityOfLongitudes(const Database& database, const Method& method, const PJ* step) {
+  constexpr int LongitudeOffset = 8602;
+  constexpr double Nothing = 1e-10;  // radians
+  PJ_CONTEXT* const context = database.Context();
+  const Pj source(proj_get_source_crs(context, step));
+  const Pj target(proj_get_target_crs(context, step));
+  const double change = GreenwichLongitude(database, target.get()) - GreenwichLongitude(database, source.get());
+  const double rotation = SiOf(method, LongitudeOffset) + change * std::numbers::pi / 180;
+  Similarity to;
+  to.r[2] = std::abs(rotation) < Nothing ? 0 : rotation;
+  return to;
+}
+
 // The section's inverse is X_wgs = R X / s - D with the same rotation, so s = 1 / (1 + m) and D = -T.
 SevenParameters Ours(const Similarity& to) {
   SevenParameters ours;
@@ -133,7 +158,8 @@ std::string AddStep(const Database& database, const PJ* step, Similarity& sum) {
   if (kind == Kind::Other) {
     return method.Label() + " is none of a section's shifts";
   }
-  sum = sum.Then(SimilarityOf(method, kind));
+  sum = sum.Then(kind == Kind::LongitudeRotation ? SimilarityOfLongitudes(database, method, step)
+                                                 : SimilarityOf(method, kind));
   return "";
 }
 

@@ -88,6 +88,11 @@ Described Describe(const Database& database, const Crs& crs, const std::vector<O
       made.notes.push_back("the section opens when the folder datum has the file " + section.Value("DynDatum"));
     } else {
       const Difference shift = MeasureShift(database, crs, section, operation->object.get(), points);
+      constexpr double Wrong = 0.1;  // metres; the way to WGS 84 is PROJ's own formula
+      if (!(shift.inverse < Wrong) || shift.failures > 0) {
+        throw Refused("as a section, " + operation->id + " " + operation->name + " would be " + Length(shift.inverse) +
+                      " from " + ProjVersion() + "; --no-datum makes one without it");
+      }
       section.Comment("  Largest difference from " + ProjVersion() + ": " + shift.Sentence() + ".");
     }
     if (const Operation* const better = MoreAccurateGrid(operations, *operation, choice); better != nullptr) {
