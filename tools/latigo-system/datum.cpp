@@ -119,8 +119,8 @@ Similarity SimilarityOf(const Method& method, Kind kind) {
   return to;
 }
 
-// The target's longitudes are the source's and an offset, each from its own prime meridian. Those of a section count from
-// Greenwich, which leaves a rotation about Z, or nothing if the step only changes the prime meridian.
+// The target's longitudes are the source's plus an offset, each counted from its own prime meridian. A section's count
+// from Greenwich, which leaves a rotation about Z, or nothing if the step only changes the prime meridian.
 Similarity SimilarityOfLongitudes(const Database& database, const Method& method, const PJ* step) {
   constexpr int LongitudeOffset = 8602;
   constexpr double Nothing = 1e-10;  // radians

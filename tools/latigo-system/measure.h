@@ -31,8 +31,8 @@ Difference MeasureProjection(const Database& database, const Crs& crs, const Sec
 // The datum shift, from the base of the system to WGS 84 (inverse) and from there (forward), with PROJ's operation.
 Difference MeasureShift(const Database& database, const Crs& crs, const Section& section, PJ* operation, int points);
 
-// The largest distance on the map between the library and a pipeline from WGS 84 to grid units, at random points within two
-// degrees of a position (degrees); `unit` is metres per grid unit. Throws if one of the points does not convert.
+// The largest distance on the map between the library and a pipeline from WGS 84 to grid units, at random points within
+// two degrees of a position (degrees); `unit` is metres per grid unit. Throws if one of the points does not convert.
 double MeasurePipeline(api::Geodesy& ours, PJ* pipeline, double latitude, double longitude, double unit);
 
 }  // namespace latigo::system
