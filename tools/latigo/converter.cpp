@@ -197,7 +197,6 @@ bool Converter::FromGridHeight(const PointLine& point, Position& position, Resul
   return true;
 }
 
-// Returns false if the point fails because the datum grid has no value there.
 bool Converter::InDatumGrid(double latitude, double longitude, Result& result) const {
   if (!datumGrid_) {
     return true;

@@ -75,6 +75,10 @@ class Converter {
   bool ReadGeographic(const PointLine& point, Position& position, Result& result) const;
   void WriteGeographic(const Position& position, Result& result) const;
 
+  // Whether the datum shift of the steps can be applied at a position on either datum; false if the point fails because
+  // the datum grid has no value there.
+  bool InDatumGrid(double latitude, double longitude, Result& result) const;
+
   // The grid height of a line with a height, in the vertical unit, from the position of ReadGeographic: less the
   // undulation. Returns false if the undulation fails.
   bool ToGridHeight(const PointLine& point, const Position& position, double& height, Result& result) const;
@@ -92,7 +96,6 @@ class Converter {
   void CheckInverse(double x, double y, const Position& to, Result& result) const;
 
  private:
-  bool InDatumGrid(double latitude, double longitude, Result& result) const;
   bool NearOrigin(double x, double y) const;
   bool UndulationAt(double latitude, double longitude, double& undulation, Result& result) const;
   const Between between_;

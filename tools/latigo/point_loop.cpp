@@ -1,7 +1,6 @@
 #include "point_loop.h"
 
 #include <array>
-#include <cmath>
 #include <condition_variable>
 #include <deque>
 #include <exception>
@@ -15,15 +14,13 @@
 #include "error_text.h"
 #include "line_reader.h"
 #include "line_writer.h"
+#include "operations.h"
 #include "streams.h"
 #include "visible.h"
 
 namespace latigo::cli {
 
 namespace {
-
-// Larger results are not latitudes; rounding at the pole is allowed. Degrees.
-constexpr double LargestLatitude = 90 + 1e-9;
 
 constexpr int LengthPrecision = 4;   // 0.1 mm
 constexpr int DegreePrecision = 10;  // 0.01 mm on the earth
@@ -109,15 +106,9 @@ class BlockRun {
         output_.otherHeights = true;
       }
     }
-    for (int i = 0; i < result.count; ++i) {
-      if (!std::isfinite(result.values[i].value)) {
-        Fail(point, "the result is not a finite number");
-        return;
-      }
-      if (result.values[i].quantity == Quantity::Latitude && std::fabs(result.values[i].value) > LargestLatitude) {
-        Fail(point, "the result is beyond the pole");
-        return;
-      }
+    if (const char* fault = FaultOf(result); fault != nullptr) {
+      Fail(point, fault);
+      return;
     }
     if (result.doubts != 0 && !Accept(point, result.doubts)) {
       return;
