@@ -74,8 +74,10 @@ std::string SvgPicture(const Surface& surface, const std::string& title) {
   std::ostringstream svg;
   const int width = samples.cols * Cell, height = samples.rows * Cell;
   svg << R"(<svg xmlns="http://www.w3.org/2000/svg" width=")" << width << R"(" height=")" << height + 2 * Top
-      << R"(" font-family="sans-serif" font-size="12">)"
-      << "\n<text x=\"4\" y=\"16\">" << safe << "</text>\n";
+      << R"(" font-family="sans-serif" font-size="12" fill="#222">)"
+      // A background, so that the picture is legible on a dark page; cells without seams between them.
+      << R"(<rect width="100%" height="100%" fill="#fff"/>)"
+      << "\n<text x=\"4\" y=\"16\">" << safe << "</text>\n<g shape-rendering=\"crispEdges\">\n";
   for (std::size_t i = 0; i < samples.values.size(); ++i) {
     if (std::isnan(samples.values[i])) {
       continue;
@@ -86,7 +88,8 @@ std::string SvgPicture(const Surface& surface, const std::string& title) {
         << R"(" height=")" << Cell << R"(" fill="hsl()" << std::lround(240 - 240 * part) << ",70%,"
         << std::lround(35 + 30 * part) << "%)\"/>\n";
   }
-  svg << R"(<text x="4" y=")" << height + Top + 16 << "\">" << Degrees(area.south) << " to " << Degrees(area.north)
+  svg << "</g>\n"
+      << R"(<text x="4" y=")" << height + Top + 16 << "\">" << Degrees(area.south) << " to " << Degrees(area.north)
       << " north, " << Degrees(area.west) << " to " << Degrees(area.east) << " east; " << Range(surface, samples)
       << ", blue to red</text>\n</svg>\n";
   return svg.str();
