@@ -1,0 +1,193 @@
+// The seven-parameter transformation, fitted to pairs of earth-centred positions.
+#include <gtest/gtest.h>
+#include <latigo/latigo.h>
+
+#include <cmath>
+#include <numbers>
+#include <random>
+#include <vector>
+
+#include "fit/seven_parameters.h"
+
+namespace latigo::fit {
+namespace {
+
+using Eigen::Vector3d;
+
+constexpr double Second = std::numbers::pi / 648000;
+
+// EPSG guidance note 7-2, WGS 72 to WGS 84: 0, 0, 4.5 m, 0.219 ppm, rotation about Z 0.554 seconds, position vector
+// convention; and its worked position. The other pairs are PROJ's, cct +proj=helmert with these parameters.
+TEST(FitSevenParameters, PublishedParametersOfWgs72) {
+  const std::vector<SpatialPair> pairs = {
+      {{3657660.66, 255768.55, 5201382.11}, {3657660.774067, 255778.430008, 5201387.749103}},
+      {{3980000.5, -12000.25, 4966800.75}, {3980001.403851, -11989.562871, 4966806.337729}},
+      {{3130000.25, 600000.5, 5500000.25}, {3129999.323948, 600009.038169, 5500005.954500}},
+      {{4200000, 900000, 4700000}, {4199998.502518, 900011.477747, 4700005.529300}}};
+  const SevenParametersFit fit = FitSevenParameters(pairs, false, 0);
+  ASSERT_EQ(fit.refused, nullptr);
+  EXPECT_LT((fit.parameters.delta - Vector3d(0, 0, 4.5)).norm(), 2e-5);
+  EXPECT_NEAR(fit.parameters.ppm, 0.219, 2e-6);
+  EXPECT_LT((fit.parameters.rotation - Vector3d(0, 0, -0.554)).norm(), 2e-6);
+  const Vector3d published(3657660.78, 255778.43, 5201387.75);
+  EXPECT_LT((fit.parameters.Map(pairs[0].from) - published).cwiseAbs().maxCoeff(), 0.01);
+  EXPECT_LT(fit.adjusted.v.cwiseAbs().maxCoeff(), 2e-6);
+}
+
+// EPSG guidance note 7-2, La Canoa to REGVEN by Molodensky and Badekas, coordinate frame convention: -5.266, -1.238,
+// 2.381 seconds, -5.109 ppm about a point of rotation, which is seven parameters with other translations; and its worked
+// position. The pairs are PROJ's, cct +proj=molobadekas with these parameters.
+TEST(FitSevenParameters, PublishedParametersAboutAPointOfRotation) {
+  const std::vector<SpatialPair> pairs = {
+      {{2550408.96, -5749912.26, 1054891.11}, {2550138.455308, -5749799.870308, 1054530.814999}},
+      {{2467352.1, -5812020.4, 889120.3}, {2467080.307759, -5811902.502088, 888759.764796}},
+      {{2300144.7, -5850313.9, 1012760.8}, {2299874.062071, -5850197.032874, 1012399.659050}},
+      {{2688010.2, -5694870.6, 1001344.5}, {2687739.306284, -5694758.712843, 1000985.057914}}};
+  const SevenParametersFit fit = FitSevenParameters(pairs, false, 0);
+  ASSERT_EQ(fit.refused, nullptr);
+  EXPECT_NEAR(fit.parameters.ppm, -5.109, 1e-5);
+  EXPECT_LT((fit.parameters.rotation - Vector3d(-5.266, -1.238, 2.381)).norm(), 5e-6);
+  const Vector3d published(2550138.45, -5749799.87, 1054530.82);
+  EXPECT_LT((fit.parameters.Map(pairs[0].from) - published).cwiseAbs().maxCoeff(), 0.01);
+  // The point of rotation is mapped by the published translation alone.
+  const Vector3d pivot(2464351.59, -5783466.61, 974809.81);
+  EXPECT_LT((fit.parameters.Map(pivot) - pivot - Vector3d(-270.933, 115.599, -360.226)).norm(), 1e-5);
+}
+
+// Control points within 200 km at 52 degrees north, their truth, and noise.
+struct Network {
+  static constexpr double Sigma = 0.02;
+  SevenParameters truth{{-446.448, 125.157, -542.060}, 20.4894, {0.1502, 0.2470, 0.8421}};
+  std::mt19937_64 random{19521};
+  std::normal_distribution<double> noise{0, Sigma};
+
+  std::vector<SpatialPair> Draw(int count = 8) {
+    std::uniform_real_distribution<double> place(-0.03, 0.03);
+    std::vector<SpatialPair> pairs;
+    for (int i = 0; i < count; ++i) {
+      const double phi = 0.91 + place(random);
+      const double lambda = -0.03 + place(random);
+      const double height = 6.36e6 + 4000 * place(random);
+      SpatialPair pair;
+      pair.from = height * Vector3d(std::cos(phi) * std::cos(lambda), std::cos(phi) * std::sin(lambda), std::sin(phi));
+      pair.to = truth.Map(pair.from) + Vector3d(noise(random), noise(random), noise(random));
+      pair.axes = NorthEastUp(phi, lambda);
+      pairs.push_back(pair);
+    }
+    return pairs;
+  }
+};
+
+TEST(FitSevenParameters, MapIsTheLibrarysShift) {
+  const GeodesyParams record{6377563.396, 299.3249646, LATIGO_KIND_TRANSVERSE_MERCATOR, 1, 0, 0, 0, 0, 0, 0, 0, 0};
+  GeodesyHandle handle = CreateGeodesy(&record);
+  ASSERT_NE(handle, nullptr);
+  // Large values, so that a wrong order of scale, rotation and translation shows.
+  const SevenParameters p{{1000, -2000, 3000}, 500, {100, -200, 300}};
+  const EllDiff shift{p.delta.x(),
+                      p.delta.y(),
+                      p.delta.z(),
+                      1 + p.ppm / 1e6,
+                      p.rotation.x() * Second,
+                      p.rotation.y() * Second,
+                      p.rotation.z() * Second};
+  ASSERT_EQ(SetEllDiff(handle, &shift), 1);
+  double phi = 0.9;
+  double lambda = -0.4;
+  double h = 250;
+  GeodesyHandle wgs84 = nullptr;
+  const GeodesyParams wgs84Record{6378137, 298.257223563, LATIGO_KIND_TRANSVERSE_MERCATOR, 1, 0, 0, 0, 0, 0, 0, 0, 0};
+  ASSERT_NE(wgs84 = CreateGeodesy(&wgs84Record), nullptr);
+  Vector3d from;
+  Vector3d to;
+  GeoECEF(wgs84, &from.x(), &from.y(), &from.z(), phi, lambda, h);
+  ASSERT_EQ(WGS84Conv(handle, &phi, &lambda, &h), 1);
+  GeoECEF(handle, &to.x(), &to.y(), &to.z(), phi, lambda, h);
+  EXPECT_LT((p.Map(from) - to).norm(), 1e-6);
+  DestroyGeodesy(handle);
+  DestroyGeodesy(wgs84);
+}
+
+TEST(FitSevenParameters, SimulatedNetworksAreRecoveredWithinTheirDeviations) {
+  constexpr int Networks = 1500;
+  Network network;
+  Eigen::Matrix<double, 7, 1> squares = Eigen::Matrix<double, 7, 1>::Zero();
+  Vector3d centreSquares = Vector3d::Zero();
+  double variance = 0;
+  int alarms = 0;
+  for (int i = 0; i < Networks; ++i) {
+    const std::vector<SpatialPair> pairs = network.Draw();
+    const SevenParametersFit fit = FitSevenParameters(pairs, false, 0);
+    ASSERT_EQ(fit.refused, nullptr);
+    Eigen::Matrix<double, 7, 1> errors;
+    errors << (fit.parameters.delta - network.truth.delta).cwiseQuotient(fit.deviations.delta),
+        (fit.parameters.ppm - network.truth.ppm) / fit.deviations.ppm,
+        (fit.parameters.rotation - network.truth.rotation).cwiseQuotient(fit.deviations.rotation);
+    const double toNormal = fit.adjusted.s0 / Network::Sigma;
+    EXPECT_LT(errors.cwiseAbs().maxCoeff() * toNormal, 4.5);
+    squares += (errors * toNormal).cwiseAbs2() / Networks;
+    Vector3d centre = Vector3d::Zero();
+    for (const SpatialPair& pair : pairs) { centre += pair.from / static_cast<double>(pairs.size()); }
+    centreSquares +=
+        ((fit.parameters.Map(centre) - network.truth.Map(centre)).cwiseQuotient(fit.shiftDeviation) * toNormal)
+            .cwiseAbs2() /
+        Networks;
+    variance += fit.adjusted.s0 * fit.adjusted.s0 / Networks;
+    for (const double w : fit.test.w) { alarms += std::fabs(w) > fit.test.critical ? 1 : 0; }
+    EXPECT_NEAR(fit.adjusted.r.sum(), 24 - 7, 1e-9);
+  }
+  const double tolerance = 4 * std::sqrt(2.0 / Networks);
+  EXPECT_LT((squares.array() - 1).abs().maxCoeff(), tolerance) << squares;
+  EXPECT_LT((centreSquares.array() - 1).abs().maxCoeff(), tolerance) << centreSquares;
+  EXPECT_NEAR(std::sqrt(variance), Network::Sigma, 0.02 * Network::Sigma);
+  EXPECT_NEAR(alarms, 0.024 * Networks, 4 * std::sqrt(0.024 * Networks));
+}
+
+TEST(FitSevenParameters, ABlunderIsFoundAlongItsAxis) {
+  Network network;
+  int found = 0;
+  for (int i = 0; i < 100; ++i) {
+    std::vector<SpatialPair> pairs = network.Draw(10);
+    const int axis = i % 3;
+    const int point = i % 10;
+    SpatialPair& wrong = pairs[static_cast<std::size_t>(point)];
+    wrong.to += 0.3 * wrong.axes.row(axis).transpose();
+    const BlunderTest test = FitSevenParameters(pairs, false, Network::Sigma).test;
+    found += test.blunder && test.largest == 3 * point + axis && std::fabs(test.size - 0.3) < 0.15 ? 1 : 0;
+  }
+  EXPECT_GT(found, 95);
+}
+
+TEST(FitSevenParameters, AFixedScaleIsOne) {
+  Network network;
+  network.truth.ppm = 0;
+  const SevenParametersFit fit = FitSevenParameters(network.Draw(), true, 0);
+  ASSERT_EQ(fit.refused, nullptr);
+  EXPECT_EQ(fit.parameters.ppm, 0);
+  EXPECT_EQ(fit.deviations.ppm, 0);
+  EXPECT_EQ(fit.adjusted.redundancy, 24 - 6);
+  for (int i = 0; i < 3; ++i) {
+    EXPECT_LT(std::fabs(fit.parameters.rotation(i) - network.truth.rotation(i)), 4 * fit.deviations.rotation(i));
+    EXPECT_LT(std::fabs(fit.parameters.delta(i) - network.truth.delta(i)), 4 * fit.deviations.delta(i));
+  }
+}
+
+TEST(FitSevenParameters, WhatDeterminesNothingIsRefused) {
+  Network network;
+  std::vector<SpatialPair> pairs = network.Draw(3);
+  EXPECT_EQ(FitSevenParameters(pairs, false, 0).refused, nullptr);
+  EXPECT_EQ(FitSevenParameters(pairs, false, 0).adjusted.redundancy, 2);
+  pairs[2].weight = 0;
+  EXPECT_STREQ(FitSevenParameters(pairs, false, 0).refused,
+               "a seven-parameter transformation needs at least three control points");
+  pairs[2].weight = 1;
+  // On a line, but for one metre in 300 km.
+  pairs[2].from = 2 * pairs[1].from - pairs[0].from + Vector3d(0, 1, 0);
+  pairs[2].to = network.truth.Map(pairs[2].from);
+  EXPECT_STREQ(FitSevenParameters(pairs, false, 0).refused,
+               "the control points lie on a line: the rotation about it is not determined");
+  EXPECT_NE(FitSevenParameters({pairs[0], pairs[0], pairs[0]}, false, 0).refused, nullptr);
+}
+
+}  // namespace
+}  // namespace latigo::fit

@@ -1,0 +1,310 @@
+// The similarity transformation of a local grid, fitted to control points.
+#include "fit/similarity.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <numbers>
+#include <random>
+#include <vector>
+
+#include "fit/convex_hull.h"
+
+namespace latigo::fit {
+namespace {
+
+constexpr double Degree = std::numbers::pi / 180;
+
+TEST(FitSimilarity, WorkedValuesOfTheLibrarysDocument) {
+  const double x[] = {1376.0254037844386, 1376.0254037844386, -1376.0254037844386, -1376.0254037844386};
+  const double y[] = {386.02540378443877, -386.02540378443877, 386.02540378443877, -386.02540378443877};
+  for (int flags = 0; flags < 4; ++flags) {
+    const Similarity s{1000, 2000, 30, 2, 10, 20, (flags & 2) != 0, (flags & 1) != 0};
+    double mappedX = 1500;
+    double mappedY = 2500;
+    s.Map(mappedX, mappedY);
+    EXPECT_NEAR(mappedX, x[flags], 1e-12);
+    EXPECT_NEAR(mappedY, y[flags], 1e-12);
+  }
+}
+
+// Ghilani and Wolf, "Adjustment Computations", example 18.1: digitised points to a plane grid, X = a x - b y + Tx and
+// Y = b x + a y + Ty.
+TEST(FitSimilarity, TextbookTwoDimensionalHelmertTransformation) {
+  const std::vector<PlanePair> pairs = {{121.622, -128.066, 1049422.40, 51089.20},
+                                        {141.228, 187.718, 1049413.95, 49659.30},
+                                        {175.802, 135.728, 1049244.95, 49884.95}};
+  const SimilarityFit fit = FitSimilarity(pairs, {});
+  ASSERT_EQ(fit.refused, nullptr);
+  const double a = fit.similarity.scale * std::cos(fit.similarity.rotation * Degree);
+  const double b = -fit.similarity.scale * std::sin(fit.similarity.rotation * Degree);
+  // Half a turn: both axes are reversed rather than that.
+  EXPECT_TRUE(fit.similarity.reverseX && fit.similarity.reverseY);
+  EXPECT_NEAR(-a, -4.51249, 5e-6);
+  EXPECT_NEAR(-b, -0.25371, 5e-6);
+  EXPECT_NEAR(fit.scaleDeviation, 0.00058, 5e-6);
+  EXPECT_NEAR(fit.rotationDeviation * Degree * fit.similarity.scale, 0.00058, 5e-6);
+  EXPECT_EQ(fit.adjusted.redundancy, 2);
+  EXPECT_NEAR(fit.adjusted.s0, 0.14, 0.005);
+  const double v[] = {0.004, -0.029, 0.101, -0.077, -0.105, 0.106};
+  for (int i = 0; i < 6; ++i) { EXPECT_NEAR(fit.adjusted.v(i), v[i], 5e-4) << i; }
+  const double others[][4] = {{174.148, -120.262, 1049187.361, 51040.629},
+                              {513.520, -192.130, 1047637.713, 51278.829},
+                              {754.444, -67.706, 1046582.113, 50656.241},
+                              {972.788, 120.994, 1045644.713, 49749.336}};
+  for (const auto& [x, y, localX, localY] : others) {
+    double mappedX = x;
+    double mappedY = y;
+    fit.similarity.Map(mappedX, mappedY);
+    EXPECT_NEAR(mappedX, localX, 6e-4);
+    EXPECT_NEAR(mappedY, localY, 6e-4);
+  }
+}
+
+// By algebra. At the corners of a square residuals of X of e, -e, e, -e are orthogonal to translation, rotation and
+// scale, so the parameters are exact, and the residuals are known. Each corner has the leverage 1/4 + 1/4, so r is 1/2.
+struct Square {
+  static constexpr double E = 0.01;
+  static constexpr double S = 1.0005;  // q = 0.8 S and p = 0.6 S: a rotation by atan(3/4)
+  std::vector<PlanePair> pairs;
+  explicit Square(double signX = 1, double signY = 1) {
+    const double corner[][2] = {{100, 100}, {-100, 100}, {-100, -100}, {100, -100}};
+    for (int i = 0; i < 4; ++i) {
+      const auto [dx, dy] = corner[i];
+      pairs.push_back({400000 + dx, 5600000 + dy, signX * (S * (0.8 * dx + 0.6 * dy) + 1000 + (i % 2 == 0 ? E : -E)),
+                       signY * (S * (0.8 * dy - 0.6 * dx) + 2000)});
+    }
+  }
+};
+
+TEST(FitSimilarity, ResidualsRedundancyAndDeviationsOfASquare) {
+  SimilarityOptions options;
+  options.sigma = Square::E;
+  const SimilarityFit fit = FitSimilarity(Square().pairs, options);
+  ASSERT_EQ(fit.refused, nullptr);
+  EXPECT_EQ(fit.similarity.originX, 400000);
+  EXPECT_EQ(fit.similarity.originY, 5600000);
+  EXPECT_NEAR(fit.similarity.rotation, std::atan(0.75) / Degree, 1e-10);
+  EXPECT_NEAR(fit.similarity.scale, Square::S, 1e-11);
+  EXPECT_NEAR(fit.similarity.localX, 1000, 1e-8);
+  EXPECT_NEAR(fit.similarity.localY, 2000, 1e-8);
+  EXPECT_EQ(fit.adjusted.redundancy, 4);
+  EXPECT_NEAR(fit.adjusted.s0, Square::E, 1e-9);
+  for (int i = 0; i < 8; ++i) {
+    EXPECT_NEAR(fit.adjusted.v(i), i % 2 == 1 ? 0 : i % 4 == 0 ? -Square::E : Square::E, 1e-8);
+    EXPECT_NEAR(fit.adjusted.r(i), 0.5, 1e-12);
+    EXPECT_NEAR(std::fabs(fit.test.w[static_cast<std::size_t>(i)]), i % 2 == 1 ? 0 : std::numbers::sqrt2, 1e-5);
+  }
+  EXPECT_FALSE(fit.test.blunder);
+  EXPECT_NEAR(fit.pointDeviation, Square::E / 2, 1e-9);
+  EXPECT_NEAR(fit.localXDeviation, Square::E / 2, 1e-9);
+  EXPECT_NEAR(fit.scaleDeviation, Square::E / std::sqrt(4 * 2e4), 1e-9);
+  EXPECT_NEAR(fit.rotationDeviation * Degree * Square::S, Square::E / std::sqrt(4 * 2e4), 1e-9);
+  EXPECT_NEAR(fit.spread, std::sqrt(2e4), 1e-9);
+}
+
+TEST(FitSimilarity, ReversedAxesAreFound) {
+  struct Row {
+    double signX, signY;
+    double rotation;  // degrees
+    bool reverseX, reverseY;
+  };
+  const double r = std::atan(0.75) / Degree;
+  for (const Row& row :
+       {Row{1, 1, r, false, false}, {-1, 1, r, true, false}, {1, -1, r, false, true}, {-1, -1, r, true, true}}) {
+    const SimilarityFit fit = FitSimilarity(Square(row.signX, row.signY).pairs, {});
+    EXPECT_EQ(fit.similarity.reverseX, row.reverseX);
+    EXPECT_EQ(fit.similarity.reverseY, row.reverseY);
+    EXPECT_NEAR(fit.similarity.rotation, row.rotation, 1e-10);
+    EXPECT_TRUE(fit.handKnown);
+    EXPECT_NEAR(fit.adjusted.s0, Square::E, 1e-9);
+    // Of a mirrored square nothing fits: all of s^2 (dx^2 + dy^2) remains.
+    EXPECT_NEAR(fit.otherHand, Square::S * std::sqrt(4 * 2e4 / 4), 0.01);
+  }
+  // X to the north, Y to the east: mirrored, by a quarter turn.
+  std::vector<PlanePair> swapped = Square().pairs;
+  for (PlanePair& pair : swapped) { std::swap(pair.localX, pair.localY); }
+  const SimilarityFit fit = FitSimilarity(swapped, {});
+  EXPECT_NE(fit.similarity.reverseX, fit.similarity.reverseY);
+  EXPECT_NEAR(fit.adjusted.s0, Square::E, 1e-9);
+}
+
+TEST(FitSimilarity, AFixedScaleRemainsAndItsUnknownToo) {
+  SimilarityOptions options;
+  options.fixedScale = 1;
+  const SimilarityFit fit = FitSimilarity(Square().pairs, options);
+  EXPECT_EQ(fit.similarity.scale, 1);
+  EXPECT_EQ(fit.scaleDeviation, 0);
+  EXPECT_EQ(fit.adjusted.redundancy, 5);
+  EXPECT_NEAR(fit.similarity.rotation, std::atan(0.75) / Degree, 1e-10);
+  // The residuals of scale, 0.0005 of each distance from the centre, and those of X.
+  EXPECT_NEAR(fit.adjusted.s0, std::sqrt((0.0005 * 0.0005 * 8e4 + 4 * Square::E * Square::E) / 5), 1e-8);
+}
+
+TEST(FitSimilarity, TwoPointsFitExactlyAndShowNoHandedness) {
+  std::vector<PlanePair> pairs = Square().pairs;
+  pairs.resize(2);
+  const SimilarityFit fit = FitSimilarity(pairs, {});
+  ASSERT_EQ(fit.refused, nullptr);
+  EXPECT_EQ(fit.adjusted.redundancy, 0);
+  EXPECT_EQ(fit.adjusted.s0, 0);
+  EXPECT_FALSE(fit.handKnown);
+  EXPECT_LT(fit.test.largest, 0);
+  EXPECT_LT(fit.adjusted.v.cwiseAbs().maxCoeff(), 1e-8);
+  // Points on a line neither, though they have redundancy.
+  pairs.push_back({(pairs[0].x + pairs[1].x) / 2, pairs[0].y, (pairs[0].localX + pairs[1].localX) / 2,
+                   (pairs[0].localY + pairs[1].localY) / 2});
+  EXPECT_FALSE(FitSimilarity(pairs, {}).handKnown);
+  // The axes that the caller knows are kept.
+  SimilarityOptions options;
+  options.reversed = Reversed::X;
+  EXPECT_TRUE(FitSimilarity(pairs, options).similarity.reverseX);
+  EXPECT_LT(FitSimilarity(pairs, options).adjusted.v.cwiseAbs().maxCoeff(), 1e-8);
+}
+
+TEST(FitSimilarity, WhatDeterminesNothingIsRefused) {
+  const PlanePair one{500000, 5000000, 10, 20};
+  PlanePair check{500100, 5000000, 110, 20};
+  check.weight = 0;
+  EXPECT_STREQ(FitSimilarity({}, {}).refused, "a similarity transformation needs at least two control points");
+  EXPECT_STREQ(FitSimilarity({one, check}, {}).refused,
+               "a similarity transformation needs at least two control points");
+  PlanePair sameGrid = one;
+  sameGrid.localX += 100;
+  EXPECT_NE(FitSimilarity({one, sameGrid, one}, {}).refused, nullptr);
+  PlanePair sameLocal = one;
+  sameLocal.x += 100;
+  EXPECT_NE(FitSimilarity({one, sameLocal, one}, {}).refused, nullptr);
+}
+
+// A weight of k is the same as k equal points, but for the redundancy; a weight of 0 leaves a point out.
+TEST(FitSimilarity, Weights) {
+  std::vector<PlanePair> twice = Square().pairs;
+  twice.push_back(twice[0]);
+  std::vector<PlanePair> heavy = Square().pairs;
+  heavy[0].weight = 2;
+  heavy.push_back({400010, 5600000, 0, 0, 0});
+  const SimilarityFit one = FitSimilarity(twice, {});
+  const SimilarityFit two = FitSimilarity(heavy, {});
+  EXPECT_NEAR(one.similarity.rotation, two.similarity.rotation, 1e-12);
+  EXPECT_NEAR(one.similarity.scale, two.similarity.scale, 1e-12);
+  EXPECT_NEAR(one.similarity.localX, two.similarity.localX, 1e-8);
+  EXPECT_NEAR(one.adjusted.s0 * one.adjusted.s0 * 6, two.adjusted.s0 * two.adjusted.s0 * 4, 1e-10);
+  EXPECT_NEAR(two.adjusted.r.sum(), 4, 1e-12);
+}
+
+// A network of six points in an area of some kilometres, with northings of seven digits.
+struct Network {
+  static constexpr double Sigma = 0.01;
+  Similarity truth{452000, 5411000, -17.25, 0.99987, 10000, 20000};
+  std::mt19937_64 random{20240607};
+  std::normal_distribution<double> noise{0, Sigma};
+
+  std::vector<PlanePair> Draw() {
+    std::uniform_real_distribution<double> place(-3000, 3000);
+    std::vector<PlanePair> pairs;
+    for (int i = 0; i < 6; ++i) {
+      PlanePair pair{452310 + place(random), 5411740 + place(random)};
+      pair.localX = pair.x;
+      pair.localY = pair.y;
+      truth.Map(pair.localX, pair.localY);
+      pair.localX += noise(random);
+      pair.localY += noise(random);
+      pairs.push_back(pair);
+    }
+    return pairs;
+  }
+};
+
+TEST(FitSimilarity, SimulatedNetworksAreRecoveredWithinTheirDeviations) {
+  constexpr int Networks = 4000;
+  Network network;
+  double squares[4] = {};  // of errors divided by their deviations: 1 on average
+  int beyond = 0;          // errors of more than three deviations
+  double variance = 0;
+  int alarms = 0;
+  int alarmsKnown = 0;
+  for (int i = 0; i < Networks; ++i) {
+    const std::vector<PlanePair> pairs = network.Draw();
+    const SimilarityFit fit = FitSimilarity(pairs, {});
+    ASSERT_EQ(fit.refused, nullptr);
+    double trueX = fit.similarity.originX;
+    double trueY = fit.similarity.originY;
+    network.truth.Map(trueX, trueY);
+    const double s0 = fit.adjusted.s0;
+    const double errors[] = {(fit.similarity.rotation - network.truth.rotation) / fit.rotationDeviation,
+                             (fit.similarity.scale - network.truth.scale) / fit.scaleDeviation,
+                             (fit.similarity.localX - trueX) / fit.localXDeviation,
+                             (fit.similarity.localY - trueY) / fit.localYDeviation};
+    for (int k = 0; k < 4; ++k) {
+      // The deviations are estimated too; with the true standard error the quotient is normally distributed.
+      const double normal = errors[k] * s0 / Network::Sigma;
+      squares[k] += normal * normal / Networks;
+      beyond += std::fabs(normal) > 3 ? 1 : 0;
+    }
+    variance += s0 * s0 / Networks;
+    const auto count = [](const SimilarityFit& of) {
+      return static_cast<int>(
+          std::count_if(of.test.w.begin(), of.test.w.end(), [&](double w) { return std::fabs(w) > of.test.critical; }));
+    };
+    alarms += count(fit);
+    SimilarityOptions known;
+    known.sigma = Network::Sigma;
+    alarmsKnown += count(FitSimilarity(pairs, known));
+  }
+  for (const double square : squares) { EXPECT_NEAR(square, 1, 4 * std::sqrt(2.0 / Networks)); }
+  EXPECT_NEAR(beyond, 0.0027 * 4 * Networks, 4 * std::sqrt(0.0027 * 4 * Networks));
+  EXPECT_NEAR(std::sqrt(variance), Network::Sigma, 0.02 * Network::Sigma);
+  // Without a blunder one observation in a thousand exceeds the critical value.
+  EXPECT_NEAR(alarms, 12 * Networks / 1000, 4 * std::sqrt(12 * Networks / 1000));
+  EXPECT_NEAR(alarmsKnown, 12 * Networks / 1000, 4 * std::sqrt(12 * Networks / 1000));
+}
+
+TEST(FitSimilarity, ABlunderOfFifteenCentimetresIsFound) {
+  for (const double sigma : {0.0, Network::Sigma}) {
+    SimilarityOptions options;
+    options.sigma = sigma;
+    Network network;
+    int found = 0;
+    for (int i = 0; i < 200; ++i) {
+      std::vector<PlanePair> pairs = network.Draw();
+      const int point = i % 6;
+      (i % 2 == 0 ? pairs[static_cast<std::size_t>(point)].localX : pairs[static_cast<std::size_t>(point)].localY) +=
+          0.15;
+      const BlunderTest test = FitSimilarity(pairs, options).test;
+      found += test.blunder && test.largest == 2 * point + i % 2 && std::fabs(test.size - 0.15) < 0.08 ? 1 : 0;
+    }
+    // 15 standard deviations; the least of it that is lost is where a point dominates the network, with r below 0.1.
+    EXPECT_GT(found, sigma > 0 ? 190 : 170);
+  }
+}
+
+// Percentiles of the tables of Student's distribution, 0.1 % on both sides together.
+TEST(FitSimilarity, StudentsLimitsAreThoseOfTheTables) {
+  const double table[][2] = {{1, 636.619}, {2, 31.599}, {3, 12.924}, {4, 8.610},  {5, 6.869},
+                             {10, 4.587},  {30, 3.646}, {60, 3.460}, {120, 3.373}};
+  for (const auto& [freedom, limit] : table) {
+    EXPECT_NEAR(StudentLimit(0.001, static_cast<int>(freedom)), limit, 6e-4) << freedom;
+  }
+}
+
+TEST(ConvexHull, AreaAndCornersAndWhatIsInside) {
+  const std::vector<PlanePoint> hull = ConvexHull(
+      {{5e5, 5e6}, {5e5 + 4, 5e6}, {5e5 + 2, 5e6 + 1}, {5e5 + 4, 5e6 + 3}, {5e5, 5e6 + 3}, {5e5, 5e6 + 1}, {5e5, 5e6}});
+  EXPECT_EQ(hull.size(), 4U);
+  EXPECT_NEAR(AreaOf(hull), 12, 1e-9);
+  EXPECT_TRUE(Contains(hull, {5e5 + 1, 5e6 + 2}));
+  EXPECT_TRUE(Contains(hull, {5e5, 5e6 + 2}));
+  EXPECT_FALSE(Contains(hull, {5e5 - 0.01, 5e6 + 2}));
+  EXPECT_FALSE(Contains(hull, {5e5 + 1, 5e6 + 3.01}));
+  const std::vector<PlanePoint> line = ConvexHull({{0, 0}, {2, 2}, {1, 1}});
+  EXPECT_EQ(line.size(), 2U);
+  EXPECT_EQ(AreaOf(line), 0);
+  EXPECT_TRUE(Contains(line, {0.5, 0.5}));
+  EXPECT_FALSE(Contains(line, {0.5, 0.6}));
+  EXPECT_FALSE(Contains(line, {3, 3}));
+  EXPECT_FALSE(Contains(ConvexHull({{0, 0}}), {3, 3}));
+}
+
+}  // namespace
+}  // namespace latigo::fit

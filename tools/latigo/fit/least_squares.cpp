@@ -1,0 +1,115 @@
+#include "least_squares.h"
+
+#include <Eigen/SVD>
+#include <algorithm>
+#include <cmath>
+#include <limits>
+#include <numbers>
+
+namespace latigo::fit {
+
+namespace {
+
+constexpr double Infinite = std::numeric_limits<double>::infinity();
+
+constexpr double Significance = 0.001;    // of the test of one observation
+constexpr double NormalLimit = 3.2905;    // of the normal distribution, for this significance
+constexpr int ManyDegrees = 10000;        // of freedom: Student's distribution is the normal one, within 0.0015
+constexpr double LeastRedundancy = 1e-6;  // an observation with less is not checked by the others
+constexpr double LeastSigma = 1e-6;       // residuals of rounding are no sign of a blunder; units of the observations
+
+// The probability that |t| stays below a limit, by Abramowitz and Stegun (26.7.3) and (26.7.4).
+double StudentProbability(double t, int freedom) {
+  const double theta = std::atan(t / std::sqrt(freedom));
+  const double cosine = std::cos(theta);
+  const bool odd = freedom % 2 != 0;
+  double term = odd ? cosine : 1;
+  double sum = freedom == 1 ? 0 : term;
+  for (int i = odd ? 3 : 2; i < freedom; i += 2) {
+    term *= cosine * cosine * (i - 1) / i;
+    sum += term;
+  }
+  sum *= std::sin(theta);
+  return odd ? 2 / std::numbers::pi * (theta + sum) : sum;
+}
+
+}  // namespace
+
+Adjusted Adjust(const Eigen::MatrixXd& a, const Eigen::VectorXd& l, const Eigen::VectorXd& p) {
+  Adjusted result;
+  result.redundancy = static_cast<int>(a.rows() - a.cols());
+  const Eigen::VectorXd root = p.cwiseSqrt();
+  Eigen::MatrixXd weighted = root.asDiagonal() * a;
+  const Eigen::VectorXd length = weighted.colwise().norm();
+  if (!(length.minCoeff() > 0)) {
+    result.condition = Infinite;
+    return result;
+  }
+  weighted *= length.cwiseInverse().asDiagonal();
+  // A = U S V': x = V S^-1 U' l, Q = V S^-2 V', r = 1 - diag(U U').
+  const Eigen::JacobiSVD<Eigen::MatrixXd> svd(weighted, Eigen::ComputeThinU | Eigen::ComputeThinV);
+  const Eigen::VectorXd& s = svd.singularValues();
+  const double smallest = s(s.size() - 1);
+  result.condition = smallest > 0 ? s(0) / smallest : Infinite;
+  if (!(result.condition * std::numeric_limits<double>::epsilon() < 1)) {
+    result.condition = Infinite;
+    return result;
+  }
+  const Eigen::MatrixXd v = length.cwiseInverse().asDiagonal() * svd.matrixV() * s.cwiseInverse().asDiagonal();
+  result.x = v * (svd.matrixU().transpose() * root.cwiseProduct(l));
+  result.v = a * result.x - l;
+  result.q = v * v.transpose();
+  if (result.redundancy == 0) {
+    result.r = Eigen::VectorXd::Zero(a.rows());
+    return result;
+  }
+  result.r = Eigen::VectorXd::Ones(a.rows()) - svd.matrixU().rowwise().squaredNorm();
+  result.s0 = std::sqrt(p.dot(result.v.cwiseAbs2()) / result.redundancy);
+  return result;
+}
+
+double StudentLimit(double probability, int freedom) {
+  double below = 0;
+  double above = 1;
+  while (1 - StudentProbability(above, freedom) > probability) {
+    above *= 2;
+  }
+  for (int i = 0; i < 60; ++i) {
+    const double middle = (below + above) / 2;
+    (1 - StudentProbability(middle, freedom) > probability ? below : above) = middle;
+  }
+  return above;
+}
+
+BlunderTest TestForBlunders(const Adjusted& adjusted, const Eigen::VectorXd& p, double sigma) {
+  BlunderTest test;
+  const Eigen::Index count = adjusted.v.size();
+  const bool known = sigma > 0;
+  test.freedom = known || adjusted.redundancy > ManyDegrees ? 0 : std::max(adjusted.redundancy - 1, 0);
+  const bool testable = adjusted.redundancy >= (known ? 1 : 2);
+  test.critical = !testable ? Infinite : test.freedom > 0 ? StudentLimit(Significance, test.freedom) : NormalLimit;
+  test.w.assign(static_cast<std::size_t>(count), std::numeric_limits<double>::quiet_NaN());
+  const double squares = p.dot(adjusted.v.cwiseAbs2());
+  double largest = -1;
+  for (Eigen::Index i = 0; testable && i < count; ++i) {
+    if (!(adjusted.r(i) > LeastRedundancy)) {
+      continue;
+    }
+    // v'Pv is smaller by p v^2 / r without the observation.
+    const double own = p(i) * adjusted.v(i) * adjusted.v(i) / adjusted.r(i);
+    const double estimate = known ? sigma : std::sqrt(std::max(squares - own, 0.0) / (adjusted.redundancy - 1));
+    const double w = std::copysign(std::sqrt(own), adjusted.v(i)) / std::max(estimate, LeastSigma * std::sqrt(p(i)));
+    test.w[static_cast<std::size_t>(i)] = w;
+    if (std::fabs(w) > largest) {
+      largest = std::fabs(w);
+      test.largest = static_cast<int>(i);
+    }
+  }
+  if (test.largest >= 0) {
+    test.blunder = largest > test.critical;
+    test.size = -adjusted.v(test.largest) / adjusted.r(test.largest);
+  }
+  return test;
+}
+
+}  // namespace latigo::fit

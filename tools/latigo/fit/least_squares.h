@@ -1,0 +1,45 @@
+// Adjustment of uncorrelated observations by least squares, with the measures of its precision and reliability.
+//
+// Model: A x = l + v, weights p > 0, v'Pv least. Reference: Mikhail and Ackermann, "Observations and Least Squares"
+// (1976); redundancy numbers: Baarda, "A testing procedure for use in geodetic networks" (1968).
+#pragma once
+
+#include <Eigen/Core>
+#include <vector>
+
+namespace latigo::fit {
+
+struct Adjusted {
+  Eigen::VectorXd x;   // unknowns
+  Eigen::VectorXd v;   // residuals, A x - l
+  Eigen::MatrixXd q;   // cofactors of the unknowns, (A'PA)^-1
+  Eigen::VectorXd r;   // redundancy numbers, 0 to 1; they add up to the redundancy
+  int redundancy = 0;  // number of observations less that of unknowns
+  double s0 = 0;       // standard error of unit weight, sqrt(v'Pv / redundancy); 0 without redundancy
+  double condition =
+      0;  // of the weighted A with columns of length 1; infinite if A is singular, and nothing else is set
+};
+
+// At least as many rows as columns.
+Adjusted Adjust(const Eigen::MatrixXd& a, const Eigen::VectorXd& l, const Eigen::VectorXd& p);
+
+// The test of each observation for a blunder. With the standard deviation of an observation of weight 1 known
+// beforehand, w = v sqrt(p / r) / sigma is normally distributed (Baarda). Without it sigma is estimated without the
+// observation under test, so that a blunder does not hide itself, and w has Student's distribution with one degree of
+// freedom less than the redundancy.
+struct BlunderTest {
+  std::vector<double> w;  // NaN where nothing checks the observation
+  double critical = 0;    // a larger |w| occurs once in 1000 observations without a blunder; infinite without a test
+  int freedom = 0;        // of Student's distribution; 0 for the normal one
+  int largest = -1;       // the observation with the largest |w|; -1 if none is checked
+  bool blunder = false;   // that |w| is larger than the critical value
+  double size = 0;        // of that observation's error, estimated as -v / r: the observation less its true value
+};
+
+// A sigma of 0 is unknown.
+BlunderTest TestForBlunders(const Adjusted& adjusted, const Eigen::VectorXd& p, double sigma);
+
+// The value that |t| of Student's distribution exceeds with a probability; a positive number of degrees of freedom.
+double StudentLimit(double probability, int freedom);
+
+}  // namespace latigo::fit
