@@ -1,0 +1,243 @@
+#include "engine.h"
+
+#include <algorithm>
+#include <array>
+#include <cmath>
+#include <cstdio>
+#include <exception>
+#include <new>
+#include <string>
+
+#include "error_text.h"
+#include "handles.h"
+#include "operations.h"
+#include "section_files.h"
+
+namespace latigo::postgresql {
+
+namespace {
+
+constexpr double LargestLatitude = 90;    // degrees, of an input
+constexpr double LargestLongitude = 360;  // degrees, of an input
+
+// Everything of a server process. It is made by the first use and deleted by EngineClose; the order in which statics are
+// destroyed does not matter to it.
+struct State {
+  explicit State(const char* paths) : files(paths) {}
+  SectionFiles files;
+  Handles handles;
+  std::vector<SectionFiles::Listed> listed;
+  std::string warnings;
+};
+
+State* state = nullptr;
+std::array<char, 4096> filesSetting;  // a text that needs no destructor
+std::array<char, 1024> message;
+
+void SetMessage(const char* text) noexcept {
+  std::snprintf(message.data(), message.size(), "%s", text);
+}
+
+EngineOutcome Fail(EngineOutcome outcome, const char* text) noexcept {
+  SetMessage(text);
+  return outcome;
+}
+
+// Runs an operation that may throw.
+template <typename Operation>
+EngineOutcome Guarded(Operation operation) noexcept {
+  try {
+    return operation();
+  } catch (const NoSection& failure) {
+    return Fail(ENGINE_NO_SECTION, failure.what());
+  } catch (const std::bad_alloc&) {
+    return Fail(ENGINE_SYSTEM_FAILED, "out of memory");
+  } catch (const std::exception& failure) {
+    return Fail(ENGINE_SECTION_FAILED, failure.what());
+  } catch (...) {
+    return Fail(ENGINE_SECTION_FAILED, "unknown failure");
+  }
+}
+
+State& TheState() {
+  if (state == nullptr) {
+    state = new State(filesSetting.data());
+  }
+  return *state;
+}
+
+using Convert = void (*)(const cli::Converter&, const cli::PointLine&, cli::Result&);
+
+void FromWgs84(const cli::Converter& converter, const cli::PointLine& point, cli::Result& result) {
+  cli::Position to;
+  if (converter.ReadGeographic(point, to, result)) {
+    converter.WriteGeographic(to, result);
+    result.Add(to.h, cli::Quantity::Length);
+  }
+}
+
+void ToWgs84(const cli::Converter& converter, const cli::PointLine& point, cli::Result& result) {
+  cli::Position at = {point.first * cli::RadiansPerDegree, point.second * cli::RadiansPerDegree,
+                      point.third.value_or(0)};
+  if (converter.InDatumGrid(at.latitude, at.longitude, result) &&
+      result.Call(InvWGS84Conv(converter.Handle(), &at.latitude, &at.longitude, &at.h), "InvWGS84Conv")) {
+    converter.WriteGeographic(at, result);
+    result.Add(at.h, cli::Quantity::Length);
+  }
+}
+
+// What an operation needs, and the inputs that are angles.
+struct Entry {
+  Convert convert;
+  int inputs;      // without a height
+  int positions;   // pairs of latitude and longitude among them
+  bool shift;      // needs the datum shift
+  bool localGrid;  // uses the local grid
+};
+
+constexpr Entry Entries[] = {
+    {cli::Forward, 2, 1, false, true},           // ENGINE_FORWARD
+    {cli::Inverse, 2, 0, false, true},           // ENGINE_INVERSE
+    {FromWgs84, 2, 1, true, true},               // ENGINE_FROM_WGS84
+    {ToWgs84, 2, 1, true, true},                 // ENGINE_TO_WGS84
+    {cli::ScaleOfPosition, 2, 1, false, false},  // ENGINE_SCALE
+    {cli::GeoidUndulation, 2, 1, false, true},   // ENGINE_UNDULATION
+    {cli::GreatCircle, 4, 2, false, true},       // ENGINE_GREAT_CIRCLE
+    {cli::RhumbLine, 4, 2, false, true},         // ENGINE_RHUMB_LINE
+};
+
+const char* FaultOfInput(const Entry& entry, const EnginePoint& point) noexcept {
+  for (int i = 0; i < entry.inputs + (point.height ? 1 : 0); ++i) {
+    if (!std::isfinite(point.in[i])) {
+      return "an argument is not a finite number";
+    }
+  }
+  for (int i = 0; i < 2 * entry.positions; i += 2) {
+    if (std::fabs(point.in[i]) > LargestLatitude) {
+      return "a latitude above 90 degrees";
+    }
+    if (std::fabs(point.in[i + 1]) > LargestLongitude) {
+      return "a longitude above 360 degrees";
+    }
+  }
+  return nullptr;
+}
+
+cli::PointLine LineOf(const EnginePoint& point) {
+  cli::PointLine line;
+  line.first = point.in[0];
+  line.second = point.in[1];
+  if (point.height) {
+    line.third = point.in[2];
+  } else {
+    line.toFirst = point.in[2];
+    line.toSecond = point.in[3];
+  }
+  return line;
+}
+
+}  // namespace
+
+}  // namespace latigo::postgresql
+
+using namespace latigo;
+using namespace latigo::postgresql;
+
+extern "C" {
+
+const char* EngineCheckFiles(const char* paths) {
+  if (std::char_traits<char>::length(paths) >= filesSetting.size()) {
+    return "the list is longer than 4095 bytes";
+  }
+  const EngineOutcome outcome = Guarded([&] {
+    const SectionFiles checked(paths);
+    return ENGINE_DONE;
+  });
+  return outcome == ENGINE_DONE ? nullptr : message.data();
+}
+
+void EngineSetFiles(const char* paths) {
+  EngineClose();
+  std::snprintf(filesSetting.data(), filesSetting.size(), "%s", paths);
+}
+
+EngineOutcome EngineOpen(EngineUse* use, const char* section, EngineOperation operation, bool wgs84,
+                         std::int64_t command) {
+  return Guarded([&] {
+    const Entry& entry = Entries[operation];
+    State& all = TheState();
+    use->place = all.handles.Open({section, wgs84 || entry.shift, entry.localGrid}, all.files, command);
+    use->serial = all.handles.At(use->place).serial;
+    return ENGINE_DONE;
+  });
+}
+
+bool EngineIsCurrent(const EngineUse* use, std::int64_t command) {
+  if (use->serial == 0 || state == nullptr) {
+    return false;
+  }
+  const Handle& handle = state->handles.At(use->place);
+  return handle.serial == use->serial && handle.command == command;
+}
+
+EngineOutcome EngineConvert(const EngineUse* use, EngineOperation operation, EnginePoint* point) {
+  return Guarded([&] {
+    const Entry& entry = Entries[operation];
+    if (const char* fault = FaultOfInput(entry, *point); fault != nullptr) {
+      return Fail(ENGINE_POINT_FAILED, fault);
+    }
+    cli::Result result;
+    entry.convert(*state->handles.At(use->place).converter, LineOf(*point), result);
+    if (result.function != nullptr) {
+      return Fail(ENGINE_POINT_FAILED, cli::ErrorText(result.code, result.function).c_str());
+    }
+    if (const char* fault = result.fault != nullptr ? result.fault : cli::FaultOf(result); fault != nullptr) {
+      return Fail(ENGINE_POINT_FAILED, fault);
+    }
+    for (int i = 0; i < result.count; ++i) {
+      point->out[i] = result.values[i].value;
+    }
+    point->doubtful = result.doubts != 0;
+    return ENGINE_DONE;
+  });
+}
+
+const char* EngineFile(const EngineUse* use) {
+  return state->handles.At(use->place).file.c_str();
+}
+
+void EngineClose(void) {
+  delete state;
+  state = nullptr;
+}
+
+int EngineOpenFiles(void) {
+  return state == nullptr ? 0 : state->handles.OpenFiles();
+}
+
+EngineOutcome EngineListSections(std::size_t* count) {
+  return Guarded([&] {
+    State& all = TheState();
+    all.files.Refresh();
+    all.listed = all.files.List();
+    *count = all.listed.size();
+    return ENGINE_DONE;
+  });
+}
+
+EngineOutcome EngineSection(std::size_t index, EngineSectionText* text) {
+  return Guarded([&] {
+    State& all = TheState();
+    const SectionFiles::Listed& listed = all.listed[index];
+    all.warnings = all.files.Warnings(listed);
+    *text = {listed.name.c_str(), all.files.Path(listed.file).c_str(),
+             all.warnings.empty() ? nullptr : all.warnings.c_str()};
+    return ENGINE_DONE;
+  });
+}
+
+const char* EngineMessage(void) {
+  return message.data();
+}
+
+}  // extern "C"
