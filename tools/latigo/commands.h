@@ -13,16 +13,24 @@ inline constexpr double RadiansPerDegree = 0.017453292519943295;
 // Of every command.
 struct Options {
   std::string file;
-  std::string section = "Geodesy";
+  std::string section;  // not given: empty until ChooseSection; for info and check, all sections of the file
   bool strict = false;  // every warning is a failure
 };
 
-struct CheckOptions : Options {
-  bool sectionGiven = false;  // false: all sections of the file
-};
+struct CheckOptions : Options {};
 
 struct InfoOptions : CheckOptions {
   std::string language = "eng";
+};
+
+struct ListOptions {
+  std::string file;                // or a folder, whose .ini files are listed; empty for the installed examples
+  std::vector<std::string> words;  // in the name or the comments of each listed section
+};
+
+struct TemplateOptions {
+  std::string kind;  // "utm" or a keyword of a projection; empty to list them
+  std::string zone;  // of UTM, as 33N
 };
 
 // Of the commands that convert points.
@@ -72,6 +80,12 @@ int RunDistance(const DistanceOptions& options);
 
 // Describes the section, or every section of the file.
 int RunInfo(const InfoOptions& options);
+
+// Lists sections with their descriptions: 0, or 1 if none has the words.
+int RunList(const ListOptions& options);
+
+// Prints a commented section.
+int RunTemplate(const TemplateOptions& options);
 
 // Checks the same without output: 0 if there is no warning and every section opens, else 2.
 int RunCheck(const CheckOptions& options);

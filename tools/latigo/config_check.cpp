@@ -15,6 +15,7 @@
 #include "error_text.h"
 #include "frame/config_keys.h"
 #include "frame/install_dir.h"
+#include "names.h"
 #include "platform/ascii.h"
 #include "platform/c_numbers.h"
 #include "platform/posix/profile_file.h"
@@ -31,8 +32,7 @@ using File = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
 
 std::string ReadFile(const std::string& path) {
   std::error_code ignored;
-  const std::filesystem::path native(std::u8string(path.begin(), path.end()));
-  const std::filesystem::file_status status = std::filesystem::status(native, ignored);
+  const std::filesystem::file_status status = std::filesystem::status(NativePath(path), ignored);
   if (std::filesystem::is_directory(status)) {
     throw UsageError(path + ": is a directory");
   }
@@ -56,11 +56,6 @@ std::string ReadFile(const std::string& path) {
     throw UsageError(path + ": is larger than 16 MB");
   }
   return bytes;
-}
-
-std::string Short(double value) {
-  char text[32];
-  return {text, std::to_chars(text, text + sizeof text, value).ptr};
 }
 
 template <typename Number>
@@ -120,7 +115,7 @@ std::string CheckGridFile(std::string_view name) {
   if (static_cast<double>(size) >= needed) {
     return {};
   }
-  return std::string(path) + " has " + std::to_string(size) + " bytes, but its header describes " + Short(needed);
+  return std::string(path) + " has " + std::to_string(size) + " bytes, but its header describes " + ShortNumber(needed);
 }
 
 }  // namespace
@@ -168,9 +163,9 @@ std::string_view ConfigFile::TextOf(std::string_view section) const {
   return std::string_view(bytes_).substr(found.begin, found.end - found.begin);
 }
 
-bool ConfigFile::HasValue(std::string_view section, std::string_view key) const {
+std::string_view ConfigFile::Value(std::string_view section, std::string_view key) const {
   const auto found = index_.find(Folded(section));
-  return found != index_.end() && !ValueOf(sections_[found->second], key).empty();
+  return found != index_.end() ? ValueOf(sections_[found->second], key) : std::string_view();
 }
 
 std::string_view ConfigFile::ValueOf(const Section& section, std::string_view key) const {
@@ -217,11 +212,11 @@ std::string ConfigFile::CheckValue(const Key& key) const {
       break;
   }
   if (!IsWhole<double>(value) || !std::isfinite(number)) {
-    return entry + " is read as " + Short(number) + (angle ? " (angles are decimal degrees)" : "");
+    return entry + " is read as " + ShortNumber(number) + (angle ? " (angles are decimal degrees)" : "");
   }
   const double limit = known->kind == ValueKind::Latitude ? 90 : known->kind == ValueKind::Longitude ? 180 : 360;
   if (angle && !(std::fabs(number) <= limit)) {
-    return entry + " is not between -" + Short(limit) + " and " + Short(limit) + " degrees";
+    return entry + " is not between -" + ShortNumber(limit) + " and " + ShortNumber(limit) + " degrees";
   }
   if (known->kind == ValueKind::Factor && number != 0 && !(number >= 0.5 && number <= 2)) {
     return entry + " is not between 0.5 and 2";
@@ -239,15 +234,16 @@ std::vector<std::string> ConfigFile::CheckSystem(const Section& section) const {
   const std::int32_t kind = KindOfKeyword(keyword.c_str());
   const double a = NumberOf(section, "SemiMajorAxis");
   if (kind != 0 && kind != LATIGO_KIND_MERCATOR_ON_SPHERE && !(a > 6.3e6 && a < 6.4e6)) {
-    found.push_back("SemiMajorAxis is read as " + Short(a) + ", which is not a semi-major axis of the earth in metres");
+    found.push_back("SemiMajorAxis is read as " + ShortNumber(a) +
+                    ", which is not a semi-major axis of the earth in metres");
   }
   const double unit = NumberOf(section, "Unit");
   const double easting = NumberOf(section, "FalseEasting");
   const double k0 = NumberOf(section, "ScaleFactor");
   if (EqualIgnoringCase(keyword, "UTM") &&
       !(k0 == 0.9996 && std::fabs(easting * (unit == 0 ? 1 : unit) - 500000) < 1)) {
-    found.push_back("Projection=UTM sets no parameter: ScaleFactor is read as " + Short(k0 == 0 ? 1 : k0) +
-                    " and FalseEasting as " + Short(easting) + ", where UTM has 0.9996 and 500000 metres");
+    found.push_back("Projection=UTM sets no parameter: ScaleFactor is read as " + ShortNumber(k0 == 0 ? 1 : k0) +
+                    " and FalseEasting as " + ShortNumber(easting) + ", where UTM has 0.9996 and 500000 metres");
   }
   return found;
 }

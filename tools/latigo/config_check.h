@@ -22,12 +22,17 @@ class ConfigFile {
   std::vector<std::string> Sections() const;
   bool Has(std::string_view section) const { return index_.contains(Folded(section)); }
 
-  // Whether a section has a value for a key.
-  bool HasValue(std::string_view section, std::string_view key) const;
+  // The value of a section's key, at most 79 characters; empty without one.
+  std::string_view Value(std::string_view section, std::string_view key) const;
+  bool HasValue(std::string_view section, std::string_view key) const { return !Value(section, key).empty(); }
 
   // The text of a section, from the line of its name to the next section; and the size of the file, bytes.
   std::string_view TextOf(std::string_view section) const;
   std::size_t Size() const { return bytes_.size(); }
+  std::string_view Bytes() const { return bytes_; }
+
+  // A name as it compares: without blanks around it, in small letters.
+  static std::string Folded(std::string_view name);
 
   // The warnings of a section: one line of text each, with file, line, section, key and the value read.
   std::vector<std::string> Warnings(std::string_view name) const;
@@ -46,7 +51,6 @@ class ConfigFile {
     std::vector<std::size_t> again;  // lines of further sections with this name, which are not read
   };
 
-  static std::string Folded(std::string_view name);
   std::string_view ValueOf(const Section& section, std::string_view key) const;
   double NumberOf(const Section& section, std::string_view key) const;
   std::string CheckValue(const Key& key) const;

@@ -16,6 +16,18 @@ namespace latigo::cli {
 
 namespace {
 
+constexpr const char* DefaultSection = "Geodesy";
+
+// The first names of sections, for a message.
+std::string SomeOf(const std::vector<std::string>& sections) {
+  constexpr std::size_t Shown = 20;
+  std::string names;
+  for (std::size_t i = 0; i < std::min(sections.size(), Shown); ++i) {
+    names += (names.empty() ? "" : ", ") + sections[i];
+  }
+  return names + (sections.size() > Shown ? " and " + std::to_string(sections.size() - Shown) + " others" : "");
+}
+
 // The path of a configuration file for the library: Windows searches a bare name in the Windows directory.
 std::string ProfilePath(const std::string& file) {
 #if defined(_WIN32)
@@ -62,19 +74,30 @@ std::string Explain(std::int32_t code, const Profile& profile, const std::string
 
 }  // namespace
 
-void RequireSection(const ConfigFile& config, const Options& options) {
-  if (config.Has(options.section)) {
+void ChooseSection(Options& options) {
+  if (!options.section.empty()) {
     return;
   }
-  constexpr std::size_t Shown = 20;
-  std::string known;
+  const ConfigFile config(options.file);
   const std::vector<std::string> sections = config.Sections();
-  for (std::size_t i = 0; i < std::min(sections.size(), Shown); ++i) {
-    known += (known.empty() ? "" : ", ") + sections[i];
+  if (config.Has(DefaultSection)) {
+    options.section = DefaultSection;
+  } else if (sections.size() == 1) {
+    options.section = sections.front();
+  } else if (sections.empty()) {
+    throw UsageError(options.file + ": no section");
+  } else {
+    throw UsageError(options.file + ": choose a section with --section NAME: " + SomeOf(sections));
   }
-  known += sections.size() > Shown ? " and " + std::to_string(sections.size() - Shown) + " others" : "";
-  throw UsageError(options.file + ": no section " + options.section +
-                   (known.empty() ? "; it has none" : "; it has " + known));
+}
+
+void RequireSection(const ConfigFile& config, const Options& options) {
+  if (!config.Has(options.section)) {
+    const std::vector<std::string> sections = config.Sections();
+    throw UsageError(options.file + (sections.empty()
+                                         ? ": no section"
+                                         : ": no section " + options.section + "; it has " + SomeOf(sections)));
+  }
 }
 
 void CheckSection(const Options& options) {

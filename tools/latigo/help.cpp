@@ -13,6 +13,8 @@ FILE is a configuration file; each of its sections describes a coordinate system
 Commands:
   info        describe one section, or every section of the file
   check       report by the exit status only whether info would print a warning
+  list        list or search the sections of a file, or the installed examples
+  template    print a commented section of a projection, or of a UTM zone
   forward     latitude and longitude to easting and northing
   inverse     easting and northing to latitude and longitude
   scale       latitude and longitude to the point scale factor
@@ -46,6 +48,32 @@ Options:
   --strict              no effect: check is always strict
 
 Exit status: 0; 2 if there is a warning, if the file cannot be read or a section does not open.
+)";
+
+constexpr std::string_view List = R"(Lists the sections of a configuration file with their descriptions.
+Usage: latigo list [FILE [TEXT...]]
+
+FILE is a configuration file, or a folder, whose .ini files are listed. Without it, the installed examples are listed. With
+TEXT, only sections with all of its words in their names or comments are listed; the case of A to Z does not count. The
+description is the first comment line of the section, or above it; without one, projection, ellipsoid and central meridian.
+
+Options:
+  -h, --help            print this help and exit
+
+Exit status: 0; 1 if there is no such section; 2 for an invalid file or argument.
+)";
+
+constexpr std::string_view Template =
+    R"(Prints a commented section: a real system, with every key, its unit and its meaning.
+Usage: latigo template [KIND [ZONE]]
+
+KIND is utm or a projection's keyword, as lcc; without it, the kinds are listed. ZONE is a zone of utm: a number from 1 to 60
+with N for north or S for south, as 33N.
+
+Options:
+  -h, --help            print this help and exit
+
+Exit status: 0; 2 for an invalid argument.
 )";
 
 constexpr std::string_view Forward =
@@ -124,7 +152,7 @@ Options of this command:
 constexpr std::string_view Points = R"(
 Options of all commands that read points:
   -h, --help            print this help and exit
-  -s, --section NAME    section of the file; default Geodesy
+  -s, --section NAME    section of the file; default Geodesy, or the only one
   --strict              every warning is a failure, of the point or of the file
   --precision DIGITS    number of decimals, 0 to 15
   --jobs THREADS        number of threads, 1 to 256; the order of the lines is kept
@@ -151,8 +179,9 @@ struct Help {
 };
 
 constexpr Help Texts[] = {
-    {"info", Info, false},  {"check", Check, false},          {"forward", Forward, true}, {"inverse", Inverse, true},
-    {"scale", Scale, true}, {"undulation", Undulation, true}, {"ecef", Ecef, true},       {"distance", Distance, true},
+    {"info", Info, false},      {"check", Check, false},      {"list", List, false},  {"template", Template, false},
+    {"forward", Forward, true}, {"inverse", Inverse, true},   {"scale", Scale, true}, {"undulation", Undulation, true},
+    {"ecef", Ecef, true},       {"distance", Distance, true},
 };
 
 }  // namespace

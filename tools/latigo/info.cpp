@@ -5,6 +5,7 @@
 
 #include "commands.h"
 #include "coordinate_system.h"
+#include "names.h"
 #include "visible.h"
 
 namespace latigo::cli {
@@ -18,18 +19,6 @@ double Degrees(double radians) {
 }
 double Seconds(double radians) {
   return radians * 648000 / Pi;
-}
-
-const char* ProjectionName(std::int32_t kind) {
-  switch (kind) {
-#define LATIGO_KIND(Class, name, number, code, words, ...) \
-  case number:                                             \
-    return words;
-#include "kinds.def"
-#undef LATIGO_KIND
-    default:
-      return "";
-  }
 }
 
 // The library's names are Windows-1252; their accented letters have the same numbers in Unicode.
@@ -165,12 +154,11 @@ Outcome Describe(const InfoOptions& options, const ConfigFile& config, const Sec
 }
 
 std::vector<std::string> SectionsAsked(const CheckOptions& options, const ConfigFile& config) {
-  std::vector<std::string> sections = config.Sections();
-  if (options.sectionGiven || sections.empty()) {
-    RequireSection(config, options);
-    return {options.section};
+  if (options.section.empty() && !config.Sections().empty()) {
+    return config.Sections();
   }
-  return sections;
+  RequireSection(config, options);
+  return {options.section};
 }
 
 }  // namespace

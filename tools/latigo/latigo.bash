@@ -41,11 +41,14 @@ _latigo() {
     --precision | --jobs) return ;;
   esac
   if [ "$COMP_CWORD" -eq 1 ]; then
-    mapfile -t COMPREPLY < <(compgen -W 'info check forward inverse scale undulation ecef distance --help --version' -- "$current")
+    mapfile -t COMPREPLY < <(compgen -W 'info check list template forward inverse scale undulation ecef distance --help --version' -- "$current")
+  elif [ "${COMP_WORDS[1]} $COMP_CWORD" = 'template 2' ] && [[ $current != -* ]]; then
+    mapfile -t COMPREPLY < <(compgen -W 'utm lcc mer tme ost ocy hom rso azd smerc ala cas pst' -- "$current")
   elif [[ $current == -* ]]; then
     case ${COMP_WORDS[1]} in
       info) options='--help --section --strict --lang' ;;
       check) options='--help --section --strict' ;;
+      list | template) options='--help' ;;
       forward | inverse) options="$points $shift $heights" ;;
       undulation) options="$points $shift --geoid-on-datum" ;;
       scale) options="$points $shift --grid" ;;

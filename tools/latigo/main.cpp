@@ -6,9 +6,11 @@
 #include <map>
 #include <memory>
 #include <string>
+#include <type_traits>
 #include <vector>
 
 #include "commands.h"
+#include "coordinate_system.h"
 #include "error_text.h"
 #include "help.h"
 #include "streams.h"
@@ -26,18 +28,25 @@ const std::map<std::string, Separation> Separations = {{"auto", Separation::Auto
 
 void Add(CLI::App& command, Options& options) {
   command.add_option("FILE", options.file)->required();
-  command.add_option("-s,--section", options.section);
+  command.add_option("-s,--section", options.section)->check([](const std::string& name) {
+    return name.empty() ? "the name is empty" : std::string();  // of a variable that is not set
+  });
   command.add_flag("--strict", options.strict);
 }
 
-void Add(CLI::App& command, CheckOptions& options) {
+void Add(CLI::App& command, InfoOptions& options) {
   Add(command, static_cast<Options&>(options));
-  command.get_option("--section")->each([&options](const std::string&) { options.sectionGiven = true; });
+  command.add_option("--lang", options.language)->check(CLI::IsMember({"eng", "fra", "esp"}));
 }
 
-void Add(CLI::App& command, InfoOptions& options) {
-  Add(command, static_cast<CheckOptions&>(options));
-  command.add_option("--lang", options.language)->check(CLI::IsMember({"eng", "fra", "esp"}));
+void Add(CLI::App& command, ListOptions& options) {
+  command.add_option("FILE", options.file);
+  command.add_option("TEXT", options.words);
+}
+
+void Add(CLI::App& command, TemplateOptions& options) {
+  command.add_option("KIND", options.kind);
+  command.add_option("ZONE", options.zone);
 }
 
 void Add(CLI::App& command, PointOptions& options) {
@@ -90,7 +99,14 @@ void AddCommand(CLI::App& app, Chosen& chosen, const char* name, int (*run)(cons
   CLI::App* command = app.add_subcommand(name);
   const auto options = std::make_shared<OptionsOfIt>();
   Add(*command, *options);
-  command->callback([&chosen, run, options] { chosen = [run, options] { return run(*options); }; });
+  command->callback([&chosen, run, options] {
+    chosen = [run, options] {
+      if constexpr (std::is_base_of_v<Options, OptionsOfIt> && !std::is_base_of_v<CheckOptions, OptionsOfIt>) {
+        ChooseSection(*options);
+      }
+      return run(*options);
+    };
+  });
 }
 
 int Run(int argc, char** argv) {
@@ -103,6 +119,8 @@ int Run(int argc, char** argv) {
   Chosen chosen;
   AddCommand(app, chosen, "info", RunInfo);
   AddCommand(app, chosen, "check", RunCheck);
+  AddCommand(app, chosen, "list", RunList);
+  AddCommand(app, chosen, "template", RunTemplate);
   AddCommand(app, chosen, "forward", RunForward);
   AddCommand(app, chosen, "inverse", RunInverse);
   AddCommand(app, chosen, "scale", RunScale);

@@ -3,6 +3,7 @@
 #include <cerrno>
 #include <cstring>
 #include <cwchar>
+#include <system_error>
 
 #if defined(_WIN32)
 #include <fcntl.h>
@@ -17,6 +18,26 @@ namespace latigo::cli {
 
 void ThrowSystemError(const std::string& name) {
   throw UsageError(name + ": " + std::strerror(errno));
+}
+
+std::filesystem::path NativePath(const std::string& path) {
+  return {std::u8string(path.begin(), path.end())};
+}
+
+std::string Utf8(const std::filesystem::path& path) {
+  const std::u8string text = path.u8string();
+  return {text.begin(), text.end()};
+}
+
+std::filesystem::path ExamplesFolder() {
+#if defined(_WIN32)
+  wchar_t program[_MAX_PATH] = L"";
+  GetModuleFileNameW(nullptr, program, _MAX_PATH);
+#else
+  std::error_code ignored;
+  const std::filesystem::path program = std::filesystem::read_symlink("/proc/self/exe", ignored);
+#endif
+  return std::filesystem::path(program).parent_path().parent_path() / "share" / "latigo" / "examples";
 }
 
 #if defined(_WIN32)

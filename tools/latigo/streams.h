@@ -2,6 +2,7 @@
 #pragma once
 
 #include <cstdio>
+#include <filesystem>
 #include <string>
 #include <string_view>
 
@@ -9,6 +10,13 @@ namespace latigo::cli {
 
 // Throws UsageError with the name and the text of errno.
 [[noreturn]] void ThrowSystemError(const std::string& name);
+
+// A path of the system from UTF-8, and the reverse.
+std::filesystem::path NativePath(const std::string& path);
+std::string Utf8(const std::filesystem::path& path);
+
+// The folder of the installed examples, found from the program's own place.
+std::filesystem::path ExamplesFolder();
 
 // Opens a file by its name in UTF-8; null for a failure, with errno.
 std::FILE* OpenForReading(const std::string& path);
