@@ -1,5 +1,5 @@
 """What the transcripts cannot show of the program's sections, templates and files.   habits_test.py [EMULATOR...] PROGRAM"""
-import glob, os, re, resource, subprocess, sys, tempfile
+import glob, os, re, signal, subprocess, sys, tempfile, time
 
 program = [*sys.argv[1:-1], os.path.realpath(sys.argv[-1])]
 root = os.path.dirname(os.path.dirname(os.path.realpath(__file__)))
@@ -59,8 +59,61 @@ assert len(names & set(re.findall(r"^\[(.*)\]", examples, re.M))) == 9, names
 
 assert run("forward", "template.ini", "--section", "")[::2] == (2, "latigo: --section: the name is empty\n")
 
+# The output is renamed when it is complete: points may fail, but not the run. What the command reads is refused.
+def content(name):
+    return open(name, encoding="utf-8").read().replace("\r", "")
+
+line = "52 15\n"
+write("template.ini", run("template", "utm", "33N")[1])
+write("points.txt", line)
+expected = run("forward", "template.ini", "points.txt")[1]
+before = len(os.listdir())
+assert run("forward", "template.ini", "points.txt", "-o", "new.txt") == (0, "", "") and content("new.txt") == expected
+assert run("forward", "template.ini", "-o", "new.txt", text="x\n" + line)[:2] == (1, "") and content("new.txt") == "* *\n" + expected
+kept = content("new.txt")
+for arguments in ["points.txt", "nothing.txt"], ["new.txt"], ["points.txt", "./new.txt"], ["points.txt", "--strict", "-s", "No"]:
+    status, text, messages = run("forward", "template.ini", *arguments, "--output", "new.txt")
+    assert status == 2 and not text and content("new.txt") == kept and len(os.listdir()) == before + 1, (arguments, messages)
+assert "template.ini: is read by this command" in run("list", "template.ini", "-o", "template.ini")[2]
+for name, reason in (".", "is a directory"), ("none/new.txt", "No such file"), ("", "the name is empty"):
+    status, text, messages = run("forward", "template.ini", "points.txt", "-o", name)
+    assert status == 2 and not text and reason in messages, messages
+assert run("forward", "template.ini", "points.txt", "-o", "-") == (0, expected, "")
+for command in ["template", "utm", "33N"], ["list", "template.ini"], ["info", "template.ini"]:
+    text = run(*command)[1]
+    assert run(*command, "-o", "new.txt") == (0, "", "") and content("new.txt") == text, command
+if len(program) == 1:  # with the mode of the older file, through a link, and not from itself
+    os.chmod("new.txt", 0o640)
+    os.symlink("new.txt", "link")
+    assert run("forward", "template.ini", "points.txt", "-o", "link")[0] == 0 and os.path.islink("link")
+    assert content("new.txt") == expected and os.stat("new.txt").st_mode & 0o777 == 0o640
+    with open("points.txt") as same:
+        done = subprocess.run([*program, "forward", "template.ini", "-o", "points.txt"], stdin=same, capture_output=True)
+    assert done.returncode == 2 and b"is read by this command" in done.stderr and content("points.txt") == line
+    assert run("forward", "template.ini", "points.txt", "-o", "/dev/full")[2] == "latigo: /dev/full: No space left on device\n"
+    done = subprocess.run(["sh", "-c", 'ulimit -f 8; exec "$@"', "sh", *program, "forward", "template.ini", "-o", "new.txt"],
+                          input=line.encode() * 60000, capture_output=True)
+    assert done.returncode == -signal.SIGXFSZ and content("new.txt") == expected, done
+    for number in signal.SIGINT, signal.SIGTERM, signal.SIGHUP:
+        process = subprocess.Popen([*program, "forward", "template.ini", "-o", "new.txt"], stdin=-1)
+        process.stdin.write(line.encode())
+        process.stdin.flush()
+        halves = []
+        for _ in range(1000):
+            halves = [name for name in os.listdir() if name.startswith(".latigo-") and os.path.getsize(name) > 0]
+            if halves:
+                break
+            time.sleep(0.01)
+        assert halves and os.stat(halves[0]).st_mode & 0o077 == 0
+        process.send_signal(number)
+        assert process.wait() == -number and content("new.txt") == expected and not glob.glob(".latigo-*")
+    os.remove("link")
+os.remove("new.txt")
+assert len(os.listdir()) == before
+
 # Listing takes time in proportion to the file.
 def seconds(sections):
+    import resource  # Windows has none
     write("many.ini", "".join(f"[S{i}]\n; System {i}\nProjection=SMERC\nFlattening=298\n[T{i}]\n" for i in range(sections // 2)))
     before = resource.getrusage(resource.RUSAGE_CHILDREN)
     status, text, messages = run("list", "many.ini", "s")

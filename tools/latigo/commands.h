@@ -10,8 +10,12 @@ namespace latigo::cli {
 
 inline constexpr double RadiansPerDegree = 0.017453292519943295;
 
-// Of every command.
-struct Options {
+struct OutputOptions {
+  std::string output;  // a file that is replaced when the output is complete; empty for standard output
+};
+
+// Of every command that reads a section.
+struct Options : OutputOptions {
   std::string file;
   std::string section;  // not given: empty until ChooseSection; for info and check, all sections of the file
   bool strict = false;  // every warning is a failure
@@ -23,12 +27,12 @@ struct InfoOptions : CheckOptions {
   std::string language = "eng";
 };
 
-struct ListOptions {
+struct ListOptions : OutputOptions {
   std::string file;                // or a folder, whose .ini files are listed; empty for the installed examples
   std::vector<std::string> words;  // in the name or the comments of each listed section
 };
 
-struct TemplateOptions {
+struct TemplateOptions : OutputOptions {
   std::string kind;  // "utm" or a keyword of a projection; empty to list them
   std::string zone;  // of UTM, as 33N
 };

@@ -35,6 +35,7 @@ Options:
   -s, --section NAME    section of the file; default: all
   --strict              every warning is a failure
   --lang eng|fra|esp    language of the names; default eng
+  -o, --output FILE     write to a file, which is replaced only when the output is complete
 
 Exit status: 0; 1 if a section does not open; 2 for an invalid file, section or argument, or, with --strict, a warning.
 )";
@@ -53,12 +54,14 @@ Exit status: 0; 2 if there is a warning, if the file cannot be read or a section
 constexpr std::string_view List = R"(Lists the sections of a configuration file with their descriptions.
 Usage: latigo list [FILE [TEXT...]]
 
-FILE is a configuration file, or a folder, whose .ini files are listed. Without it, the installed examples are listed. With
-TEXT, only sections with all of its words in their names or comments are listed; the case of A to Z does not count. The
-description is the first comment line of the section, or above it; without one, projection, ellipsoid and central meridian.
+FILE is a configuration file, or a folder, whose .ini files are listed. Without it, the installed examples are listed.
+With TEXT, only sections with all of its words in their names or comments are listed; the case of A to Z does not count.
+The description is the first comment line of the section, or above it; without one, projection, ellipsoid and central
+meridian.
 
 Options:
   -h, --help            print this help and exit
+  -o, --output FILE     write to a file, which is replaced only when the output is complete
 
 Exit status: 0; 1 if there is no such section; 2 for an invalid file or argument.
 )";
@@ -67,11 +70,12 @@ constexpr std::string_view Template =
     R"(Prints a commented section: a real system, with every key, its unit and its meaning.
 Usage: latigo template [KIND [ZONE]]
 
-KIND is utm or a projection's keyword, as lcc; without it, the kinds are listed. ZONE is a zone of utm: a number from 1 to 60
-with N for north or S for south, as 33N.
+KIND is utm or a projection's keyword, as lcc; without it, the kinds are listed. ZONE is a zone of utm: a number from 1
+to 60 with N for north or S for south, as 33N.
 
 Options:
   -h, --help            print this help and exit
+  -o, --output FILE     write to a file, which is replaced only when the output is complete
 
 Exit status: 0; 2 for an invalid argument.
 )";
@@ -155,6 +159,7 @@ Options of all commands that read points:
   -s, --section NAME    section of the file; default Geodesy, or the only one
   --strict              every warning is a failure, of the point or of the file
   --precision DIGITS    number of decimals, 0 to 15
+  -o, --output FILE     write to a file, which is replaced only when the output is complete
   --jobs THREADS        number of threads, 1 to 256; the order of the lines is kept
   --dms                 write angles as degrees, minutes and seconds
   --separator auto|comma|semicolon|tab|blank

@@ -28,7 +28,7 @@ _latigo_sections() {
 
 _latigo() {
   local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} options
-  local points='--help --section --strict --precision --jobs --dms --lonlat --separator'
+  local points='--help --output --section --strict --precision --jobs --dms --lonlat --separator'
   local shift='--wgs84 --outside-grid' heights='--geoid-on-datum --no-height'
   COMPREPLY=()
   case $previous in
@@ -46,9 +46,9 @@ _latigo() {
     mapfile -t COMPREPLY < <(compgen -W 'utm lcc mer tme ost ocy hom rso azd smerc ala cas pst' -- "$current")
   elif [[ $current == -* ]]; then
     case ${COMP_WORDS[1]} in
-      info) options='--help --section --strict --lang' ;;
+      info) options='--help --output --section --strict --lang' ;;
       check) options='--help --section --strict' ;;
-      list | template) options='--help' ;;
+      list | template) options='--help --output' ;;
       forward | inverse) options="$points $shift $heights" ;;
       undulation) options="$points $shift --geoid-on-datum" ;;
       scale) options="$points $shift --grid" ;;

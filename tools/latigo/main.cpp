@@ -13,6 +13,7 @@
 #include "coordinate_system.h"
 #include "error_text.h"
 #include "help.h"
+#include "output_file.h"
 #include "streams.h"
 #include "visible.h"
 
@@ -26,11 +27,14 @@ const std::map<std::string, Separation> Separations = {{"auto", Separation::Auto
                                                        {"tab", Separation::Tab},
                                                        {"blank", Separation::Blank}};
 
+// The variable of a script may not be set.
+std::string IsGiven(const std::string& name) {
+  return name.empty() ? "the name is empty" : "";
+}
+
 void Add(CLI::App& command, Options& options) {
   command.add_option("FILE", options.file)->required();
-  command.add_option("-s,--section", options.section)->check([](const std::string& name) {
-    return name.empty() ? "the name is empty" : std::string();  // of a variable that is not set
-  });
+  command.add_option("-s,--section", options.section)->check(IsGiven);
   command.add_flag("--strict", options.strict);
 }
 
@@ -92,6 +96,42 @@ void Add(CLI::App& command, DistanceOptions& options) {
   command.add_flag("--rhumb", options.rhumb);
 }
 
+// The files that a command reads, none of which may be its output.
+std::vector<std::string> InputsOf(const OutputOptions&) {
+  return {};
+}
+std::vector<std::string> InputsOf(const ListOptions& options) {
+  return {options.file};
+}
+std::vector<std::string> InputsOf(const Options& options) {
+  return {options.file};
+}
+std::vector<std::string> InputsOf(const PointOptions& options) {
+  std::vector<std::string> files = {options.file};
+  const std::vector<std::string> standardInput = {"-"};
+  for (const std::string& path : options.points.empty() ? standardInput : options.points) {
+    files.push_back(path == "-" ? "/dev/stdin" : path);
+  }
+  return files;
+}
+
+// Runs a command, with its output to a file if that is asked for.
+template <typename OptionsOfIt>
+int RunWith(OptionsOfIt& options, int (*run)(const OptionsOfIt&)) {
+  if constexpr (std::is_base_of_v<Options, OptionsOfIt> && !std::is_base_of_v<CheckOptions, OptionsOfIt>) {
+    ChooseSection(options);
+  }
+  if (options.output.empty() || options.output == "-" || options.output == "/dev/stdout") {
+    return run(options);
+  }
+  OutputFile output(options.output, InputsOf(options));
+  const int status = run(options);
+  if (status < 2) {
+    output.Commit();
+  }
+  return status;
+}
+
 using Chosen = std::function<int()>;
 
 template <typename OptionsOfIt>
@@ -99,14 +139,10 @@ void AddCommand(CLI::App& app, Chosen& chosen, const char* name, int (*run)(cons
   CLI::App* command = app.add_subcommand(name);
   const auto options = std::make_shared<OptionsOfIt>();
   Add(*command, *options);
-  command->callback([&chosen, run, options] {
-    chosen = [run, options] {
-      if constexpr (std::is_base_of_v<Options, OptionsOfIt> && !std::is_base_of_v<CheckOptions, OptionsOfIt>) {
-        ChooseSection(*options);
-      }
-      return run(*options);
-    };
-  });
+  if constexpr (!std::is_same_v<CheckOptions, OptionsOfIt>) {  // which has no output
+    command->add_option("-o,--output", options->output)->check(IsGiven);
+  }
+  command->callback([&chosen, run, options] { chosen = [run, options] { return RunWith(*options, run); }; });
 }
 
 int Run(int argc, char** argv) {

@@ -16,6 +16,16 @@
 
 namespace latigo::cli {
 
+namespace {
+
+std::string OutputName;
+
+}  // namespace
+
+void SetOutputName(const std::string& name) {
+  OutputName = name;
+}
+
 void ThrowSystemError(const std::string& name) {
   throw UsageError(name + ": " + std::strerror(errno));
 }
@@ -70,7 +80,7 @@ void PrepareStreams() {
 
 void FlushOutput() {
   if (std::fflush(stdout) != 0 || std::ferror(stdout) != 0) {
-    ThrowSystemError("standard output");
+    ThrowSystemError(OutputName.empty() ? "standard output" : OutputName);
   }
 }
 

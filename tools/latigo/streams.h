@@ -29,6 +29,9 @@ std::string Narrow(const wchar_t* text);
 // On Windows: standard input and output are binary, and a console shows the output as UTF-8.
 void PrepareStreams();
 
+// The name of standard output in messages, if it is a file of the program; empty if it is not.
+void SetOutputName(const std::string& name);
+
 // Flushes standard output. Throws UsageError if this or an earlier write failed.
 void FlushOutput();
 
