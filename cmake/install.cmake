@@ -40,6 +40,9 @@ install(DIRECTORY docs examples DESTINATION ${CMAKE_INSTALL_DOCDIR} COMPONENT de
 if(LATIGO_BUILD_TOOLS)
   install(TARGETS latigo-cli RUNTIME COMPONENT tools)
   install(FILES ${PROJECT_BINARY_DIR}/man/latigo.1 DESTINATION ${CMAKE_INSTALL_MANDIR}/man1 COMPONENT tools)
+  # Where the program looks for them. The documents have copies.
+  install(DIRECTORY examples DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/latigo COMPONENT tools
+    FILES_MATCHING PATTERN *.ini PATTERN *.pts)
   install(FILES tools/latigo/latigo.bash DESTINATION ${CMAKE_INSTALL_DATAROOTDIR}/bash-completion/completions
     RENAME latigo COMPONENT tools)
 endif()

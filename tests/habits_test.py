@@ -111,6 +111,52 @@ if len(program) == 1:  # with the mode of the older file, through a link, and no
 os.remove("new.txt")
 assert len(os.listdir()) == before
 
+# Progress is shown on a terminal only, after a second, and erased before a message and at the end.
+def shown(arguments, feed):
+    """The rows of output, and what a terminal receives on standard error, if nobody reads the output for a second."""
+    terminal, other = pty.openpty()
+    process = subprocess.Popen([*program, "forward", "template.ini", *arguments], stdin=feed, stdout=-1, stderr=other)
+    os.close(other)
+    time.sleep(1.2)
+    rows, received = process.stdout.read().count(b"\n"), b""
+    try:
+        while more := os.read(terminal, 1 << 16):
+            received += more
+    except OSError:  # the end of a terminal
+        pass
+    os.close(terminal)
+    assert process.wait() < 2
+    return rows, received.decode()
+
+def screen(text):
+    """The lines that remain of it."""
+    lines = []
+    for line in text.split("\n"):
+        cells = []
+        for part in line.split("\r"):
+            cells[:len(part)] = part
+        lines.append("".join(cells).rstrip())
+    return lines
+
+if len(program) == 1:
+    import pty  # Windows has none
+    write("long.txt", line * 300000 + "x\n" + line * 100000)
+    message = "latigo: long.txt:300001: a field is missing"
+    for arguments in [["long.txt"], ["long.txt", "--jobs", "2"]]:
+        rows, text = shown(arguments, None)
+        assert rows == 400001 and screen(text) == [message, ""], (rows, screen(text))
+        found = re.findall(r"\r *(\d+) % of 2\.4 MB, (\d+) rows a second, (\d):(\d\d) left", text)
+        assert found and all(0 < int(part) <= 100 and int(speed) < 400000 for part, speed, _, _ in found), text
+        part, speed, minutes, seconds_left = map(int, found[0])
+        assert abs(speed * (60 * minutes + seconds_left) - (100 - part) * 4000) < 0.6 * speed + 4000, found
+    with open("long.txt") as file:
+        assert re.search(r" % of 2\.4 MB", shown([], file)[1])
+    with open("long.txt") as file:  # through a pipe, whose end is not known
+        assert re.search(r"\r[\d.]+ [kM]B, \d+ rows a second *\r", shown(["-"], subprocess.Popen(["cat"], stdin=file, stdout=-1).stdout)[1])
+    process = subprocess.Popen([*program, "forward", "template.ini", "long.txt"], stdout=-1, stderr=-1)
+    time.sleep(1.2)
+    assert process.communicate()[1].decode() == message + "\n"
+
 # Listing takes time in proportion to the file.
 def seconds(sections):
     import resource  # Windows has none

@@ -15,6 +15,7 @@
 #include "line_reader.h"
 #include "line_writer.h"
 #include "operations.h"
+#include "progress.h"
 #include "streams.h"
 #include "visible.h"
 
@@ -45,6 +46,8 @@ struct Output {
   Writer text;
   std::string messages;  // for standard error
   std::string file;
+  std::size_t bytes = 0;  // of input
+  std::size_t rows = 0;
   std::array<Doubtful, Doubts> doubtful{};
   bool otherHeights = false;  // with a decimal point or a sign, or 0: so the third field is not a name
 };
@@ -62,11 +65,13 @@ class BlockRun {
     if (block.cut) {
       PointLine none;
       Fail(none, "the line is too long");
+      output_.rows = 1;
       return;
     }
     for (std::string_view line; NextLine(text, line); ++line_) {
       RunLine(line);
     }
+    output_.rows = line_ - block.firstLine;
   }
 
  private:
@@ -195,24 +200,32 @@ class BlockRun {
 // Prints blocks in order, and the summary of warnings.
 class Report {
  public:
+  explicit Report(const std::vector<std::string>& files) : progress_(files) {}
+
   void Print(const Output& output) {
     cli::Print(output.text.Written());
-    std::fputs(output.messages.c_str(), stderr);
+    if (!output.messages.empty()) {
+      progress_.Erase();
+      std::fputs(output.messages.c_str(), stderr);
+    }
     failed_ = failed_ || !output.messages.empty();
     otherHeights_ = otherHeights_ || output.otherHeights;
     for (std::size_t i = 0; i < Doubts; ++i) {
       if (totals_[i] == 0 && output.doubtful[i].count > 0) {
         places_[i] = output.file + ":" + std::to_string(output.doubtful[i].firstLine);
         if (i != WholeHeightIndex) {
+          progress_.Erase();
           Message(places_[i] + ": warning: " + DoubtTexts[i]);
         }
       }
       totals_[i] += output.doubtful[i].count;
     }
+    progress_.Add(output.bytes, output.rows);
   }
 
   // The exit status.
-  int Finish() const {
+  int Finish() {
+    progress_.Erase();
     if (totals_[WholeHeightIndex] > 0 && !otherHeights_) {
       Message(places_[WholeHeightIndex] + ": warning: " + DoubtTexts[WholeHeightIndex]);
     }
@@ -225,6 +238,7 @@ class Report {
   }
 
  private:
+  Progress progress_;
   bool failed_ = false;
   bool otherHeights_ = false;
   std::array<std::size_t, Doubts> totals_{};
@@ -307,7 +321,9 @@ int RunPoints(const PointOptions& options, const PointCommand& command) {
   for (auto& converter : converters) {
     converter = std::make_unique<const Converter>(options, command.between);
   }
-  Report report;
+  const std::vector<std::string> standardInput = {"-"};
+  const std::vector<std::string>& files = options.points.empty() ? standardInput : options.points;
+  Report report(files);
   std::unique_ptr<PrintQueue> queue;
   if (converters.size() > 1) {
     queue = std::make_unique<PrintQueue>(report, converters.size());
@@ -321,6 +337,7 @@ int RunPoints(const PointOptions& options, const PointCommand& command) {
                             block = std::move(block)] {
         Output output;
         output.file = file;
+        output.bytes = block.bytes.size();
         BlockRun(options, command, converter, file, output).Run(block);
         return output;
       };
@@ -333,8 +350,7 @@ int RunPoints(const PointOptions& options, const PointCommand& command) {
       turn = (turn + 1) % converters.size();
     }
   };
-  const std::vector<std::string> standardInput = {"-"};
-  for (const std::string& path : options.points.empty() ? standardInput : options.points) {
+  for (const std::string& path : files) {
     read(path);  // if a file cannot be read, the queue still prints the output of the previous files
   }
   if (queue) {

@@ -10,6 +10,8 @@
 #include <io.h>
 
 #include "platform/platform.h"
+#else
+#include <unistd.h>
 #endif
 
 #include "error_text.h"
@@ -39,6 +41,22 @@ std::string Utf8(const std::filesystem::path& path) {
   return {text.begin(), text.end()};
 }
 
+std::optional<std::uint64_t> SizeOfFiles(const std::vector<std::string>& files) {
+  std::uint64_t size = 0;
+  for (const std::string& file : files) {
+    std::error_code failure;
+    const std::filesystem::path path = NativePath(file == "-" ? "/dev/stdin" : file);
+    if (!std::filesystem::is_regular_file(path, failure)) {
+      return {};
+    }
+    size += std::filesystem::file_size(path, failure);
+    if (failure) {
+      return {};
+    }
+  }
+  return size;
+}
+
 std::filesystem::path ExamplesFolder() {
 #if defined(_WIN32)
   wchar_t program[_MAX_PATH] = L"";
@@ -51,6 +69,10 @@ std::filesystem::path ExamplesFolder() {
 }
 
 #if defined(_WIN32)
+bool IsTerminal(std::FILE* file) {
+  return _isatty(_fileno(file)) != 0;
+}
+
 std::string Narrow(const wchar_t* text) {
   std::string bytes(std::wcslen(text) * 3, '\0');  // at most three bytes for a unit of UTF-16
   bytes.resize(
@@ -65,6 +87,10 @@ std::FILE* OpenForReading(const std::string& path) {
   return _wfopen(wide.c_str(), L"rb");
 }
 #else
+bool IsTerminal(std::FILE* file) {
+  return isatty(fileno(file)) != 0;
+}
+
 std::FILE* OpenForReading(const std::string& path) {
   return std::fopen(path.c_str(), "rb");
 }

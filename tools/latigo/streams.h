@@ -1,10 +1,13 @@
 // Files, standard output and arguments, also on Windows.
 #pragma once
 
+#include <cstdint>
 #include <cstdio>
 #include <filesystem>
+#include <optional>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace latigo::cli {
 
@@ -20,6 +23,11 @@ std::filesystem::path ExamplesFolder();
 
 // Opens a file by its name in UTF-8; null for a failure, with errno.
 std::FILE* OpenForReading(const std::string& path);
+
+bool IsTerminal(std::FILE* file);
+
+// The bytes of all files, standard input for "-"; empty if one is not a regular file.
+std::optional<std::uint64_t> SizeOfFiles(const std::vector<std::string>& files);
 
 #if defined(_WIN32)
 // UTF-16 to UTF-8.

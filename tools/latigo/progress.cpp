@@ -1,0 +1,92 @@
+#include "progress.h"
+
+#include <algorithm>
+#include <cstdio>
+
+#include "streams.h"
+
+namespace latigo::cli {
+
+namespace {
+
+constexpr std::chrono::seconds Delay(1);            // until the first line
+constexpr std::chrono::milliseconds Interval(200);  // between two lines
+
+std::string Size(double bytes) {
+  constexpr const char* Units[] = {"B", "kB", "MB", "GB", "TB"};
+  std::size_t unit = 0;
+  for (; bytes >= 1000 && unit < 4; ++unit) {
+    bytes /= 1000;
+  }
+  char text[32];
+  std::snprintf(text, sizeof text, "%.3g %s", bytes, Units[unit]);
+  return text;
+}
+
+bool IsTyped(const std::vector<std::string>& files) {
+  return IsTerminal(stdin) && std::find(files.begin(), files.end(), "-") != files.end();
+}
+
+std::string Time(double seconds) {
+  const auto whole = static_cast<unsigned long>(seconds + 0.5);
+  char text[32];
+  if (whole < 3600) {
+    std::snprintf(text, sizeof text, "%lu:%02lu", whole / 60, whole % 60);
+  } else {
+    std::snprintf(text, sizeof text, "%lu:%02lu:%02lu", whole / 3600, whole / 60 % 60, whole % 60);
+  }
+  return text;
+}
+
+}  // namespace
+
+std::string ProgressText(std::uint64_t bytes, std::optional<std::uint64_t> total, std::uint64_t rows, double seconds) {
+  const auto done = static_cast<double>(bytes);
+  const std::string speed =
+      std::to_string(static_cast<std::uint64_t>(static_cast<double>(rows) / seconds)) + " rows a second";
+  if (!total || bytes == 0 || bytes > *total) {  // a file that grows has no end
+    return Size(done) + ", " + speed;
+  }
+  const auto all = static_cast<double>(*total);
+  char percent[16];
+  std::snprintf(percent, sizeof percent, "%3.0f %%", 100 * done / all);
+  return percent + (" of " + Size(all)) + ", " + speed + ", " + Time(seconds * (all - done) / done) + " left";
+}
+
+Progress::Progress(const std::vector<std::string>& files)
+    : terminal_(IsTerminal(stderr) && !IsTerminal(stdout) && !(IsTyped(files))),
+      start_(Clock::now()),
+      next_(start_ + Delay) {
+  if (terminal_) {
+    total_ = SizeOfFiles(files);
+  }
+}
+
+void Progress::Add(std::size_t bytes, std::size_t rows) {
+  if (!terminal_) {
+    return;
+  }
+  bytes_ += bytes;
+  rows_ += rows;
+  const Clock::time_point now = Clock::now();
+  if (now < next_) {
+    return;
+  }
+  next_ = now + Interval;
+  std::string text = ProgressText(bytes_, total_, rows_, std::chrono::duration<double>(now - start_).count());
+  const std::size_t length = text.size();
+  text.resize(std::max(length, shown_), ' ');  // over what was longer
+  shown_ = length;
+  std::fprintf(stderr, "\r%s", text.c_str());
+  std::fflush(stderr);
+}
+
+void Progress::Erase() {
+  if (shown_ > 0) {
+    std::fprintf(stderr, "\r%*s\r", static_cast<int>(shown_), "");
+    std::fflush(stderr);
+    shown_ = 0;
+  }
+}
+
+}  // namespace latigo::cli
