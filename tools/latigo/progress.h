@@ -10,7 +10,7 @@
 
 namespace latigo::cli {
 
-// "  43 % of 812 MB, 1204000 rows a second, 0:34 left"; without the total, as of a pipe, "812 MB, 1204000 rows a second".
+// " 43 % of 812 MB, 1204000 rows a second, 0:34 left"; without a total, as of a pipe, "812 MB, 1204000 rows a second".
 std::string ProgressText(std::uint64_t bytes, std::optional<std::uint64_t> total, std::uint64_t rows, double seconds);
 
 // Shows nothing unless standard error is a terminal, and neither input nor output is one, and a second has passed.
