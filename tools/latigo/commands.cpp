@@ -3,6 +3,7 @@
 #include <cstdio>
 
 #include "converter.h"
+#include "factors.h"
 #include "operations.h"
 #include "point_loop.h"
 #include "visible.h"
@@ -37,6 +38,14 @@ int RunScale(const ScaleOptions& options) {
   return RunPoints(options, options.grid
                                 ? PointCommand{Order::Grid, 1, Third::Carried, ScaleOfGrid, between}
                                 : PointCommand{GeographicOrder(options), 1, Third::Carried, ScaleOfPosition, between});
+}
+
+int RunFactors(const FactorsOptions& options) {
+  PointCommand command{options.grid ? Order::Grid : GeographicOrder(options), 5,
+                       options.noHeight ? Third::Ignored : Third::Height,
+                       options.grid ? FactorsOfGrid : FactorsOfPosition, BetweenOf(options, options.geoidOnDatum)};
+  command.heightValues = 2;
+  return RunPoints(options, command);
 }
 
 int RunUndulation(const UndulationOptions& options) {

@@ -66,6 +66,11 @@ struct ScaleOptions : ShiftOptions {
   bool grid = false;  // read coordinates of the projection
 };
 
+struct FactorsOptions : UndulationOptions {
+  bool grid = false;      // read coordinates of the grid
+  bool noHeight = false;  // the third field is not a height and is copied
+};
+
 struct EcefOptions : PointOptions {
   bool inverse = false;
 };
@@ -78,6 +83,7 @@ struct DistanceOptions : PointOptions {
 int RunForward(const GridOptions& options);
 int RunInverse(const GridOptions& options);
 int RunScale(const ScaleOptions& options);
+int RunFactors(const FactorsOptions& options);
 int RunUndulation(const UndulationOptions& options);
 int RunEcef(const EcefOptions& options);
 int RunDistance(const DistanceOptions& options);

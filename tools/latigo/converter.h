@@ -14,7 +14,7 @@
 namespace latigo::cli {
 
 // The type of an output value.
-enum class Quantity { Length, Latitude, Longitude, Azimuth, Factor };
+enum class Quantity { Length, Latitude, Longitude, Azimuth, Factor, Angle, ArcSeconds };
 
 struct Value {
   double value;
@@ -29,12 +29,12 @@ struct Position {
 };
 
 // Why a converted point is doubtful: one bit each.
-enum class Doubt : unsigned { Unshifted = 1, NoRoundTrip = 2, WholeHeight = 4 };
-inline constexpr int Doubts = 3;
+enum class Doubt : unsigned { Unshifted = 1, NoRoundTrip = 2, WholeHeight = 4, RoughFactors = 8 };
+inline constexpr int Doubts = 4;
 
-// The result of a command for a point: up to three values.
+// The result of a command for a point: up to seven values.
 struct Result {
-  Value values[3];
+  Value values[7];
   int count = 0;
   std::int32_t code = 0;           // of the library call that failed
   const char* function = nullptr;  // that call; null if all succeeded

@@ -18,6 +18,7 @@ Commands:
   forward     latitude and longitude to easting and northing
   inverse     easting and northing to latitude and longitude
   scale       latitude and longitude to the point scale factor
+  factors     latitude and longitude to convergence, scale factors and distortion
   undulation  latitude and longitude to the geoid undulation
   ecef        latitude, longitude and height to earth-centred X, Y, Z, or the inverse
   distance    two positions to distance and azimuth
@@ -121,6 +122,24 @@ Options of this command:
   --grid                read x and y of the projection, not of a local grid
 )";
 
+constexpr std::string_view Factors =
+    R"(Latitude and longitude to the factors of the grid, local grid included: convergence in
+degrees, the bearing of grid north clockwise from true north (positive where grid north lies east of true north); the
+scale factors h along the meridian and k along the parallel; the scale factor of areas; the maximum angular distortion
+in degrees. A height above the ellipsoid adds the elevation factor and the combined factor.
+Usage: latigo factors [OPTIONS] FILE [POINTS...]
+
+Options of this command:
+  --grid                read x and y of the grid; a height is a grid height
+  --wgs84               positions are WGS-84; the datum shift is applied first
+  --outside-grid fail|unshifted
+                        a point outside the datum grid, or in rows that cannot be read, fails (default), or is
+                        converted without a shift, with a warning
+  --geoid-on-datum      undulations refer to the section's own ellipsoid; without this option, but with --wgs84,
+                        to the WGS-84 ellipsoid
+  --no-height           the third field is not a height and is copied
+)";
+
 constexpr std::string_view Undulation = R"(Latitude and longitude to the geoid undulation.
 Usage: latigo undulation [OPTIONS] FILE [POINTS...]
 
@@ -184,9 +203,10 @@ struct Help {
 };
 
 constexpr Help Texts[] = {
-    {"info", Info, false},      {"check", Check, false},      {"list", List, false},  {"template", Template, false},
-    {"forward", Forward, true}, {"inverse", Inverse, true},   {"scale", Scale, true}, {"undulation", Undulation, true},
-    {"ecef", Ecef, true},       {"distance", Distance, true},
+    {"info", Info, false},         {"check", Check, false},      {"list", List, false},
+    {"template", Template, false}, {"forward", Forward, true},   {"inverse", Inverse, true},
+    {"scale", Scale, true},        {"factors", Factors, true},   {"undulation", Undulation, true},
+    {"ecef", Ecef, true},          {"distance", Distance, true},
 };
 
 }  // namespace

@@ -41,7 +41,7 @@ _latigo() {
     --precision | --jobs) return ;;
   esac
   if [ "$COMP_CWORD" -eq 1 ]; then
-    mapfile -t COMPREPLY < <(compgen -W 'info check list template forward inverse scale undulation ecef distance --help --version' -- "$current")
+    mapfile -t COMPREPLY < <(compgen -W 'info check list template forward inverse scale factors undulation ecef distance --help --version' -- "$current")
   elif [ "${COMP_WORDS[1]} $COMP_CWORD" = 'template 2' ] && [[ $current != -* ]]; then
     mapfile -t COMPREPLY < <(compgen -W 'utm lcc mer tme ost ocy hom rso azd smerc ala cas pst' -- "$current")
   elif [[ $current == -* ]]; then
@@ -50,6 +50,7 @@ _latigo() {
       check) options='--help --section --strict' ;;
       list | template) options='--help --output' ;;
       forward | inverse) options="$points $shift $heights" ;;
+      factors) options="$points $shift $heights --grid" ;;
       undulation) options="$points $shift --geoid-on-datum" ;;
       scale) options="$points $shift --grid" ;;
       ecef) options="$points --inverse" ;;

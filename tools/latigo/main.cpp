@@ -86,6 +86,12 @@ void Add(CLI::App& command, ScaleOptions& options) {
   command.add_flag("--grid", options.grid);
 }
 
+void Add(CLI::App& command, FactorsOptions& options) {
+  Add(command, static_cast<UndulationOptions&>(options));
+  command.add_flag("--grid", options.grid);
+  command.add_flag("--no-height", options.noHeight);
+}
+
 void Add(CLI::App& command, EcefOptions& options) {
   Add(command, static_cast<PointOptions&>(options));
   command.add_flag("--inverse", options.inverse);
@@ -160,6 +166,7 @@ int Run(int argc, char** argv) {
   AddCommand(app, chosen, "forward", RunForward);
   AddCommand(app, chosen, "inverse", RunInverse);
   AddCommand(app, chosen, "scale", RunScale);
+  AddCommand(app, chosen, "factors", RunFactors);
   AddCommand(app, chosen, "undulation", RunUndulation);
   AddCommand(app, chosen, "ecef", RunEcef);
   AddCommand(app, chosen, "distance", RunDistance);

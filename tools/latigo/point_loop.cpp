@@ -27,11 +27,14 @@ constexpr int LengthPrecision = 4;   // 0.1 mm
 constexpr int DegreePrecision = 10;  // 0.01 mm on the earth
 constexpr int SecondPrecision = 6;   // 0.03 mm
 constexpr int ScalePrecision = 10;
+constexpr int AnglePrecision = 8;      // of convergence and distortion, degrees
+constexpr int ArcSecondPrecision = 4;  // a centimetre at 200 km
 
 constexpr const char* DoubtTexts[Doubts] = {
     "outside the datum grid or in rows that cannot be read, so converted without a shift",
     "too far from the projection's origin: the round-trip error exceeds one metre",
     "a whole number in the third field is read as a height; --no-height copies it",
+    "near a pole or a limit of the projection: the error of the factors exceeds 1e-9",
 };
 constexpr int WholeHeightIndex = 2;
 
@@ -165,12 +168,16 @@ class BlockRun {
         return angle(Axis::Longitude);
       case Quantity::Azimuth:
         return angle(Axis::Azimuth);
+      case Quantity::Angle:
+        return output_.text.Number(value.value, precision(AnglePrecision));
+      case Quantity::ArcSeconds:
+        return output_.text.Number(value.value, precision(ArcSecondPrecision));
     }
   }
 
   void Fail(const PointLine& point, const std::string& reason) {
     output_.messages += "latigo: " + Visible(file_) + ":" + std::to_string(line_) + ": " + reason + "\n";
-    const int values = command_.values + (command_.third == Third::Height && point.third ? 1 : 0);
+    const int values = command_.values + (command_.third == Third::Height && point.third ? command_.heightValues : 0);
     for (int i = 0; i < values; ++i) {
       Separate(point, i);
       output_.text.Char('*');

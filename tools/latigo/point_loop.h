@@ -10,7 +10,7 @@
 namespace latigo::cli {
 
 // The meaning of the third field of a line: any text, or a number, which is copied with the rest; a height, for which
-// one more value is written; an optional part of the point; a required part of the point.
+// more values are written; an optional part of the point; a required part of the point.
 enum class Third { Ignored, Carried, Height, Used, Needed };
 
 struct PointCommand {
@@ -21,6 +21,7 @@ struct PointCommand {
   Between between = {};
   PointLine (*parse)(std::string_view line, Order order, Separation separation) = ParsePointLine;
   std::string unit = {};  // a word after the first value
+  int heightValues = 1;   // number of further output values of a line with a height
 };
 
 // Converts all lines of all files of the options in the requested number of threads, and keeps their order. Returns the
