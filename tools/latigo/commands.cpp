@@ -4,6 +4,7 @@
 
 #include "converter.h"
 #include "factors.h"
+#include "lines.h"
 #include "operations.h"
 #include "point_loop.h"
 #include "visible.h"
@@ -62,8 +63,9 @@ int RunUndulation(const UndulationOptions& options) {
 }
 
 int RunEcef(const EcefOptions& options) {
-  return options.inverse ? RunPoints(options, {Order::Grid, 3, Third::Needed, FromCartesian})
-                         : RunPoints(options, {GeographicOrder(options), 3, Third::Used, ToCartesian});
+  const Between between = BetweenOf(options);
+  return options.inverse ? RunPoints(options, {Order::Grid, 3, Third::Needed, FromCartesian, between})
+                         : RunPoints(options, {GeographicOrder(options), 3, Third::Used, ToCartesian, between});
 }
 
 int RunDistance(const DistanceOptions& options) {
@@ -71,9 +73,11 @@ int RunDistance(const DistanceOptions& options) {
   char unit[16] = "units";
   // For a unit without a name the default text remains.
   GetLocalName(Converter(options, {}).Handle(), LATIGO_NAME_UNIT_SHORT, "", unit, sizeof unit);
-  return RunPoints(
-      options,
-      {GeographicOrder(options), 2, Third::Used, options.rhumb ? RhumbLine : GreatCircle, {}, ParseTwoPoints, unit});
+  const auto measure = options.rhumb        ? DistanceOfRhumbLine
+                       : options.arcToChord ? DistanceAndArcToChord
+                                            : DistanceOfGreatCircle;
+  return RunPoints(options, {GeographicOrder(options), options.arcToChord ? 4 : 2, Third::Used, measure,
+                             BetweenOf(options), ParseTwoPoints, unit});
 }
 
 }  // namespace latigo::cli

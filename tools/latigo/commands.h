@@ -71,12 +71,13 @@ struct FactorsOptions : UndulationOptions {
   bool noHeight = false;  // the third field is not a height and is copied
 };
 
-struct EcefOptions : PointOptions {
+struct EcefOptions : ShiftOptions {
   bool inverse = false;
 };
 
-struct DistanceOptions : PointOptions {
-  bool rhumb = false;  // along the rhumb line
+struct DistanceOptions : ShiftOptions {
+  bool rhumb = false;       // along the rhumb line
+  bool arcToChord = false;  // with the arc-to-chord corrections
 };
 
 // Each returns the exit status: 0, or 1 if a point failed. Throws UsageError.

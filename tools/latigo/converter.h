@@ -29,8 +29,15 @@ struct Position {
 };
 
 // Why a converted point is doubtful: one bit each.
-enum class Doubt : unsigned { Unshifted = 1, NoRoundTrip = 2, WholeHeight = 4, RoughFactors = 8 };
-inline constexpr int Doubts = 4;
+enum class Doubt : unsigned {
+  Unshifted = 1,
+  NoRoundTrip = 2,
+  WholeHeight = 4,
+  RoughFactors = 8,
+  LongLine = 16,
+  FlatRhumbLine = 32
+};
+inline constexpr int Doubts = 6;
 
 // The result of a command for a point: up to seven values.
 struct Result {
@@ -73,6 +80,8 @@ class Converter {
 
   // The position of a line on the object's datum; false if the datum shift fails, or outside its grid.
   bool ReadGeographic(const PointLine& point, Position& position, Result& result) const;
+  // Converts a position on the object's datum to WGS-84 if positions are WGS-84; false if that fails.
+  bool ToOutputDatum(Position& position, Result& result) const;
   void WriteGeographic(const Position& position, Result& result) const;
 
   // Whether the datum shift of the steps can be applied at a position on either datum; false if the point fails because

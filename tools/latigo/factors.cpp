@@ -15,7 +15,7 @@ void AddFactors(const Converter& converter, const Position& at, bool withHeight,
   const picture::Differences differences(converter.Handle());
   picture::Factors factors;
   if (!differences.At(at.latitude, at.longitude, factors)) {
-    result.fault = "no factors at a pole or where the projection has no values nearby";
+    result.fault = NoFactors;
     return;
   }
   if (!(factors.error <= LargestError)) {

@@ -6,6 +6,9 @@
 
 namespace latigo::cli {
 
+// Why a point has no factors.
+inline constexpr const char* NoFactors = "no factors at a pole or where the projection has no values nearby";
+
 // Add convergence, scale factors along meridian and parallel, area and angular distortion to the result; for a point
 // with a height also the elevation factor and the combined factor. The height is above the ellipsoid, or with grid
 // coordinates a grid height.

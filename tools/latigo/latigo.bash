@@ -53,8 +53,8 @@ _latigo() {
       factors) options="$points $shift $heights --grid" ;;
       undulation) options="$points $shift --geoid-on-datum" ;;
       scale) options="$points $shift --grid" ;;
-      ecef) options="$points --inverse" ;;
-      distance) options="$points --rhumb" ;;
+      ecef) options="$points $shift --inverse" ;;
+      distance) options="$points $shift --rhumb --arc-to-chord" ;;
     esac
     mapfile -t COMPREPLY < <(compgen -W "$options" -- "$current")
   else

@@ -93,13 +93,14 @@ void Add(CLI::App& command, FactorsOptions& options) {
 }
 
 void Add(CLI::App& command, EcefOptions& options) {
-  Add(command, static_cast<PointOptions&>(options));
+  Add(command, static_cast<ShiftOptions&>(options));
   command.add_flag("--inverse", options.inverse);
 }
 
 void Add(CLI::App& command, DistanceOptions& options) {
-  Add(command, static_cast<PointOptions&>(options));
-  command.add_flag("--rhumb", options.rhumb);
+  Add(command, static_cast<ShiftOptions&>(options));
+  CLI::Option* const rhumb = command.add_flag("--rhumb", options.rhumb);
+  command.add_flag("--arc-to-chord", options.arcToChord)->excludes(rhumb);
 }
 
 // The files that a command reads, none of which may be its output.

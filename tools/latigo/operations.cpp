@@ -102,6 +102,9 @@ void FromCartesian(const Converter& converter, const PointLine& point, Result& r
   const double z = point.third.value_or(0);
   Position to;
   result.Call(ECEFGeo(converter.Handle(), point.first, point.second, z, &to.latitude, &to.longitude, &to.h), "ECEFGeo");
+  if (!converter.ToOutputDatum(to, result)) {
+    return;
+  }
   converter.WriteGeographic(to, result);
   result.Add(to.h, Quantity::Length);
 }

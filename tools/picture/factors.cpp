@@ -1,12 +1,12 @@
-// Scale factors and angles of Tissot's indicatrix: Snyder, USGS PP 1395, chapter 4. With M and N the radii of curvature,
+// Scale factors and angles of Tissot's indicatrix: Snyder, USGS PP 1395, chapter 4. With the radii of curvature M, N:
 //     h = sqrt((dx/dphi)^2 + (dy/dphi)^2) / M, k = sqrt((dx/dlambda)^2 + (dy/dlambda)^2) / (N cos phi)
 //     a' = sqrt(h^2 + k^2 + 2 h k sin theta'), b' = sqrt(h^2 + k^2 - 2 h k sin theta'), sin(omega / 2) = b' / a'
 // Here a' and b' are lengths of sums of the derivatives, which are the same, and lose no digits where b' is near 0.
 //
 // The derivatives are central differences of order 8. With step d, their error is d^8 f(9) / 630 by truncation, and by
 // rounding 2.1 u |f| / d, where u |f| is the noise of a coordinate: a few units in its last place, some 1e-9 m. At d =
-// 1/128 radian (50 km) both are below 1e-12 of the earth's radius for ordinary f. Where f changes faster, near poles and
-// limits of a domain, the step is reduced until the difference from the formula of order 6 on the same nodes, whose
+// 1/128 radian (50 km) both are below 1e-12 of the earth's radius for ordinary f. Where f changes faster, near poles
+// and limits of a domain, the step is reduced until the difference from the formula of order 6 on the same nodes, whose
 // error is far larger, is small. That difference and the noise are the bound of the error.
 #include "factors.h"
 

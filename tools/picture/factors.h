@@ -29,8 +29,8 @@ class Differences {
   // Returns false at a pole, where longitudes have no distance, and where GeoXY has no values nearby.
   bool At(double latitude, double longitude, Factors& factors) const;
 
-  // The angle in the grid, clockwise, from the image of a line at a position to a chord from there, radians. The line has
-  // an azimuth on the ground; the chord has components in grid coordinates. Returns false where At does.
+  // The angle in the grid, clockwise, from the image of a line at a position to a chord from there, radians. The line
+  // has an azimuth on the ground; the chord has components in grid coordinates. Returns false where At does.
   bool ArcToChord(double latitude, double longitude, double azimuth, double chordX, double chordY, double& angle) const;
 
   // Gauss's mean radius of curvature, sqrt(M N), metres.
