@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "point_line.h"
+#include "table_options.h"
 
 namespace latigo::cli {
 
@@ -42,7 +42,7 @@ struct PointOptions : Options {
   std::vector<std::string> points;  // files; none means standard input
   bool dms = false;                 // write degrees, minutes and seconds
   bool lonlat = false;              // longitude before latitude, in and out
-  Separation separation = Separation::Auto;
+  TableOptions table;
   int precision = -1;  // decimals; -1 for the command's own
   int jobs = 1;        // threads
 };

@@ -3,7 +3,6 @@
 
 #include <CLI/CLI.hpp>
 #include <functional>
-#include <map>
 #include <memory>
 #include <string>
 #include <type_traits>
@@ -15,17 +14,12 @@
 #include "help.h"
 #include "output_file.h"
 #include "streams.h"
+#include "table_arguments.h"
 #include "visible.h"
 
 namespace {
 
 using namespace latigo::cli;
-
-const std::map<std::string, Separation> Separations = {{"auto", Separation::Auto},
-                                                       {"comma", Separation::Comma},
-                                                       {"semicolon", Separation::Semicolon},
-                                                       {"tab", Separation::Tab},
-                                                       {"blank", Separation::Blank}};
 
 // The variable of a script may not be set.
 std::string IsGiven(const std::string& name) {
@@ -59,7 +53,7 @@ void Add(CLI::App& command, PointOptions& options) {
   command.add_option("--precision", options.precision)->check(CLI::Range(0, 15));
   command.add_option("--jobs", options.jobs)->check(CLI::Range(1, 256));
   command.add_flag("--dms", options.dms);
-  command.add_option("--separator", options.separation)->transform(CLI::CheckedTransformer(Separations));
+  AddTable(command, options.table);
   command.add_flag("--lonlat", options.lonlat);
 }
 

@@ -2,15 +2,12 @@
 
 #include <algorithm>
 
-#include "platform/ascii.h"
+#include "fields.h"
+#include "table_layout.h"
 
 namespace latigo::cli {
 
 namespace {
-
-constexpr bool IsBlank(char c) {
-  return c == ' ' || c == '\t';
-}
 
 std::string_view TrimLeft(std::string_view text) {
   while (!text.empty() && IsBlank(text.front())) {
@@ -73,14 +70,6 @@ class Fields {
 
 bool IsWhole(std::string_view field) {
   return !field.empty() && field.find_first_not_of("+-0123456789") == std::string_view::npos;
-}
-
-// A text that was probably intended as a number, but is not one.
-bool LooksLikeNumber(std::string_view field) {
-  const auto is = [field](std::string_view word) { return EqualIgnoringCase(field, word); };
-  return (!field.empty() && field.find_first_not_of("+-0123456789.,") == std::string_view::npos &&
-          field.find_first_of("0123456789") != std::string_view::npos) ||
-         is("nan") || is("inf") || is("-inf") || is("infinity");
 }
 
 // Reads a height, if the next field is one.

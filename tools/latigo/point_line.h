@@ -5,14 +5,12 @@
 #include <string_view>
 
 #include "angle.h"
+#include "table_options.h"
 
 namespace latigo::cli {
 
 // The meaning of the first two fields.
 enum class Order { LatitudeLongitude, LongitudeLatitude, Grid };
-
-// The field separator. Auto: blanks, or commas with optional blanks around them.
-enum class Separation : char { Auto, Comma = ',', Semicolon = ';', Tab = '\t', Blank = ' ' };
 
 struct PointLine {
   double first = 0;             // latitude in degrees, or x
@@ -31,7 +29,8 @@ struct PointLine {
 // Blank lines and lines that begin with # are comments.
 bool IsComment(std::string_view line);
 
-// With Separation::Auto a comma directly between two whole numbers could be a decimal comma and is a fault.
+// Separation::Auto: blanks, or commas with optional blanks around them. A comma directly between two whole numbers
+// could be a decimal comma and is a fault.
 PointLine ParsePointLine(std::string_view line, Order order, Separation separation = Separation::Auto);
 
 // Two positions, and further text.

@@ -86,7 +86,7 @@ class BlockRun {
       output_.text.Char('\n');
       return;
     }
-    PointLine point = command_.parse(line, command_.order, options_.separation);
+    PointLine point = command_.parse(line, command_.order, options_.table.separation);
     if (command_.third == Third::Ignored) {
       point.third.reset();
       point.rest = point.restWithThird;
@@ -326,6 +326,9 @@ class PrintQueue {
 
 int RunPoints(const PointOptions& options, const PointCommand& command) {
   CheckSection(options);
+  if (options.table.Asked()) {
+    throw UsageError("columns are not read yet");
+  }
   std::vector<std::unique_ptr<const Converter>> converters(static_cast<std::size_t>(options.jobs));  // one per thread
   for (auto& converter : converters) {
     converter = std::make_unique<const Converter>(options, command.between);

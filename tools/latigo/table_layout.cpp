@@ -1,0 +1,191 @@
+#include "table_layout.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+#include "platform/ascii.h"
+#include "visible.h"
+
+namespace latigo::cli {
+
+namespace {
+
+constexpr std::size_t LongestValue = 80;  // bytes of a number or angle; longer texts are none
+constexpr std::size_t LongestShown = 60;  // bytes of a text in a message
+
+constexpr bool IsDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+
+constexpr bool IsLetter(char c) {
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || static_cast<unsigned char>(c) >= 0x80;
+}
+
+// The text with the decimal comma as a point, in the buffer; false for a text that also has a point, or is too long.
+bool WithPoint(std::string_view& text, char* buffer) {
+  if (text.size() > LongestValue || text.find('.') != std::string_view::npos) {
+    return false;
+  }
+  std::replace_copy(text.begin(), text.end(), buffer, ',', '.');
+  text = {buffer, text.size()};
+  return true;
+}
+
+}  // namespace
+
+std::string FaultText(const Fault& fault) {
+  std::string text = fault.column == 0 ? "" : "column " + std::to_string(fault.column) + ": ";
+  if (!fault.text.empty()) {
+    const bool cut = fault.text.size() > LongestShown;
+    text += '"' + Visible(fault.text.substr(0, LongestShown)) + (cut ? "...\": " : "\": ");
+  }
+  return text + fault.reason;
+}
+
+bool IsHemisphere(std::string_view text, Axis axis) {
+  return text.size() == 1 &&
+         std::string_view(axis == Axis::Latitude ? "NSns" : "EWew").find(text.front()) != std::string_view::npos;
+}
+
+bool LooksLikeNumber(std::string_view text) {
+  const auto is = [text](std::string_view word) { return EqualIgnoringCase(text, word); };
+  return (text.find_first_not_of("+-0123456789.,") == std::string_view::npos &&
+          text.find_first_of("0123456789") != std::string_view::npos) ||
+         is("nan") || is("inf") || is("-inf") || is("infinity");
+}
+
+bool IsWord(std::string_view text) {
+  for (const std::string_view missing : {"nan", "inf", "infinity", "na", "n/a", "null", "none", "nil"}) {
+    if (EqualIgnoringCase(text, missing)) {
+      return false;
+    }
+  }
+  // N52.5 and N 52.5 are angles.
+  std::string_view number = text;
+  if (number.size() > 1 &&
+      (IsHemisphere(number.substr(0, 1), Axis::Latitude) || IsHemisphere(number.substr(0, 1), Axis::Longitude))) {
+    number = Trimmed(number.substr(1));
+  }
+  number.remove_prefix(number.starts_with('-') || number.starts_with('+') ? 1 : 0);
+  number.remove_prefix(number.starts_with('.') || number.starts_with(',') ? 1 : 0);
+  return (number.empty() || !IsDigit(number.front())) && std::any_of(text.begin(), text.end(), IsLetter);
+}
+
+Layout::Layout(char separator, bool decimalComma, std::span<const Wanted> wanted, std::vector<std::size_t> columns,
+               std::size_t perAngle)
+    : separator_(separator), decimalComma_(decimalComma), perAngle_(perAngle), columns_(std::move(columns)) {
+  std::copy(wanted.begin(), wanted.end(), wanted_.begin());
+  const std::size_t last = columns_.empty() ? 0 : *std::max_element(columns_.begin(), columns_.end());
+  places_.resize(last + 2);
+  std::size_t place = 0;
+  for (; values_ < wanted.size() && place < columns_.size(); ++values_) {
+    const Wanted& value = wanted[values_];
+    for (std::size_t part = 0; part < (value.IsAngle() ? perAngle : 1) && place < columns_.size(); ++part) {
+      const std::size_t column = columns_[place];
+      places_[column].chosen = static_cast<std::int8_t>(place++);
+      for (const std::size_t beside : {column - std::min<std::size_t>(column, 1), column + 1}) {
+        places_[beside].besideLatitude |= value.role == Role::Latitude;
+        places_[beside].besideLongitude |= value.role == Role::Longitude;
+      }
+    }
+  }
+}
+
+// The fields of an angle in several columns as one text with blanks between them.
+bool Layout::Join(const Field* fields, std::string_view& text, std::size_t& length, char* buffer) const {
+  length = 0;
+  for (std::size_t part = 0; part < perAngle_; ++part) {
+    if (length + fields[part].text.size() + 1 > LongestValue) {
+      return false;
+    }
+    buffer[length] = ' ';
+    length += part == 0 ? 0 : 1;
+    length = static_cast<std::size_t>(std::copy(fields[part].text.begin(), fields[part].text.end(), buffer + length) -
+                                      buffer);
+  }
+  text = {buffer, length};
+  return true;
+}
+
+bool Layout::ReadValue(std::size_t wanted, std::size_t place, Row& row) const {
+  const Wanted& value = wanted_[wanted];
+  const Field* const fields = &row.fields[place];
+  const auto fail = [&](const char* reason, std::size_t part = 0) {
+    row.fault = {reason, columns_[place + part] + 1, fields[part].bytes};
+    return false;
+  };
+  const std::size_t parts = value.IsAngle() ? perAngle_ : 1;
+  for (std::size_t part = 0; part < parts; ++part) {
+    if (fields[part].text.empty() && !value.optional) {
+      return fail(fields[part].bytes.data() == nullptr ? "a field is missing" : "the field is empty", part);
+    }
+  }
+  std::string_view text = fields[0].text;
+  row.texts[wanted] = text;
+  if (value.role == Role::Text || text.empty()) {
+    return true;
+  }
+  char joined[LongestValue];
+  std::size_t length = 0;
+  if (parts > 1 && !Join(fields, text, length, joined)) {
+    return fail("the text is too long for an angle");
+  }
+  char pointed[LongestValue];
+  if (decimalComma_) {
+    if (separator_ == ',' && !std::all_of(fields, fields + parts, [](const Field& field) { return field.quoted; })) {
+      return fail("a number with a decimal comma must be in quotes, since commas separate the fields");
+    }
+    if (!WithPoint(text, pointed)) {
+      return fail("a decimal point, but --decimal-comma was given");
+    }
+  }
+  const Parsed parsed = value.role == Role::Latitude    ? ParseAngle(text, Axis::Latitude)
+                        : value.role == Role::Longitude ? ParseAngle(text, Axis::Longitude)
+                                                        : ParseNumber(text);
+  row.values[wanted] = parsed.value;
+  return parsed.fault == nullptr || fail(parsed.fault);
+}
+
+bool Layout::Read(std::string_view line, Row& row) const {
+  row.fault = {};
+  std::fill_n(row.fields.begin(), columns_.size(), Field());
+  row.texts.fill({});
+  row.values.fill(NAN);
+  FieldScanner scanner(line, separator_);
+  std::size_t column = 0;
+  std::size_t filled = 0;  // columns up to the last that is not empty
+  for (Field field; scanner.Next(field); ++column) {
+    filled = field.bytes.empty() ? filled : column + 1;
+    if (column >= places_.size()) {
+      continue;
+    }
+    const Place& place = places_[column];
+    if (place.chosen != None) {
+      row.fields[static_cast<std::size_t>(place.chosen)] = field;
+    } else if ((place.besideLatitude && IsHemisphere(field.text, Axis::Latitude)) ||
+               (place.besideLongitude && IsHemisphere(field.text, Axis::Longitude))) {
+      row.fault = {"a hemisphere letter in a column of its own, which is not read: choose it too, with --dms-columns",
+                   column + 1, field.bytes};
+    }
+  }
+  row.columns = column;
+  if (scanner.Fault() != nullptr) {
+    row.fault = {scanner.Fault(), column + 1, {}};
+  } else if (headerColumns != 0 && filled > headerColumns) {
+    row.fault = {"the line has more fields than the header", filled, {}};
+  }
+  if (row.fault.reason != nullptr) {
+    return false;
+  }
+  std::size_t place = 0;
+  for (std::size_t wanted = 0; wanted < values_; ++wanted) {
+    if (!ReadValue(wanted, place, row)) {
+      return false;
+    }
+    place += wanted_[wanted].IsAngle() ? perAngle_ : 1;
+  }
+  return true;
+}
+
+}  // namespace latigo::cli

@@ -1,0 +1,111 @@
+// How the lines of a file are split into columns, and the values of those that a command reads.
+//
+//   static constexpr Wanted Pairs[] = {{Role::Number, "x"}, {Role::Number, "y"}, {Role::Text, "name", true}};
+//   const Table table = ReadTable(path, options, Pairs);              // table_reader.h: all rows of a small file
+//   TableReader reader(path, options, Pairs);                          // the same, block by block
+//   reader.Found().Read(line, row);                                    // nothing is allocated per line
+//
+// Columns and lines are counted from 1 in messages and from 0 in code.
+#pragma once
+
+#include <array>
+#include <cstddef>
+#include <cstdint>
+#include <span>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "angle.h"
+#include "fields.h"
+
+namespace latigo::cli {
+
+enum class Role : char { Latitude, Longitude, Number, Text };
+
+// A value that a command reads from each line. A list of them is in the order of --columns.
+struct Wanted {
+  Role role;
+  const char* name;       // in messages
+  bool optional = false;  // need not be among --columns, and its field may be empty; only after the required ones
+
+  bool IsAngle() const { return role == Role::Latitude || role == Role::Longitude; }
+};
+
+inline constexpr std::size_t MostWanted = 8;
+inline constexpr std::size_t MostColumns = 24;       // four angles in at most four columns each, and further values
+inline constexpr std::size_t LargestColumn = 10000;  // the number of a column
+
+// Why a line is no point.
+struct Fault {
+  const char* reason = nullptr;
+  std::size_t column = 0;  // from 1; 0 if it is not in one column
+  std::string_view text;   // the field, as in the line
+};
+
+// `column 2: "52,5": the reason`, safe for a terminal.
+std::string FaultText(const Fault& fault);
+
+// What a line has in the chosen columns.
+struct Row {
+  std::array<Field, MostColumns> fields;  // by place in --columns; parts of the line
+  std::array<double, MostWanted> values;  // by place in the list of wanted values; degrees; NaN for none and for texts
+  std::array<std::string_view, MostWanted> texts;  // without quotes and blanks; of angles in several columns the first
+  std::size_t columns = 0;                         // in the whole line
+  Fault fault;
+
+  bool Has(std::size_t wanted) const { return !texts[wanted].empty(); }
+};
+
+// The columns of a file. A constant object, which any number of threads may use.
+class Layout {
+ public:
+  // `columns` from 0, in the order of --columns: one for each wanted value, or for each angle `perAngle` of them.
+  // Optional values at the end of the list may have none.
+  Layout(char separator, bool decimalComma, std::span<const Wanted> wanted, std::vector<std::size_t> columns,
+         std::size_t perAngle);
+
+  // Reads a line without its line end. Returns false for a line that is no point, with the fault.
+  bool Read(std::string_view line, Row& row) const;
+
+  char Separator() const { return separator_; }
+  bool DecimalComma() const { return decimalComma_; }
+  // Number of wanted values that are read, among them texts.
+  std::size_t Values() const { return values_; }
+  const std::vector<std::size_t>& Columns() const { return columns_; }
+
+  // The header: the number of its line, 0 without one, and of its columns. A line with more columns than it is refused.
+  std::size_t headerLine = 0;
+  std::size_t headerColumns = 0;
+
+ private:
+  bool ReadValue(std::size_t wanted, std::size_t place, Row& row) const;
+  bool Join(const Field* fields, std::string_view& text, std::size_t& length, char* buffer) const;
+
+  char separator_;
+  bool decimalComma_;
+  std::size_t perAngle_;
+  std::size_t values_ = 0;
+  std::array<Wanted, MostWanted> wanted_{};
+  std::vector<std::size_t> columns_;
+  // For each column up to the one after the last chosen: its place among the chosen ones or None, and the roles of the
+  // angles beside it, where a hemisphere letter that is not chosen could belong.
+  static constexpr std::int8_t None = -1;
+  struct Place {
+    std::int8_t chosen = None;
+    bool besideLatitude = false;
+    bool besideLongitude = false;
+  };
+  std::vector<Place> places_;
+};
+
+// Text in place of a number: not empty, has a letter, and is not a number, angle or word for a missing value.
+bool IsWord(std::string_view text);
+
+// A text that was probably intended as a number, but is not one.
+bool LooksLikeNumber(std::string_view text);
+
+// N, S, E or W of the axis, in upper or lower case.
+bool IsHemisphere(std::string_view text, Axis axis);
+
+}  // namespace latigo::cli

@@ -1,0 +1,339 @@
+#include "table_reader.h"
+
+#include <algorithm>
+#include <charconv>
+
+#include "error_text.h"
+#include "platform/ascii.h"
+#include "point_line.h"
+#include "visible.h"
+
+namespace latigo::cli {
+
+namespace {
+
+constexpr std::size_t MostHeld = 1 << 20;  // bytes of lines that are held back until the layout is found
+constexpr char Separators[] = {'\t', ';', ',', ' '};
+
+constexpr const char* WordOf(char separator) {
+  return separator == '\t' ? "tab" : separator == ';' ? "semicolon" : separator == ',' ? "comma" : "blank";
+}
+
+// The texts of all fields of a line.
+std::vector<std::string_view> TextsOf(std::string_view line, char separator) {
+  std::vector<std::string_view> texts;
+  FieldScanner scanner(line, separator);
+  for (Field field; scanner.Next(field);) {
+    texts.push_back(field.text);
+  }
+  return texts;
+}
+
+// The number of a column from 0, if the text is a number from 1.
+std::optional<std::size_t> ColumnNumber(std::string_view text) {
+  std::size_t number = 0;
+  const auto result = std::from_chars(text.data(), text.data() + text.size(), number);
+  if (result.ec != std::errc() || result.ptr != text.data() + text.size()) {
+    return std::nullopt;
+  }
+  if (number < 1 || number > LargestColumn) {
+    throw UsageError("--columns: " + std::string(text) + " is not between 1 and " + std::to_string(LargestColumn));
+  }
+  return number - 1;
+}
+
+void RequireDistinct(std::vector<std::size_t> columns) {
+  std::sort(columns.begin(), columns.end());
+  const auto twice = std::adjacent_find(columns.begin(), columns.end());
+  if (twice != columns.end()) {
+    throw UsageError("--columns: column " + std::to_string(*twice + 1) + " is chosen twice");
+  }
+}
+
+// Columns for each angle, from the number of chosen columns. Throws UsageError if the list and the number do not fit.
+std::size_t ColumnsPerAngle(std::span<const Wanted> wanted, std::size_t chosen, bool dmsColumns) {
+  const auto angles = static_cast<std::size_t>(
+      std::count_if(wanted.begin(), wanted.end(), [](const Wanted& w) { return w.IsAngle(); }));
+  const auto required = static_cast<std::size_t>(
+      std::count_if(wanted.begin(), wanted.end(), [](const Wanted& w) { return !w.optional; }));
+  std::string meanings;
+  for (const Wanted& value : wanted) {
+    meanings += std::string(meanings.empty() ? "" : ", ") + value.name + (value.optional ? " (optional)" : "");
+  }
+  if (dmsColumns && angles == 0) {
+    throw UsageError("--dms-columns: the columns are no angles, but " + meanings);
+  }
+  for (const std::size_t parts : {2, 3, 4}) {
+    const std::size_t more = dmsColumns ? angles * (parts - 1) : 0;
+    if (chosen >= required + more && chosen <= wanted.size() + more) {
+      return dmsColumns ? parts : 1;
+    }
+  }
+  throw UsageError("--columns: " + std::to_string(chosen) + " columns, but wanted are " + meanings +
+                   (dmsColumns ? ", and of each angle 2 to 4 columns" : ""));
+}
+
+bool SameFields(const Row& one, const Row& two, std::size_t count) {
+  return std::equal(one.fields.begin(), one.fields.begin() + static_cast<std::ptrdiff_t>(count), two.fields.begin(),
+                    [](const Field& a, const Field& b) { return a.bytes == b.bytes; });
+}
+
+bool IsWhole(std::string_view field) {
+  return !field.empty() && field.find_first_not_of("+-0123456789") == std::string_view::npos;
+}
+
+// Whether the line has neighbouring fields that are whole numbers with only a comma between them.
+bool CouldBeDecimalComma(const Row& row, std::size_t count) {
+  for (std::size_t i = 0; i + 1 < count; ++i) {
+    const std::string_view one = row.fields[i].bytes;
+    const std::string_view two = row.fields[i + 1].bytes;
+    if (IsWhole(one) && IsWhole(two) && one.data() + one.size() + 1 == two.data()) {
+      return true;
+    }
+  }
+  return false;
+}
+
+}  // namespace
+
+TableReader::TableReader(const std::string& path, const TableOptions& options, std::span<const Wanted> wanted)
+    : options_(options), wanted_(wanted), reader_(path) {
+  std::vector<std::size_t> columns;
+  for (const std::string_view text : TextsOf(options.columns, ',')) {
+    if (!text.empty()) {
+      names_.emplace_back(text);
+      const std::optional<std::size_t> number = ColumnNumber(text);
+      columns.push_back(number.value_or(0));
+    }
+  }
+  const auto isNumber = [](const std::string& name) { return ColumnNumber(name).has_value(); };
+  if (names_.empty()) {  // the required ones; further ones are found with the first point
+    perAngle_ = options.dmsColumns ? 3 : 1;
+    for (const Wanted& value : wanted) {
+      for (std::size_t part = 0; part < (value.optional ? 0 : value.IsAngle() ? perAngle_ : 1); ++part) {
+        columns.push_back(columns.size());
+      }
+    }
+  } else {
+    perAngle_ = ColumnsPerAngle(wanted, columns.size(), options.dmsColumns);
+  }
+  if (std::all_of(names_.begin(), names_.end(), isNumber)) {
+    names_.clear();
+    RequireDistinct(columns);
+  } else if (options.header == HeaderLine::No) {
+    throw UsageError("--columns: a name needs a header line");
+  }
+  for (const char separator : Separators) {
+    if (options.separation == Separation::Auto || static_cast<char>(options.separation) == separator) {
+      candidates_.push_back({separator, columns});
+    }
+  }
+  headerDecided_ = options.header == HeaderLine::No;
+}
+
+void TableReader::Refuse(std::size_t line, const std::string& reason) const {
+  throw UsageError(reader_.Name() + ":" + std::to_string(line) + ": " + reason);
+}
+
+bool TableReader::Next(Block& block) {
+  if (pending_) {
+    block = std::move(*pending_);
+    pending_.reset();
+    return true;
+  }
+  const bool more = reader_.Next(block);
+  bool atEnd = !more || block.cut;
+  while (!layout_ && !Find(block.bytes, block.firstLine, atEnd || block.bytes.size() > MostHeld)) {
+    Block following;
+    atEnd = !reader_.Next(following);
+    if (following.cut) {
+      atEnd = true;
+      pending_ = std::move(following);
+    } else {
+      block.bytes += following.bytes;
+    }
+  }
+  return more;
+}
+
+// Finds the layout from the lines; false if they are too few.
+bool TableReader::Find(std::string_view text, std::size_t firstLine, bool atEnd) {
+  headerLine_ = 0;
+  headerDecided_ = options_.header == HeaderLine::No;
+  std::size_t number = firstLine;
+  for (std::string_view line; NextLine(text, line); ++number) {
+    if (IsComment(line) && (!Named() || headerDecided_ || Trimmed(line).empty())) {
+      continue;
+    }
+    if (!headerDecided_ && TakeHeader(line, number)) {
+      continue;
+    }
+    if (!IsComment(line) && Decide(line, number)) {
+      return true;
+    }
+  }
+  if (!atEnd) {
+    return false;
+  }
+  // No line is a point with any separator: each is reported as read with the first separator.
+  const auto fits = [](const Candidate& candidate) { return !candidate.columns.empty(); };
+  const auto found = std::find_if(candidates_.begin(), candidates_.end(), fits);
+  layout_ = LayoutOf(*found, options_.decimalComma, {});
+  return true;
+}
+
+// Whether the line is the header. Candidates whose columns it does not have are dropped.
+bool TableReader::TakeHeader(std::string_view line, std::size_t number) {
+  headerDecided_ = true;
+  if (Named()) {
+    FindNames(line, number);
+  }
+  std::vector<Candidate> kept;
+  for (Candidate candidate : candidates_) {
+    const std::vector<std::string_view> texts = TextsOf(line, candidate.separator);
+    const auto isWord = [&texts](std::size_t column) { return column < texts.size() && IsWord(texts[column]); };
+    if (options_.header == HeaderLine::Yes || Named() ||
+        std::all_of(candidate.columns.begin(), candidate.columns.end(), isWord)) {
+      candidate.headerColumns = texts.size();
+      kept.push_back(std::move(candidate));
+    }
+  }
+  if (kept.empty()) {
+    return false;
+  }
+  candidates_ = std::move(kept);
+  headerLine_ = number;
+  return true;
+}
+
+// Replaces the names by the columns of the header; candidates without them are dropped.
+void TableReader::FindNames(std::string_view line, std::size_t number) {
+  std::string missing;
+  std::vector<Candidate> found;
+  for (Candidate candidate : candidates_) {
+    const std::vector<std::string_view> texts = TextsOf(line, candidate.separator);
+    bool complete = true;
+    for (std::size_t i = 0; i < names_.size() && complete; ++i) {
+      const auto column = ColumnNumber(names_[i]);
+      const auto is = [&](std::string_view text) { return EqualIgnoringCase(text, names_[i]); };
+      const auto place = std::find_if(texts.begin(), texts.end(), is);
+      complete = column.has_value() || place != texts.end();
+      if (!complete) {
+        missing = missing.empty() ? names_[i] : missing;
+      } else if (!column && std::find_if(place + 1, texts.end(), is) != texts.end()) {
+        Refuse(number, "the header has the name " + Visible(names_[i]) + " twice");
+      } else {
+        candidate.columns[i] = column ? *column : static_cast<std::size_t>(place - texts.begin());
+      }
+    }
+    if (complete) {
+      RequireDistinct(candidate.columns);
+      found.push_back(std::move(candidate));
+    }
+  }
+  if (found.empty()) {
+    if (IsComment(line)) {
+      headerDecided_ = false;  // an ordinary comment
+      return;
+    }
+    Refuse(number, "the header has no column " + Visible(missing) + ": \"" + Visible(line.substr(0, 200)) + '"');
+  }
+  candidates_ = std::move(found);
+}
+
+// The layout of a candidate; without --columns the optional values follow that the line has.
+Layout TableReader::LayoutOf(const Candidate& candidate, bool decimalComma, std::string_view line) const {
+  std::vector<std::size_t> columns = candidate.columns;
+  const std::vector<std::string_view> texts = TextsOf(line, candidate.separator);
+  if (options_.columns.empty()) {
+    for (const Wanted& value : wanted_) {
+      if (!value.optional) {
+        continue;
+      }
+      const std::string_view text = columns.size() < texts.size() ? texts[columns.size()] : "";
+      if (text.empty() || (value.role != Role::Text && !LooksLikeNumber(text) && ParseNumber(text).fault != nullptr)) {
+        break;
+      }
+      columns.push_back(columns.size());
+    }
+  }
+  Layout layout(candidate.separator, decimalComma, wanted_, std::move(columns), perAngle_);
+  layout.headerLine = headerLine_;
+  layout.headerColumns = candidate.headerColumns;
+  return layout;
+}
+
+// Finds the layout with which the line is a point; false if there is none, UsageError if there are several.
+bool TableReader::Decide(std::string_view line, std::size_t number) {
+  if (candidates_.size() == 1) {
+    layout_ = LayoutOf(candidates_[0], options_.decimalComma, line);
+    return true;
+  }
+  const bool hasTab = line.find('\t') != std::string_view::npos;
+  Row found;
+  Row other;
+  for (const Candidate& candidate : candidates_) {
+    if (candidate.separator == ' ' && hasTab && layout_) {
+      continue;
+    }
+    Layout layout = LayoutOf(candidate, options_.decimalComma, line);
+    const std::size_t count = layout.Columns().size();
+    if (!layout.Read(line, layout_ ? other : found)) {
+      continue;
+    }
+    if (!layout_) {
+      layout_ = std::move(layout);
+    } else if (!SameFields(found, other, count)) {
+      Refuse(number, std::string("the separator could be a ") + WordOf(layout_->Separator()) + " or a " +
+                         WordOf(candidate.separator) + "; --separator decides: \"" + Visible(line.substr(0, 200)) +
+                         '"');
+    }
+  }
+  if (!layout_ || layout_->Separator() != ',' || options_.decimalComma) {
+    return layout_.has_value();
+  }
+  bool decimalComma = layout_->headerColumns == 0 && CouldBeDecimalComma(found, layout_->Columns().size());
+  for (const Candidate& candidate : candidates_) {
+    decimalComma = decimalComma || (candidate.separator != ',' && LayoutOf(candidate, true, line).Read(line, other));
+  }
+  if (decimalComma) {
+    Refuse(number,
+           "the comma could be a separator or a decimal comma; --separator comma or --decimal-comma decides: \"" +
+               Visible(line.substr(0, 200)) + '"');
+  }
+  return true;
+}
+
+Table ReadTable(const std::string& path, const TableOptions& options, std::span<const Wanted> wanted) {
+  TableReader reader(path, options, wanted);
+  Table table;
+  Row row;
+  for (Block block; reader.Next(block);) {
+    const Layout& layout = reader.Found();
+    std::size_t number = block.firstLine;
+    const auto fail = [&](const std::string& reason) {
+      table.faults.push_back(reader.Name() + ":" + std::to_string(number) + ": " + reason);
+    };
+    if (block.cut) {
+      fail("the line is too long");
+      continue;
+    }
+    std::string_view text = block.bytes;
+    for (std::string_view line; NextLine(text, line); ++number) {
+      if (number == layout.headerLine || IsComment(line)) {
+        continue;
+      }
+      if (!layout.Read(line, row)) {
+        fail(FaultText(row.fault));
+        continue;
+      }
+      Record& record = table.records.emplace_back();
+      record.line = number;
+      record.values.assign(row.values.begin(), row.values.begin() + static_cast<std::ptrdiff_t>(wanted.size()));
+      record.texts.assign(row.texts.begin(), row.texts.begin() + static_cast<std::ptrdiff_t>(wanted.size()));
+    }
+  }
+  return table;
+}
+
+}  // namespace latigo::cli
