@@ -23,5 +23,9 @@ for i in "${!names[@]}"; do
   [ "$word" = "${names[i]}" ] || { echo "${names[i]} is offered as ${found[i]}" >&2 && exit 1; }
 done
 [ ! -e ran ] && [ "${#found[@]}" = "${#names[@]}" ] || { echo "${#found[@]} names, or one was run" >&2 && exit 1; }
+printf '[second]\n' >other.ini
+COMP_WORDS=(latigo convert 'my\ file.ini' --to other.ini --to-section s) COMP_CWORD=6
+_latigo
+[ "${COMPREPLY[*]}" = second ] || { echo "the sections are not those of --to" >&2 && exit 1; }
 [ "$(offered 'a\ ')" = 'a\ b' ] && [ "$(offered o)" = other ] && [ -z "$(offered x)" ]
 [ "$(offered '"a')" = $'a b\naGrid' ] # within quotes nothing that the shell expands

@@ -62,6 +62,20 @@ struct GridOptions : UndulationOptions {
   bool noHeight = false;  // the third field is not a height and is copied
 };
 
+// The heights of convert: not converted before the user has decided; above the geoids of both sections, or above their
+// ellipsoids. With geographic coordinates they are ellipsoidal.
+enum class Heights { Undecided, Geoid, Ellipsoidal };
+
+struct ConvertOptions : UndulationOptions {
+  std::string to;         // a file; empty for that of the first section
+  std::string toSection;  // not given: empty
+  bool fromGeographic = false;
+  bool toGeographic = false;
+  bool sameDatum = false;  // both sections have the same datum, so there is no shift
+  Heights heights = Heights::Undecided;
+  bool noHeight = false;  // the third field is not a height and is copied
+};
+
 struct ScaleOptions : ShiftOptions {
   bool grid = false;  // read coordinates of the projection
 };
@@ -83,6 +97,7 @@ struct DistanceOptions : ShiftOptions {
 // Each returns the exit status: 0, or 1 if a point failed. Throws UsageError.
 int RunForward(const GridOptions& options);
 int RunInverse(const GridOptions& options);
+int RunConvert(const ConvertOptions& options);
 int RunScale(const ScaleOptions& options);
 int RunFactors(const FactorsOptions& options);
 int RunUndulation(const UndulationOptions& options);

@@ -70,7 +70,10 @@ api::Geodesy OpenOrThrow(const Options& options) {
 }  // namespace
 
 Converter::Converter(const PointOptions& options, const Between& between)
-    : between_(between), lonlat_(options.lonlat), object_(OpenOrThrow(options)) {
+    : between_(between),
+      lonlat_(options.lonlat),
+      name_(options.file + " [" + options.section + "]"),
+      object_(OpenOrThrow(options)) {
   GeodesyParams params;
   GetGeodesyParams(Handle(), &params, nullptr, nullptr);
   centralMeridian_ = params.CentralMeridian;
@@ -78,7 +81,7 @@ Converter::Converter(const PointOptions& options, const Between& between)
   char path[PathSize] = "";
   double constant = 0;
   GetGeoid(Handle(), path, sizeof path, &constant);
-  hasGeoid_ = path[0] != '\0' || constant != 0;
+  hasGeoid_ = !between.noGeoid && (path[0] != '\0' || constant != 0);
   hasVerticalUnit_ = ConfigFile(options.file).HasValue(options.section, "VertUnit");
   if (!between.localGrid) {
     const Adjustment none = {0, 0, 0, 0, 1, 0, 0};
@@ -130,6 +133,12 @@ void Converter::WriteGeographic(const Position& position, Result& result) const 
   if (lonlat_) {
     std::swap(result.values[0], result.values[1]);
   }
+}
+
+bool Converter::ToWgs84(Position& position, Result& result) const {
+  return !between_.shift ||
+         (InDatumGrid(position.latitude, position.longitude, result) &&
+          result.Call(InvWGS84Conv(Handle(), &position.latitude, &position.longitude, &position.h), "InvWGS84Conv"));
 }
 
 bool Converter::UndulationAt(double latitude, double longitude, double& undulation, Result& result) const {

@@ -5,6 +5,9 @@
 
 #include <cstdint>
 #include <memory>
+#include <string>
+#include <string_view>
+#include <utility>
 
 #include "commands.h"
 #include "coordinate_system.h"
@@ -47,6 +50,7 @@ struct Result {
   const char* function = nullptr;  // that call; null if all succeeded
   const char* fault = nullptr;     // why the point fails without a failed call
   unsigned doubts = 0;
+  std::string_view place;  // the system that failed, if a command has two
 
   void Add(double value, Quantity quantity) { values[count++] = {value, quantity}; }
 
@@ -68,6 +72,7 @@ struct Between {
   bool unshifted = false;     // points outside the datum grid are converted without a shift
   bool geoidOnDatum = false;  // undulations refer to the section's own ellipsoid, also for WGS-84 positions
   bool localGrid = true;      // the local grid of the section is applied
+  bool noGeoid = false;       // heights are ellipsoidal, also with a geoid
 };
 
 // Contains one object, so only one thread at a time may use it.
@@ -77,6 +82,11 @@ class Converter {
   Converter(const PointOptions& options, const Between& between);
 
   GeodesyHandle Handle() const { return object_.Handle(); }
+  const std::string& Name() const { return name_; }
+
+  // The system to which convert leads; null for other commands.
+  const Converter* Target() const { return target_.get(); }
+  void SetTarget(std::unique_ptr<const Converter> target) { target_ = std::move(target); }
 
   // The position of a line on the object's datum; false if the datum shift fails, or outside its grid.
   bool ReadGeographic(const PointLine& point, Position& position, Result& result) const;
@@ -95,6 +105,9 @@ class Converter {
   // WGS-84. Returns false if a call fails.
   bool FromGridHeight(const PointLine& point, Position& position, Result& result) const;
 
+  // Converts a position on the object's datum to WGS-84 if the datum shift is asked for.
+  bool ToWgs84(Position& position, Result& result) const;
+
   bool HasGeoid() const { return hasGeoid_; }
   bool GeoidOnWgs84() const { return between_.shift && !between_.geoidOnDatum; }
   // The undulation at a position of the line, converted by ReadGeographic to the object's datum.
@@ -109,7 +122,9 @@ class Converter {
   bool UndulationAt(double latitude, double longitude, double& undulation, Result& result) const;
   const Between between_;
   const bool lonlat_;  // longitude is written before latitude
+  std::string name_;   // FILE [SECTION]
   api::Geodesy object_;
+  std::unique_ptr<const Converter> target_;
   double centralMeridian_ = 0;
   bool hasGeoid_ = false;
   bool hasVerticalUnit_ = false;

@@ -74,7 +74,7 @@ std::string Explain(std::int32_t code, const Profile& profile, const std::string
 
 }  // namespace
 
-void ChooseSection(Options& options) {
+void ChooseSection(Options& options, const char* option) {
   if (!options.section.empty()) {
     return;
   }
@@ -87,7 +87,7 @@ void ChooseSection(Options& options) {
   } else if (sections.empty()) {
     throw UsageError(options.file + ": no section");
   } else {
-    throw UsageError(options.file + ": choose a section with --section NAME: " + SomeOf(sections));
+    throw UsageError(options.file + ": choose a section with " + option + " NAME: " + SomeOf(sections));
   }
 }
 

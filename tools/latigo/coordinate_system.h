@@ -19,8 +19,9 @@ struct Opened {
   std::string explanation;  // for a code other than 0: its meaning and the place of the fault
 };
 
-// Sets the section if none is given: Geodesy, or the only one of the file. Throws UsageError if there are several.
-void ChooseSection(Options& options);
+// Sets the section if none is given: Geodesy, or the only one of the file. Throws UsageError, with the option that
+// chooses one, if there are several.
+void ChooseSection(Options& options, const char* option = "--section");
 
 // Throws UsageError, with the names of the sections, if the file has no such section.
 void RequireSection(const ConfigFile& config, const Options& options);

@@ -17,6 +17,7 @@ Commands:
   template    print a commented section of a projection, or of a UTM zone
   forward     latitude and longitude to easting and northing
   inverse     easting and northing to latitude and longitude
+  convert     coordinates of one system to those of another
   scale       latitude and longitude to the point scale factor
   factors     latitude and longitude to convergence, scale factors and distortion
   undulation  latitude and longitude to the geoid undulation
@@ -109,6 +110,30 @@ Options of this command:
   --geoid-on-datum      undulations refer to the section's own ellipsoid; without this option, but with --wgs84,
                         to the WGS-84 ellipsoid
   --no-height           the third field is not a height and is copied
+)";
+
+constexpr std::string_view Convert =
+    R"(Coordinates of one system to those of another: x and y, or latitude and longitude on the
+datum of their system. Between different datums they go through WGS-84, for which both sections need a datum shift; a
+shift of zero (DeltaX=0) states that the datum is WGS-84, as the WGS-84 ellipsoid does.
+Usage: latigo convert [OPTIONS] FILE [POINTS...]
+
+Options of this command:
+  --to FILE             configuration file of the second system; default: that of the first
+  --to-section NAME     section of the second system; default Geodesy, or the only one
+  --from-geographic     the input is latitude and longitude
+  --to-geographic       the output is latitude and longitude
+  --same-datum          both systems have the same datum: nothing is shifted
+  --heights geoid|ellipsoidal
+                        heights with grid coordinates are above the geoids of both sections, or above their ellipsoids;
+                        with latitude and longitude they are ellipsoidal. Without this option and --no-height, a
+                        number in the third field is an error
+  --no-height           the third field is copied
+  --outside-grid fail|unshifted
+                        a point outside a datum grid, or in rows that cannot be read, fails (default), or is
+                        converted without a shift, with a warning
+  --geoid-on-datum      undulations refer to each section's own ellipsoid; without this option, to the WGS-84
+                        ellipsoid if the points go through WGS-84
 )";
 
 constexpr std::string_view Scale = R"(Latitude and longitude to the point scale factor.
@@ -216,12 +241,25 @@ struct Help {
   bool readsPoints;
 };
 
+// clang-format off
 constexpr Help Texts[] = {
     {"info", Info, false},         {"check", Check, false},      {"list", List, false},
     {"template", Template, false}, {"forward", Forward, true},   {"inverse", Inverse, true},
-    {"scale", Scale, true},        {"factors", Factors, true},   {"undulation", Undulation, true},
+    {"info", Info, false},
+    {"check", Check, false},
+    {"list", List, false},
+    {"template", Template, false},
+    {"forward", Forward, true},
+    {"inverse", Inverse, true},
+    {"convert", Convert, true},
+    {"scale", Scale, true},
+    {"factors", Factors, true},
+    {"undulation", Undulation, true},
+    {"ecef", Ecef, true},
+    {"distance", Distance, true},
     {"ecef", Ecef, true},          {"distance", Distance, true},
 };
+// clang-format on
 
 }  // namespace
 

@@ -3,15 +3,18 @@
 # Section names come from a file that anybody may have written, and compgen -W would expand them. So they are compared in
 # a loop, and each is quoted so that the command line takes it as one word of plain text. Inside quotes that the user has
 # opened only harmless names are offered.
-#   _latigo_sections TYPED   sets COMPREPLY
+#   _latigo_sections TYPED [OPTION]   sets COMPREPLY; the file is the one after OPTION, or the first of the line
 _latigo_sections() {
-  local word name typed=$1 harmless='*'
+  local word name typed=$1 harmless='*' i first=2
+  for ((i = 2; i < COMP_CWORD; ++i)); do
+    [ -z "${2-}" ] || [ "${COMP_WORDS[i]}" != "$2" ] || first=$((i + 1))
+  done
   case $typed in
     [\'\"]*) typed=${typed:1} harmless='*([[:alnum:]_.,:+ /()-])' ;;
     *) typed=${typed//\\/} ;;
   esac
   local LC_ALL=C
-  for word in "${COMP_WORDS[@]:2}"; do
+  for word in "${COMP_WORDS[@]:first}"; do
     word=${word//[\\\'\"]/}
     [ -f "$word" ] || continue
     while IFS= read -r name; do
@@ -35,13 +38,17 @@ _latigo() {
     -s | --section)
       _latigo_sections "$current"
       return ;;
+    --to-section)
+      _latigo_sections "$current" --to
+      return ;;
+    --heights) mapfile -t COMPREPLY < <(compgen -W 'geoid ellipsoidal' -- "$current") && return ;;
     --lang) mapfile -t COMPREPLY < <(compgen -W 'eng fra esp' -- "$current") && return ;;
     --separator) mapfile -t COMPREPLY < <(compgen -W 'auto comma semicolon tab blank' -- "$current") && return ;;
     --outside-grid) mapfile -t COMPREPLY < <(compgen -W 'fail unshifted' -- "$current") && return ;;
     --precision | --jobs) return ;;
   esac
   if [ "$COMP_CWORD" -eq 1 ]; then
-    mapfile -t COMPREPLY < <(compgen -W 'info check list template forward inverse scale factors undulation ecef distance --help --version' -- "$current")
+    mapfile -t COMPREPLY < <(compgen -W 'info check list template forward inverse convert scale factors undulation ecef distance --help --version' -- "$current")
   elif [ "${COMP_WORDS[1]} $COMP_CWORD" = 'template 2' ] && [[ $current != -* ]]; then
     mapfile -t COMPREPLY < <(compgen -W 'utm lcc mer tme ost ocy hom rso azd smerc ala cas pst' -- "$current")
   elif [[ $current == -* ]]; then
@@ -50,6 +57,7 @@ _latigo() {
       check) options='--help --section --strict' ;;
       list | template) options='--help --output' ;;
       forward | inverse) options="$points $shift $heights" ;;
+      convert) options="$points --outside-grid $heights --to --to-section --from-geographic --to-geographic --same-datum --heights" ;;
       factors) options="$points $shift $heights --grid" ;;
       undulation) options="$points $shift --geoid-on-datum" ;;
       scale) options="$points $shift --grid" ;;

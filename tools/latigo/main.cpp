@@ -57,12 +57,16 @@ void Add(CLI::App& command, PointOptions& options) {
   command.add_flag("--lonlat", options.lonlat);
 }
 
-void Add(CLI::App& command, ShiftOptions& options) {
-  Add(command, static_cast<PointOptions&>(options));
-  command.add_flag("--wgs84", options.wgs84);
+void AddOutsideGrid(CLI::App& command, ShiftOptions& options) {
   command.add_option("--outside-grid")
       ->check(CLI::IsMember({"fail", "unshifted"}))
       ->each([&options](const std::string& how) { options.unshifted = how == "unshifted"; });
+}
+
+void Add(CLI::App& command, ShiftOptions& options) {
+  Add(command, static_cast<PointOptions&>(options));
+  command.add_flag("--wgs84", options.wgs84);
+  AddOutsideGrid(command, options);
 }
 
 void Add(CLI::App& command, UndulationOptions& options) {
@@ -73,6 +77,21 @@ void Add(CLI::App& command, UndulationOptions& options) {
 void Add(CLI::App& command, GridOptions& options) {
   Add(command, static_cast<UndulationOptions&>(options));
   command.add_flag("--no-height", options.noHeight);
+}
+
+void Add(CLI::App& command, ConvertOptions& options) {
+  Add(command, static_cast<PointOptions&>(options));
+  AddOutsideGrid(command, options);
+  command.add_flag("--geoid-on-datum", options.geoidOnDatum);
+  command.add_option("--to", options.to)->check(IsGiven);
+  command.add_option("--to-section", options.toSection)->check(IsGiven);
+  command.add_flag("--from-geographic", options.fromGeographic);
+  command.add_flag("--to-geographic", options.toGeographic);
+  command.add_flag("--same-datum", options.sameDatum);
+  CLI::Option* const heights = command.add_option("--heights", options.heights)
+                                   ->transform(CLI::CheckedTransformer(std::map<std::string, Heights>{
+                                       {"geoid", Heights::Geoid}, {"ellipsoidal", Heights::Ellipsoidal}}));
+  command.add_flag("--no-height", options.noHeight)->excludes(heights);
 }
 
 void Add(CLI::App& command, ScaleOptions& options) {
@@ -113,6 +132,11 @@ std::vector<std::string> InputsOf(const PointOptions& options) {
   for (const std::string& path : options.points.empty() ? standardInput : options.points) {
     files.push_back(path == "-" ? "/dev/stdin" : path);
   }
+  return files;
+}
+std::vector<std::string> InputsOf(const ConvertOptions& options) {
+  std::vector<std::string> files = InputsOf(static_cast<const PointOptions&>(options));
+  files.push_back(options.to);
   return files;
 }
 
@@ -160,6 +184,7 @@ int Run(int argc, char** argv) {
   AddCommand(app, chosen, "template", RunTemplate);
   AddCommand(app, chosen, "forward", RunForward);
   AddCommand(app, chosen, "inverse", RunInverse);
+  AddCommand(app, chosen, "convert", RunConvert);
   AddCommand(app, chosen, "scale", RunScale);
   AddCommand(app, chosen, "factors", RunFactors);
   AddCommand(app, chosen, "undulation", RunUndulation);

@@ -99,14 +99,15 @@ class BlockRun {
       Fail(point, point.fault);
       return;
     }
+    if (command_.third == Third::Undecided && point.third) {
+      throw UsageError(file_ + ":" + std::to_string(line_) + ": the third field may be a height; choose --heights " +
+                       "geoid or ellipsoidal, or --no-height, which copies it");
+    }
     Result result;
     command_.convert(converter_, point, result);
-    if (result.function != nullptr) {
-      Fail(point, ErrorText(result.code, result.function));
-      return;
-    }
-    if (result.fault != nullptr) {
-      Fail(point, result.fault);
+    if (result.function != nullptr || result.fault != nullptr) {
+      const std::string place = result.place.empty() ? "" : Visible(result.place) + ": ";
+      Fail(point, place + (result.function != nullptr ? ErrorText(result.code, result.function) : result.fault));
       return;
     }
     if (point.third && command_.third == Third::Height) {
@@ -331,7 +332,11 @@ int RunPoints(const PointOptions& options, const PointCommand& command) {
   }
   std::vector<std::unique_ptr<const Converter>> converters(static_cast<std::size_t>(options.jobs));  // one per thread
   for (auto& converter : converters) {
-    converter = std::make_unique<const Converter>(options, command.between);
+    auto made = std::make_unique<Converter>(options, command.between);
+    if (command.makeTarget) {
+      made->SetTarget(command.makeTarget());
+    }
+    converter = std::move(made);
   }
   const std::vector<std::string> standardInput = {"-"};
   const std::vector<std::string>& files = options.points.empty() ? standardInput : options.points;

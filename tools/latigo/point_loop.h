@@ -1,6 +1,8 @@
 // The loop of the commands that convert points, line by line.
 #pragma once
 
+#include <functional>
+#include <memory>
 #include <string>
 #include <string_view>
 
@@ -10,8 +12,9 @@
 namespace latigo::cli {
 
 // The meaning of the third field of a line: any text, or a number, which is copied with the rest; a height, for which
-// more values are written; an optional part of the point; a required part of the point.
-enum class Third { Ignored, Carried, Height, Used, Needed };
+// more values are written; perhaps a height, which is an error of the whole run; an optional part of the point; a
+// required part of the point.
+enum class Third { Ignored, Carried, Height, Undecided, Used, Needed };
 
 struct PointCommand {
   Order order;
@@ -22,6 +25,7 @@ struct PointCommand {
   PointLine (*parse)(std::string_view line, Order order, Separation separation) = ParsePointLine;
   std::string unit = {};  // a word after the first value
   int heightValues = 1;   // number of further output values of a line with a height
+  std::function<std::unique_ptr<const Converter>()> makeTarget = {};  // of convert: the second system
 };
 
 // Converts all lines of all files of the options in the requested number of threads, and keeps their order. Returns the

@@ -1,0 +1,216 @@
+// From one coordinate system to another.
+#include <cmath>
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <system_error>
+#include <utility>
+
+#include "commands.h"
+#include "config_check.h"
+#include "converter.h"
+#include "coordinate_system.h"
+#include "error_text.h"
+#include "operations.h"
+#include "point_loop.h"
+#include "streams.h"
+
+namespace latigo::cli {
+
+namespace {
+
+constexpr double Wgs84Axis = 6378137;              // metres
+constexpr double Wgs84Flattening = 298.257223563;  // reciprocal
+constexpr double FlatteningTolerance = 1e-9;       // of the reciprocal, for the digits of a file
+constexpr double AxisTolerance = 0.1;              // metres between ellipsoids of one datum, such as WGS-84 and GRS-80
+constexpr const char* ShiftKeys[] = {"DynDatum",   "DeltaX",  "DeltaY",  "DeltaZ",
+                                     "DeltaScale", "DeltaRX", "DeltaRY", "DeltaRZ"};
+
+// One of the two systems.
+struct Side {
+  PointOptions options;
+  bool geographic;
+  Between between;
+
+  std::string Name() const { return options.file + " [" + options.section + "]"; }
+};
+
+bool IsOneSection(const Options& one, const Options& other) {
+  std::error_code failure;
+  return std::filesystem::equivalent(NativePath(one.file), NativePath(other.file), failure) &&
+         ConfigFile::Folded(one.section) == ConfigFile::Folded(other.section);
+}
+
+struct Ellipsoid {
+  double a, b;  // metres
+};
+
+Ellipsoid EllipsoidOf(GeodesyHandle handle) {
+  GeodesyParams params;
+  GetGeodesyParams(handle, &params, nullptr, nullptr);
+  return {params.SemiMajorAxis, params.SemiMajorAxis * (1 - 1 / params.InvFlattening)};
+}
+
+bool Agree(const Ellipsoid& one, const Ellipsoid& other) {
+  return std::fabs(one.a - other.a) <= AxisTolerance && std::fabs(one.b - other.b) <= AxisTolerance;
+}
+
+// Whether the section says how its datum lies to WGS-84: by a shift, also one of zero, or by the ellipsoid itself.
+bool HasDatum(const Side& side, GeodesyHandle handle) {
+  const ConfigFile config(side.options.file);
+  for (const char* key : ShiftKeys) {
+    if (config.HasValue(side.options.section, key)) {
+      return true;
+    }
+  }
+  GeodesyParams params;
+  GetGeodesyParams(handle, &params, nullptr, nullptr);
+  return params.SemiMajorAxis == Wgs84Axis && std::fabs(params.InvFlattening - Wgs84Flattening) < FlatteningTolerance;
+}
+
+// Whether the shifts are one and the same, so that none is needed between the systems.
+bool SameShift(GeodesyHandle one, GeodesyHandle other) {
+  constexpr int PathSize = 512;
+  const Ellipsoid first = EllipsoidOf(one);
+  const Ellipsoid second = EllipsoidOf(other);
+  EllDiff d;
+  EllDiff e;
+  char grid[PathSize] = "";
+  char otherGrid[PathSize] = "";
+  return first.a == second.a && first.b == second.b && GetEllDiff(one, &d) != 0 && GetEllDiff(other, &e) != 0 &&
+         d.DeltaX == e.DeltaX && d.DeltaY == e.DeltaY && d.DeltaZ == e.DeltaZ && d.DeltaScale == e.DeltaScale &&
+         d.DeltaRX == e.DeltaRX && d.DeltaRY == e.DeltaRY && d.DeltaRZ == e.DeltaRZ &&
+         GetEllModel(one, grid, sizeof grid) != 0 && GetEllModel(other, otherGrid, sizeof otherGrid) != 0 &&
+         std::string(grid) == otherGrid;
+}
+
+// Whether positions go through WGS-84. Throws UsageError if the datums are not known well enough.
+bool ThroughWgs84(const ConvertOptions& options, const Side& from, const Converter& source, const Side& to,
+                  const Converter& target) {
+  if (options.sameDatum) {
+    if (!Agree(EllipsoidOf(source.Handle()), EllipsoidOf(target.Handle()))) {
+      throw UsageError(from.Name() + " and " + to.Name() + ": the ellipsoids differ, so the datum is not the same");
+    }
+    return false;
+  }
+  for (const auto& [side, handle] : {std::pair(&from, source.Handle()), std::pair(&to, target.Handle())}) {
+    if (!HasDatum(*side, handle)) {
+      throw UsageError(side->Name() + ": the section has no datum shift. If both systems have the same datum, state " +
+                       "--same-datum; if this one is WGS-84, add the key DeltaX=0");
+    }
+  }
+  // A geoid above WGS-84 relates ellipsoidal heights to it, so they go through it.
+  const bool heightsOnWgs84 =
+      options.heights == Heights::Geoid && !options.geoidOnDatum && (from.geographic || to.geographic);
+  return heightsOnWgs84 || !SameShift(source.Handle(), target.Handle());
+}
+
+void RequireGeoid(const Side& side, const Converter& converter) {
+  if (!side.geographic && !converter.HasGeoid()) {
+    throw UsageError(side.Name() + ": the section has no geoid, which --heights geoid needs");
+  }
+}
+
+// Adds the failure and the doubts of a step.
+bool Succeeded(const Result& step, const Converter& converter, Result& result) {
+  result.doubts |= step.doubts;
+  if (step.function == nullptr && step.fault == nullptr && FaultOf(step) == nullptr) {
+    return true;
+  }
+  result.code = step.code;
+  result.function = step.function;
+  result.fault = step.fault != nullptr || step.function != nullptr ? step.fault : FaultOf(step);
+  result.place = converter.Name();
+  return false;
+}
+
+// The first system's coordinates to a position between the systems, in degrees, and an ellipsoidal height.
+void ToPosition(const Converter& source, const PointLine& point, bool geographic, Result& result) {
+  if (!geographic) {
+    Inverse(source, point, result);
+    return;
+  }
+  Position position{point.first * RadiansPerDegree, point.second * RadiansPerDegree, point.third.value_or(0)};
+  if (source.ToWgs84(position, result)) {
+    source.WriteGeographic(position, result);
+    if (point.third) {
+      result.Add(position.h, Quantity::Length);
+    }
+  }
+}
+
+void FromPosition(const Converter& target, const PointLine& point, bool geographic, Result& result) {
+  if (!geographic) {
+    Forward(target, point, result);
+    return;
+  }
+  Position position;
+  if (target.ReadGeographic(point, position, result)) {
+    target.WriteGeographic(position, result);
+    if (point.third) {
+      result.Add(position.h, Quantity::Length);
+    }
+  }
+}
+
+template <bool fromGeographic, bool toGeographic>
+void Convert(const Converter& source, const PointLine& point, Result& result) {
+  const Converter& target = *source.Target();
+  Result first;
+  ToPosition(source, point, fromGeographic, first);
+  if (!Succeeded(first, source, result)) {
+    return;
+  }
+  PointLine between;
+  between.first = first.values[0].value;
+  between.second = first.values[1].value;
+  if (point.third) {
+    between.third = first.values[2].value;
+  }
+  Result second;
+  FromPosition(target, between, toGeographic, second);
+  if (Succeeded(second, target, result)) {
+    for (int i = 0; i < second.count; ++i) {
+      result.Add(second.values[i].value, second.values[i].quantity);
+    }
+  }
+}
+
+constexpr auto ConvertOf(bool fromGeographic, bool toGeographic) {
+  return fromGeographic ? (toGeographic ? Convert<true, true> : Convert<true, false>)
+                        : (toGeographic ? Convert<false, true> : Convert<false, false>);
+}
+
+}  // namespace
+
+int RunConvert(const ConvertOptions& options) {
+  const Between between = {false, options.unshifted, options.geoidOnDatum, true,
+                           options.heights == Heights::Ellipsoidal};
+  Side from{options, options.fromGeographic, between};
+  Side to{options, options.toGeographic, between};
+  from.options.lonlat = false;  // positions between the systems are in one order
+  to.options.file = options.to.empty() ? options.file : options.to;
+  to.options.section = options.toSection;
+  ChooseSection(to.options, "--to-section");
+  if (IsOneSection(from.options, to.options) && from.geographic == to.geographic) {
+    throw UsageError(from.Name() + ": both systems are the same; choose the second with --to and --to-section");
+  }
+  CheckSection(to.options);
+  const Converter source(from.options, from.between);
+  const Converter target(to.options, to.between);
+  if (options.heights == Heights::Geoid) {
+    RequireGeoid(from, source);
+    RequireGeoid(to, target);
+  }
+  from.between.shift = to.between.shift = ThroughWgs84(options, from, source, to, target);
+  const Order geographic = options.lonlat ? Order::LongitudeLatitude : Order::LatitudeLongitude;
+  const Third third = options.noHeight                        ? Third::Ignored
+                      : options.heights == Heights::Undecided ? Third::Undecided
+                                                              : Third::Height;
+  PointCommand command = {from.geographic ? geographic : Order::Grid, 2, third,
+                          ConvertOf(from.geographic, to.geographic), from.between};
+  command.makeTarget = [&to] { return std::make_unique<const Converter>(to.options, to.between); };
+  return RunPoints(from.options, command);
+}
+
+}  // namespace latigo::cli
