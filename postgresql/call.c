@@ -1,9 +1,11 @@
 // A call of a conversion: its section, its handle, its failures.
 #include "call.h"
 
+#include <catalog/pg_type.h>
 #include <funcapi.h>
 #include <mb/pg_wchar.h>
 #include <miscadmin.h>
+#include <nodes/primnodes.h>
 #include <storage/fd.h>
 #include <storage/ipc.h>
 #include <utils/builtins.h>
@@ -75,6 +77,17 @@ static int SqlState(enum EngineOutcome outcome) {
   }
 }
 
+void RequireDone(enum EngineOutcome outcome) {
+  if (outcome != ENGINE_DONE) {
+    ereport(ERROR, (errcode(SqlState(outcome)), errmsg("latigo: %s", DatabaseText(EngineMessage()))));
+  }
+}
+
+void CloseHandles(void) {
+  EngineClose();
+  CountOpenFiles();
+}
+
 CallSite* CallSiteOf(FunctionCallInfo fcinfo, enum EngineOperation operation) {
   FmgrInfo* function = fcinfo->flinfo;
   CallSite* site = function->fn_extra;
@@ -84,10 +97,18 @@ CallSite* CallSiteOf(FunctionCallInfo fcinfo, enum EngineOperation operation) {
   }
   site = MemoryContextAllocZero(function->fn_mcxt, sizeof *site);
   site->operation = operation;
+  site->sameSection = function->fn_expr != NULL && IsA(function->fn_expr, FuncExpr) &&
+                      IsA(linitial(((FuncExpr*)function->fn_expr)->args), Const);
   if (get_call_result_type(fcinfo, NULL, &tuple) == TYPEFUNC_COMPOSITE) {
     MemoryContext before = MemoryContextSwitchTo(function->fn_mcxt);
     site->tuple = BlessTupleDesc(CreateTupleDescCopy(tuple));
     MemoryContextSwitchTo(before);
+    for (int i = 0; i < Max(tuple->natts, ROW_COLUMNS); ++i) {
+      if (tuple->natts != ROW_COLUMNS || TupleDescAttr(tuple, i)->atttypid != FLOAT8OID) {
+        ereport(ERROR, (errcode(ERRCODE_DATATYPE_MISMATCH), errmsg("latigo: the type %s has been changed",
+                                                                   format_type_be(tuple->tdtypeid))));
+      }
+    }
   }
   function->fn_extra = site;
   return site;
@@ -110,13 +131,11 @@ static void Open(FunctionCallInfo fcinfo, CallSite* site, const text* section, b
   site->wgs84 = wgs84;
   outcome = EngineOpen(&site->use, site->section, site->operation, wgs84, GetCurrentStatementStartTimestamp());
   CountOpenFiles();
-  if (outcome != ENGINE_DONE) {
-    ereport(ERROR, (errcode(SqlState(outcome)), errmsg("latigo: %s", DatabaseText(EngineMessage()))));
-  }
+  RequireDone(outcome);
 }
 
 static bool SameSection(const CallSite* site, const text* section) {
-  return site->use.serial != 0 && VARSIZE_ANY_EXHDR(section) == site->length &&
+  return VARSIZE_ANY_EXHDR(section) == site->length &&
          memcmp(VARDATA_ANY(section), site->section, site->length) == 0;
 }
 
@@ -143,16 +162,18 @@ static void FailPoint(const CallSite* site, const struct EnginePoint* point, con
 
 bool ConvertPoint(FunctionCallInfo fcinfo, CallSite* site, bool wgs84, struct EnginePoint* point) {
   static const char* const Doubt = "too far from the projection's origin: the round-trip error exceeds one metre";
-  text* section = PG_GETARG_TEXT_PP(0);
   enum EngineOutcome outcome;
-  if (wgs84 != site->wgs84 || !SameSection(site, section) ||
-      !EngineIsCurrent(&site->use, GetCurrentStatementStartTimestamp())) {
-    Open(fcinfo, site, section, wgs84);
+  const bool current = EngineIsCurrent(&site->use, GetCurrentStatementStartTimestamp()) && wgs84 == site->wgs84;
+  if (!(current && site->sameSection)) {
+    text* section = PG_GETARG_TEXT_PP(0);
+    if (!(current && SameSection(site, section))) {
+      Open(fcinfo, site, section, wgs84);
+    }
+    PG_FREE_IF_COPY(section, 0);
   }
-  PG_FREE_IF_COPY(section, 0);
   outcome = EngineConvert(&site->use, site->operation, point);
-  if (outcome != ENGINE_DONE && outcome != ENGINE_POINT_FAILED) {
-    ereport(ERROR, (errcode(SqlState(outcome)), errmsg("latigo: %s", DatabaseText(EngineMessage()))));
+  if (outcome != ENGINE_POINT_FAILED) {
+    RequireDone(outcome);
   }
   if (outcome == ENGINE_POINT_FAILED || (point->doubtful && StrictSetting)) {
     if (OnErrorSetting == ON_ERROR_ERROR) {

@@ -4,8 +4,10 @@
 #include <array>
 #include <cmath>
 #include <cstdio>
+#include <cstring>
 #include <exception>
 #include <new>
+#include <optional>
 #include <string>
 
 #include "error_text.h"
@@ -66,8 +68,6 @@ State& TheState() {
   return *state;
 }
 
-using Convert = void (*)(const cli::Converter&, const cli::PointLine&, cli::Result&);
-
 void FromWgs84(const cli::Converter& converter, const cli::PointLine& point, cli::Result& result) {
   cli::Position to;
   if (converter.ReadGeographic(point, to, result)) {
@@ -86,33 +86,60 @@ void ToWgs84(const cli::Converter& converter, const cli::PointLine& point, cli::
   }
 }
 
-// What an operation needs, and the inputs that are angles.
-struct Entry {
-  Convert convert;
+// What an operation needs.
+struct Needs {
   int inputs;      // without a height
   int positions;   // pairs of latitude and longitude among them
-  bool shift;      // needs the datum shift
-  bool localGrid;  // uses the local grid
+  bool shift;      // the datum shift
+  bool localGrid;  // the local grid
 };
 
-constexpr Entry Entries[] = {
-    {cli::Forward, 2, 1, false, true},           // ENGINE_FORWARD
-    {cli::Inverse, 2, 0, false, true},           // ENGINE_INVERSE
-    {FromWgs84, 2, 1, true, true},               // ENGINE_FROM_WGS84
-    {ToWgs84, 2, 1, true, true},                 // ENGINE_TO_WGS84
-    {cli::ScaleOfPosition, 2, 1, false, false},  // ENGINE_SCALE
-    {cli::GeoidUndulation, 2, 1, false, true},   // ENGINE_UNDULATION
-    {cli::GreatCircle, 4, 2, false, true},       // ENGINE_GREAT_CIRCLE
-    {cli::RhumbLine, 4, 2, false, true},         // ENGINE_RHUMB_LINE
-};
+constexpr Needs NeedsOf(EngineOperation operation) {
+  switch (operation) {
+    case ENGINE_INVERSE:
+      return {2, 0, false, true};
+    case ENGINE_FROM_WGS84:
+    case ENGINE_TO_WGS84:
+      return {2, 1, true, true};
+    case ENGINE_SCALE:
+      return {2, 1, false, false};  // the factor is that of the projection's coordinates
+    case ENGINE_GREAT_CIRCLE:
+    case ENGINE_RHUMB_LINE:
+      return {4, 2, false, true};
+    default:
+      return {2, 1, false, true};
+  }
+}
 
-const char* FaultOfInput(const Entry& entry, const EnginePoint& point) noexcept {
-  for (int i = 0; i < entry.inputs + (point.height ? 1 : 0); ++i) {
+// Called by name, not from a table, so that the compiler can put them in place.
+void Run(EngineOperation operation, const cli::Converter& converter, const cli::PointLine& point, cli::Result& result) {
+  switch (operation) {
+    case ENGINE_FORWARD:
+      return cli::Forward(converter, point, result);
+    case ENGINE_INVERSE:
+      return cli::Inverse(converter, point, result);
+    case ENGINE_FROM_WGS84:
+      return FromWgs84(converter, point, result);
+    case ENGINE_TO_WGS84:
+      return ToWgs84(converter, point, result);
+    case ENGINE_SCALE:
+      return cli::ScaleOfPosition(converter, point, result);
+    case ENGINE_UNDULATION:
+      return cli::GeoidUndulation(converter, point, result);
+    case ENGINE_GREAT_CIRCLE:
+      return cli::GreatCircle(converter, point, result);
+    case ENGINE_RHUMB_LINE:
+      return cli::RhumbLine(converter, point, result);
+  }
+}
+
+const char* FaultOfInput(const Needs& needs, const EnginePoint& point) noexcept {
+  for (int i = 0; i < needs.inputs + (point.height ? 1 : 0); ++i) {
     if (!std::isfinite(point.in[i])) {
       return "an argument is not a finite number";
     }
   }
-  for (int i = 0; i < 2 * entry.positions; i += 2) {
+  for (int i = 0; i < 2 * needs.positions; i += 2) {
     if (std::fabs(point.in[i]) > LargestLatitude) {
       return "a latitude above 90 degrees";
     }
@@ -123,16 +150,28 @@ const char* FaultOfInput(const Entry& entry, const EnginePoint& point) noexcept 
   return nullptr;
 }
 
-cli::PointLine LineOf(const EnginePoint& point) {
-  cli::PointLine line;
+// The point converted last. A query that selects two columns of one row calls twice: (latigo_forward(...)).x and .y.
+struct Last {
+  std::uint64_t serial = 0;  // of the handle; no two have the same
+  EngineOperation operation = ENGINE_FORWARD;
+  EnginePoint point = {};
+
+  // The same bits, so that a zero with another sign is another point.
+  bool IsOf(const EngineUse& use, EngineOperation ofOperation, const EnginePoint& of) const noexcept {
+    return serial == use.serial && operation == ofOperation && point.height == of.height &&
+           std::memcmp(point.in, of.in, sizeof point.in) == 0;
+  }
+};
+Last last;
+
+// Kept between calls: most of a line is of no use here, and need not be cleared for each point.
+const cli::PointLine& LineOf(const EnginePoint& point) {
+  static cli::PointLine line;
   line.first = point.in[0];
   line.second = point.in[1];
-  if (point.height) {
-    line.third = point.in[2];
-  } else {
-    line.toFirst = point.in[2];
-    line.toSecond = point.in[3];
-  }
+  line.toFirst = point.in[2];
+  line.toSecond = point.in[3];
+  line.third = point.height ? std::optional(point.in[2]) : std::nullopt;
   return line;
 }
 
@@ -164,9 +203,9 @@ void EngineSetFiles(const char* paths) {
 EngineOutcome EngineOpen(EngineUse* use, const char* section, EngineOperation operation, bool wgs84,
                          std::int64_t command) {
   return Guarded([&] {
-    const Entry& entry = Entries[operation];
+    const Needs needs = NeedsOf(operation);
     State& all = TheState();
-    use->place = all.handles.Open({section, wgs84 || entry.shift, entry.localGrid}, all.files, command);
+    use->place = all.handles.Open({section, wgs84 || needs.shift, needs.localGrid}, all.files, command);
     use->serial = all.handles.At(use->place).serial;
     return ENGINE_DONE;
   });
@@ -181,13 +220,16 @@ bool EngineIsCurrent(const EngineUse* use, std::int64_t command) {
 }
 
 EngineOutcome EngineConvert(const EngineUse* use, EngineOperation operation, EnginePoint* point) {
+  if (last.IsOf(*use, operation, *point)) {
+    *point = last.point;
+    return ENGINE_DONE;
+  }
   return Guarded([&] {
-    const Entry& entry = Entries[operation];
-    if (const char* fault = FaultOfInput(entry, *point); fault != nullptr) {
+    if (const char* fault = FaultOfInput(NeedsOf(operation), *point); fault != nullptr) {
       return Fail(ENGINE_POINT_FAILED, fault);
     }
     cli::Result result;
-    entry.convert(*state->handles.At(use->place).converter, LineOf(*point), result);
+    Run(operation, *state->handles.At(use->place).converter, LineOf(*point), result);
     if (result.function != nullptr) {
       return Fail(ENGINE_POINT_FAILED, cli::ErrorText(result.code, result.function).c_str());
     }
@@ -198,6 +240,7 @@ EngineOutcome EngineConvert(const EngineUse* use, EngineOperation operation, Eng
       point->out[i] = result.values[i].value;
     }
     point->doubtful = result.doubts != 0;
+    last = {use->serial, operation, *point};
     return ENGINE_DONE;
   });
 }

@@ -9,7 +9,7 @@
 
 #include "call.h"
 
-// section, two coordinates, optionally a height, and whether positions are WGS-84 or, with `otherwise`, that value.
+// Of the arguments section, two coordinates, optionally a height, and further ones.
 static struct EnginePoint PointOf(FunctionCallInfo fcinfo, int plainArguments) {
   struct EnginePoint point = {{PG_GETARG_FLOAT8(1), PG_GETARG_FLOAT8(2), 0, 0}, {0, 0, 0}, false, false};
   if (PG_NARGS() > plainArguments) {
@@ -19,14 +19,30 @@ static struct EnginePoint PointOf(FunctionCallInfo fcinfo, int plainArguments) {
   return point;
 }
 
-// A row of the first two results, and of the third if the point has a height; else that column is NULL.
-static Datum RowOf(CallSite* site, const struct EnginePoint* point) {
-  Datum values[3] = {Float8GetDatum(point->out[0]), Float8GetDatum(point->out[1]), (Datum)0};
-  bool nulls[3] = {false, false, !point->height};
-  if (point->height) {
-    values[2] = Float8GetDatum(point->out[2]);
+// The row that the server forms of zeros, as the model of others.
+static char* ModelOf(FunctionCallInfo fcinfo, CallSite* site, bool height) {
+  Datum values[ROW_COLUMNS] = {Float8GetDatum(0), Float8GetDatum(0), Float8GetDatum(0)};
+  bool nulls[ROW_COLUMNS] = {false, false, !height};
+  HeapTuple row = heap_form_tuple(site->tuple, values, nulls);
+  char* model = MemoryContextAllocZero(fcinfo->flinfo->fn_mcxt, ROW_BYTES);
+  if (row->t_data->t_hoff != ROW_START || row->t_len > ROW_BYTES) {
+    elog(ERROR, "latigo: a row of %d columns has an unexpected layout", ROW_COLUMNS);
   }
-  return HeapTupleGetDatum(heap_form_tuple(site->tuple, values, nulls));
+  memcpy(model, row->t_data, row->t_len);
+  return model;
+}
+
+// A row of the first two results, and of the third if the point has a height; else that column is NULL. It is a copy of a
+// row that the server formed, with other doubles, in a third of the time of forming each.
+static Datum RowOf(FunctionCallInfo fcinfo, CallSite* site, const struct EnginePoint* point) {
+  char* row = palloc(ROW_BYTES);
+  if (site->models[point->height] == NULL) {
+    site->models[point->height] = ModelOf(fcinfo, site, point->height);
+  }
+  // Sizes that the compiler knows; the row of a point without a height ends before the third.
+  memcpy(row, site->models[point->height], ROW_START);
+  memcpy(row + ROW_START, point->out, sizeof point->out);
+  PG_RETURN_HEAPTUPLEHEADER((HeapTupleHeader)row);
 }
 
 static Datum Row(FunctionCallInfo fcinfo, enum EngineOperation operation, bool hasWgs84) {
@@ -35,7 +51,7 @@ static Datum Row(FunctionCallInfo fcinfo, enum EngineOperation operation, bool h
   if (!ConvertPoint(fcinfo, site, hasWgs84 && PG_GETARG_BOOL(PG_NARGS() - 1), &point)) {
     PG_RETURN_NULL();
   }
-  return RowOf(site, &point);
+  return RowOf(fcinfo, site, &point);
 }
 
 // One of the results, of a function whose last argument is whether positions are WGS-84.
@@ -90,6 +106,30 @@ Datum latigo_distance(PG_FUNCTION_ARGS) {
   return Line(fcinfo, 0);
 }
 
+PG_FUNCTION_INFO_V1(latigo_azimuth);
+Datum latigo_azimuth(PG_FUNCTION_ARGS) {
+  return Line(fcinfo, 1);
+}
+
+PG_FUNCTION_INFO_V1(latigo_undulation);
+Datum latigo_undulation(PG_FUNCTION_ARGS) {
+  return Number(fcinfo, ENGINE_UNDULATION);
+}
+
+PG_FUNCTION_INFO_V1(latigo_version);
+Datum latigo_version(PG_FUNCTION_ARGS) {
+  const int version = GetGeodesyVersion();
+  (void)fcinfo;
+  PG_RETURN_TEXT_P(cstring_to_text(psprintf("%d.%d", version / 100, version % 100)));
+}
+
+PG_FUNCTION_INFO_V1(latigo_close);
+Datum latigo_close(PG_FUNCTION_ARGS) {
+  (void)fcinfo;
+  CloseHandles();
+  PG_RETURN_VOID();
+}
+
 PG_FUNCTION_INFO_V1(latigo_sections);
 Datum latigo_sections(PG_FUNCTION_ARGS) {
   ReturnSetInfo* result = (ReturnSetInfo*)fcinfo->resultinfo;
@@ -111,9 +151,6 @@ Datum latigo_sections(PG_FUNCTION_ARGS) {
       tuplestore_putvalues(result->setResult, result->setDesc, values, nulls);
     }
   }
-  if (outcome != ENGINE_DONE) {
-    ereport(ERROR, (errcode(outcome == ENGINE_SYSTEM_FAILED ? ERRCODE_OUT_OF_MEMORY : ERRCODE_CONFIG_FILE_ERROR),
-                    errmsg("latigo: %s", DatabaseText(EngineMessage()))));
-  }
+  RequireDone(outcome);
   return (Datum)0;
 }
