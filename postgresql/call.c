@@ -105,8 +105,8 @@ CallSite* CallSiteOf(FunctionCallInfo fcinfo, enum EngineOperation operation) {
     MemoryContextSwitchTo(before);
     for (int i = 0; i < Max(tuple->natts, ROW_COLUMNS); ++i) {
       if (tuple->natts != ROW_COLUMNS || TupleDescAttr(tuple, i)->atttypid != FLOAT8OID) {
-        ereport(ERROR, (errcode(ERRCODE_DATATYPE_MISMATCH), errmsg("latigo: the type %s has been changed",
-                                                                   format_type_be(tuple->tdtypeid))));
+        ereport(ERROR, (errcode(ERRCODE_DATATYPE_MISMATCH),
+                        errmsg("latigo: the type %s has been changed", format_type_be(tuple->tdtypeid))));
       }
     }
   }
@@ -135,8 +135,7 @@ static void Open(FunctionCallInfo fcinfo, CallSite* site, const text* section, b
 }
 
 static bool SameSection(const CallSite* site, const text* section) {
-  return VARSIZE_ANY_EXHDR(section) == site->length &&
-         memcmp(VARDATA_ANY(section), site->section, site->length) == 0;
+  return VARSIZE_ANY_EXHDR(section) == site->length && memcmp(VARDATA_ANY(section), site->section, site->length) == 0;
 }
 
 // "File "utm.ini", section "UTM31", latitude 91, longitude 3."

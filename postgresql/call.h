@@ -27,11 +27,11 @@ typedef struct CallSite {
   enum EngineOperation operation;
   bool sameSection;  // the section is a constant
   char* section;     // of the handle
-  size_t length;  // of that text
+  size_t length;     // of that text
   bool wgs84;
   bool warned;      // of a doubtful point
-  TupleDesc tuple;      // of a composite result; else null
-  char* models[2];      // rows without and with a height
+  TupleDesc tuple;  // of a composite result; else null
+  char* models[2];  // rows without and with a height
   void* more;       // of the caller
 } CallSite;
 

@@ -79,8 +79,8 @@ static Postgis* PostgisOf(FunctionCallInfo fcinfo, CallSite* site) {
       const char letter = Signatures[i].arguments[j];
       arguments[j] = letter == 'G' ? types[1] : letter == 'D' ? FLOAT8OID : INT4OID;
     }
-    fmgr_info_cxt(LookupFuncName(list_make2(makeString(schema), makeString(pstrdup(Signatures[i].name))), length, arguments,
-                                 false),
+    fmgr_info_cxt(LookupFuncName(list_make2(makeString(schema), makeString(pstrdup(Signatures[i].name))), length,
+                                 arguments, false),
                   &postgis->functions[i], fcinfo->flinfo->fn_mcxt);
   }
   site->more = postgis;

@@ -35,7 +35,7 @@ def run(select):
 
 
 cursor.execute("CREATE EXTENSION IF NOT EXISTS postgis; CREATE EXTENSION IF NOT EXISTS latigo_postgis")
-cursor.execute("SET max_parallel_workers_per_gather = 0; CREATE TEMP TABLE speed AS SELECT latitude, longitude,"
+cursor.execute("SET max_parallel_workers_per_gather = 0; SET jit = off; CREATE TEMP TABLE speed AS SELECT latitude, longitude,"
                " ST_SetSRID(ST_MakePoint(longitude, latitude), 4326) AS place,"
                " ST_Transform(ST_SetSRID(ST_MakePoint(longitude, latitude), 4326), 32631) AS grid"
                " FROM (SELECT 40 + 10 * random() AS latitude, 6 * random() AS longitude FROM generate_series(1, %s)) AS t", [count])
