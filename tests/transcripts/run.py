@@ -95,7 +95,7 @@ assert [line.split()[-1] for line in one[1].splitlines()] == names
 assert "standard input:30001: the line is too long\n" in one[2]
 
 # The parser knows what the help of a command names.
-for command in "info", "check", "list", "template", "forward", "inverse", "convert", "scale", "undulation", "ecef", "distance":
+for command in "info", "check", "list", "template", "forward", "inverse", "convert", "scale", "factors", "undulation", "ecef", "distance", "fit":
     options = re.findall(r"^  (?:-\w, )?(--[\w-]+)", run([command, "--help"], "")[1], re.M)
     assert len(options) > 1, (command, options)
     for option in options:

@@ -124,36 +124,38 @@ Opened OpenSection(const std::string& file, const std::string& section) {
   return opened;
 }
 
+TemporaryFolder::TemporaryFolder() {
+  std::random_device random;
+  path_ = std::filesystem::temp_directory_path() / ("latigo-" + std::to_string(random()) + std::to_string(random()));
+  if (!std::filesystem::create_directory(path_)) {
+    throw UsageError(path_.string() + ": exists already");
+  }
+  std::filesystem::permissions(path_, std::filesystem::perms::owner_all);
+}
+
+TemporaryFolder::~TemporaryFolder() {
+  std::error_code ignored;
+  std::filesystem::remove_all(path_, ignored);
+}
+
+Opened TemporaryFolder::Open(std::string_view text, const std::string& section) const {
+  const std::filesystem::path file = path_ / "section.ini";
+  std::filesystem::remove(file);  // some file systems flush a file at once if it is truncated and rewritten
+  if (!(std::ofstream(file, std::ios::binary) << text).flush()) {
+    throw UsageError(file.string() + ": cannot be written");
+  }
+  return OpenSection(file.string(), section);
+}
+
 SectionOpener::SectionOpener(const ConfigFile& config, std::string file) : config_(config), file_(std::move(file)) {
   constexpr std::size_t Small = 1U << 16U;  // bytes
   if (config.Size() > Small) {
-    std::random_device random;
-    folder_ =
-        std::filesystem::temp_directory_path() / ("latigo-" + std::to_string(random()) + std::to_string(random()));
-    if (!std::filesystem::create_directory(folder_)) {
-      throw UsageError(folder_.string() + ": exists already");
-    }
-    std::filesystem::permissions(folder_, std::filesystem::perms::owner_all);
-  }
-}
-
-SectionOpener::~SectionOpener() {
-  if (!folder_.empty()) {
-    std::error_code ignored;
-    std::filesystem::remove_all(folder_, ignored);
+    folder_ = std::make_unique<TemporaryFolder>();
   }
 }
 
 Opened SectionOpener::Open(const std::string& section) const {
-  if (folder_.empty()) {
-    return OpenSection(file_, section);
-  }
-  const std::filesystem::path copy = folder_ / "section.ini";
-  std::filesystem::remove(copy);  // some file systems flush a file at once if it is truncated and rewritten
-  if (!(std::ofstream(copy, std::ios::binary) << config_.TextOf(section)).flush()) {
-    throw UsageError(copy.string() + ": cannot be written");
-  }
-  return OpenSection(copy.string(), section);
+  return folder_ ? folder_->Open(config_.TextOf(section), section) : OpenSection(file_, section);
 }
 
 }  // namespace latigo::cli

@@ -4,7 +4,9 @@
 #include <latigo/latigo.hpp>
 
 #include <filesystem>
+#include <memory>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "commands.h"
@@ -32,21 +34,33 @@ void CheckSection(const Options& options);
 
 Opened OpenSection(const std::string& file, const std::string& section);
 
+// A folder for files of this process, removed at the end.
+class TemporaryFolder {
+ public:
+  // Throws UsageError if it cannot be made.
+  TemporaryFolder();
+  ~TemporaryFolder();
+  TemporaryFolder(const TemporaryFolder&) = delete;
+  TemporaryFolder& operator=(const TemporaryFolder&) = delete;
+
+  // Opens a section from a text, which is written to a file. Throws UsageError if that fails.
+  Opened Open(std::string_view text, const std::string& section) const;
+
+ private:
+  std::filesystem::path path_;
+};
+
 // Opens many sections of one file. The library reads the whole file for each object, so each section of a large file is
 // copied to a small one.
 class SectionOpener {
  public:
   SectionOpener(const ConfigFile& config, std::string file);
-  ~SectionOpener();
-  SectionOpener(const SectionOpener&) = delete;
-  SectionOpener& operator=(const SectionOpener&) = delete;
-
   Opened Open(const std::string& section) const;
 
  private:
   const ConfigFile& config_;
   std::string file_;
-  std::filesystem::path folder_;  // of the copy; empty for a small file
+  std::unique_ptr<TemporaryFolder> folder_;  // of the copies; null for a small file
 };
 
 }  // namespace latigo::cli

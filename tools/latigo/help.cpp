@@ -23,6 +23,7 @@ Commands:
   undulation  latitude and longitude to the geoid undulation
   ecef        latitude, longitude and height to earth-centred X, Y, Z, or the inverse
   distance    two positions to distance and azimuth
+  fit         control points in two systems to a local grid, or to a datum shift
 
 Options:
   -h, --help  print this help, or that of a command, and exit
@@ -210,6 +211,43 @@ Options of this command:
                         converted without a shift, with a warning
 )";
 
+constexpr std::string_view Fit =
+    R"(Fits a local grid to control points by least squares: a similarity transformation (adjustment type 1) of the
+section's grid. With --datum it fits the seven parameters from WGS-84 to the section's datum instead. Prints the section
+made, with all keys, on standard output, and the report with residuals on standard error.
+Usage: latigo fit [OPTIONS] FILE [PAIRS]
+
+PAIRS is a file, or standard input without it or for -. A line has x and y of the section's grid, X and Y of the local
+grid, and further text, of which the first word is the point's name. With --datum a line has the position on WGS-84, that
+on the section's datum, and further text. Blank lines and lines that begin with # are skipped.
+
+Options:
+  -h, --help            print this help and exit
+  -s, --section NAME    section of the file; default: Geodesy, or the only section
+  --strict              every warning is a failure, and no section is printed
+  --datum geographic|cartesian
+                        fit the seven parameters; a position is latitude, longitude and ellipsoidal height, or X, Y, Z
+  --fix-scale           the scale is 1
+  --reverse none|x|y|both
+                        axes of the local grid that are reversed; default: found from the points
+  --sigma NUMBER        standard deviation of a coordinate of weight 1, for Baarda's test; default: estimated
+  --weights             the column after the coordinates has the point's weight; a point of weight 0 is a check point
+  --deviations          the column after the coordinates has their standard deviation
+  --name NAME           name of the section made; default: that of the section with _local or _datum
+  --columns LIST        columns of the values in their order and then the name, by number from 1 or by name
+  --separator auto|comma|semicolon|tab|blank
+                        field separator
+  --header auto|yes|no  whether the first line has the names of the columns
+  --decimal-comma       numbers have a decimal comma
+  --dms-columns         an angle has a column each for degrees, minutes and seconds
+  -o, --output FILE     write to a file, which is replaced only when the output is complete
+
+A blunder is reported for a standardised residual that one observation in 1000 exceeds by chance. latigo(1) has the
+formulas' names, docs/local-grid.md an example.
+
+Exit status: 0; 2 for an invalid line, file, section or argument, and for points that do not determine the parameters.
+)";
+
 // Appended to the text of each command that reads points.
 constexpr std::string_view Points = R"(
 Options of all commands that read points:
@@ -243,8 +281,6 @@ struct Help {
 
 // clang-format off
 constexpr Help Texts[] = {
-    {"info", Info, false},         {"check", Check, false},      {"list", List, false},
-    {"template", Template, false}, {"forward", Forward, true},   {"inverse", Inverse, true},
     {"info", Info, false},
     {"check", Check, false},
     {"list", List, false},
@@ -257,7 +293,7 @@ constexpr Help Texts[] = {
     {"undulation", Undulation, true},
     {"ecef", Ecef, true},
     {"distance", Distance, true},
-    {"ecef", Ecef, true},          {"distance", Distance, true},
+    {"fit", Fit, false},
 };
 // clang-format on
 

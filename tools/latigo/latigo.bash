@@ -45,10 +45,12 @@ _latigo() {
     --lang) mapfile -t COMPREPLY < <(compgen -W 'eng fra esp' -- "$current") && return ;;
     --separator) mapfile -t COMPREPLY < <(compgen -W 'auto comma semicolon tab blank' -- "$current") && return ;;
     --outside-grid) mapfile -t COMPREPLY < <(compgen -W 'fail unshifted' -- "$current") && return ;;
-    --precision | --jobs) return ;;
+    --datum) mapfile -t COMPREPLY < <(compgen -W 'geographic cartesian' -- "$current") && return ;;
+    --reverse) mapfile -t COMPREPLY < <(compgen -W 'none x y both' -- "$current") && return ;;
+    --precision | --jobs | --sigma | --name) return ;;
   esac
   if [ "$COMP_CWORD" -eq 1 ]; then
-    mapfile -t COMPREPLY < <(compgen -W 'info check list template forward inverse convert scale factors undulation ecef distance --help --version' -- "$current")
+    mapfile -t COMPREPLY < <(compgen -W 'info check list template forward inverse convert scale factors undulation ecef distance fit --help --version' -- "$current")
   elif [ "${COMP_WORDS[1]} $COMP_CWORD" = 'template 2' ] && [[ $current != -* ]]; then
     mapfile -t COMPREPLY < <(compgen -W 'utm lcc mer tme ost ocy hom rso azd smerc ala cas pst' -- "$current")
   elif [[ $current == -* ]]; then
@@ -63,6 +65,9 @@ _latigo() {
       scale) options="$points $shift --grid" ;;
       ecef) options="$points $shift --inverse" ;;
       distance) options="$points $shift --rhumb --arc-to-chord" ;;
+      fit)
+        options='--help --output --section --strict --datum --fix-scale --reverse --sigma --weights --deviations --name'
+        options+=' --columns --separator --header --decimal-comma --dms-columns' ;;
     esac
     mapfile -t COMPREPLY < <(compgen -W "$options" -- "$current")
   else

@@ -11,6 +11,7 @@
 #include "commands.h"
 #include "coordinate_system.h"
 #include "error_text.h"
+#include "fit/fit_options.h"
 #include "help.h"
 #include "output_file.h"
 #include "streams.h"
@@ -116,6 +117,31 @@ void Add(CLI::App& command, DistanceOptions& options) {
   command.add_flag("--arc-to-chord", options.arcToChord)->excludes(rhumb);
 }
 
+latigo::fit::Reversed ReversedBy(const std::string& axes) {
+  using latigo::fit::Reversed;
+  return axes == "none" ? Reversed::None : axes == "x" ? Reversed::X : axes == "y" ? Reversed::Y : Reversed::Both;
+}
+
+void Add(CLI::App& command, FitOptions& options) {
+  Add(command, static_cast<Options&>(options));
+  command.add_option("PAIRS", options.points);
+  command.add_option("--datum")
+      ->check(CLI::IsMember({"geographic", "cartesian"}))
+      ->each([&options](const std::string& position) {
+        options.pairs = position == "cartesian" ? PairsOf::Cartesian : PairsOf::Geographic;
+      });
+  command.add_option("--reverse")
+      ->check(CLI::IsMember({"none", "x", "y", "both"}))
+      ->each([&options](const std::string& axes) { options.reversed = ReversedBy(axes); })
+      ->excludes("--datum");
+  command.add_flag_callback("--fix-scale", [&options] { options.fixedScale = 1; });
+  command.add_option("--sigma", options.sigma)->check(CLI::PositiveNumber);
+  command.add_flag("--weights", options.weights);
+  command.add_flag("--deviations", options.deviations)->excludes("--weights")->excludes("--sigma");
+  command.add_option("--name", options.name)->check(IsGiven);
+  AddTableReading(command, options.table);
+}
+
 // The files that a command reads, none of which may be its output.
 std::vector<std::string> InputsOf(const OutputOptions&) {
   return {};
@@ -125,6 +151,9 @@ std::vector<std::string> InputsOf(const ListOptions& options) {
 }
 std::vector<std::string> InputsOf(const Options& options) {
   return {options.file};
+}
+std::vector<std::string> InputsOf(const FitOptions& options) {
+  return {options.file, options.points == "-" ? "/dev/stdin" : options.points};
 }
 std::vector<std::string> InputsOf(const PointOptions& options) {
   std::vector<std::string> files = {options.file};
@@ -190,6 +219,7 @@ int Run(int argc, char** argv) {
   AddCommand(app, chosen, "undulation", RunUndulation);
   AddCommand(app, chosen, "ecef", RunEcef);
   AddCommand(app, chosen, "distance", RunDistance);
+  AddCommand(app, chosen, "fit", RunFit);
   int status = 0;
   try {
     app.parse(argc, argv);

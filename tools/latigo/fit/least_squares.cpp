@@ -97,12 +97,15 @@ BlunderTest TestForBlunders(const Adjusted& adjusted, const Eigen::VectorXd& p, 
     }
     // v'Pv is smaller by p v^2 / r without the observation.
     const double own = p(i) * adjusted.v(i) * adjusted.v(i) / adjusted.r(i);
-    const double estimate = known ? sigma : std::sqrt(std::max(squares - own, 0.0) / (adjusted.redundancy - 1));
+    const double without =
+        adjusted.redundancy > 1 ? std::sqrt(std::max(squares - own, 0.0) / (adjusted.redundancy - 1)) : 0;
+    const double estimate = known ? sigma : without;
     const double w = std::copysign(std::sqrt(own), adjusted.v(i)) / std::max(estimate, LeastSigma * std::sqrt(p(i)));
     test.w[static_cast<std::size_t>(i)] = w;
     if (std::fabs(w) > largest) {
       largest = std::fabs(w);
       test.largest = static_cast<int>(i);
+      test.without = without;
     }
   }
   if (test.largest >= 0) {

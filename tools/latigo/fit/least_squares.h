@@ -33,6 +33,7 @@ struct BlunderTest {
   int freedom = 0;        // of Student's distribution; 0 for the normal one
   int largest = -1;       // the observation with the largest |w|; -1 if none is checked
   bool blunder = false;   // that |w| is larger than the critical value
+  double without = 0;     // the standard error of unit weight without that observation
   double size = 0;        // of that observation's error, estimated as -v / r: the observation less its true value
 };
 

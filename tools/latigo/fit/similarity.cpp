@@ -18,7 +18,8 @@ constexpr double AlongAxes = 45;      // a local grid within this angle of the g
 struct Moments {
   double weight = 0;
   double x = 0, y = 0, localX = 0, localY = 0;
-  double xx = 0;  // of x^2 + y^2
+  double xx = 0;       // of x^2 + y^2
+  double localXX = 0;  // of X^2 + Y^2
 };
 
 Moments MomentsOf(const std::vector<PlanePair>& pairs) {
@@ -37,7 +38,8 @@ Moments MomentsOf(const std::vector<PlanePair>& pairs) {
   m.localX = o.localX + m.localX / m.weight;
   m.localY = o.localY + m.localY / m.weight;
   for (const PlanePair& pair : pairs) {
-    m.xx += pair.weight * ((pair.x - m.x) * (pair.x - m.x) + (pair.y - m.y) * (pair.y - m.y));
+    m.xx += pair.weight * (std::pow(pair.x - m.x, 2) + std::pow(pair.y - m.y, 2));
+    m.localXX += pair.weight * (std::pow(pair.localX - m.localX, 2) + std::pow(pair.localY - m.localY, 2));
   }
   return m;
 }
@@ -164,9 +166,13 @@ SimilarityFit FitSimilarity(const std::vector<PlanePair>& pairs, const Similarit
     return fit;
   }
   const Moments m = MomentsOf(used);
-  const double spread = std::sqrt(m.xx / m.weight);
-  if (!(spread > LeastSpread)) {
+  fit.spread = std::sqrt(m.xx / m.weight);
+  if (!(fit.spread > LeastSpread)) {
     fit.refused = "all control points coincide in the section's grid: they determine neither rotation nor scale";
+    return fit;
+  }
+  if (!(std::sqrt(m.localXX / m.weight) > LeastSpread)) {
+    fit.refused = "all control points coincide in the local grid: they determine neither rotation nor scale";
     return fit;
   }
   const Trial plain = SolveHand(used, m, false, options);
@@ -174,14 +180,13 @@ SimilarityFit FitSimilarity(const std::vector<PlanePair>& pairs, const Similarit
   const double larger = std::max(plain.squares, mirrored.squares);
   fit.handKnown = used.size() > 2 && larger > HandRatio * HandRatio * std::min(plain.squares, mirrored.squares) &&
                   std::sqrt(larger / m.weight) > HandMisfit;
-  const bool automatic = options.reversed == Reversed::Auto;
-  const Trial chosen = !automatic                                          ? SolveReversed(used, m, options)
-                       : fit.handKnown && mirrored.squares < plain.squares ? mirrored
-                                                                           : plain;
+  // Without flags if the points do not show which axes are reversed.
+  const Trial chosen = options.reversed != Reversed::Auto || !fit.handKnown ? SolveReversed(used, m, options)
+                       : mirrored.squares < plain.squares                   ? mirrored
+                                                                            : plain;
   fit.similarity = chosen.similarity;
-  fit.spread = spread;
-  if (!(fit.similarity.scale * spread > LeastSpread)) {
-    fit.refused = "all control points coincide in the local grid: they determine neither rotation nor scale";
+  if (!(fit.similarity.scale * fit.spread > LeastSpread)) {
+    fit.refused = "the two sets of coordinates do not match: the scale would be 0";
     return fit;
   }
   Eigen::MatrixXd a;

@@ -1,0 +1,144 @@
+"""Sections made by latigo fit, read back by the program.   fit_test.py [EMULATOR...] PROGRAM"""
+import math, os, re, subprocess, sys, tempfile
+
+program = [*sys.argv[1:-1], os.path.realpath(sys.argv[-1])]
+root = os.path.dirname(os.path.dirname(os.path.realpath(__file__)))
+folder = tempfile.TemporaryDirectory()
+os.chdir(folder.name)
+GRID = [f"{root}/examples/national_grid.ini", "-s", "NationalGrid"]
+
+
+def run(*arguments, text="", status=0):
+    done = subprocess.run([*program, *arguments], input=text.encode(), capture_output=True)
+    output, messages = done.stdout.decode().replace("\r", ""), done.stderr.decode().replace("\r", "")
+    assert done.returncode == status, (arguments, done.returncode, output, messages)
+    return output, messages
+
+
+def fit(text, *options, base=GRID, status=0):
+    """The section made, its keys, the residuals of its comments, and the report; the section is in made.ini too."""
+    section, report = run("fit", *base, *options, text=text, status=status)
+    open("made.ini", "w").write(section)
+    keys = dict(re.findall(r"^(\w+)=(.*)$", section, re.M))
+    residuals = [tuple(map(float, line)) for line in re.findall(r"^;   X (\S+) Y (\S+)", section, re.M)]
+    return section, keys, residuals, report
+
+
+def through_library(points, options=()):
+    """Grid coordinates of the old section to geographic ones, and those to grid coordinates of the section made."""
+    text = "".join(f"{x!r} {y!r}\n" for x, y in points)
+    geographic = run("inverse", *GRID, "--precision", "13", text=text)[0]
+    local = run("forward", "made.ini", "--precision", "6", *options, text=geographic)[0]
+    return [tuple(map(float, line.split())) for line in local.splitlines()]
+
+
+def square(x, y, s=1, r=0, noise=(0, 0, 0, 0), flip=1, size=500):
+    """Control points at the corners of a square, after a similarity transformation."""
+    p, q = s * math.sin(math.radians(r)), s * math.cos(math.radians(r))
+    rows = []
+    for (dx, dy), e in zip(((size, size), (-size, size), (-size, -size), (size, -size)), noise):
+        rows.append((x + dx, y + dy, flip * (q * dx + p * dy + 1000) + e, q * dy - p * dx + 2000))
+    return rows
+
+
+def lines(rows, more=""):
+    return "".join(" ".join(f"{value:.6f}" for value in row) + f"{more} P{i}\n" for i, row in enumerate(rows, 1))
+
+
+# The example: TP6 has a blunder of 0.15 in X, and is named. Without it the residuals are those of the section opened.
+example = open(f"{root}/examples/site_control.csv").read()
+columns = ["--columns", "Easting,Northing,X,Y,Point"]
+_, _, residuals, report = fit(example, *columns, "-o", "site.ini")
+assert "standard input:7: X of TP6 is probably wrong by 0.150 m" in report, report
+assert "warning" in report and open("site.ini").read().startswith("[NationalGrid_local]\n"), report
+run("fit", *GRID, *columns, "--strict", text=example, status=2)
+section, keys, residuals, report = fit(example.replace("TP6", "#TP6"), *columns)
+rows = [line.split(",") for line in example.splitlines()[1:] if not line.startswith("TP6")]
+local = through_library([(float(row[1]), float(row[2])) for row in rows])
+assert len(residuals) == 8 and "warning" not in report, report
+for row, (x, y), residual in zip(rows, local, residuals):
+    assert abs(x - float(row[5]) - residual[0]) < 1e-4 and abs(y - float(row[6]) - residual[1]) < 1e-4, (row, x, y, residual)
+table = [tuple(map(float, row)) for row in re.findall(r"^ +\d+  TP\d +(\S+) +(\S+) ", report, re.M)]
+assert table == residuals, (table, residuals)
+s0 = math.sqrt(sum(v * v for pair in residuals for v in pair) / 12)
+assert abs(float(re.search(r"standard error of unit weight ([\d.]+)", report)[1]) - s0) < 1e-4, s0
+assert run("check", "made.ini") == ("", "")
+
+# The keys of the section are kept, once each, but for those that are replaced; the origin is a whole number.
+odd = "[Odd]\r\n; a comment\r\nprojection=TransMerc\r\nSemiMajorAxis=6377563.396\r\nFlattening = 299.3249646\r\nScaleFactor=0.9996\r\n" \
+      "CentralMeridian=-2\r\nScaleFactor=3\r\nadjusttype=0\r\nREVERSEX=yes\r\nAdjustX=77\r\nDeltaX=\r\nGeoid=\"a b.dat\"\r\n; the next\r\n[Next]\r\n"
+open("odd.ini", "w", newline="").write(odd)
+section = fit(lines(square(1234567.4, 7654321.4, 1.1, 20)), base=["odd.ini", "-s", "Odd"])[0]
+body = [line for line in section.splitlines() if not line.startswith(";")]
+assert body == ["[Odd_local]", "projection=TransMerc", "SemiMajorAxis=6377563.396", "Flattening = 299.3249646", "ScaleFactor=0.9996",
+                "CentralMeridian=-2", 'Geoid="a b.dat"', "AdjustType=1"] + body[-6:], body
+assert [line.split("=")[0] for line in body[-6:]] == [f"Adjust{name}" for name in ("Rotation", "Scale", "X", "Y", "OrigX", "OrigY")], body
+values = [float(line.split("=")[1]) for line in body[-6:]]
+q, p = 1.1 * math.cos(math.radians(20)), 1.1 * math.sin(math.radians(20))
+for value, expected in zip(values, (20, 1.1, 1000 - 0.4 * (q + p), 2000 - 0.4 * (q - p), 1234567, 7654321)):
+    assert abs(value - expected) < 2e-6, (body, expected)
+
+# Axes: mirrored is found, told, and accepted when it is asked for; with two points it cannot be found.
+mirrored = lines(square(530000, 180000, 1, 10, flip=-1))
+_, keys, residuals, report = fit(mirrored)
+assert keys["ReverseX"] == "yes" and abs(float(keys["AdjustRotation"]) - 10) < 1e-6 and "is reversed" in report, (keys, report)
+assert max(abs(v) for pair in residuals for v in pair) < 1e-4
+assert "warning" not in fit(mirrored, "--reverse", "x")[3]
+same = fit(mirrored, "--reverse", "y")
+assert same[2] == residuals and abs(float(same[1]["AdjustRotation"]) + 170) < 1e-6, same
+assert "fit better" in fit("\n".join(mirrored.splitlines()[:3]), "--reverse", "none")[3]
+assert "the scale would be 0" in fit(mirrored, "--reverse", "none", status=2)[3]
+_, keys, residuals, report = fit("\n".join(mirrored.splitlines()[:2]))
+assert "ReverseX" not in keys and "fit exactly" in report and "do not show whether an axis is reversed" in report, report
+assert residuals == [(0, 0), (0, 0)]
+
+# A fixed scale; weights, among them a check point outside the area; standard deviations, which make the test Baarda's.
+_, keys, _, report = fit(lines(square(530000, 180000, 1.01)), "--fix-scale")
+assert keys["AdjustScale"] == "1" and "redundancy 5" in report and "fixed" in report, report
+weighted = lines(square(530000, 180000), " 1") + "529000 180000 0 2000.5 0 Check\n"
+_, keys, residuals, report = fit(weighted, "--weights")
+assert residuals == [(0, 0)] * 4 + [(0, -0.5)] and "check point, outside the area" in report and "4 control points, 1 check" in report, report
+known = fit(lines(square(530000, 180000, noise=(0.02, -0.02, 0.02, -0.02)), " 0.01"), "--deviations")
+assert "redundancy 4" in known[3] and "2.00 times the one given" in known[3] and "3.29 at 0.1 %" in known[3], known[3]
+# v = -0.02 and r = 1/2, by symmetry: w = 2 sqrt(2). An error is found from 4.13 sigma / sqrt(r) on.
+assert "-2.83" in known[3] and "from 0.058 on" in known[3], known[3]
+assert "largest standardised residual: 4.24" in fit(lines(square(530000, 180000, noise=(0.02, -0.02, 0.02, -0.02))),
+                                                    "--sigma", str(0.02 / 3))[3].replace("-4.24", "4.24")
+
+# The seven parameters of the National Grid, from positions converted by PROJ: cct +proj=pipeline +step +proj=cart
+# +ellps=WGS84 +step +proj=helmert +x=-446.448 +y=125.157 +z=-542.060 +s=20.4894 +rx=0.1502 +ry=0.2470 +rz=0.8421
+# +convention=coordinate_frame +step +inv +proj=cart +a=6377563.396 +rf=299.3249646
+pairs = """52.65 1.70 60 52.649591073 1.701867325 15.294024828
+51.50 -0.10 95 51.499488308 -0.098390707 48.938203419
+53.80 -1.55 130 53.799779268 -1.548464196 80.169684940
+50.70 -3.50 110 50.699444164 -3.498805937 60.738126941
+55.95 -3.20 150 55.950057684 -3.198576872 97.769574420
+57.50 -4.20 80 57.500256561 -4.198640188 27.106777010
+"""
+published = {"DeltaX": -446.448, "DeltaY": 125.157, "DeltaZ": -542.060, "DeltaScale": 20.4894, "DeltaRX": 0.1502, "DeltaRY": 0.2470, "DeltaRZ": 0.8421}
+bare = open(GRID[0]).read().split("DeltaX")[0] + "DynDatum=none.dat\nDeltaX=5\n"
+open("bare.ini", "w").write(bare.replace("DynDatum=none.dat\n", ""))
+for base in (GRID, ["bare.ini", "-s", "NationalGrid"]):
+    section, keys, _, report = fit(pairs, "--datum", "geographic", base=base)
+    assert "AdjustType" not in section and section.count("DeltaX=") == 1, section
+    for key, value in published.items():
+        assert abs(float(keys[key]) - value) < (2e-5 if key[5] in "RS" else 2e-4), (key, keys[key])
+# The section converts WGS-84 to the positions of the datum.
+here = run("forward", "made.ini", "--wgs84", text="\n".join(" ".join(line.split()[:3]) for line in pairs.splitlines()))[0]
+there = run("forward", *GRID, text="\n".join(" ".join(line.split()[3:]) for line in pairs.splitlines()))[0]
+for one, two in zip(here.split(), there.split()):
+    assert abs(float(one) - float(two)) < 3e-4, (one, two)
+# Cartesian pairs are the same, in other columns.
+open("wgs84.ini", "w").write("[W]\nProjection=UTM\nScaleFactor=0.9996\nFalseEasting=500000\nSemiMajorAxis=6378137\nFlattening=298.257223563\n")
+ecef = lambda base, first: run("ecef", *base, "--precision", "6", text="\n".join(" ".join(line.split()[first:first + 3]) for line in pairs.splitlines()))[0].splitlines()
+cartesian = "".join(f"{two};{one}\n".replace(" ", ";") for one, two in zip(ecef(["wgs84.ini"], 0), ecef(GRID, 3)))
+section, again, _, report = fit(cartesian, "--datum", "cartesian", "--columns", "4,5,6,1,2,3")
+for key in published:
+    assert abs(float(again[key]) - float(keys[key])) < 5e-5, (key, again[key], keys[key])
+# A scale that is fixed at 1; the scale's effect remains in the residuals.
+_, keys, _, report = fit(pairs, "--datum", "geographic", "--fix-scale")
+assert keys["DeltaScale"] == "0" and "redundancy 12" in report, report
+# An error of 0.4 m in a height.
+assert re.search(r"standard input:3: up of line 3 is probably wrong by -0.40\d m", fit(pairs.replace("130", "130.4"), "--datum", "geographic")[3])
+# Longitudes of the other sign make no sense of a datum.
+assert "right order" in fit(re.sub(r"^(\S+ )(\S+ )(\S+ )", r"\g<1>-\g<2>\g<3>", pairs, flags=re.M).replace("--", ""), "--datum", "geographic")[3]

@@ -1,0 +1,204 @@
+// The local grid of adjustment type 1, fitted to control points.
+#include <algorithm>
+#include <cmath>
+
+#include "error_text.h"
+#include "fit/convex_hull.h"
+#include "fit/outcome.h"
+
+namespace latigo::cli {
+
+namespace {
+
+constexpr double SecondsPerDegree = 3600;
+// Decimals of the section's values: at 1000 km they are good for a tenth of a micrometre.
+constexpr int DegreeDecimals = 13;
+constexpr int ScaleDecimals = 14;
+constexpr int LengthDecimals = 7;
+constexpr double SameUnit = 0.01;  // the largest difference of a scale from 1 if both grids have the same unit
+
+// The similarity that the keys of a section describe.
+fit::Similarity Written(const FitOutcome& outcome) {
+  fit::Similarity s;
+  const auto value = [&](std::string_view key) {
+    const auto found =
+        std::find_if(outcome.keys.begin(), outcome.keys.end(), [&](const auto& one) { return key == one.first; });
+    return found == outcome.keys.end() ? std::string() : found->second;
+  };
+  const auto number = [&](std::string_view key) { return Reread(value(key)); };
+  s.originX = number("AdjustOrigX");
+  s.originY = number("AdjustOrigY");
+  s.rotation = number("AdjustRotation");
+  s.scale = number("AdjustScale");
+  s.localX = number("AdjustX");
+  s.localY = number("AdjustY");
+  s.reverseX = value("ReverseX") == "yes";
+  s.reverseY = value("ReverseY") == "yes";
+  return s;
+}
+
+void SetKeys(FitOutcome& outcome, const fit::Similarity& s) {
+  outcome.keys = {{"AdjustType", "1"}};
+  if (s.reverseX) {
+    outcome.keys.emplace_back("ReverseX", "yes");
+  }
+  if (s.reverseY) {
+    outcome.keys.emplace_back("ReverseY", "yes");
+  }
+  outcome.keys.insert(outcome.keys.end(), {{"AdjustRotation", Decimal(s.rotation, DegreeDecimals)},
+                                           {"AdjustScale", Decimal(s.scale, ScaleDecimals)},
+                                           {"AdjustX", Decimal(s.localX, LengthDecimals)},
+                                           {"AdjustY", Decimal(s.localY, LengthDecimals)},
+                                           {"AdjustOrigX", Decimal(s.originX, LengthDecimals)},
+                                           {"AdjustOrigY", Decimal(s.originY, LengthDecimals)}});
+}
+
+const char* AxesText(const fit::Similarity& s) {
+  return s.reverseX   ? (s.reverseY ? "both reversed (half a turn)" : "X reversed")
+         : s.reverseY ? "Y reversed"
+                      : "not reversed";
+}
+
+void Describe(FitOutcome& outcome, const fit::SimilarityFit& fitted, const FitOptions& options,
+              const std::vector<ControlPoint>& points) {
+  const fit::Similarity& s = fitted.similarity;
+  const bool exact = outcome.adjusted.redundancy == 0;
+  const auto deviation = [&](double value, const char* format) {
+    return exact ? std::string() : "  standard deviation " + Formatted(format, value);
+  };
+  auto& facts = outcome.facts;
+  facts.push_back(Formatted("rotation        %.9f degrees, anticlockwise", s.rotation) +
+                  deviation(fitted.rotationDeviation * SecondsPerDegree, "%.2f arc seconds"));
+  facts.push_back(Formatted("scale           %.10f, %+.3f ppm", s.scale, (s.scale - 1) * 1e6) +
+                  (options.fixedScale ? std::string("  fixed") : deviation(fitted.scaleDeviation * 1e6, "%.3f ppm")));
+  facts.push_back(Formatted("AdjustX         %.4f", s.localX) + deviation(fitted.localXDeviation, "%.4f"));
+  facts.push_back(Formatted("AdjustY         %.4f", s.localY) + deviation(fitted.localYDeviation, "%.4f"));
+  facts.push_back(Formatted("origin          x %.0f, y %.0f, the centre of the points, rounded", s.originX, s.originY));
+  facts.push_back(std::string("axes            ") + AxesText(s) +
+                  (fitted.handKnown && !exact
+                       ? Formatted("; with one axis %s the standard error of unit weight would be %.4g",
+                                   s.reverseX != s.reverseY ? "less" : "more", fitted.otherHand)
+                       : std::string()));
+  if (!exact) {
+    facts.push_back("points          converted with standard deviations of " + DeviationsAtPoints(outcome, points) +
+                    " " + outcome.unit);
+  }
+}
+
+void DescribeArea(FitOutcome& outcome, const fit::SimilarityFit& fitted, const std::vector<fit::PlanePoint>& hull,
+                  double metresPerUnit) {
+  const auto [west, east] =
+      std::minmax_element(hull.begin(), hull.end(), [](const auto& a, const auto& b) { return a.x < b.x; });
+  const auto [south, north] =
+      std::minmax_element(hull.begin(), hull.end(), [](const auto& a, const auto& b) { return a.y < b.y; });
+  const double square = fit::AreaOf(hull) * metresPerUnit * metresPerUnit;
+  outcome.area.push_back(Formatted("Area: x %.0f to %.0f, y %.0f to %.0f", west->x, east->x, south->y, north->y) +
+                         (square >= 1e5 ? Formatted("; the control points enclose %.3f km2.", square / 1e6)
+                                        : Formatted("; the control points enclose %.0f m2.", square)));
+  if (outcome.adjusted.redundancy == 0) {
+    outcome.area.emplace_back("Beyond it the errors of the points grow with the distance.");
+    return;
+  }
+  const auto deviation = [&](double times) { return fitted.pointDeviation * std::sqrt(1 + times * times); };
+  outcome.area.emplace_back("Beyond it errors grow with the distance from the centre. The standard deviation is");
+  outcome.area.push_back(Formatted("%.4f %s at %.0f, %.4f at %.0f and %.4f at %.0f.", deviation(1),
+                                   outcome.unit.c_str(), fitted.spread, deviation(3), 3 * fitted.spread, deviation(10),
+                                   10 * fitted.spread));
+}
+
+void Warn(FitOutcome& outcome, const fit::SimilarityFit& fitted, const FitOptions& options) {
+  if (outcome.adjusted.redundancy == 0) {
+    outcome.warnings.emplace_back(
+        "the points fit exactly, whatever errors they have: nothing checks them, and there are no standard deviations");
+  }
+  const fit::Similarity& s = fitted.similarity;
+  if (options.reversed == fit::Reversed::Auto && !fitted.handKnown) {
+    outcome.warnings.emplace_back(
+        "the points do not show whether an axis is reversed, and none is assumed to be; --reverse x or y says so");
+  } else if (options.reversed == fit::Reversed::Auto && s.reverseX != s.reverseY) {
+    outcome.warnings.push_back(
+        std::string("the local grid is mirrored: ") + (s.reverseX ? "X" : "Y") +
+        " is reversed. Columns in the order northing, easting also do this; --reverse x or y accepts it");
+  } else if (fitted.handKnown && fitted.otherHand < outcome.adjusted.s0) {
+    outcome.warnings.emplace_back("with the other axes the points fit better: see --reverse");
+  }
+}
+
+}  // namespace
+
+FitOutcome FitLocalGrid(const FitOptions& options, const std::vector<ControlPoint>& points, GeodesyHandle base) {
+  Adjustment adjustment;
+  GetAdjustment(base, &adjustment);
+  if ((adjustment.AdjustType & LATIGO_ADJUST_TYPE) != LATIGO_ADJUST_NONE) {
+    throw UsageError(options.file + " [" + options.section +
+                     "]: the section has a local grid already (AdjustType); the control points have the projection's "
+                     "coordinates, so name a section without one");
+  }
+  std::vector<fit::PlanePair> pairs;
+  std::vector<fit::PlanePoint> corners;
+  FitOutcome outcome;
+  for (std::size_t i = 0; i < points.size(); ++i) {
+    const auto& [x, y, localX, localY, ignored, alsoIgnored] = points[i].values;
+    pairs.push_back({x, y, localX, localY, points[i].weight});
+    if (points[i].weight > 0) {
+      corners.push_back({x, y});
+      outcome.used.push_back(i);
+    }
+  }
+  const fit::SimilarityFit fitted = fit::FitSimilarity(pairs, {options.fixedScale, options.reversed, options.Sigma()});
+  if (fitted.refused != nullptr) {
+    throw UsageError(std::string("no fit: ") + fitted.refused);
+  }
+  char unit[16] = "";
+  GetLocalName(base, LATIGO_NAME_UNIT_SHORT, "", unit, sizeof unit);
+  outcome.method = options.fixedScale ? "similarity transformation with a fixed scale" : "similarity transformation";
+  // A local grid may have another unit, which its scale includes.
+  outcome.unit = std::fabs(fitted.similarity.scale - 1) < SameUnit ? unit : "local units";
+  outcome.axes = {"X", "Y"};
+  outcome.adjusted = fitted.adjusted;
+  outcome.test = fitted.test;
+  SetKeys(outcome, fitted.similarity);
+  const fit::Similarity written = Written(outcome);
+  const std::vector<fit::PlanePoint> hull = fit::ConvexHull(corners);
+  for (const fit::PlanePair& pair : pairs) {
+    double x = pair.x;
+    double y = pair.y;
+    written.Map(x, y);
+    PointResult point;
+    point.v = {x - pair.localX, y - pair.localY, 0};
+    point.outside = !fit::Contains(hull, {pair.x, pair.y});
+    outcome.points.push_back(point);
+  }
+  SetReliability(outcome, 2);
+  double metresPerUnit = 1;
+  HConvert(base, &metresPerUnit, LATIGO_TO_METRES);
+  Describe(outcome, fitted, options, points);
+  DescribeArea(outcome, fitted, hull, metresPerUnit);
+  Warn(outcome, fitted, options);
+  return outcome;
+}
+
+double DifferenceOfLocalGrid(const FitOutcome& outcome, const std::vector<ControlPoint>& points, GeodesyHandle base,
+                             GeodesyHandle made) {
+  const fit::Similarity written = Written(outcome);
+  double largest = 0;
+  for (std::size_t i = 0; i < points.size(); ++i) {
+    const auto& [x, y, localX, localY, ignored, alsoIgnored] = points[i].values;
+    double latitude = 0;
+    double longitude = 0;
+    double baseX = 0;
+    double baseY = 0;
+    double madeX = 0;
+    double madeY = 0;
+    if (XYGeo(base, x, y, &latitude, &longitude) == 0 || GeoXY(base, &baseX, &baseY, latitude, longitude) == 0) {
+      throw UsageError("the control point of line " + std::to_string(points[i].line) +
+                       " is outside the section's projection: " + ErrorText(GetGeodesyError(), "XYGeo"));
+    }
+    GeoXY(made, &madeX, &madeY, latitude, longitude);
+    written.Map(baseX, baseY);
+    largest = std::max(largest, std::hypot(madeX - baseX, madeY - baseY));
+  }
+  return largest;
+}
+
+}  // namespace latigo::cli

@@ -1,0 +1,64 @@
+// The result of a fit, for the report and the section.
+#pragma once
+
+#include <latigo/latigo.h>
+
+#include <array>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "fit/control_points.h"
+#include "fit/fit_options.h"
+#include "fit/least_squares.h"
+
+namespace latigo::cli {
+
+struct PointResult {
+  std::array<double, 3> v = {};  // by the section less as given
+  std::array<double, 3> w = {};  // standardised; NaN where nothing checks it
+  std::array<double, 3> r = {};  // redundancy numbers
+  bool outside = false;          // a check point outside the area of the control points
+};
+
+struct FitOutcome {
+  const char* method = "";
+  std::vector<std::string> axes;                          // names of the residuals of a point
+  std::string unit;                                       // of the residuals
+  std::vector<PointResult> points;                        // one for each control point
+  std::vector<std::string> facts;                         // lines of the report
+  std::vector<std::string> area;                          // lines of the report and of the section
+  std::vector<std::string> warnings;                      // one line each
+  std::vector<std::pair<const char*, std::string>> keys;  // of the section
+  fit::Adjusted adjusted;
+  fit::BlunderTest test;
+  std::vector<std::size_t> used;  // the control points that are not check points, in the order of the observations
+};
+
+// Fit the parameters. Throw UsageError if the points do not determine them.
+FitOutcome FitLocalGrid(const FitOptions& options, const std::vector<ControlPoint>& points, GeodesyHandle base);
+FitOutcome FitDatum(const FitOptions& options, const std::vector<ControlPoint>& points, GeodesyHandle base);
+
+// The largest difference between the fit and what the section made does with the points, in units of the residuals; the
+// round-trip error of the projection does not count. Both objects are of the section, before and after.
+double DifferenceOfLocalGrid(const FitOutcome& outcome, const std::vector<ControlPoint>& points, GeodesyHandle base,
+                             GeodesyHandle made);
+double DifferenceOfDatum(const FitOutcome& outcome, const FitOptions& options, const std::vector<ControlPoint>& points,
+                         GeodesyHandle made);
+
+// Residuals of the observations of the adjustment, w and r to their points.
+void SetReliability(FitOutcome& outcome, std::size_t perPoint);
+
+// The range of the standard deviations of converted control points: "0.0012 to 0.0034".
+std::string DeviationsAtPoints(const FitOutcome& outcome, const std::vector<ControlPoint>& points);
+
+// printf to a string.
+__attribute__((format(printf, 1, 2))) std::string Formatted(const char* format, ...);
+
+// A number with at most that many decimals, without zeros at the end.
+std::string Decimal(double value, int decimals);
+
+// The number that the text of a key is read as.
+double Reread(const std::string& text);
+
+}  // namespace latigo::cli

@@ -1,0 +1,80 @@
+// The command fit.
+#include <cstdio>
+
+#include "coordinate_system.h"
+#include "fit/outcome.h"
+#include "fit/report.h"
+#include "streams.h"
+#include "visible.h"
+
+namespace latigo::cli {
+
+namespace {
+
+// The section, read back by the library, differs from the fit by less: units of the residuals.
+constexpr double LargestDifference = 1e-5;
+
+std::string NameOf(const FitOptions& options) {
+  return !options.name.empty() ? options.name
+                               : options.section + (options.pairs == PairsOf::LocalGrid ? "_local" : "_datum");
+}
+
+void CheckName(const std::string& name) {
+  if (name.find_first_of("[]") != std::string::npos || Visible(name) != name ||
+      ConfigFile::Folded(name).size() != name.size()) {
+    throw UsageError("--name: " + name + " cannot be the name of a section");
+  }
+}
+
+api::Geodesy OpenBase(const FitOptions& options) {
+  Opened base = OpenSection(options.file, options.section);
+  if (!base.object) {
+    throw UsageError(options.file + " [" + options.section + "]: " + base.explanation);
+  }
+  return std::move(base.object);
+}
+
+}  // namespace
+
+int RunFit(const FitOptions& options) {
+  CheckSection(options);
+  const std::string name = NameOf(options);
+  CheckName(name);
+  const ConfigFile config(options.file);
+  const api::Geodesy base = OpenBase(options);
+  const std::vector<ControlPoint> points = ReadControlPoints(options);
+  const bool local = options.pairs == PairsOf::LocalGrid;
+  FitOutcome outcome = (local ? FitLocalGrid : FitDatum)(options, points, base.Handle());
+  if (config.Has(name)) {
+    outcome.warnings.push_back(options.file + " has a section " + name +
+                               " already, and of two in one file the first counts");
+  }
+  if (outcome.test.blunder) {
+    outcome.warnings.push_back(BlunderWarning(outcome, options, points));
+  }
+
+  const std::string section = SectionOf(outcome, options, points, config, name);
+  const Opened made = TemporaryFolder().Open(section, name);
+  if (!made.object) {
+    throw UsageError("the section made does not open: " + made.explanation);
+  }
+  const double difference = local ? DifferenceOfLocalGrid(outcome, points, base.Handle(), made.object.Handle())
+                                  : DifferenceOfDatum(outcome, options, points, made.object.Handle());
+  if (!(difference <= LargestDifference)) {
+    throw UsageError(Formatted("the section made converts a control point %.3g %s from where it should be", difference,
+                               outcome.unit.c_str()));
+  }
+
+  std::fputs(ReportOf(outcome, options, points).c_str(), stderr);
+  std::fputs("The section, opened by the library, converts the points so.\n", stderr);
+  for (const std::string& warning : outcome.warnings) {
+    Message("warning: " + warning);
+  }
+  if (options.strict && !outcome.warnings.empty()) {
+    throw UsageError("no section, because of the warnings");
+  }
+  Print(section);
+  return 0;
+}
+
+}  // namespace latigo::cli
