@@ -218,8 +218,8 @@ made, with all keys, on standard output, and the report with residuals on standa
 Usage: latigo fit [OPTIONS] FILE [PAIRS]
 
 PAIRS is a file, or standard input without it or for -. A line has x and y of the section's grid, X and Y of the local
-grid, and further text, of which the first word is the point's name. With --datum a line has the position on WGS-84, that
-on the section's datum, and further text. Blank lines and lines that begin with # are skipped.
+grid, and further text, of which the first word is the point's name. With --datum a line has the position on WGS-84,
+that on the section's datum, and further text. Blank lines and lines that begin with # are skipped.
 
 Options:
   -h, --help            print this help and exit
