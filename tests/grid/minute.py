@@ -1,4 +1,6 @@
-"""The commands of a page print what stands there; a text that ends early is the beginning.   minute.py BUILD PAGE"""
+"""The commands of a page print what stands there; a text that ends early is the beginning.   minute.py BUILD PAGE [BLOCKS]
+
+BLOCKS is the least number of blocks of commands that the page has."""
 import os, re, subprocess, sys, tempfile
 
 os.environ["PATH"] = os.path.realpath(sys.argv[1]) + ":" + os.environ["PATH"]
@@ -9,4 +11,4 @@ with tempfile.TemporaryDirectory() as folder:
     for commands, printed in blocks:
         said = subprocess.run(["sh", "-ec", commands], check=True, stdout=subprocess.PIPE, text=True).stdout
         assert printed and said.startswith(printed), (commands, said)
-assert len(blocks) >= 4, len(blocks)
+assert len(blocks) >= (int(sys.argv[3]) if len(sys.argv) > 3 else 4), len(blocks)

@@ -407,6 +407,9 @@ void SetShift(const Crs& crs, const Operation& operation, Section& section) {
     section.Comment("  With DeltaX 0 there would be no change of the ellipsoid either.");
   }
   section.Set("DeltaX", nothing && !(sameEllipsoid && ours.scale == 0) ? Nanometre : ours.translation[0]);
+  if (nothing && sameEllipsoid && ours.scale == 0) {
+    section.Set("DeltaX", std::string_view("0"));  // states that the datum is WGS 84, for latigo convert
+  }
   section.Set("DeltaY", ours.translation[1]);
   section.Set("DeltaZ", ours.translation[2]);
   section.Set("DeltaScale", ours.scale);
