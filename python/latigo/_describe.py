@@ -1,0 +1,154 @@
+"""What an object says of itself, and how parameters become records."""
+from __future__ import annotations
+
+import html as escaping
+import math
+import os
+from typing import Any, Mapping
+
+from . import _core, _picture
+from ._errors import GeodesyError
+from ._records import Adjustment, Datum, Ellipsoid, Geoid, Params, Unit
+
+_RADIANS_PER_DEGREE = 0.017453292519943295
+_TYPE, _REVERSE_X, _REVERSE_Y = 0xFFFF, 0x10000, 0x20000
+_NAMES = ("unit", "units", "unit_short", "vertical_unit", "vertical_units", "vertical_unit_short", "first_axis",
+          "first_axis_letter", "second_axis", "second_axis_letter")  # requests 1 to 10 of the library
+_ANGLES = ("central_meridian", "ref_latitude", "north_parallel", "south_parallel", "skew_azimuth")
+_PARAMS = ("semi_major_axis", "inverse_flattening", "unit", "scale_factor", *_ANGLES, "false_easting", "false_northing")
+
+Facts = Mapping[str, Any]
+
+
+def open_params(kind: str | int, radians: bool, given: Mapping[str, Any]) -> _core.Engine:
+    """The arithmetic of the units is that of configuration files, so that both give the same digits."""
+    kinds = _core.kinds()
+    number = kinds.get(kind.lower(), 0) if isinstance(kind, str) else kind
+    if number not in kinds.values():
+        raise GeodesyError(f"the projection {kind!r} is unknown; {', '.join(sorted(set(kinds)))} are known", 5,
+                           "CreateGeodesy")
+    values = {name: float(given[name]) for name in given
+              if name not in ("datum_grid", "geoid", "adjust_type", "reverse_x", "reverse_y")}
+    if not radians:
+        values.update((name, values[name] * _RADIANS_PER_DEGREE) for name in _ANGLES)
+        values.update((name, values[name] * math.pi / 648000) for name in ("delta_rx", "delta_ry", "delta_rz"))
+        values["adjust_rotation"] = values["adjust_rotation"] * math.pi / 180
+    values["delta_scale"] = values["delta_scale"] / 1000000 + 1
+    flags = (_REVERSE_X if given["reverse_x"] else 0) | (_REVERSE_Y if given["reverse_y"] else 0)
+    return _core.open_records(
+        number, [values[name] for name in _PARAMS],
+        [values["delta_" + name] for name in ("x", "y", "z", "scale", "rx", "ry", "rz")], given["adjust_type"] | flags,
+        [values["adjust_" + name] for name in ("orig_x", "orig_y", "rotation", "scale", "x", "y")],
+        os.fsencode(given["datum_grid"] or ""), os.fsencode(given["geoid"] or ""), values["ortho_h_corr"])
+
+
+def _degrees(radians: float) -> float:
+    return radians * 180 / math.pi
+
+
+def _seconds(radians: float) -> float:
+    return radians * 648000 / math.pi
+
+
+def params(facts: Facts) -> Params:
+    a, rf, _, metres, k, *angles, x, y = facts["params"]
+    return Params(facts["kind"], a, rf, metres, k, *map(_degrees, angles), x, y)
+
+
+def ellipsoid(facts: Facts) -> Ellipsoid:
+    return Ellipsoid(facts["ellipsoid"], *facts["params"][:2])
+
+
+def unit(facts: Facts) -> Unit:
+    return Unit(facts["unit"], facts["vertical_unit"])
+
+
+def names(core: _core.Engine) -> dict[str, dict[str, str | None]]:
+    return {language: {name: core.name(i + 1, language) for i, name in enumerate(_NAMES)}
+            for language in ("eng", "fra", "esp")}
+
+
+def datum(facts: Facts) -> Datum:
+    if facts["datum_grid"]:
+        return Datum(facts["datum_grid"], 0, 0, 0, 0, 0, 0, 0)
+    x, y, z, scale, *rotations = facts["datum"]
+    return Datum(None, x, y, z, round((scale - 1) * 1e12) / 1e6, *map(_seconds, rotations))
+
+
+def adjustment(facts: Facts) -> Adjustment:
+    flags, orig_x, orig_y, rotation, scale, x, y = facts["adjustment"]
+    return Adjustment(flags & _TYPE, bool(flags & _REVERSE_X), bool(flags & _REVERSE_Y), orig_x, orig_y,
+                      _degrees(rotation), scale, x, y)
+
+
+def geoid(facts: Facts) -> Geoid:
+    return Geoid(facts["geoid"] or None, facts["geoid_constant"])
+
+
+def _adjustment_text(a: Adjustment) -> str:
+    if a.type == 0:
+        return "none"
+    if a.type == 1:
+        return (f"similarity about {a.orig_x:.12g}, {a.orig_y:.12g}: turn {a.rotation:.10g} degrees, "
+                f"scale {a.scale:.12g},\nto {a.x:.12g}, {a.y:.12g}{', X reversed' if a.reverse_x else ''}"
+                f"{', Y reversed' if a.reverse_y else ''}")
+    kind = ("fixed polynomial grid" if a.type <= 3 else
+            "fixed quadratic grid in chains" if a.type <= 16 else "does nothing")
+    return f"type {a.type}: {kind}"
+
+
+def _datum_text(d: Datum) -> str:
+    if d.grid is not None:
+        return f"grid {d.grid}"
+    if not any(d[1:]):
+        return "no shift to WGS-84"
+    return (f"from WGS-84: dX {d.delta_x:.10g}, dY {d.delta_y:.10g}, dZ {d.delta_z:.10g} m, "
+            f"scale {d.delta_scale:.10g} ppm,\n"
+            f"rX {d.delta_rx:.10g}, rY {d.delta_ry:.10g}, rZ {d.delta_rz:.10g} arc seconds\n"
+            "(coordinate frame rotation, not position vector)")
+
+
+def rows(core: _core.Engine) -> list[tuple[str, str]]:
+    """Label and text, as the command `latigo info` has them."""
+    facts = core.facts()
+    p = params(facts)
+    called = {key: value or "without a name" for key, value in names(core)["eng"].items()}
+    geoid_text = f"grid {facts['geoid']}" if facts["geoid"] else "no grid"
+    geoid_text += f", constant {facts['geoid_constant']:.10g}"
+    if facts["geoid"] or facts["geoid_constant"]:
+        geoid_text += ("\nrefers to WGS-84 with wgs84=True, else or with geoid_on_datum=True to the object's ellipsoid")
+    return [
+        ("projection", f"{p.kind} ({facts['code']})"),
+        ("ellipsoid", f"{facts['ellipsoid'] or 'without a name'}, a = {p.semi_major_axis:.10g} m, "
+                      f"1/f = {p.inverse_flattening:.12g}"),
+        ("origin", f"latitude {p.ref_latitude:.10g}, longitude {p.central_meridian:.10g} degrees"),
+        ("parallels", f"{p.north_parallel:.10g}, {p.south_parallel:.10g} degrees"),
+        ("scale factor", f"{p.scale_factor:.12g}"),
+        ("false origin", f"easting {p.false_easting:.12g}, northing {p.false_northing:.12g}"),
+        ("unit", "{unit}, {units} ({unit_short})".format(**called) + f", {facts['unit']:.12g} m"),
+        ("vertical unit", "{vertical_unit}, {vertical_units} ({vertical_unit_short})".format(**called)
+         + f", {facts['vertical_unit']:.12g} m"),
+        ("axes", "{first_axis} ({first_axis_letter}), {second_axis} ({second_axis_letter})".format(**called)),
+        ("datum", _datum_text(datum(facts))),
+        ("local grid", _adjustment_text(adjustment(facts))),
+        ("geoid", geoid_text),
+        ("heights", "metres" + (", on the grid's side vertical units" if facts["has_vertical_unit"] else "")),
+    ]
+
+
+def text(core: _core.Engine, title: str) -> str:
+    if core.closed():
+        return f"latigo.Geodesy {title}, closed"
+    indent = "\n" + " " * 18
+    return "\n".join([f"latigo.Geodesy {title}"]
+                     + [f"  {label:16}" + lines.replace("\n", indent) for label, lines in rows(core)])
+
+
+def html(system: Any, core: _core.Engine, title: str) -> str:
+    if core.closed():
+        return f"<p>{escaping.escape(text(core, title))}</p>"
+    body = "".join(f"<tr><th style='text-align:left;vertical-align:top'>{label}</th><td style='text-align:left'>"
+                   f"{escaping.escape(lines).replace(chr(10), '<br>')}</td></tr>" for label, lines in rows(core))
+    facts = core.facts()
+    return (f"<div style='display:flex;flex-wrap:wrap;gap:1em'><table><caption>{escaping.escape(title)}</caption>{body}"
+            f"</table>{_picture.svg(system, facts)}</div>")

@@ -1,0 +1,315 @@
+#include "operations.h"
+
+#include <array>
+#include <cmath>
+
+namespace latigo::python {
+
+namespace {
+
+constexpr double Pi = 3.141592653589793;
+constexpr double TwoPi = 6.283185307179586;
+constexpr double HeightTolerance = 1e-6;  // metres
+constexpr int HeightIterations = 10;
+constexpr double LargestLatitude = 90 + 1e-9;  // degrees; rounding at the pole is allowed
+
+double In(const Options& options, double angle) {
+  return options.radians ? angle : api::FromDegrees(angle);
+}
+double Out(const Options& options, double angle) {
+  return options.radians ? angle : api::ToDegrees(angle);
+}
+double Turn(const Options& options) {
+  return options.radians ? TwoPi : 360;
+}
+
+double Wrapped(double longitude) {
+  return std::fabs(longitude) <= Pi ? longitude : std::remainder(longitude, TwoPi);
+}
+
+// One point on its way through the calls of the library. Radians and metres.
+struct Point {
+  Handle& handle;
+  const Options& options;
+  Outcome outcome{};
+  double latitude = 0;
+  double longitude = 0;
+  double h = 0;
+
+  // Records the outcome of a call; true if it succeeded.
+  bool Call(std::int32_t success, const char* function) {
+    if (success == 0) {
+      outcome.code = GetGeodesyError();
+      outcome.function = function;
+    }
+    return success != 0;
+  }
+
+  bool Fail(std::int32_t fault) {
+    outcome.code = fault;
+    return false;
+  }
+
+  // False if the point fails because the datum grid has no value there.
+  bool InDatumGrid() {
+    const std::int32_t code = handle.Area() != nullptr ? handle.Area()->CodeAt(latitude, longitude) : 0;
+    outcome.unshifted = code != 0;
+    return code == 0 || options.unshifted || Fail(code);
+  }
+
+  bool FromWgs84() {
+    return InDatumGrid() && Call(WGS84Conv(handle.Object(), &latitude, &longitude, &h), "WGS84Conv");
+  }
+  bool ToWgs84() { return Call(InvWGS84Conv(handle.Object(), &latitude, &longitude, &h), "InvWGS84Conv"); }
+
+  // The input position on the object's datum, with its longitude within half a turn of the central meridian, since not
+  // every projection wraps longitudes.
+  bool Read(const double* in) {
+    latitude = In(options, in[0]);
+    longitude = In(options, in[1]);
+    h = options.height ? in[2] : 0;
+    if (options.wgs84 && !FromWgs84()) {
+      return false;
+    }
+    const double difference = longitude - handle.CentralMeridian();
+    if (std::fabs(difference) > Pi) {
+      longitude -= std::copysign(TwoPi, difference);
+    }
+    return true;
+  }
+
+  // Writes a position and checks it.
+  bool Write(double* out) {
+    out[0] = Out(options, latitude);
+    out[1] = Out(options, longitude);
+    const double turn = Turn(options);
+    if (std::fabs(out[1]) > turn / 2) {
+      out[1] = std::remainder(out[1], turn);
+    }
+    return !(std::fabs(latitude) > api::FromDegrees(LargestLatitude)) || Fail(BeyondPole);
+  }
+
+  bool GeoidOnWgs84() const { return options.wgs84 && !options.geoidOnDatum; }
+
+  bool UndulationAt(double phi, double lambda, double& undulation) {
+    return Call(::Undulation(handle.Object(), phi, Wrapped(lambda), &undulation), "Undulation");
+  }
+  // At an input position, of which Read has made the position on the object's datum.
+  bool ReadUndulation(const double* in, double& undulation) {
+    return GeoidOnWgs84() ? UndulationAt(In(options, in[0]), In(options, in[1]), undulation)
+                          : UndulationAt(latitude, longitude, undulation);
+  }
+
+  bool ToGridHeight(const double* in, double& height) {
+    double undulation = 0;
+    if (handle.HasGeoid() && !ReadUndulation(in, undulation)) {
+      return false;
+    }
+    // The undulation above WGS-84 is subtracted from the height above WGS-84, before the shift.
+    height = (handle.HasGeoid() && GeoidOnWgs84() ? in[2] : h) - undulation;
+    return !handle.HasVerticalUnit() || Call(VConvert(handle.Object(), &height, LATIGO_FROM_METRES), "VConvert");
+  }
+
+  // To the output position: from the object's datum and a height beside grid coordinates.
+  bool FromGridHeight(double height) {
+    if (handle.HasVerticalUnit() && !Call(VConvert(handle.Object(), &height, LATIGO_TO_METRES), "VConvert")) {
+      return false;
+    }
+    if (options.wgs84 && !InDatumGrid()) {
+      return false;
+    }
+    const bool withGeoid = handle.HasGeoid() && options.height;
+    double undulation = 0;
+    if (withGeoid && !GeoidOnWgs84() && !UndulationAt(latitude, longitude, undulation)) {
+      return false;
+    }
+    h = height + undulation;
+    if (!options.wgs84) {
+      return true;
+    }
+    return withGeoid && GeoidOnWgs84() ? ToWgs84AtHeight(height) : ToWgs84();
+  }
+
+  // Given is the height above WGS-84 less the undulation there, but the shift needs the height above the object's
+  // ellipsoid. It is found by correcting the difference, which the shift changes by about 1e-5 of itself.
+  bool ToWgs84AtHeight(double height) {
+    const double phi = latitude;
+    const double lambda = longitude;
+    double own = height;
+    for (int i = 0; i < HeightIterations; ++i) {
+      latitude = phi;
+      longitude = lambda;
+      h = own;
+      double undulation = 0;
+      if (!ToWgs84() || !UndulationAt(latitude, longitude, undulation)) {
+        return false;
+      }
+      const double miss = height + undulation - h;
+      h = height + undulation;
+      if (!(std::fabs(miss) > HeightTolerance)) {
+        break;
+      }
+      own += miss;
+    }
+    return true;
+  }
+};
+
+Outcome Forward(Handle& handle, const Options& options, const double* in, double* out) {
+  Point point{handle, options};
+  if (point.Read(in) &&
+      point.Call(GeoXY(handle.Object(), &out[0], &out[1], point.latitude, point.longitude), "GeoXY") &&
+      options.height) {
+    point.ToGridHeight(in, out[2]);
+  }
+  return point.outcome;
+}
+
+Outcome Inverse(Handle& handle, const Options& options, const double* in, double* out) {
+  Point point{handle, options};
+  if (point.Call(XYGeo(handle.Object(), in[0], in[1], &point.latitude, &point.longitude), "XYGeo") &&
+      point.FromGridHeight(options.height ? in[2] : 0) && point.Write(out) && options.height) {
+    out[2] = point.h;
+  }
+  return point.outcome;
+}
+
+template <bool to>
+Outcome Datum(Handle& handle, const Options& options, const double* in, double* out) {
+  Point point{handle, options};
+  point.latitude = In(options, in[0]);
+  point.longitude = In(options, in[1]);
+  point.h = options.height ? in[2] : 0;
+  if ((to ? point.InDatumGrid() && point.ToWgs84() : point.FromWgs84()) && point.Write(out) && options.height) {
+    out[2] = point.h;
+  }
+  return point.outcome;
+}
+
+Outcome ScaleAtGrid(Handle& handle, const Options& options, const double* in, double* out) {
+  Point point{handle, options};
+  out[0] = ::Scale(handle.WithoutLocalGrid(), in[0], in[1]);
+  point.Call(GetGeodesyError() == 0 ? 1 : 0, "Scale");
+  return point.outcome;
+}
+
+Outcome Scale(Handle& handle, const Options& options, const double* in, double* out) {
+  Point point{handle, options};
+  std::array<double, 2> grid{};
+  if (!point.Read(in) ||
+      !point.Call(GeoXY(handle.WithoutLocalGrid(), &grid[0], &grid[1], point.latitude, point.longitude), "GeoXY")) {
+    return point.outcome;
+  }
+  Outcome outcome = ScaleAtGrid(handle, options, grid.data(), out);
+  outcome.unshifted = point.outcome.unshifted;
+  return outcome;
+}
+
+Outcome Undulation(Handle& handle, const Options& options, const double* in, double* out) {
+  Point point{handle, options};
+  if (point.Read(in)) {
+    point.ReadUndulation(in, out[0]);
+  }
+  return point.outcome;
+}
+
+Outcome Ecef(Handle& handle, const Options& options, const double* in, double* out) {
+  Point point{handle, options};
+  point.Call(GeoECEF(handle.Object(), &out[0], &out[1], &out[2], In(options, in[0]), In(options, in[1]),
+                     options.height ? in[2] : 0),
+             "GeoECEF");
+  return point.outcome;
+}
+
+Outcome Geographic(Handle& handle, const Options& options, const double* in, double* out) {
+  Point point{handle, options};
+  point.Call(ECEFGeo(handle.Object(), in[0], in[1], in[2], &point.latitude, &point.longitude, &point.h), "ECEFGeo");
+  point.Write(out);
+  out[2] = point.h;
+  return point.outcome;
+}
+
+template <auto measure>
+Outcome Distance(Handle& handle, const Options& options, const double* in, double* out) {
+  const double turn = Turn(options);
+  double longitude2 = in[3];
+  if (std::fabs(longitude2 - in[1]) > turn / 2) {  // the library would take the longer line around the earth
+    longitude2 = in[1] + std::remainder(longitude2 - in[1], turn);
+  }
+  Point point{handle, options};
+  double azimuth = 0;
+  out[0] = measure(handle.Object(), In(options, in[0]), In(options, in[1]), In(options, in[2]), In(options, longitude2),
+                   &azimuth);
+  point.Call(GetGeodesyError() == 0 ? 1 : 0, "GCircLL");
+  out[1] = Out(options, azimuth);
+  if (!(out[1] >= 0 && out[1] < turn)) {
+    out[1] -= turn * std::floor(out[1] / turn);
+    out[1] = out[1] < turn ? out[1] : 0;
+  }
+  return point.outcome;
+}
+
+enum class Height { None, Optional, OptionalIn };
+
+struct Row {
+  Conversion conversion;
+  int inputs;
+  int outputs;
+  Height height;
+};
+
+// In the order of Operation; the numbers are without a height.
+constexpr std::array Rows = {
+    Row{Forward, 2, 2, Height::Optional},        //
+    Row{Inverse, 2, 2, Height::Optional},        //
+    Row{Datum<true>, 2, 2, Height::Optional},    //
+    Row{Datum<false>, 2, 2, Height::Optional},   //
+    Row{Scale, 2, 1, Height::None},              //
+    Row{ScaleAtGrid, 2, 1, Height::None},        //
+    Row{Undulation, 2, 1, Height::None},         //
+    Row{Ecef, 2, 3, Height::OptionalIn},         //
+    Row{Geographic, 3, 3, Height::None},         //
+    Row{Distance<GCircLL>, 4, 2, Height::None},  //
+    Row{Distance<RLineLL>, 4, 2, Height::None},  //
+};
+
+const Row& RowOf(Operation operation) {
+  return Rows.at(static_cast<std::size_t>(operation));
+}
+
+}  // namespace
+
+int Inputs(Operation operation, const Options& options) {
+  const Row& row = RowOf(operation);
+  return row.inputs + (options.height && row.height != Height::None ? 1 : 0);
+}
+
+int Outputs(Operation operation, const Options& options) {
+  const Row& row = RowOf(operation);
+  return row.outputs + (options.height && row.height == Height::Optional ? 1 : 0);
+}
+
+Conversion ConversionOf(Operation operation) {
+  return RowOf(operation).conversion;
+}
+
+const char* TextOf(std::int32_t code, const char* function) {
+  switch (code) {
+    case NotFinite:
+      return "the result is not a finite number";
+    case BeyondPole:
+      return "the result is beyond the pole";
+    case OutsideDatumGrid:
+      return "the point is outside the datum grid";
+    case DatumRowUnreadable:
+      return "the datum grid's rows at the point cannot be read";
+    case GridFileChanged:
+      return "a grid file is not the one that the object had when it was opened";
+    case ObjectClosed:
+      return "the object is closed";
+    default:
+      return LatigoErrorText(code, function);
+  }
+}
+
+}  // namespace latigo::python
