@@ -53,7 +53,8 @@
  *
  * Threads
  *   Any thread may call any function, but only one thread at a time may use an object: even a conversion may load other
- *   rows of the object's grid file. Different objects share no mutable state.
+ *   rows of the object's grid file. Conversions do not change an object without a grid file; threads may share one as
+ *   long as none sets anything. Different objects share no mutable state.
  *
  * Calling convention
  *   The C convention, cdecl, with undecorated names. The declarations carry it (LATIGO_CALL), so that a program built

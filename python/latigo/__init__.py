@@ -2,9 +2,9 @@
 
 >>> import latigo
 >>> grid = latigo.Geodesy("examples/national_grid.ini", "NationalGrid")
->>> x, y = grid.forward(52.65757, 1.71792)
->>> round(x, 2), round(y, 2)
-(651409.88, 313177.26)
+>>> x, y = grid.forward(52.657570305556, 1.717921583333)
+>>> round(x, 3), round(y, 3)
+(651409.903, 313177.27)
 
 An object of `Geodesy` is one coordinate system, described by a section of a configuration file or by parameters. Angles
 are degrees, or radians on request; latitude stands before longitude, north and east are positive; x and y are in grid

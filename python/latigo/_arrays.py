@@ -2,12 +2,15 @@
 from __future__ import annotations
 
 import sys
-from typing import Any, Sequence
+from collections.abc import Sequence
+from typing import Any
 
 import numpy as np
 
-from ._core import Engine
+from . import _core
 from ._errors import GeodesyError, warn_outside
+
+Array = np.ndarray[Any, Any]
 
 RAISE, NAN, CODES = 0, 1, 2
 ERRORS = {"raise": RAISE, "nan": NAN, "codes": CODES}
@@ -16,23 +19,24 @@ OUTSIDE = {"raise": 0, "warn": WARN, "ignore": 2}
 SMALLEST_PART = 1024  # points for a thread
 
 
-def _float64(value: Any) -> np.ndarray:
+def _float64(value: Any) -> Array:
     """The value as it is if it is an array of native, aligned float64; else a copy."""
     if _is_series(value) and value.dtype.kind not in "biuf":
         raise TypeError(f"numbers are needed, not a Series of {value.dtype}")
     if _is_series(value):
         array = value.to_numpy(dtype=np.float64, na_value=np.nan) if value.hasnans else value.to_numpy()
     elif isinstance(value, np.ma.MaskedArray):
-        array = value.astype(np.float64).filled(np.nan)
+        array = np.ma.filled(value.astype(np.float64), np.nan)  # type: ignore[no-untyped-call]
     else:
         array = np.asarray(value)
     if array.dtype.kind not in "biuf" or (array.dtype.kind == "f" and array.dtype.itemsize > 8):
         raise TypeError(f"real numbers of at most 64 bits are needed, not {array.dtype}")
-    return array if _is_plain(array) else np.array(array, dtype=np.float64)
+    plain: Array = array if _is_plain(array) else np.array(array, dtype=np.float64)
+    return plain
 
 
-def _is_plain(array: np.ndarray) -> bool:
-    return array.dtype == np.float64 and array.dtype.isnative and array.flags.aligned
+def _is_plain(array: Array) -> bool:
+    return bool(array.dtype == np.float64 and array.dtype.isnative and array.flags.aligned)
 
 
 def _is_series(value: Any) -> bool:
@@ -49,29 +53,21 @@ def _common_index(inputs: Sequence[Any]) -> Any:
     return series[0].index if series else None
 
 
-def _targets(out: Any, shape: tuple[int, ...], count: int) -> tuple[np.ndarray, ...]:
+def _targets(out: Any, shape: tuple[int, ...], count: int) -> tuple[Array, ...]:
     """The arrays of `out`, checked."""
     targets = (out,) if count == 1 and isinstance(out, np.ndarray) else tuple(out)
     if len(targets) != count:
         raise ValueError(f"out needs {count} arrays, not {len(targets)}")
-    for target in targets:
+    for i, target in enumerate(targets):
         if not isinstance(target, np.ndarray) or not _is_plain(target):
             raise TypeError("out needs arrays of native float64")
         if not target.flags.writeable:
             raise ValueError("an array of out is read-only")
         if target.shape != targets[0].shape or np.broadcast_shapes(target.shape, shape) != target.shape:
             raise ValueError(f"inputs of shape {shape} do not broadcast to an array of out of shape {target.shape}")
+        if any(np.shares_memory(target, other) for other in targets[:i]) or (target.size > 1 and 0 in target.strides):
+            raise ValueError("two results have one place in out")
     return targets
-
-
-def _overlap(targets: Sequence[np.ndarray], inputs: Sequence[np.ndarray]) -> bool:
-    """Whether writing a target may change an input or another target."""
-    for i, target in enumerate(targets):
-        if any(np.may_share_memory(target, other) for other in (*inputs, *targets[:i])):
-            return True
-        if target.size > 1 and 0 in target.strides:
-            raise ValueError("an array of out has several points in one place")
-    return False
 
 
 def _index(number: int, shape: tuple[int, ...]) -> Any:
@@ -81,26 +77,27 @@ def _index(number: int, shape: tuple[int, ...]) -> Any:
     return index[0] if len(index) == 1 else index
 
 
-def _flat(arrays: Sequence[np.ndarray]) -> list[np.ndarray]:
+def _flat(arrays: Sequence[Array]) -> list[Array]:
     """The arrays with one dimension, if that needs no copy: the loop is then faster."""
     if all(array.ndim > 1 and array.flags.c_contiguous for array in arrays):
         return [array.reshape(-1) for array in arrays]
     return list(arrays)
 
 
-def convert(engine: Engine, operation: int, inputs: tuple[Any, ...], outputs: int, height: bool, wgs84: bool,
+def convert(engine: _core.Engine, operation: int, inputs: tuple[Any, ...], outputs: int, height: bool, wgs84: bool,
             geoid_on_datum: bool, radians: bool, errors: int, outside: int, threads: int, out: Any = None) -> Any:
     index = _common_index(inputs)
     arrays = [_float64(value) for value in inputs]
     shape = np.broadcast_shapes(*(array.shape for array in arrays))
     if index is not None and shape != (len(index),):
         raise ValueError("a Series is combined with numbers and with arrays of its length only")
-    targets: tuple[np.ndarray, ...] = ()
+    targets: tuple[Array, ...] = ()
     if out is not None:
         targets = _targets(out, shape, outputs)
         shape = targets[0].shape
     # The results are written to `out` at the end if a failure must leave it unchanged, or if it overlaps.
-    direct = out is not None and errors != RAISE and not _overlap(targets, arrays)
+    overlap = any(np.may_share_memory(target, array) for target in targets for array in arrays)
+    direct = out is not None and errors != RAISE and not overlap
     results = targets if direct else tuple(np.empty(shape) for _ in range(outputs))
     codes = np.empty(shape, dtype=np.int32) if errors == CODES else None
     sources = [np.broadcast_to(array, shape) for array in arrays]
@@ -117,14 +114,13 @@ def convert(engine: Engine, operation: int, inputs: tuple[Any, ...], outputs: in
         warn_outside(unshifted, _index(first_unshifted, shape))
     if out is not None:
         if not direct:
-            _overlap(targets, ())
             for target, result in zip(targets, results):
                 target[...] = result
         results = targets
     return _returned(results if codes is None else (*results, codes), index, out is not None)
 
 
-def _returned(results: tuple[np.ndarray, ...], index: Any, given: bool) -> Any:
+def _returned(results: tuple[Array, ...], index: Any, given: bool) -> Any:
     values: tuple[Any, ...] = results
     if index is not None and not given:
         values = tuple(sys.modules["pandas"].Series(result, index=index) for result in results)

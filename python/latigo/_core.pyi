@@ -5,6 +5,7 @@ from numpy import float64, int32
 from numpy.typing import NDArray
 
 class Engine:
+    def __init__(self, *args: Any, **kwargs: Any) -> None: ...
     def point(
         self, operation: int, inputs: tuple[Any, ...], wgs84: bool, geoid_on_datum: bool, radians: bool, errors: int,
         outside: int, /

@@ -4,7 +4,8 @@ from __future__ import annotations
 import html as escaping
 import math
 import os
-from typing import Any, Mapping
+from collections.abc import Mapping
+from typing import Any
 
 from . import _core, _picture
 from ._errors import GeodesyError
@@ -52,7 +53,8 @@ def _seconds(radians: float) -> float:
 
 def params(facts: Facts) -> Params:
     a, rf, _, metres, k, *angles, x, y = facts["params"]
-    return Params(facts["kind"], a, rf, metres, k, *map(_degrees, angles), x, y)
+    meridian, latitude, north, south, azimuth = map(_degrees, angles)
+    return Params(facts["kind"], a, rf, metres, k, meridian, latitude, north, south, azimuth, x, y)
 
 
 def ellipsoid(facts: Facts) -> Ellipsoid:
@@ -148,7 +150,7 @@ def html(system: Any, core: _core.Engine, title: str) -> str:
     if core.closed():
         return f"<p>{escaping.escape(text(core, title))}</p>"
     body = "".join(f"<tr><th style='text-align:left;vertical-align:top'>{label}</th><td style='text-align:left'>"
-                   f"{escaping.escape(lines).replace(chr(10), '<br>')}</td></tr>" for label, lines in rows(core))
+                   f"{escaping.escape(lines).replace(chr(10), '<br/>')}</td></tr>" for label, lines in rows(core))
     facts = core.facts()
     return (f"<div style='display:flex;flex-wrap:wrap;gap:1em'><table><caption>{escaping.escape(title)}</caption>{body}"
             f"</table>{_picture.svg(system, facts)}</div>")

@@ -3,7 +3,8 @@ from __future__ import annotations
 
 import hashlib
 import os
-from typing import Any, Mapping
+from collections.abc import Mapping
+from typing import Any
 
 from . import _arrays, _core, _describe
 from ._errors import GRID_FILE_CHANGED, GeodesyError, warn
@@ -141,7 +142,8 @@ class Geodesy:
             try:
                 self._core = _core.open_text(text, has_value(text, b"VertUnit"), path, os.fsencode(name))
             except GeodesyError as error:
-                raise GeodesyError(f"{file} [{name}]: {error.text}", error.code, error.function) from None
+                raise GeodesyError(f"{file} [{name}]: {error.text}{_grid_places(text)}", error.code,
+                                   error.function) from None
         self._no_geoid = self.geoid == (None, 0)
 
     @staticmethod
@@ -242,9 +244,9 @@ class Geodesy:
         --------
         >>> import latigo
         >>> grid = latigo.Geodesy("examples/national_grid.ini", "NationalGrid")
-        >>> latitude, longitude, height = grid.to_wgs84(52.65757, 1.71792, 24.7)
-        >>> round(latitude, 4), round(longitude, 4), round(height, 1)
-        (52.658, 1.7161, 69.2)
+        >>> latitude, longitude, height = grid.to_wgs84(52.657570305556, 1.717921583333, 24.7)
+        >>> round(latitude, 6), round(longitude, 6), round(height, 1)
+        (52.657979, 1.716052, 69.4)
         """
         inputs = (latitude, longitude) if height is None else (latitude, longitude, height)
         return self._run(_TO_WGS84, inputs, len(inputs), (radians, errors, outside_grid, threads), out,
@@ -267,7 +269,7 @@ class Geodesy:
         --------
         >>> import latigo
         >>> grid = latigo.Geodesy("examples/national_grid.ini", "NationalGrid")
-        >>> round(grid.scale(52.65757, 1.71792), 8)
+        >>> round(grid.scale(52.657570305556, 1.717921583333), 8)
         1.00037732
         """
         return self._run(_SCALE, (latitude, longitude), 1, (radians, errors, outside_grid, threads), out, False, wgs84)
@@ -321,8 +323,8 @@ class Geodesy:
         >>> import latigo
         >>> grid = latigo.Geodesy("examples/national_grid.ini", "NationalGrid")
         >>> distance, azimuth = grid.distance(0, 0, 0, 1)
-        >>> round(distance, 3), azimuth
-        (111309.479, 90.0)
+        >>> round(distance, 2), azimuth  # a degree of Airy's equator
+        (111309.48, 90.0)
         """
         return self._run(_RHUMB_LINE if rhumb else _GREAT_CIRCLE, (latitude1, longitude1, latitude2, longitude2), 2,
                          (radians, errors, None, threads), out)
@@ -411,6 +413,13 @@ class Geodesy:
 
     def __reduce__(self) -> tuple[Any, ...]:
         return _blank, (type(self),), self.__getstate__()
+
+
+def _grid_places(text: bytes) -> str:
+    """Where the grid files of a section are looked for."""
+    keys = [key for key in ("DynDatum", "Geoid") if has_value(text, key.encode())]
+    folder = os.environ.get("TWI_BATHYX", "(TWI_BATHYX is not set)")
+    return f"; {' and '.join(keys)} name files in {folder}/datum" if keys else ""
 
 
 def _blank(cls: type[Geodesy]) -> Geodesy:

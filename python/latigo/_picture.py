@@ -2,9 +2,13 @@
 from __future__ import annotations
 
 import math
-from typing import Any, Iterator, Mapping, NamedTuple
+import typing
+from collections.abc import Iterator, Mapping
+from typing import Any
 
 import numpy as np
+
+Array = np.ndarray[Any, Any]
 
 _SIZE, _MARGIN = 260, 44  # pixels
 _STEPS = 32               # of a line
@@ -15,7 +19,7 @@ _REACH = {"LCC": (8, 15), "ALA": (8, 15), "MER": (80, 179), "CME": (80, 179), "P
 _OTHER_REACH = (5, 6)
 
 
-class _Area(NamedTuple):
+class _Area(typing.NamedTuple):
     south: float
     west: float
     north: float
@@ -48,7 +52,7 @@ def _area(facts: Mapping[str, Any]) -> _Area:
                  min(latitude + high, 90 if code == "PST" else 89), meridian + wide)
 
 
-def _round_values(low: float, high: float) -> np.ndarray:
+def _round_values(low: float, high: float) -> Array:
     """Round numbers between two, about as many as lines are wanted."""
     step = next(step for step in (1 / 60, 1 / 12, 1 / 6, .25, .5, 1, 2, 5, 10, 15, 30, 60) if (high - low) / step <= _LINES
                 or step == 60)
@@ -56,22 +60,23 @@ def _round_values(low: float, high: float) -> np.ndarray:
 
 
 def _label(value: float, letters: str) -> str:
-    return f"{abs(round((value + 180) % 360 - 180 if letters == 'EW' else value, 4)):g}° {letters[value < 0]}"
+    value = round((value + 180) % 360 - 180 if letters == "EW" else value, 4)
+    return f"{abs(value):g}°" + ("" if value in (0, -180) else f" {letters[int(value < 0)]}")
 
 
-def _line(system: Any, south: float, west: float, north: float, east: float) -> np.ndarray:
+def _line(system: Any, south: float, west: float, north: float, east: float) -> Array:
     """Points of a meridian or a parallel in grid coordinates, NaN where the system has none."""
     return np.column_stack(system.forward(np.linspace(south, north, _STEPS + 1), np.linspace(west, east, _STEPS + 1),
                                           errors="nan", radians=False))
 
 
-def _frame(system: Any, area: _Area) -> list[np.ndarray]:
+def _frame(system: Any, area: _Area) -> list[Array]:
     south, west, north, east = area
     return [_line(system, south, west, south, east), _line(system, south, east, north, east),
             _line(system, north, east, north, west), _line(system, north, west, south, west)]
 
 
-def _path(lines: list[np.ndarray], style: str) -> str:
+def _path(lines: list[Array], style: str) -> str:
     def moves() -> Iterator[str]:
         for line in lines:
             letter = "M"
@@ -99,21 +104,30 @@ def svg(system: Any, facts: Mapping[str, Any]) -> str:
     scale = _SIZE / max(*(high - low), 1e-9)
     width, height = (high - low) * scale + 2 * _MARGIN
 
-    def pixels(line: np.ndarray) -> np.ndarray:
+    def pixels(line: Array) -> Array:
         return np.column_stack(((line[:, 0] - low[0]) * scale + _MARGIN, (high[1] - line[:, 1]) * scale + _MARGIN))
 
-    def texts(lines: list[np.ndarray], values: np.ndarray, letters: str, anchor: str, dx: int, dy: int) -> Iterator[str]:
+    def texts(lines: list[Array], values: Array, letters: str, anchor: str, dx: int, dy: int) -> Iterator[str]:
         for line, value in zip(lines, values):
             x, y = pixels(line)[0]
             if math.isfinite(x) and math.isfinite(y):
                 yield f'<text x="{x + dx:.1f}" y="{y + dy:.1f}" text-anchor="{anchor}">{_label(value, letters)}</text>'
+
+    def rims() -> Iterator[str]:
+        """Longitudes at the outer ends of the meridians."""
+        for line, value in zip(east_west, meridians):
+            ends = pixels(line)[[0, -1]] - np.array([width, height]) / 2
+            x, y = max(ends, key=lambda end: math.hypot(*end)) * 1.15 + np.array([width, height]) / 2
+            yield f'<text x="{x:.1f}" y="{y + 4:.1f}" text-anchor="middle">{_label(value, "EW")}</text>'
 
     parts = [_path([pixels(line) for line in east_west + south_north], f'stroke="{_GREY}" stroke-opacity=".6"'),
              _path([pixels(line) for line in frame], f'stroke="{_GREY}" stroke-width="1.5"')]
     for i, (label, colour, files) in enumerate(_file_areas(facts)):
         parts.append(_path([pixels(line) for line in _frame(system, files)], f'stroke="{colour}" stroke-width="2"'))
         parts.append(f'<text x="{_MARGIN + 100 * i}" y="14" fill="{colour}">{label}</text>')
-    if facts["code"] != "PST":
+    if facts["code"] == "PST":
+        parts += rims()
+    else:
         parts += texts(east_west, meridians, "EW", "middle", 0, 14)
         parts += texts(south_north, parallels, "NS", "end", -5, 4)
     return (f'<svg xmlns="http://www.w3.org/2000/svg" width="{width:.0f}" height="{height:.0f}" role="img" '

@@ -1,10 +1,10 @@
 """The parts of a coordinate system, in the units of configuration files."""
 from __future__ import annotations
 
-from typing import NamedTuple
+import typing
 
 
-class Params(NamedTuple):
+class Params(typing.NamedTuple):
     """The projection and its parameters: degrees, metres, and grid units for the false origin."""
 
     kind: str
@@ -21,7 +21,7 @@ class Params(NamedTuple):
     false_northing: float
 
 
-class Ellipsoid(NamedTuple):
+class Ellipsoid(typing.NamedTuple):
     """An ellipsoid; the name is empty if the library has none. Metres."""
 
     name: str
@@ -29,14 +29,14 @@ class Ellipsoid(NamedTuple):
     inverse_flattening: float
 
 
-class Unit(NamedTuple):
+class Unit(typing.NamedTuple):
     """Metres in a grid unit and in a vertical unit."""
 
     horizontal: float
     vertical: float
 
 
-class Datum(NamedTuple):
+class Datum(typing.NamedTuple):
     """The shift from WGS-84: a grid file, or seven parameters in the coordinate frame rotation convention.
 
     Metres, parts per million and arc seconds; `grid` is None for the parameters, which are 0 for no shift.
@@ -52,7 +52,7 @@ class Datum(NamedTuple):
     delta_rz: float
 
 
-class Adjustment(NamedTuple):
+class Adjustment(typing.NamedTuple):
     """The local grid. Type 0 is none, 1 a similarity; grid units and degrees."""
 
     type: int
@@ -66,7 +66,7 @@ class Adjustment(NamedTuple):
     y: float
 
 
-class Geoid(NamedTuple):
+class Geoid(typing.NamedTuple):
     """The geoid's grid file or None, and the constant that is added to its undulations."""
 
     grid: str | None

@@ -66,8 +66,8 @@ py::dict Facts(Engine& engine) {
   facts["datum"] = py::make_tuple(d.DeltaX, d.DeltaY, d.DeltaZ, d.DeltaScale, d.DeltaRX, d.DeltaRY, d.DeltaRZ);
   facts["datum_grid"] = Path(object.GetEllModel().value);
   facts["datum_area"] = AreaOf(handle.DatumFile());
-  facts["adjustment"] = py::make_tuple(a.AdjustType, a.AdjustOrigX, a.AdjustOrigY, a.AdjustRotation, a.AdjustScale,
-                                       a.AdjustX, a.AdjustY);
+  facts["adjustment"] =
+      py::make_tuple(a.AdjustType, a.AdjustOrigX, a.AdjustOrigY, a.AdjustRotation, a.AdjustScale, a.AdjustX, a.AdjustY);
   facts["geoid"] = Path(object.GetGeoid()->fileName);
   facts["geoid_constant"] = object.GetGeoid()->orthoHCorr;
   facts["geoid_area"] = AreaOf(handle.GeoidFile());

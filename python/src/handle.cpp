@@ -65,6 +65,11 @@ std::unique_ptr<GridFile> FileAt(const std::string& path) {
   return path.empty() ? nullptr : std::make_unique<GridFile>(path);
 }
 
+// Mercator on a sphere reads no parameter.
+double MeridianOf(const GeodesyParams& params) {
+  return params.Kind == LATIGO_KIND_MERCATOR_ON_SPHERE ? 0 : params.CentralMeridian;
+}
+
 template <typename Record>
 bool SameBytes(const Record& a, const Record& b) {
   return std::memcmp(&a, &b, sizeof a) == 0;
@@ -84,7 +89,7 @@ Handle::Handle(const Definition& definition)
     : object_(Make(definition)),
       datumFile_(FileAt(object_.GetEllModel().value)),
       geoidFile_(FileAt(object_.GetGeoid()->fileName)),
-      centralMeridian_(object_.GetGeodesyParams()->CentralMeridian),
+      centralMeridian_(MeridianOf(object_.GetGeodesyParams().value)),
       hasGeoid_(geoidFile_ || object_.GetGeoid()->orthoHCorr != 0),
       hasVerticalUnit_(definition.hasVerticalUnit) {
   if (datumFile_) {

@@ -17,16 +17,16 @@ struct Operand {
 
 struct Arrays {
   std::vector<std::ptrdiff_t> shape;
-  std::vector<Operand> inputs;   // float64
-  std::vector<Operand> outputs;  // float64
+  std::vector<Operand> inputs;    // float64
+  std::vector<Operand> outputs;   // float64
   std::int32_t* codes = nullptr;  // one for each point in the order of C; null for none
 };
 
 // What happened in a loop. A failed point is NaN in every output.
 struct Summary {
-  std::int64_t first = -1;      // number of the first failed point in the order of C, -1 for none
-  Outcome outcome;              // its outcome
-  std::int64_t unshifted = 0;   // number of points outside the datum grid that were converted without a shift
+  std::int64_t first = -1;     // number of the first failed point in the order of C, -1 for none
+  Outcome outcome;             // its outcome
+  std::int64_t unshifted = 0;  // number of points outside the datum grid that were converted without a shift
   std::int64_t firstUnshifted = -1;
 };
 

@@ -33,7 +33,8 @@ py::object Python(const char* function) {
   return py::module_::import("latigo._errors").attr(function);
 }
 
-[[noreturn]] void Raise(std::int32_t code, const char* function, const py::object& index, const py::object& coordinates) {
+[[noreturn]] void Raise(std::int32_t code, const char* function, const py::object& index,
+                        const py::object& coordinates) {
   const py::object error = Python("GeodesyError");
   const py::object raised = error(TextOf(code, function), code, function, index, coordinates);
   PyErr_SetObject(error.ptr(), raised.ptr());

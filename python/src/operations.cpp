@@ -57,9 +57,7 @@ struct Point {
     return code == 0 || options.unshifted || Fail(code);
   }
 
-  bool FromWgs84() {
-    return InDatumGrid() && Call(WGS84Conv(handle.Object(), &latitude, &longitude, &h), "WGS84Conv");
-  }
+  bool FromWgs84() { return InDatumGrid() && Call(WGS84Conv(handle.Object(), &latitude, &longitude, &h), "WGS84Conv"); }
   bool ToWgs84() { return Call(InvWGS84Conv(handle.Object(), &latitude, &longitude, &h), "InvWGS84Conv"); }
 
   // The input position on the object's datum, with its longitude within half a turn of the central meridian, since not

@@ -76,7 +76,8 @@ Converter::Converter(const PointOptions& options, const Between& between)
       object_(OpenOrThrow(options)) {
   GeodesyParams params;
   GetGeodesyParams(Handle(), &params, nullptr, nullptr);
-  centralMeridian_ = params.CentralMeridian;
+  // Mercator on a sphere reads no parameter.
+  centralMeridian_ = params.Kind == LATIGO_KIND_MERCATOR_ON_SPHERE ? 0 : params.CentralMeridian;
   metresPerUnit_ = IsMetric(params.Kind) ? 1 : params.Unit;
   char path[PathSize] = "";
   double constant = 0;

@@ -1,0 +1,146 @@
+"""Failures point by point, and of definitions."""
+import warnings
+
+import numpy as np
+import pytest
+
+import latigo
+from conftest import EXAMPLES, FOLDER, SYSTEMS, UTM
+
+
+def error_of(call, *arguments, **options):
+    with pytest.raises(latigo.GeodesyError) as caught:
+        call(*arguments, **options)
+    return caught.value
+
+
+def test_a_failed_point_says_what_where_and_why(national):
+    error = error_of(national.forward, [[49, 50, 90], [90, 0, 0]], 1.5)
+    assert (error.code, error.index, error.coordinates, error.function) == (6, (0, 2), (90.0, 1.5), "GeoXY")
+    assert error.text in str(error) and "90.0, 1.5" in str(error) and isinstance(error, ValueError)
+    assert error_of(national.forward, [49, 90], 1).index == 1
+    assert error_of(national.forward, 90, 1).index is None
+    assert error_of(national.forward, np.array(90), 1).index is None
+
+
+# A sphere's Mercator maps y of any size to a latitude; far beyond the area of a conic the latitude is beyond the pole.
+CONIC = dict(kind="LCC", semi_major_axis=6378137, inverse_flattening=298.25, north_parallel=45, south_parallel=45)
+
+
+@pytest.mark.parametrize("call, inputs, code", [
+    ("forward", (90, 0), 6), ("forward", (np.nan, 0), latigo.NOT_FINITE), ("forward", (0, np.inf), latigo.NOT_FINITE),
+    ("inverse", (9e9, 0), 10), ("scale_at_grid", (0, 9e9), 10), ("to_wgs84", (np.nan, 0), latigo.OUTSIDE_DATUM_GRID),
+    ("ecef", (0, np.nan, 0), latigo.NOT_FINITE), ("geographic", (np.nan, 0, 0), latigo.NOT_FINITE),
+    ("distance", (0, 0, np.nan, 0), latigo.NOT_FINITE), ("undulation", (60, 3), 8),
+])
+def test_a_failed_point_is_an_exception_or_nan_or_a_code(grids, call, inputs, code):
+    call = getattr(grids, call)
+    assert error_of(call, *inputs).code == code
+    assert error_of(call, *([value] for value in inputs)).code == code
+    assert np.isnan(np.asarray(call(*inputs, errors="nan"))).all()
+    *values, found = call(*inputs, errors="codes")
+    assert found == code and type(found) is int and np.isnan(values).all()
+    good = [1.0, 2.0, 3.0, 4.0] if call == grids.geographic or call == grids.ecef else [52.0, 3.0, 52.5, 3.5]
+    mixed = [[bad, fine] for bad, fine in zip(inputs, good)]
+    *values, found = call(*mixed, errors="codes")
+    assert found.dtype == np.int32 and list(found) == [code, 0]
+    assert all(np.isnan(array[0]) and np.isfinite(array[1]) for array in values)
+
+
+def test_a_latitude_beyond_the_pole_is_a_failure():
+    far = latigo.Geodesy.from_params("CAS", semi_major_axis=6378137, inverse_flattening=298.25)
+    assert error_of(far.inverse, 0, 1.2e7).code == latigo.BEYOND_POLE
+
+
+def test_nothing_is_written_if_a_point_raises(national):
+    x, y = np.full(5000, 7.0), np.full(5000, 8.0)
+    latitude = np.full(5000, 50.0)
+    latitude[4000] = 90
+    for threads in 1, 4:
+        error_of(national.forward, latitude, 1, out=(x, y), threads=threads)
+        assert (x == 7).all() and (y == 8).all()
+    error_of(national.forward, latitude, 1, out=(latitude, y))
+    assert latitude[0] == 50
+
+
+def test_outside_a_datum_grid_is_a_failure_a_warning_or_nothing(grids):
+    assert error_of(grids.forward, 60, 3, wgs84=True).code == latigo.OUTSIDE_DATUM_GRID
+    assert error_of(grids.inverse, *grids.forward(60, 3), wgs84=True).code == latigo.OUTSIDE_DATUM_GRID
+    for call in grids.to_wgs84, grids.from_wgs84:
+        assert list(call([52, 60], 3, errors="codes")[2]) == [0, latigo.OUTSIDE_DATUM_GRID]
+        with pytest.warns(latigo.GeodesyWarning, match="2 points .* first at index 1$") as caught:
+            warned = call([52, 60, 61], 3, outside_grid="warn")
+        assert caught[0].filename == __file__
+        with pytest.warns(latigo.GeodesyWarning, match="^1 point "):
+            single = call(60, 3, outside_grid="warn")
+        with warnings.catch_warnings():
+            warnings.simplefilter("error")
+            ignored = call([52, 60, 61], 3, outside_grid="ignore")
+        assert ignored[0][1] == warned[0][1] == single[0] and abs(single[0] - 60) < 0.01
+
+
+def test_the_limits_of_a_datum_grid_are_those_of_the_library(grids):
+    """Beside the limits, to the last bit: a point with a shift is 100 m and more from where it would be without."""
+    near = [np.nextafter(limit, limit + side) if side else limit for limit in (48.0, 56.0, -4.0, 8.0) for side in (-1, 0, 1)]
+    latitude = np.array(near[:6] + [52.0] * 6)
+    longitude = np.array([2.0] * 6 + near[6:])
+    codes = grids.to_wgs84(latitude, longitude, errors="codes")[2]
+    height = grids.to_wgs84(latitude, longitude, 0, outside_grid="ignore")[2]
+    unshifted = grids.to_wgs84(latitude + np.repeat([-1, 1, 0, 0], 3), longitude + np.repeat([0, 0, -1, 1], 3), 0,
+                               outside_grid="ignore")[2]
+    assert list(codes == 0) == list(abs(height - unshifted) > 90)
+    assert 0 < (codes == 0).sum() < 12
+
+
+def test_rows_of_a_datum_grid_that_cannot_be_read_are_a_failure():
+    with latigo.Geodesy(SYSTEMS, "Cut") as cut:
+        codes = cut.to_wgs84([48, 50.5, 51, 55, 57], 3, errors="codes")[2]
+        row = latigo.DATUM_ROW_UNREADABLE
+        assert list(codes) == [0, 0, row, row, latigo.OUTSIDE_DATUM_GRID]
+
+
+def test_settings_hold_for_calls_that_do_not_say_otherwise():
+    system = latigo.Geodesy(SYSTEMS, "Grids", radians=True, errors="nan", outside_grid="ignore", threads=2)
+    assert np.isnan(system.forward(0.9, np.inf)[0])
+    assert system.to_wgs84(1.1, 0.05)[0] == pytest.approx(1.1, abs=1e-4)
+    assert error_of(system.to_wgs84, 60, 3, radians=False, errors="raise", outside_grid="raise").code == -3
+    for wrong in {"errors": "none"}, {"outside_grid": "no"}, {"threads": 0}:
+        with pytest.raises(ValueError):
+            system.forward(0.9, 0.1, **wrong)
+        with pytest.raises(ValueError):
+            latigo.Geodesy(SYSTEMS, "Grids", **wrong)
+
+
+def test_a_faulty_definition_says_its_place():
+    with pytest.raises(FileNotFoundError):
+        latigo.Geodesy(FOLDER / "none.ini")
+    assert "it has Plain, Grids" in str(error_of(latigo.Geodesy, SYSTEMS, "Grid"))
+    (FOLDER / "faulty.ini").write_text(
+        f"[A]\n{UTM}Geoid=none.dat\n[B]\n{UTM}DynDatum=none.dat\n[C]\n{UTM.replace('UTM', 'ABC')}\n[D]\nProjection=UTM\n")
+    for section, code, part in ("A", 9, "datum"), ("B", 1, str(FOLDER)), ("C", 5, "faulty.ini [C]"), ("D", 3, "[D]"):
+        error = error_of(latigo.Geodesy, FOLDER / "faulty.ini", section)
+        assert error.code == code and part in str(error)
+    assert error_of(latigo.Geodesy.from_params, "Mercater", semi_major_axis=1, inverse_flattening=300).code == 5
+    assert error_of(latigo.Geodesy.from_params, "UTM", semi_major_axis=1, inverse_flattening=0).code == 3
+    assert error_of(latigo.Geodesy.from_params, "UTM", semi_major_axis=1, inverse_flattening=300, adjust_scale=0).code == 7
+
+
+@pytest.mark.parametrize("text", [
+    "\ufeff[ one ]\r\n; Unit=7\r\n" + UTM.replace("\n", "\r\n"), "[two]\nProjection=MER\n[ONE]\n" + UTM + "[one]\nUnit=3\n",
+    "[One]\r" + UTM.replace("\n", "\r") + "Unit\r unit = '0.3048' \rUNIT=2\r", "[one]]x\n[one]\n" + UTM,
+    "[one] ; more ]\n[one]\n" + UTM + "\x1a\nx[y]=3\n",
+])
+def test_a_section_is_read_as_the_library_reads_it(text):
+    """Opening compares with the library's own reading of the file, and would refuse another definition."""
+    path = FOLDER / "odd.ini"
+    path.write_bytes(text.encode())
+    assert latigo.Geodesy(path, "one").params.kind == "transverse Mercator"
+
+
+def test_a_closed_object_refuses_every_use(grids):
+    grids.close()
+    grids.close()
+    for use in (lambda: grids.forward(52, 3), lambda: grids.forward([52], 3), lambda: grids.params, lambda: grids.names,
+                lambda: grids.__getstate__()):
+        assert error_of(use).code == latigo.CLOSED
+    assert grids.closed and repr(grids).endswith("closed") and "closed" in grids._repr_html_()
