@@ -3,9 +3,7 @@
 
 static const double degree = 0.017453292519943295;
 
-static double turn(double azimuth) {
-  return azimuth < 0 ? azimuth + 360 : azimuth;
-}
+static double turn(double azimuth) { return azimuth < 0 ? azimuth + 360 : azimuth; }
 
 /* Converts n points by the function of a number; returns how many fail. */
 long convert(int function, GeodesyHandle g, long n, const double* a, const double* b, const double* c, const double* d,
@@ -17,6 +15,7 @@ long convert(int function, GeodesyHandle g, long n, const double* a, const doubl
     x[i] = a[i] * degree;
     y[i] = b[i] * degree;
     z[i] = c[i];
+    /* clang-format off */
     switch (function) {
       case 0: done = GeoXY(g, &x[i], &y[i], a[i] * degree, b[i] * degree); break;
       case 1: done = XYGeo(g, a[i], b[i], &x[i], &y[i]); break;
@@ -30,6 +29,7 @@ long convert(int function, GeodesyHandle g, long n, const double* a, const doubl
       case 9: x[i] = GCircLL(g, a[i] * degree, b[i] * degree, c[i] * degree, d[i] * degree, &y[i]); break;
       default: x[i] = RLineLL(g, a[i] * degree, b[i] * degree, c[i] * degree, d[i] * degree, &y[i]); break;
     }
+    /* clang-format on */
     if (function == 1 || function == 2 || function == 3 || function == 8) {
       x[i] /= degree;
       y[i] /= degree;
