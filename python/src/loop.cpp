@@ -1,86 +1,49 @@
 #include "loop.h"
 
 #include <algorithm>
-#include <array>
-#include <cmath>
-#include <limits>
 #include <thread>
 
 namespace latigo::python {
 
 namespace {
 
-// The place of a point in the arrays: its index in each dimension and the addresses of its operands.
-class Cursor {
- public:
-  Cursor(const std::vector<std::ptrdiff_t>& shape, const std::vector<Operand>& operands, std::int64_t number)
-      : shape_(shape), operands_(operands), index_(shape.size()) {
-    for (std::size_t i = shape.size(); i-- > 0;) {
-      index_[i] = number % shape[i];
-      number /= shape[i];
-    }
-    for (std::size_t k = 0; k < operands.size(); ++k) {
-      at_[k] = operands[k].data;
-      for (std::size_t i = 0; i < shape.size(); ++i) {
-        at_[k] += index_[i] * operands[k].strides[i];
-      }
-    }
+// The points of the arrays from a number on that are in one row: along the last dimension.
+Row RowAt(const Arrays& arrays, std::int64_t number, std::int64_t end) {
+  const std::size_t dimensions = arrays.shape.size();
+  Row row;
+  row.first = number;
+  row.inputs = static_cast<int>(arrays.inputs.size());
+  row.outputs = static_cast<int>(arrays.outputs.size());
+  row.codes = arrays.codes;
+  std::vector<std::ptrdiff_t> index(dimensions);
+  std::int64_t rest = number;
+  for (std::size_t i = dimensions; i-- > 0;) {
+    index[i] = rest % arrays.shape[i];
+    rest /= arrays.shape[i];
   }
-
-  double* At(std::size_t operand) const { return reinterpret_cast<double*>(at_[operand]); }
-
-  void Next() {
-    for (std::size_t i = shape_.size(); i-- > 0;) {
-      const bool more = ++index_[i] < shape_[i];
-      for (std::size_t k = 0; k < operands_.size(); ++k) {
-        const std::ptrdiff_t stride = operands_[k].strides[i];
-        at_[k] += more ? stride : stride * (1 - shape_[i]);
-      }
-      if (more) {
-        return;
-      }
-      index_[i] = 0;
+  const std::ptrdiff_t length = dimensions > 0 ? arrays.shape.back() - index.back() : 1;
+  row.count = std::min<std::int64_t>(length, end - number);
+  const auto place = [&](const Operand& operand) {
+    char* at = operand.data;
+    for (std::size_t i = 0; i < dimensions; ++i) {
+      at += index[i] * operand.strides[i];
     }
-  }
-
- private:
-  const std::vector<std::ptrdiff_t>& shape_;
-  const std::vector<Operand>& operands_;
-  std::vector<std::ptrdiff_t> index_;
-  std::array<char*, MaxInputs> at_{};
-};
-static_assert(MaxOutputs <= MaxInputs);
+    return Row::Operand{at, dimensions > 0 ? operand.strides.back() : 0};
+  };
+  std::transform(arrays.inputs.begin(), arrays.inputs.end(), row.in.begin(), place);
+  std::transform(arrays.outputs.begin(), arrays.outputs.end(), row.out.begin(), place);
+  return row;
+}
 
 void ConvertRange(Operation operation, Handle& handle, const Options& options, const Arrays& arrays, std::int64_t begin,
                   std::int64_t end, bool stop, Summary& summary) {
-  const Conversion conversion = ConversionOf(operation);
-  Cursor from(arrays.shape, arrays.inputs, begin);
-  Cursor to(arrays.shape, arrays.outputs, begin);
-  std::array<double, MaxInputs> in{};
-  std::array<double, MaxOutputs> out{};
-  for (std::int64_t i = begin; i < end; ++i, from.Next(), to.Next()) {
-    for (std::size_t k = 0; k < arrays.inputs.size(); ++k) {
-      in[k] = *from.At(k);
+  const RowConversion convert = RowConversionOf(operation);
+  while (begin < end) {
+    const Row row = RowAt(arrays, begin, end);
+    if (!convert(handle, options, row, stop, summary)) {
+      return;
     }
-    const Outcome outcome =
-        ConvertPoint(conversion, handle, options, static_cast<int>(arrays.outputs.size()), in.data(), out.data());
-    for (std::size_t k = 0; k < arrays.outputs.size(); ++k) {
-      *to.At(k) = out[k];
-    }
-    if (arrays.codes != nullptr) {
-      arrays.codes[i] = outcome.code;
-    }
-    if (outcome.code != 0) {
-      if (summary.first < 0) {
-        summary.first = i;
-        summary.outcome = outcome;
-      }
-      if (stop) {
-        return;
-      }
-    } else if (outcome.unshifted && summary.unshifted++ == 0) {
-      summary.firstUnshifted = i;
-    }
+    begin += row.count;
   }
 }
 
@@ -95,18 +58,6 @@ void Append(Summary& all, const Summary& part) {
 }
 
 }  // namespace
-
-Outcome ConvertPoint(Conversion conversion, Handle& handle, const Options& options, int outputs, const double* in,
-                     double* out) {
-  Outcome outcome = conversion(handle, options, in, out);
-  if (outcome.code == 0 && !std::all_of(out, out + outputs, [](double value) { return std::isfinite(value); })) {
-    outcome.code = NotFinite;
-  }
-  if (outcome.code != 0) {
-    std::fill_n(out, outputs, std::numeric_limits<double>::quiet_NaN());
-  }
-  return outcome;
-}
 
 Summary ConvertArrays(Operation operation, const std::vector<Handle*>& handles, const Options& options,
                       const Arrays& arrays, bool stop) {

@@ -22,18 +22,6 @@ struct Arrays {
   std::int32_t* codes = nullptr;  // one for each point in the order of C; null for none
 };
 
-// What happened in a loop. A failed point is NaN in every output.
-struct Summary {
-  std::int64_t first = -1;     // number of the first failed point in the order of C, -1 for none
-  Outcome outcome;             // its outcome
-  std::int64_t unshifted = 0;  // number of points outside the datum grid that were converted without a shift
-  std::int64_t firstUnshifted = -1;
-};
-
-// Converts one point and checks the results. On failure `out` is NaN.
-Outcome ConvertPoint(Conversion conversion, Handle& handle, const Options& options, int outputs, const double* in,
-                     double* out);
-
 // Converts all points with as many threads as there are handles; handles may be the same object if it has no files.
 // `stop`: the loop may end at the first failure; points before it are converted.
 Summary ConvertArrays(Operation operation, const std::vector<Handle*>& handles, const Options& options,

@@ -78,7 +78,7 @@ py::object Point(Engine& engine, int operation, const py::tuple& inputs, bool wg
     const Engine::Lease lease(engine, 1);
     Handle& handle = lease.First();
     const auto convert = [&] {
-      outcome = ConvertPoint(ConversionOf(which), handle, options, static_cast<int>(outputs), in.data(), out.data());
+      outcome = ConversionOf(which)(handle, options, static_cast<int>(outputs), in.data(), out.data());
     };
     if (handle.HasFiles()) {  // which may take long
       const py::gil_scoped_release released;

@@ -2,6 +2,8 @@
 // results are failures.
 #pragma once
 
+#include <array>
+#include <cstddef>
 #include <cstdint>
 
 #include "handle.h"
@@ -41,12 +43,40 @@ struct Outcome {
 constexpr int MaxInputs = 4;
 constexpr int MaxOutputs = 3;
 
-using Conversion = Outcome (*)(Handle& handle, const Options& options, const double* in, double* out);
+// Converts one point and checks the results. On failure all of `out` is NaN.
+using Conversion = Outcome (*)(Handle& handle, const Options& options, int outputs, const double* in, double* out);
+
+// Points at equal distances in memory.
+struct Row {
+  struct Operand {
+    char* data;
+    std::ptrdiff_t stride;  // bytes
+  };
+  std::int64_t first = 0;  // number of the first point
+  std::int64_t count = 0;
+  int inputs = 0;
+  int outputs = 0;
+  std::array<Operand, MaxInputs> in{};
+  std::array<Operand, MaxOutputs> out{};
+  std::int32_t* codes = nullptr;  // of the points, from number 0; null for none
+};
+
+// What happened in a loop. A failed point is NaN in every output.
+struct Summary {
+  std::int64_t first = -1;     // number of the first failed point in the order of C, -1 for none
+  Outcome outcome;             // its outcome
+  std::int64_t unshifted = 0;  // number of points outside the datum grid that were converted without a shift
+  std::int64_t firstUnshifted = -1;
+};
+
+// Converts a row. `stop`: it may end at its first failure, and then returns false.
+using RowConversion = bool (*)(Handle& handle, const Options& options, const Row& row, bool stop, Summary& summary);
 
 // The number of inputs and outputs: with a height, if the operation takes one.
 int Inputs(Operation operation, const Options& options);
 int Outputs(Operation operation, const Options& options);
 Conversion ConversionOf(Operation operation);
+RowConversion RowConversionOf(Operation operation);
 
 // What a code means.
 const char* TextOf(std::int32_t code, const char* function);

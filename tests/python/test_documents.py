@@ -38,7 +38,7 @@ def test_the_examples_of_the_docstrings_run():
 
 @pytest.mark.parametrize("page", PAGES)
 def test_the_examples_of_a_page_run(page):
-    blocks = re.findall(r"^```python\n(.*?)^```", (ROOT / page).read_text(encoding="utf-8"), re.M | re.S)
+    blocks = re.findall(r"^```pycon\n(.*?)^```", (ROOT / page).read_text(encoding="utf-8"), re.M | re.S)
     run("\n".join(blocks), page)
 
 
