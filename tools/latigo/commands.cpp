@@ -1,6 +1,9 @@
 #include "commands.h"
 
 #include <cstdio>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 #include "converter.h"
 #include "factors.h"
@@ -17,6 +20,20 @@ Order GeographicOrder(const PointOptions& options) {
   return options.lonlat ? Order::LongitudeLatitude : Order::LatitudeLongitude;
 }
 
+// The names of output columns.
+using Names = std::vector<std::string_view>;
+
+const Names GridNames = {"easting", "northing", "height"};
+
+Names GeographicNames(const PointOptions& options) {
+  return options.lonlat ? Names{"longitude", "latitude", "height"} : Names{"latitude", "longitude", "height"};
+}
+
+int RunNamed(const PointOptions& options, PointCommand command, Names names) {
+  command.names = std::move(names);
+  return RunPoints(options, command);
+}
+
 Between BetweenOf(const ShiftOptions& options, bool geoidOnDatum = false) {
   return {options.wgs84, options.unshifted, geoidOnDatum};
 }
@@ -24,21 +41,26 @@ Between BetweenOf(const ShiftOptions& options, bool geoidOnDatum = false) {
 }  // namespace
 
 int RunForward(const GridOptions& options) {
-  return RunPoints(options, {GeographicOrder(options), 2, options.noHeight ? Third::Ignored : Third::Height, Forward,
-                             BetweenOf(options, options.geoidOnDatum)});
+  return RunNamed(options,
+                  {GeographicOrder(options), 2, options.noHeight ? Third::Ignored : Third::Height, Forward,
+                   BetweenOf(options, options.geoidOnDatum)},
+                  GridNames);
 }
 
 int RunInverse(const GridOptions& options) {
-  return RunPoints(options, {Order::Grid, 2, options.noHeight ? Third::Ignored : Third::Height, Inverse,
-                             BetweenOf(options, options.geoidOnDatum)});
+  return RunNamed(options,
+                  {Order::Grid, 2, options.noHeight ? Third::Ignored : Third::Height, Inverse,
+                   BetweenOf(options, options.geoidOnDatum)},
+                  GeographicNames(options));
 }
 
 int RunScale(const ScaleOptions& options) {
   Between between = BetweenOf(options);
   between.localGrid = false;  // the factor is that of the projection's coordinates
-  return RunPoints(options, options.grid
-                                ? PointCommand{Order::Grid, 1, Third::Carried, ScaleOfGrid, between}
-                                : PointCommand{GeographicOrder(options), 1, Third::Carried, ScaleOfPosition, between});
+  return RunNamed(options,
+                  options.grid ? PointCommand{Order::Grid, 1, Third::Carried, ScaleOfGrid, between}
+                               : PointCommand{GeographicOrder(options), 1, Third::Carried, ScaleOfPosition, between},
+                  {"scale"});
 }
 
 int RunFactors(const FactorsOptions& options) {
@@ -46,7 +68,9 @@ int RunFactors(const FactorsOptions& options) {
                        options.noHeight ? Third::Ignored : Third::Height,
                        options.grid ? FactorsOfGrid : FactorsOfPosition, BetweenOf(options, options.geoidOnDatum)};
   command.heightValues = 2;
-  return RunPoints(options, command);
+  return RunNamed(options, command,
+                  {"convergence", "scale_meridian", "scale_parallel", "scale_area", "angular_distortion",
+                   "elevation_factor", "combined_factor"});
 }
 
 int RunUndulation(const UndulationOptions& options) {
@@ -59,13 +83,14 @@ int RunUndulation(const UndulationOptions& options) {
     }
     Message(place + "warning: the section has no geoid: every undulation is 0");
   }
-  return RunPoints(options, {GeographicOrder(options), 1, Third::Carried, GeoidUndulation, between});
+  return RunNamed(options, {GeographicOrder(options), 1, Third::Carried, GeoidUndulation, between}, {"undulation"});
 }
 
 int RunEcef(const EcefOptions& options) {
   const Between between = BetweenOf(options);
-  return options.inverse ? RunPoints(options, {Order::Grid, 3, Third::Needed, FromCartesian, between})
-                         : RunPoints(options, {GeographicOrder(options), 3, Third::Used, ToCartesian, between});
+  return options.inverse
+             ? RunNamed(options, {Order::Grid, 3, Third::Needed, FromCartesian, between}, GeographicNames(options))
+             : RunNamed(options, {GeographicOrder(options), 3, Third::Used, ToCartesian, between}, {"X", "Y", "Z"});
 }
 
 int RunDistance(const DistanceOptions& options) {
@@ -76,8 +101,14 @@ int RunDistance(const DistanceOptions& options) {
   const auto measure = options.rhumb        ? DistanceOfRhumbLine
                        : options.arcToChord ? DistanceAndArcToChord
                                             : DistanceOfGreatCircle;
-  return RunPoints(options, {GeographicOrder(options), options.arcToChord ? 4 : 2, Third::Used, measure,
-                             BetweenOf(options), ParseTwoPoints, unit});
+  Names names = {"distance", "unit", "azimuth"};
+  if (options.arcToChord) {
+    names.insert(names.end(), {"arc_to_chord_from", "arc_to_chord_to"});
+  }
+  return RunNamed(options,
+                  {GeographicOrder(options), options.arcToChord ? 4 : 2, Third::Used, measure, BetweenOf(options),
+                   ParseTwoPoints, unit},
+                  names);
 }
 
 }  // namespace latigo::cli

@@ -8,6 +8,7 @@
 #include <unistd.h>
 #endif
 
+#include "error_text.h"
 #include "streams.h"
 
 namespace latigo::cli {
@@ -26,19 +27,30 @@ long ReadSome(std::FILE* file, char* buffer, std::size_t size) {
 #endif
 }
 
+// With its mark, or with NUL as one byte of its first character.
+bool IsUtf16(std::string_view bytes) {
+  return bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF") ||
+         (bytes.size() > 1 && (bytes[0] == '\0') != (bytes[1] == '\0'));
+}
+
 }  // namespace
 
-bool NextLine(std::string_view& text, std::string_view& line) {
+bool NextLine(std::string_view& text, std::string_view& line, std::string_view& end) {
   if (text.empty()) {
     return false;
   }
   const std::size_t feed = std::min(text.find('\n'), text.size());
-  line = text.substr(0, feed);
-  text.remove_prefix(std::min(feed + 1, text.size()));
-  if (line.ends_with('\r')) {
-    line.remove_suffix(1);
-  }
+  const std::size_t length = feed > 0 && text[feed - 1] == '\r' ? feed - 1 : feed;
+  const std::size_t next = std::min(feed + 1, text.size());
+  line = text.substr(0, length);
+  end = feed < text.size() ? text.substr(length, next - length) : std::string_view();
+  text.remove_prefix(next);
   return true;
+}
+
+bool NextLine(std::string_view& text, std::string_view& line) {
+  std::string_view end;
+  return NextLine(text, line, end);
 }
 
 void BlockReader::CloseFile::operator()(std::FILE* file) const {
@@ -79,6 +91,9 @@ void BlockReader::SkipLine(std::string& bytes) {
 bool BlockReader::Next(Block& block) {
   if (!NextBlock(block)) {
     return false;
+  }
+  if (block.firstLine == 1 && IsUtf16(block.bytes)) {
+    throw UsageError(name_ + ": the file is UTF-16, and only UTF-8 and plain text are read: save it as UTF-8");
   }
   if (block.firstLine == 1 && block.bytes.starts_with("\xEF\xBB\xBF")) {
     block.bytes.erase(0, 3);

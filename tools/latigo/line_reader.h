@@ -16,6 +16,10 @@ struct Block {
   bool cut = false;           // the block is the beginning of one overlong line
 };
 
+// Removes the next line from the front of the text and returns it and its end (LF, CRLF, or nothing at the end of the
+// text); false if the text is empty.
+bool NextLine(std::string_view& text, std::string_view& line, std::string_view& end);
+
 // Removes the next line from the front of the text and returns it without its end (LF or CRLF); false if the text is
 // empty.
 bool NextLine(std::string_view& text, std::string_view& line);

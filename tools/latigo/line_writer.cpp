@@ -1,5 +1,6 @@
 #include "line_writer.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
 #include <cstdint>
@@ -55,6 +56,10 @@ void Writer::Dms(double degrees, Axis axis, int precision) {
   char text[64];
   const char* const end = WriteDms(text, degrees, axis, precision);
   Text({text, static_cast<std::size_t>(end - text)});
+}
+
+void Writer::UseComma(std::size_t begin) {
+  std::replace(text_.begin() + static_cast<std::ptrdiff_t>(begin), text_.end(), '.', ',');
 }
 
 }  // namespace latigo::cli

@@ -1,6 +1,7 @@
 // Lines of output; nothing is allocated per line.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 
@@ -16,6 +17,9 @@ class Writer {
   // A number with `precision` decimals; never "-0".
   void Number(double value, int precision);
   void Dms(double degrees, Axis axis, int precision);
+
+  // Replaces the decimal points from a place on by commas.
+  void UseComma(std::size_t begin);
 
   const std::string& Written() const { return text_; }
 

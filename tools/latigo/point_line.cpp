@@ -72,17 +72,43 @@ bool IsWhole(std::string_view field) {
   return !field.empty() && field.find_first_not_of("+-0123456789") == std::string_view::npos;
 }
 
+constexpr const char* LoneHemisphere =
+    "a hemisphere letter in a field of its own: write it directly beside the number, or choose it with --dms-columns";
+constexpr const char* Semicolon = "a semicolon: --separator semicolon reads it as the field separator";
+
+void Refuse(PointLine& point, const char* fault, std::size_t column, std::string_view text) {
+  point.fault = fault;
+  point.faultColumn = column;
+  point.faultText = text;
+}
+
+bool IsAnyHemisphere(std::string_view field) {
+  return IsHemisphere(field, Axis::Latitude) || IsHemisphere(field, Axis::Longitude);
+}
+
+// Refuses a line for one of its first two fields, of which a more precise reason may be known.
+void RefuseField(PointLine& point, const char* fault, std::size_t column, std::string_view field,
+                 Separation separation) {
+  const bool semicolon = separation == Separation::Auto && field.find(';') != std::string_view::npos;
+  Refuse(point, IsAnyHemisphere(field) ? LoneHemisphere : semicolon ? Semicolon : fault, column, field);
+}
+
 // Reads a height, if the next field is one.
-void ParseThird(Fields& fields, PointLine& point) {
+void ParseThird(Fields& fields, Order order, PointLine& point) {
   Fields ahead = fields;
   const std::string_view field = ahead.Next();
+  if (order != Order::Grid &&
+      IsHemisphere(field, order == Order::LatitudeLongitude ? Axis::Longitude : Axis::Latitude)) {
+    Refuse(point, LoneHemisphere, 3, field);
+    return;
+  }
   const Parsed parsed = ParseNumber(field);
   if (parsed.fault == nullptr) {
     point.third = parsed.value;
     point.wholeThird = field.find_first_not_of("0123456789") == std::string_view::npos;
     fields = ahead;
   } else if (LooksLikeNumber(field)) {
-    point.fault = parsed.fault;
+    Refuse(point, parsed.fault, 3, field);
     point.badThird = true;
   }
 }
@@ -105,12 +131,15 @@ PointLine ParsePointLine(std::string_view line, Order order, Separation separati
   point.separator = fields.Separator();
   point.rest = point.restWithThird = fields.Left();
   if (second.empty()) {
-    point.fault = "a field is missing";
+    const bool semicolon = first.find(';') != std::string_view::npos;
+    RefuseField(point, "a field is missing", semicolon ? 1 : 2, semicolon ? first : "", separation);
     return point;
   }
+  point.coordinates = {first.data(), second.data() + second.size()};
   if (tight && IsWhole(first) && IsWhole(second)) {
-    point.fault =
-        "a comma between whole numbers could be a decimal comma: write a decimal point, or a blank after the comma";
+    Refuse(point,
+           "a comma between whole numbers could be a decimal comma: write a decimal point, or a blank after the comma",
+           1, point.coordinates);
     return point;
   }
   Parsed one;
@@ -131,11 +160,18 @@ PointLine ParsePointLine(std::string_view line, Order order, Separation separati
   }
   point.first = one.value;
   point.second = two.value;
-  point.fault = one.fault != nullptr ? one.fault : two.fault;
-  if (point.fault == nullptr) {
-    ParseThird(fields, point);
-    point.rest = fields.Left();
+  if (one.fault != nullptr || two.fault != nullptr) {
+    const Parsed& ofFirst = order == Order::LongitudeLatitude ? two : one;
+    const Parsed& ofSecond = order == Order::LongitudeLatitude ? one : two;
+    if (ofFirst.fault != nullptr) {
+      RefuseField(point, ofFirst.fault, 1, first, separation);
+    } else {
+      RefuseField(point, ofSecond.fault, 2, second, separation);
+    }
+    return point;
   }
+  ParseThird(fields, order, point);
+  point.rest = fields.Left();
   return point;
 }
 
@@ -152,6 +188,11 @@ PointLine ParseTwoPoints(std::string_view line, Order order, Separation separati
   from.toSecond = to.second;
   from.rest = to.restWithThird;
   from.fault = to.fault;
+  from.faultColumn = to.faultColumn == 0 ? 0 : to.faultColumn + 2;
+  from.faultText = to.faultText;
+  if (!to.coordinates.empty()) {
+    from.coordinates = {from.coordinates.data(), to.coordinates.data() + to.coordinates.size()};
+  }
   return from;
 }
 

@@ -1,6 +1,7 @@
 // A line of a points file: two coordinates, optionally a height, and further text.
 #pragma once
 
+#include <cstddef>
 #include <optional>
 #include <string_view>
 
@@ -23,7 +24,10 @@ struct PointLine {
   std::string_view restWithThird;
   double toFirst = 0;  // of a line of two positions, the second
   double toSecond = 0;
-  const char* fault = nullptr;  // why the line is invalid; null for a point
+  const char* fault = nullptr;   // why the line is invalid; null for a point
+  std::size_t faultColumn = 0;   // the field of the fault, from 1
+  std::string_view faultText;    // as in the line
+  std::string_view coordinates;  // the first two fields, for messages
 };
 
 // Blank lines and lines that begin with # are comments.

@@ -147,7 +147,7 @@ bool Layout::ReadValue(std::size_t wanted, std::size_t place, Row& row) const {
   return parsed.fault == nullptr || fail(parsed.fault);
 }
 
-bool Layout::Read(std::string_view line, Row& row) const {
+bool Layout::ReadFields(std::string_view line, Row& row) const {
   row.fault = {};
   std::fill_n(row.fields.begin(), columns_.size(), Field());
   row.texts.fill({});
@@ -175,7 +175,11 @@ bool Layout::Read(std::string_view line, Row& row) const {
   } else if (headerColumns != 0 && filled > headerColumns) {
     row.fault = {"the line has more fields than the header", filled, {}};
   }
-  if (row.fault.reason != nullptr) {
+  return row.fault.reason == nullptr;
+}
+
+bool Layout::Read(std::string_view line, Row& row) const {
+  if (!ReadFields(line, row)) {
     return false;
   }
   std::size_t place = 0;

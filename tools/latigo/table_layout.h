@@ -68,6 +68,10 @@ class Layout {
   // Reads a line without its line end. Returns false for a line that is no point, with the fault.
   bool Read(std::string_view line, Row& row) const;
 
+  // Finds the chosen fields and counts all. Returns false for invalid quotes, and for a hemisphere letter that is not
+  // chosen.
+  bool ReadFields(std::string_view line, Row& row) const;
+
   char Separator() const { return separator_; }
   bool DecimalComma() const { return decimalComma_; }
   // Number of wanted values that are read, among them texts.
