@@ -50,30 +50,102 @@ bool TakeDigits(std::string_view& text, double& value, bool& whole) {
   return true;
 }
 
+constexpr const char* NoNumber = "not a number";
+constexpr const char* NoAngle = "not an angle, such as 52.5, 52.5N, 52:30:00, 52-30-00N or 52\u00B030'00\"";
+
+void SkipBlanks(std::string_view& text) {
+  while (Take(text, " ", "\t", "\u00A0", "\u2009", "\u202F")) {
+  }
+}
+
+// The marks after degrees, minutes and seconds. The bytes are the degree sign and the ordinal of Windows-1252.
+bool TakeDegreeMark(std::string_view& text) {
+  return Take(text, "\u00B0", "\u00BA", "d", "D", "\xB0", "\xBA");
+}
+bool TakeMinuteMark(std::string_view& text) {
+  return !text.starts_with("''") && !text.starts_with("\u2019\u2019") &&
+         Take(text, "'", "\u2032", "\u2019", "\u02B9", "\u00B4", "m", "M");
+}
+bool TakeSecondMark(std::string_view& text) {
+  // A doubled quote is one inside quotes.
+  return Take(text, "\"\"", "\"", "\u2033", "\u201D", "\u02BA", "''", "\u2019\u2019", "\u2032\u2032");
+}
+
+// How the parts of an angle are separated.
+enum class Between { Nothing, Colon, Dash, Blank, Mark };
+
+// Takes what is between degrees and minutes, or minutes and seconds.
+template <typename TakeMark>
+Between TakeBetween(std::string_view& text, TakeMark takeMark) {
+  std::string_view ahead = text;
+  SkipBlanks(ahead);
+  if (takeMark(ahead)) {
+    SkipBlanks(ahead);
+    text = ahead;
+    return Between::Mark;
+  }
+  if (Take(text, ":")) {
+    return Between::Colon;
+  }
+  if (text.size() > 1 && text[0] == '-' && IsDigit(text[1])) {
+    text.remove_prefix(1);
+    return Between::Dash;
+  }
+  const bool blank = ahead.size() < text.size();
+  text = ahead;
+  return blank ? Between::Blank : Between::Nothing;
+}
+
+bool StartsWithDigit(std::string_view text) {
+  return !text.empty() && IsDigit(text.front());
+}
+
+// An S after seconds that are marked by letters: the mark of the seconds, or the hemisphere.
+const char* TakeSecondLetter(std::string_view& text, bool latitude) {
+  if (text.starts_with('S') && text.size() == 1 && latitude) {
+    return "S could be seconds or south: write 52d30m00s, and S after it for south";
+  }
+  Take(text, "s", "S");
+  return nullptr;
+}
+
 // Degrees, optionally with minutes and seconds.
-const char* TakeSexagesimal(std::string_view& text, double& degrees) {
-  constexpr const char* NoNumber = "not a number";
+const char* TakeSexagesimal(std::string_view& text, Axis axis, double& degrees) {
   bool whole = false;
   if (!TakeDigits(text, degrees, whole)) {
     return NoNumber;
   }
-  const bool colon = Take(text, ":");
-  if (!colon && (!Take(text, "\u00B0", "d") || text.empty() || !IsDigit(text.front()))) {
+  if (text.empty()) {
     return nullptr;
+  }
+  const bool letters = text.front() == 'd' || text.front() == 'D';
+  const Between first = TakeBetween(text, TakeDegreeMark);
+  if (!StartsWithDigit(text)) {
+    return first == Between::Colon ? NoNumber : nullptr;
   }
   double minutes = 0;
   bool wholeMinutes = false;
-  if (!whole || !TakeDigits(text, minutes, wholeMinutes)) {
-    return NoNumber;
+  if (first == Between::Nothing || !whole || !TakeDigits(text, minutes, wholeMinutes)) {
+    return NoAngle;
   }
   double seconds = 0;
-  const bool secondColon = colon && Take(text, ":");
-  if (secondColon || (Take(text, "'", "\u2032") && !text.empty() && IsDigit(text.front()))) {
+  const Between second = TakeBetween(text, TakeMinuteMark);
+  if (second != Between::Nothing && StartsWithDigit(text)) {
     bool any = false;
-    if (!wholeMinutes || !TakeDigits(text, seconds, any)) {
-      return NoNumber;
+    if (second != first || !wholeMinutes || !TakeDigits(text, seconds, any)) {
+      return NoAngle;
     }
-    Take(text, "\"", "\u2033", "''");
+    std::string_view ahead = text;
+    SkipBlanks(ahead);
+    if (TakeSecondMark(ahead)) {
+      text = ahead;
+    } else if (letters) {
+      if (const char* fault = TakeSecondLetter(text, axis == Axis::Latitude); fault != nullptr) {
+        return fault;
+      }
+    }
+  } else if (second == Between::Colon) {
+    return NoNumber;
   }
   if (minutes >= 60 || seconds >= 60) {
     return "minutes and seconds must be below 60";
@@ -82,9 +154,39 @@ const char* TakeSexagesimal(std::string_view& text, double& degrees) {
   return nullptr;
 }
 
+// Takes a hemisphere letter and the blanks beside it: +1 or -1, or 0 for none.
+int TakeHemisphere(std::string_view& text, Axis axis) {
+  std::string_view ahead = text;
+  SkipBlanks(ahead);
+  const auto [positiveLetter, negativeLetter] = LettersOf(axis);
+  const char letter = ahead.empty() ? '\0' : Upper(ahead.front());
+  if (letter != positiveLetter && letter != negativeLetter) {
+    return 0;
+  }
+  ahead.remove_prefix(1);
+  SkipBlanks(ahead);
+  text = ahead;
+  return letter == positiveLetter ? 1 : -1;
+}
+
+const char* NoAngleOf(std::string_view text, Axis axis) {
+  if (text.size() == 1 && Upper(text.front()) == 'O') {
+    return "O could be east (Ost) or west (ouest, oeste): write E or W";
+  }
+  if (text.starts_with(',')) {
+    return "a comma in an angle: the decimal mark is a point, or with --decimal-comma a comma";
+  }
+  return axis == Axis::Latitude ? "not a latitude, such as 52.5, 52.5N, 52:30:00, 52-30-00N or 52\u00B030'00\""
+                                : "not a longitude, such as 7.5, 7.5E, 7:30:00, 7-30-00E or 7\u00B030'00\"";
+}
+
 }  // namespace
 
 Parsed ParseNumber(std::string_view text) {
+  if (text.starts_with("\u2212") && text.size() > 3 && (IsDigit(text[3]) || text[3] == '.')) {  // a typographic minus
+    const Parsed positive = ParseNumber(text.substr(3));
+    return {-positive.value, positive.fault};
+  }
   double value = 0;
   if (text.starts_with('+') && !text.starts_with("+-")) {
     text.remove_prefix(1);
@@ -93,41 +195,42 @@ Parsed ParseNumber(std::string_view text) {
   const auto result = std::from_chars(text.data(), end, value);
   if (result.ec != std::errc() || result.ptr != end || !std::isfinite(value)) {
     return {0,
-            text.find(',') != std::string_view::npos ? "not a number (the decimal mark is a point)" : "not a number"};
+            text.find(',') != std::string_view::npos ? "not a number (the decimal mark is a point, or with --decimal-comma a comma)" : "not a number"};
   }
   return {value, nullptr};
 }
 
 Parsed ParseAngle(std::string_view text, Axis axis) {
-  const bool minus = text.starts_with('-');
-  const bool hasSign = minus || text.starts_with('+');
-  text.remove_prefix(hasSign ? 1 : 0);
+  const bool minus = Take(text, "-", "\u2212");
+  const bool hasSign = minus || Take(text, "+");
+  const int before = StartsWithDigit(text) ? 0 : TakeHemisphere(text, axis);
   const std::string_view unsignedText = text;
   double degrees = 0;
-  if (const char* fault = TakeSexagesimal(text, degrees); fault != nullptr) {
+  if (const char* fault = TakeSexagesimal(text, axis, degrees); fault != nullptr) {
     return {0, fault};
   }
-  if (text.size() > 1 && Upper(text.front()) == 'E') {  // an exponent, not a hemisphere
-    const Parsed number = ParseNumber(unsignedText);
-    degrees = number.fault == nullptr ? number.value : degrees;
-    text.remove_prefix(number.fault == nullptr ? text.size() : 0);
-  }
-  bool negative = minus;
+  int after = 0;
   if (!text.empty()) {
-    const auto [positiveLetter, negativeLetter] = LettersOf(axis);
-    const char letter = Upper(text.front());
-    if (text.size() != 1 || (letter != positiveLetter && letter != negativeLetter)) {
-      return {0, axis == Axis::Latitude ? "not a latitude" : "not a longitude"};
+    if (text.size() > 1 && Upper(text.front()) == 'E') {  // an exponent, not a hemisphere
+      const Parsed number = ParseNumber(unsignedText);
+      degrees = number.fault == nullptr ? number.value : degrees;
+      text.remove_prefix(number.fault == nullptr ? text.size() : 0);
     }
-    if (hasSign) {
-      return {0, "both a sign and a hemisphere letter"};
+    after = TakeHemisphere(text, axis);
+    if (!text.empty()) {
+      return {0, NoAngleOf(text, axis)};
     }
-    negative = letter == negativeLetter;
+  }
+  if (before != 0 && after != 0) {
+    return {0, "two hemisphere letters"};
+  }
+  if (hasSign && before + after != 0) {
+    return {0, "both a sign and a hemisphere letter"};
   }
   if (degrees > (axis == Axis::Latitude ? 90 : 360)) {
     return {0, axis == Axis::Latitude ? "a latitude above 90 degrees" : "a longitude above 360 degrees"};
   }
-  return {negative ? -degrees : degrees, nullptr};
+  return {minus || before + after < 0 ? -degrees : degrees, nullptr};
 }
 
 char* WriteDms(char* buffer, double degrees, Axis axis, int precision) {
