@@ -194,8 +194,9 @@ Parsed ParseNumber(std::string_view text) {
   const char* const end = text.data() + text.size();
   const auto result = std::from_chars(text.data(), end, value);
   if (result.ec != std::errc() || result.ptr != end || !std::isfinite(value)) {
-    return {0,
-            text.find(',') != std::string_view::npos ? "not a number (the decimal mark is a point, or with --decimal-comma a comma)" : "not a number"};
+    return {0, text.find(',') != std::string_view::npos
+                   ? "not a number (the decimal mark is a point, or with --decimal-comma a comma)"
+                   : "not a number"};
   }
   return {value, nullptr};
 }

@@ -143,7 +143,8 @@ bool BlockRun::ConvertPoint(std::string_view line, const PointLine& point, Resul
   command_.convert(converter_, point, result);
   if (result.function != nullptr || result.fault != nullptr) {
     const std::string place = result.place.empty() ? "" : Visible(result.place) + ": ";
-    return fail((place + (result.function != nullptr ? ErrorText(result.code, result.function) : result.fault)).c_str());
+    return fail(
+        (place + (result.function != nullptr ? ErrorText(result.code, result.function) : result.fault)).c_str());
   }
   if (point.third && command_.third == Third::Height) {
     if (point.wholeThird && *point.third != 0) {
