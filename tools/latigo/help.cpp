@@ -259,12 +259,22 @@ Options of all commands that read points:
   --jobs THREADS        number of threads, 1 to 256; the order of the lines is kept
   --dms                 write angles as degrees, minutes and seconds
   --separator auto|comma|semicolon|tab|blank
-                        field separator; auto is blanks or commas. With comma 391390,5817855 is a point
+                        field separator; auto is blanks or commas, and with the options below whichever makes the
+                        first line a point. With comma 391390,5817855 is a point
   --lonlat              longitude before latitude, in input and output
+
+Options for files with columns; each of them leaves the other columns as they are:
+  --columns LIST        columns of the values in their order, as 2,3 or 2,3,4 with a height, or by the names of the
+                        header line; default the first ones
+  --header auto|yes|no  whether the first line has the names of the columns; auto if the columns have words there
+  --decimal-comma       numbers have a decimal comma, in input and output
+  --dms-columns         an angle has 2 to 4 columns: degrees, minutes, seconds, hemisphere
+  --append              write new columns after the last; default in place of the columns if they are as many
 
 Points are read from files, or from standard input without files or for -, one per line: two coordinates, optionally a
 height, and further text, which is copied. Angles are decimal degrees or degrees, minutes and seconds (52.5, 52:30:00N,
-52°30'00"N). Heights are metres; heights with grid coordinates are vertical units if the section has the key VertUnit.
+52-30-00N, 52°30'00"N, and in columns N 52 30 00). Heights are metres; heights with grid coordinates are vertical units
+if the section has the key VertUnit.
 Blank lines and lines that begin with # are copied.
 
 Invalid lines and failed points print * for each value, and a message. Far from the projection's origin, a round-trip

@@ -32,6 +32,7 @@ _latigo_sections() {
 _latigo() {
   local current=${COMP_WORDS[COMP_CWORD]} previous=${COMP_WORDS[COMP_CWORD - 1]} options
   local points='--help --output --section --strict --precision --jobs --dms --lonlat --separator'
+  points+=' --columns --header --decimal-comma --dms-columns --append'
   local shift='--wgs84 --outside-grid' heights='--geoid-on-datum --no-height'
   COMPREPLY=()
   case $previous in
@@ -44,10 +45,11 @@ _latigo() {
     --heights) mapfile -t COMPREPLY < <(compgen -W 'geoid ellipsoidal' -- "$current") && return ;;
     --lang) mapfile -t COMPREPLY < <(compgen -W 'eng fra esp' -- "$current") && return ;;
     --separator) mapfile -t COMPREPLY < <(compgen -W 'auto comma semicolon tab blank' -- "$current") && return ;;
+    --header) mapfile -t COMPREPLY < <(compgen -W 'auto yes no' -- "$current") && return ;;
     --outside-grid) mapfile -t COMPREPLY < <(compgen -W 'fail unshifted' -- "$current") && return ;;
     --datum) mapfile -t COMPREPLY < <(compgen -W 'geographic cartesian' -- "$current") && return ;;
     --reverse) mapfile -t COMPREPLY < <(compgen -W 'none x y both' -- "$current") && return ;;
-    --precision | --jobs | --sigma | --name) return ;;
+    --precision | --jobs | --columns | --sigma | --name) return ;;
   esac
   if [ "$COMP_CWORD" -eq 1 ]; then
     mapfile -t COMPREPLY < <(compgen -W 'info check list template forward inverse convert scale factors undulation ecef distance fit --help --version' -- "$current")

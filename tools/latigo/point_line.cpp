@@ -76,6 +76,17 @@ constexpr const char* LoneHemisphere =
     "a hemisphere letter in a field of its own: write it directly beside the number, or choose it with --dms-columns";
 constexpr const char* Semicolon = "a semicolon: --separator semicolon reads it as the field separator";
 
+constexpr const char* PartsOrDecimalComma =
+    "degrees and minutes, or two numbers with decimal commas: --separator comma or --decimal-comma decides";
+
+// Whether a field begins with two numbers and a blank between them.
+bool HasParts(std::string_view field) {
+  const std::size_t blank = field.find_first_of(" \t");
+  const std::size_t next = field.find_first_not_of(" \t", blank);
+  const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
+  return blank > 0 && next != std::string_view::npos && isDigit(field[next]) && isDigit(field[blank - 1]);
+}
+
 void Refuse(PointLine& point, const char* fault, std::size_t column, std::string_view text) {
   point.fault = fault;
   point.faultColumn = column;
@@ -141,6 +152,14 @@ PointLine ParsePointLine(std::string_view line, Order order, Separation separati
            "a comma between whole numbers could be a decimal comma: write a decimal point, or a blank after the comma",
            1, point.coordinates);
     return point;
+  }
+  if (separation == Separation::Auto && point.separator == ',') {
+    for (const std::string_view field : {first, second}) {
+      if (HasParts(field)) {
+        Refuse(point, PartsOrDecimalComma, field.data() == first.data() ? 1 : 2, field);
+        return point;
+      }
+    }
   }
   Parsed one;
   Parsed two;

@@ -24,9 +24,9 @@ struct PointCommand {
   void (*convert)(const Converter& converter, const PointLine& point, Result& result);
   Between between = {};
   PointLine (*parse)(std::string_view line, Order order, Separation separation) = ParsePointLine;
+  std::string unit = {};  // a word after the first value
+  int heightValues = 1;   // number of further output values of a line with a height
   std::function<std::unique_ptr<const Converter>()> makeTarget = {};  // of convert: the second system
-  std::string unit = {};                                              // a word after the first value
-  int heightValues = 1;                      // number of further output values of a line with a height
   std::vector<std::string_view> names = {};  // of the output columns, with the unit, those of a height at the end
 };
 

@@ -114,9 +114,8 @@ TableReader::TableReader(const std::string& path, const TableOptions& options, s
         columns.push_back(columns.size());
       }
     }
-  } else {
-    perAngle_ = ColumnsPerAngle(wanted, columns.size(), options.dmsColumns);
   }
+  perAngle_ = ColumnsPerAngle(wanted, columns.size(), options.dmsColumns);
   if (std::all_of(names_.begin(), names_.end(), isNumber)) {
     names_.clear();
     RequireDistinct(columns);
@@ -161,6 +160,7 @@ bool TableReader::Find(std::string_view text, std::size_t firstLine, bool atEnd)
   headerLine_ = 0;
   headerDecided_ = options_.header == HeaderLine::No;
   std::size_t number = firstLine;
+  std::string_view first;  // the first line after the header
   for (std::string_view line; NextLine(text, line); ++number) {
     if (IsComment(line) && (!Named() || headerDecided_ || Trimmed(line).empty())) {
       continue;
@@ -171,14 +171,25 @@ bool TableReader::Find(std::string_view text, std::size_t firstLine, bool atEnd)
     if (!IsComment(line) && Decide(line, number)) {
       return true;
     }
+    first = first.empty() ? line : first;
   }
   if (!atEnd) {
     return false;
   }
-  // No line is a point with any separator: each is reported as read with the first separator.
-  const auto fits = [](const Candidate& candidate) { return !candidate.columns.empty(); };
-  const auto found = std::find_if(candidates_.begin(), candidates_.end(), fits);
-  layout_ = LayoutOf(*found, options_.decimalComma, {});
+  // No line is a point with any separator: each is reported as read with that which finds most of the chosen fields.
+  Row row;
+  std::ptrdiff_t most = -1;
+  for (const Candidate& candidate : candidates_) {
+    Layout layout = LayoutOf(candidate, options_.decimalComma, first);
+    layout.ReadFields(first, row);
+    const auto count =
+        std::count_if(row.fields.begin(), row.fields.begin() + static_cast<std::ptrdiff_t>(layout.Columns().size()),
+                      [](const Field& field) { return !field.bytes.empty(); });
+    if (count > most) {
+      most = count;
+      layout_ = std::move(layout);
+    }
+  }
   return true;
 }
 
