@@ -37,6 +37,7 @@ bool IsEmptyRow(std::string_view line, char separator) {
 void BlockRun::Run(const Block& block) {
   std::string_view text = block.bytes;
   line_ = block.firstLine;
+  end_ = block.afterCrlf ? "\r\n" : "\n";
   if (block.cut) {
     Fail({}, {}, {"the line is too long", 0, {}});
     output_.rows = 1;

@@ -105,6 +105,7 @@ bool BlockReader::NextBlock(Block& block) {
   block.bytes = std::move(rest_);
   rest_.clear();
   block.firstLine = nextLine_;
+  block.afterCrlf = afterCrlf_;
   block.cut = false;
   std::size_t feed = block.bytes.rfind('\n');
   for (; feed == std::string::npos; feed = block.bytes.rfind('\n')) {
@@ -120,6 +121,7 @@ bool BlockReader::NextBlock(Block& block) {
   }
   rest_.assign(block.bytes, feed + 1);
   block.bytes.resize(feed + 1);
+  afterCrlf_ = block.bytes.ends_with("\r\n");
   nextLine_ += static_cast<std::size_t>(std::count(block.bytes.begin(), block.bytes.end(), '\n'));
   return true;
 }

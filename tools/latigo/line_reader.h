@@ -13,6 +13,7 @@ namespace latigo::cli {
 struct Block {
   std::string bytes;
   std::size_t firstLine = 1;  // number of the first line in the file
+  bool afterCrlf = false;     // the line before the block ends in CRLF
   bool cut = false;           // the block is the beginning of one overlong line
 };
 
@@ -49,6 +50,7 @@ class BlockReader {
   std::unique_ptr<std::FILE, CloseFile> file_;
   std::string rest_;  // the beginning of a line
   std::size_t nextLine_ = 1;
+  bool afterCrlf_ = false;
 };
 
 }  // namespace latigo::cli
