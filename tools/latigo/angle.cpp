@@ -202,6 +202,14 @@ Parsed ParseNumber(std::string_view text) {
 }
 
 Parsed ParseAngle(std::string_view text, Axis axis) {
+  const double limit = axis == Axis::Latitude ? 90 : 360;
+  if (double decimal = 0; StartsWithDigit(text)) {  // the ordinary case first
+    std::string_view left = text;
+    bool whole = false;
+    if (TakeDigits(left, decimal, whole) && left.empty() && decimal <= limit) {
+      return {decimal, nullptr};
+    }
+  }
   const bool minus = Take(text, "-", "\u2212");
   const bool hasSign = minus || Take(text, "+");
   const int before = StartsWithDigit(text) ? 0 : TakeHemisphere(text, axis);
@@ -228,7 +236,7 @@ Parsed ParseAngle(std::string_view text, Axis axis) {
   if (hasSign && before + after != 0) {
     return {0, "both a sign and a hemisphere letter"};
   }
-  if (degrees > (axis == Axis::Latitude ? 90 : 360)) {
+  if (degrees > limit) {
     return {0, axis == Axis::Latitude ? "a latitude above 90 degrees" : "a longitude above 360 degrees"};
   }
   return {minus || before + after < 0 ? -degrees : degrees, nullptr};

@@ -32,7 +32,7 @@ class Fields {
       const std::string_view next = TrimLeft({end, left_.end()});
       separator_ = next.starts_with(',') ? ',' : BlankOf({end, next.begin()});
     } else if (separation == Separation::Blank) {
-      const auto* const end = std::find_if(left_.begin(), left_.end(), IsBlank);
+      const auto* const end = std::find_if(left_.begin(), left_.end(), [](char c) { return IsBlank(c); });
       separator_ = BlankOf({end, TrimLeft({end, left_.end()}).begin()});
     } else {
       separator_ = static_cast<char>(separation);
@@ -49,8 +49,8 @@ class Fields {
       left_.remove_prefix(1);
     }
     begun_ = true;
-    const auto* const end =
-        single_ ? std::find(left_.begin(), left_.end(), separator_) : std::find_if(left_.begin(), left_.end(), IsBlank);
+    const auto* const end = single_ ? std::find(left_.begin(), left_.end(), separator_)
+                                    : std::find_if(left_.begin(), left_.end(), [](char c) { return IsBlank(c); });
     const std::string_view field = TrimRight(TrimLeft({left_.begin(), end}));
     left_ = {end, left_.end()};
     return field;
