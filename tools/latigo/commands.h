@@ -94,6 +94,14 @@ struct DistanceOptions : ShiftOptions {
   bool arcToChord = false;  // with the arc-to-chord corrections
 };
 
+struct MapOptions : Options {
+  std::string area;    // south,west,north,east; empty for the command's own
+  std::string points;  // a file of points to draw; empty for none
+  bool grid = false;   // the points are coordinates of the grid
+  bool lonlat = false;
+  Separation separation = Separation::Auto;
+};
+
 // Each returns the exit status: 0, or 1 if a point failed. Throws UsageError.
 int RunForward(const GridOptions& options);
 int RunInverse(const GridOptions& options);
@@ -103,6 +111,9 @@ int RunFactors(const FactorsOptions& options);
 int RunUndulation(const UndulationOptions& options);
 int RunEcef(const EcefOptions& options);
 int RunDistance(const DistanceOptions& options);
+
+// Prints a picture of the section as SVG: 0, or 1 if a point is invalid.
+int RunMap(const MapOptions& options);
 
 // Describes the section, or every section of the file.
 int RunInfo(const InfoOptions& options);

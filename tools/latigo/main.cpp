@@ -142,6 +142,15 @@ void Add(CLI::App& command, FitOptions& options) {
   AddTableReading(command, options.table);
 }
 
+void Add(CLI::App& command, MapOptions& options) {
+  Add(command, static_cast<Options&>(options));
+  command.add_option("--area", options.area)->check(IsGiven);
+  CLI::Option* const points = command.add_option("--points", options.points)->check(IsGiven);
+  command.add_flag("--grid", options.grid)->needs(points);
+  command.add_flag("--lonlat", options.lonlat)->needs(points);
+  command.add_option("--separator", options.separation)->transform(CLI::CheckedTransformer(Separations))->needs(points);
+}
+
 // The files that a command reads, none of which may be its output.
 std::vector<std::string> InputsOf(const OutputOptions&) {
   return {};
@@ -153,6 +162,9 @@ std::vector<std::string> InputsOf(const Options& options) {
   return {options.file};
 }
 std::vector<std::string> InputsOf(const FitOptions& options) {
+  return {options.file, options.points == "-" ? "/dev/stdin" : options.points};
+}
+std::vector<std::string> InputsOf(const MapOptions& options) {
   return {options.file, options.points == "-" ? "/dev/stdin" : options.points};
 }
 std::vector<std::string> InputsOf(const PointOptions& options) {
@@ -220,6 +232,7 @@ int Run(int argc, char** argv) {
   AddCommand(app, chosen, "ecef", RunEcef);
   AddCommand(app, chosen, "distance", RunDistance);
   AddCommand(app, chosen, "fit", RunFit);
+  AddCommand(app, chosen, "map", RunMap);
   int status = 0;
   try {
     app.parse(argc, argv);

@@ -63,11 +63,11 @@ void Measure(const System& system, const Grid& grid, double from, double to, Lar
     for (int point = 0; point < PointsOnLine; ++point) {
       Position position = At(system, distance, static_cast<double>(point) / PointsOnLine);
       position.latitude = std::clamp(position.latitude, -LastLatitude, LastLatitude);
-      const auto [error, code] = grid.Closure(position);
+      const auto [error, code] = grid.Measured().Closure(position);
       if (code > 0) {
         largest.codes.insert(code);
       } else {
-        largest.error = std::max(largest.error, code == NotANumber ? Infinity : error);
+        largest.error = std::max(largest.error, code == picture::NotANumber ? Infinity : error);
       }
     }
   }
@@ -96,10 +96,7 @@ std::string InWords(const Largest& largest) {
   return words;
 }
 
-}  // namespace
-
-Grid::Grid(const System& system)
-    : a_(system.params.SemiMajorAxis), e2_((2 - 1 / system.params.InvFlattening) / system.params.InvFlattening) {
+api::Geodesy Make(const System& system) {
   GeodesyParams params = system.params;
   params.CentralMeridian *= Degree;
   params.RefLatitude *= Degree;
@@ -110,38 +107,15 @@ Grid::Grid(const System& system)
   if (!made) {
     throw std::runtime_error(std::string(system.name) + ": " + made.Text());
   }
-  object_ = std::move(made.value);
+  return std::move(made.value);
 }
+
+}  // namespace
+
+Grid::Grid(const System& system) : object_(Make(system)), measures_(object_.Handle()) {}
 
 std::string Grid::Code() const {
   return object_.ProjectionCode().value;
-}
-
-Outcome Grid::Closure(Position position) const {
-  const double phi = position.latitude * Degree;
-  const double lambda = position.longitude * Degree;
-  const auto xy = object_.GeoXY({phi, lambda});
-  const auto back = object_.XYGeo(*xy);
-  if (!xy || !back) {
-    return {0, xy ? back.code : xy.code};
-  }
-  // M and N, the principal radii of curvature.
-  const double W = 1 - e2_ * std::sin(phi) * std::sin(phi);
-  const double N = a_ / std::sqrt(W);
-  const double M = N * (1 - e2_) / W;
-  const double north = M * (back->latitude - phi);
-  const double east = N * std::cos(phi) * std::remainder(back->longitude - lambda, 2 * std::numbers::pi);
-  const double error = std::hypot(north, east) * 1000;
-  return std::isfinite(error) ? Outcome{error, 0} : Outcome{0, NotANumber};
-}
-
-Outcome Grid::ScaleExcess(Position position) const {
-  const auto xy = object_.GeoXY({position.latitude * Degree, position.longitude * Degree});
-  const auto k = object_.Scale(*xy);
-  if (!xy || !k) {
-    return {0, xy ? k.code : xy.code};
-  }
-  return std::isfinite(*k) ? Outcome{(*k - 1) * 1e6, 0} : Outcome{0, NotANumber};
 }
 
 std::string ClosureTable() {

@@ -11,7 +11,7 @@
 #include <string_view>
 
 #include "closure.h"
-#include "svg.h"
+#include "picture.h"
 #include "systems.h"
 
 namespace {

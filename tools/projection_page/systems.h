@@ -5,15 +5,12 @@
 
 #include <array>
 
+#include "../picture/measures.h"
+
 namespace latigo::page {
 
-struct Position {
-  double latitude, longitude;  // degrees
-};
-
-struct Area {
-  double south, north, west, east;  // degrees
-};
+using picture::Area;
+using picture::Position;
 
 // What distances are measured from: a meridian, at all latitudes of the area; a parallel, at all longitudes; or a
 // point.

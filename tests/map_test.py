@@ -1,0 +1,141 @@
+"""Reads the maps of the program as a person does: colours at positions, legends, lines and names.   map_test.py [EMULATOR...] PROGRAM"""
+import os, re, struct, subprocess, sys, tempfile
+import xml.etree.ElementTree as xml
+
+program = [*sys.argv[1:-1], os.path.realpath(sys.argv[-1])]
+os.chdir(os.path.join(os.path.dirname(os.path.realpath(__file__)), "transcripts"))
+folder = tempfile.TemporaryDirectory()
+os.environ["TWI_BATHYX"] = folder.name
+os.mkdir(folder.name + "/datum")
+CELL, COLUMNS = 4, 72
+
+
+def run(*arguments, text=b""):
+    done = subprocess.run([*program, "map", *arguments], input=text, capture_output=True)
+    return done.returncode, done.stdout.decode(), done.stderr.decode()
+
+
+class Map:
+    def __init__(self, *arguments, text=b"", messages=0, status=0):
+        code, self.svg, errors = run(*arguments, text=text)
+        assert code == status and len(errors.splitlines()) == messages, (arguments, code, errors)
+        assert "nan" not in self.svg.lower().replace("nan'", "") and "inf" not in self.svg, self.svg[:300]
+        root = xml.fromstring(self.svg)
+        _, _, self.width, self.height = (float(v) for v in root.get("viewBox").split())
+        elements = [(e.tag.split("}")[1], e) for e in root]
+        names = [tag for tag, _ in elements]
+        assert names.index("rect") < names.index("text") and elements[names.index("rect")][1].get("fill") == "#fff"
+        self.texts = [e.text for tag, e in elements if tag == "text"]
+        over = next(e for e in root.iter() if e.get("id") == "over")
+        self.circles = [(float(e.get("cx")), float(e.get("cy"))) for e in over.iter() if e.tag.endswith("circle")]
+        self.lines = [tuple(float(v) for v in pair) for e in over if e.tag.endswith("path")
+                      for pair in re.findall(r"([-\d.]+) ([-\d.]+)", e.get("d"))]
+        self.names = {e.text: (float(e.get("x")), float(e.get("y"))) for e in over.iter() if e.tag.endswith("text")}
+        self.panels, self.classes, cells, words = {}, {}, {}, {}
+        title = None
+        for tag, e in elements:
+            if tag == "text" and e.get("font-weight") and e.get("font-size") is None:
+                title = e.text
+                cells, words = {}, {}
+                self.panels[title], self.classes[title] = cells, words
+            elif tag == "path" and e.get("stroke-width") == str(CELL):
+                for x, y, length in re.findall(r"M(\d+) (\d+)h(\d+)", e.get("d")):
+                    for i in range(int(length) // CELL):
+                        cells[int(x) + i * CELL, int(y) - CELL // 2] = e.get("stroke")
+            elif tag == "rect" and title:
+                fill = e.get("fill")
+            elif tag == "text" and title and e.get("text-anchor") is None and e.get("font-weight") is None and e.get("transform") is None:
+                words[fill] = e.text
+        limits = [float(v.replace("−", "-")) for v in re.findall(r"([−\d.]+)°", self.texts[1])]
+        self.south, self.north, self.west, self.east = limits
+
+    def panel(self, begin):
+        return next(title for title in self.panels if title.startswith(begin))
+
+    def said(self, begin, latitude, longitude):
+        """The words of the legend for the colour at a position."""
+        title = self.panel(begin)
+        cells = self.panels[title]
+        left, top = min(x for x, _ in cells), min(y for _, y in cells)
+        rows = (max(y for _, y in cells) - top) // CELL + 1
+        assert len(cells) == rows * COLUMNS, (title, len(cells), rows)
+        column = int((longitude - self.west) / (self.east - self.west) * COLUMNS)
+        row = int((self.north - latitude) / (self.north - self.south) * rows)
+        return self.classes[title][cells[left + column * CELL, top + row * CELL]]
+
+    def holds(self, begin, latitude, longitude, value):
+        low, high = (float(v.replace("−", "-").replace(" ", "")) for v in self.said(begin, latitude, longitude).split(" to "))
+        slack = (high - low) / 10  # half a cell beside the position
+        assert low - slack <= value <= high + slack, (begin, latitude, longitude, value, low, high)
+
+    def pixel(self, latitude, longitude):
+        cells = self.panels[self.panel("Closure")]
+        left, top = min(x for x, _ in cells), min(y for _, y in cells)
+        height = max(y for _, y in cells) - top + CELL
+        return (left + (longitude - self.west) / (self.east - self.west) * COLUMNS * CELL,
+                top + (self.north - latitude) / (self.north - self.south) * height)
+
+
+# UTM: k is 0.9996 (1 + x^2 / (2 R^2)), 42 and 212 km from the central meridian; the sign of the convergence; the central
+# meridian as a grid line.
+utm = Map("factors.ini", "-s", "UTM18", "--area", "30,-78,50,-72")
+utm.holds("Point scale", 40.5, -74.5, -378)
+utm.holds("Point scale", 40.5, -72.5, 151)
+utm.holds("Convergence", 40.5, -73.5, 0.9743)
+utm.holds("Convergence", 48, -77.5, -1.858)
+south = Map("factors.ini", "-s", "MGA55", "--area", "-40,142,-30,152")
+south.holds("Convergence", -37.951, 144.4248, 1.584)
+south.holds("Point scale", -37.951, 144.4248, 230.6)
+assert utm.said("Closure", 40, -75) == "below 0.001 mm" and utm.said("Closure", 40, -72.1) in ("below 1 mm", "below 10 mm")
+utm = Map("factors.ini", "-s", "UTM18", "--area", "30,-76.5,50,-73.5")
+x, _ = utm.pixel(40, -75)
+assert sum(abs(each - x) < 0.2 for each, _ in utm.lines) > 50 and "500\u2009000" in utm.names, "the line of 500 000"
+assert abs(utm.names["500\u2009000"][0] - x) < 1
+# The meridian arc to 40.6556 degrees is 4 502 116 m and the northing 4 500 315 m: there is the line of 4 500 000.
+_, y = utm.pixel(40.6556, -75)
+assert any(abs(a - x) < CELL and abs(b - y) < 2.5 for a, b in utm.lines) and utm.lines, y
+
+# Kinds without a Scale of their own; constant convergence is one class; longitudes across 180 degrees.
+assert Map("factors.ini", "-s", "Swiss").said("Point scale", 46.95, 7.44).startswith("0 to ")
+mercator = Map("factors.ini", "-s", "Mercator", "--area", "-60,170,60,190")
+assert list(mercator.classes[mercator.panel("Convergence")].values()) == ["about 0.000000"]
+assert "−170°" in mercator.texts and "180°" in mercator.texts, mercator.texts
+
+# Beyond the domain there are gaps with their reason; nowhere a value, a refusal.
+wide = Map("factors.ini", "-s", "UTM18", "--area", "-80,-165,80,15")
+assert wide.said("Closure", 70, -160) == "code 10" and wide.said("Closure", 0, -75) == "below 0.001 mm"
+code, svg, errors = run("factors.ini", "-s", "UTM18", "--area", "5,10,15,14")
+assert code == 2 and not svg and "no position of the area" in errors, errors
+
+# Points: circles at their positions, names that are safe in XML, and those outside are counted.
+points = "# stations\n52.5 13.25 Berlin\n53:33:00N 10:00:00E <Hamburg & 'H'>\n48.1 11.6 7\n50.1 8.7 Frank\u00adfurt\n".encode() + b"51 7 K\xf6ln\n"
+system = "[Geodesy]\nProjection=TME\nSemiMajorAxis=6378137\nFlattening=298.257\nCentralMeridian=9\n; Area: somewhere; 47.27 N to 55.09 N, 5.87 E to 15.04 E\n"
+open(folder.name + "/german.ini", "w").write(system)
+german = Map(folder.name + "/german.ini", "--points", "-", text=points)
+assert "around the points" in german.texts[1] and len(german.circles) == 5
+for place, (latitude, longitude) in zip(german.circles, [(52.5, 13.25), (53.55, 10), (48.1, 11.6)]):
+    assert all(abs(a - b) < 1 for a, b in zip(place, german.pixel(latitude, longitude))), (place, latitude, longitude)
+assert {"Berlin", "<Hamburg & 'H'>", "7", "K?ln"} <= german.names.keys(), german.names
+german = Map(folder.name + "/german.ini", "--area", "52,12,54,14", "--points", "-", text=points, messages=1)
+assert len(german.circles) == 1 and "Berlin" in german.names
+german = Map(folder.name + "/german.ini", "--points", "-", text=b"52.5 13.25 A\nno point\n", messages=1, status=1)
+assert len(german.circles) == 1
+german = Map(folder.name + "/german.ini", "--grid", "--points", "-", "--area", "50,8,54,10", text=b"0 5763343.55 A\n")
+assert abs(german.circles[0][1] - german.pixel(52, 9)[1]) < 1 and abs(german.circles[0][0] - german.pixel(52, 9)[0]) < 1
+assert "somewhere" not in Map(folder.name + "/german.ini").svg and "of the section's comment" in Map(folder.name + "/german.ini").texts[1]
+
+# Grid files: an undulation of 40 m and a datum shift, each in the area of its file alone.
+for name, nz in ("d", 3), ("g", 1):
+    node = struct.pack(f"<{nz}f", *((0, 3.0, 0) if nz == 3 else (40,)))
+    head = (b" " * 64 + struct.pack("<3i4fi", 24, 5, nz, 4, 0.5, 50, 1, 0)).ljust(24 * nz * 4 + 4)
+    open(f"{folder.name}/datum/{name}.dat", "wb").write(head + (b"lead" + node * 24) * 5)
+plain = system.split(";")[0]
+open(folder.name + "/grids.ini", "w").write(plain + "Geoid=g.dat\nDynDatum=d.dat\n")
+grids = Map(folder.name + "/grids.ini")
+assert "of the datum grid" in grids.texts[1] and (grids.south, grids.north, grids.west, grids.east) == (50, 54, 4, 15.5)
+assert grids.said("Geoid", 52, 9) == "about 40.000" and len(grids.panels) == 5
+grids = Map(folder.name + "/grids.ini", "--area", "48,4,56,18")
+for theme in "Geoid", "Datum":
+    assert grids.said(theme, 49, 9) == grids.said(theme, 52, 16.5) == "outside the grid file", grids.classes
+    assert grids.said(theme, 52, 9) != "outside the grid file"
+print("maps: all as drawn")

@@ -1,0 +1,280 @@
+#include "map.h"
+
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+#include <sstream>
+
+#include "coordinate_system.h"
+#include "line_reader.h"
+#include "streams.h"
+#include "visible.h"
+
+namespace latigo::cli {
+
+namespace {
+
+using picture::Outcome;
+
+constexpr std::size_t PathSize = 512;
+constexpr std::size_t LongestName = 40;
+constexpr std::int32_t OutsideGridFile = 8;  // the library's code for a geoid; here also for a datum grid
+constexpr double MostLinear = 20000;         // parts per million: a wider range of scale has classes in powers of ten
+
+// Pixels.
+constexpr int Top = 108;
+constexpr int PanelLeft[] = {62, 540};
+constexpr int PictureWidth = 1010;
+constexpr int BelowPanel = 84;
+constexpr int FewestRows = 48, MostRows = 100;
+
+std::string_view Trimmed(std::string_view text, std::string_view what) {
+  const std::size_t begin = text.find_first_not_of(what);
+  return begin == std::string_view::npos ? std::string_view()
+                                         : text.substr(begin, text.find_last_not_of(what) + 1 - begin);
+}
+
+// The name of a point: the text after its coordinates, or after its height.
+std::string NameOf(const PointLine& point) {
+  const std::string blanks = std::string(" \t\"") + point.separator;
+  std::string_view name = Trimmed(point.rest, blanks);
+  if (name.empty()) {
+    name = Trimmed(point.wholeThird ? point.restWithThird : std::string_view(), blanks);
+  }
+  if (point.separator != ' ') {
+    name = Trimmed(name.substr(0, name.find(point.separator)), blanks);
+  }
+  return std::string(name.substr(0, LongestName));
+}
+
+// Reads the points of the file; prints a message for each that is invalid and returns false.
+bool ReadPoints(const MapOptions& options, const Converter& converter, std::vector<picture::NamedPoint>& points) {
+  const Order order = options.grid ? Order::Grid : options.lonlat ? Order::LongitudeLatitude : Order::LatitudeLongitude;
+  bool valid = true;
+  BlockReader reader(options.points);
+  for (Block block; reader.Next(block);) {
+    std::string_view text = block.bytes;
+    std::size_t number = block.firstLine;
+    for (std::string_view line; NextLine(text, line); ++number) {
+      if (IsComment(line)) {
+        continue;
+      }
+      const PointLine point = ParsePointLine(line, order, options.separation);
+      picture::NamedPoint named{{point.first, point.second}, NameOf(point)};
+      std::string fault = point.fault != nullptr && !point.badThird ? point.fault : "";
+      if (fault.empty() && options.grid) {
+        double phi = 0;
+        double lambda = 0;
+        if (XYGeo(converter.Handle(), point.first, point.second, &phi, &lambda) == 0) {
+          fault = ErrorText(GetGeodesyError(), "XYGeo");
+        } else if (!std::isfinite(phi) || !std::isfinite(lambda)) {
+          fault = "the result is not a finite number";
+        }
+        named.at = {phi / RadiansPerDegree, lambda / RadiansPerDegree};
+      }
+      if (fault.empty()) {
+        points.push_back(named);
+      } else {
+        Message(reader.Name() + ":" + std::to_string(number) + ": " + fault);
+        valid = false;
+      }
+    }
+  }
+  if (points.empty()) {
+    throw UsageError(reader.Name() + ": no points to draw");
+  }
+  return valid;
+}
+
+// A measurement and its panel.
+struct Theme {
+  std::string title;
+  std::vector<Outcome> outcomes;
+  std::vector<picture::Class> classes;
+};
+
+// The lowest and highest values; low is above high without any.
+std::pair<double, double> Limits(const std::vector<Outcome>& outcomes) {
+  double low = INFINITY;
+  double high = -INFINITY;
+  for (const Outcome& each : outcomes) {
+    if (each.code == 0) {
+      low = std::min(low, each.value);
+      high = std::max(high, each.value);
+    }
+  }
+  return {low, high};
+}
+
+std::vector<picture::Class> Classes(std::span<const picture::Class> classes) {
+  return {classes.begin(), classes.end()};
+}
+
+// The themes of a section, each measured in all cells.
+class Themes {
+ public:
+  Themes(const PointOptions& options, const Converter& converter, const picture::Area& area, int rows)
+      : options_(options), converter_(converter), measures_(converter.Handle()), area_(area), rows_(rows) {
+    GeodesyParams params{};
+    GetGeodesyParams(converter.Handle(), &params, nullptr, nullptr);
+    centralMeridian_ = params.CentralMeridian / RadiansPerDegree;
+  }
+
+  std::vector<Theme> All() {
+    Add("Closure error, forward and inverse", Classes(picture::ClosureClasses()),
+        Cells([&](picture::Position at) { return measures_.Closure(at); }));
+    AddScale();
+    AddLinear("Convergence, degrees; grid north east of true north is positive", 1e-6,
+              [&](picture::Position at) { return measures_.Convergence(at); });
+    AddUndulation();
+    AddShift();
+    return std::move(themes_);
+  }
+
+  // Within half a turn of the central meridian, since not every projection wraps longitudes.
+  picture::Position Wrapped(picture::Position at) const {
+    return {at.latitude, centralMeridian_ + std::remainder(at.longitude - centralMeridian_, 360)};
+  }
+
+ private:
+  std::vector<Outcome> Cells(const picture::Measured& measured) const {
+    return MeasureCells(area_, rows_, [&](picture::Position at) { return measured(Wrapped(at)); });
+  }
+
+  void Add(const std::string& title, const std::vector<picture::Class>& classes, const std::vector<Outcome>& outcomes) {
+    themes_.push_back({title, outcomes, classes});
+  }
+
+  void AddLinear(const std::string& title, double least, const picture::Measured& measured) {
+    const std::vector<Outcome> outcomes = Cells(measured);
+    const auto [low, high] = Limits(outcomes);
+    Add(title, picture::LinearClasses(low, high, least), outcomes);
+  }
+
+  void AddScale() {
+    const std::vector<Outcome> outcomes = Cells([&](picture::Position at) { return measures_.FactorExcess(at); });
+    const auto [low, high] = Limits(outcomes);
+    Add("Point scale factor k: (k − 1), parts per million",
+        low > -MostLinear && high < MostLinear ? picture::LinearClasses(low, high, 1e-3)
+                                               : Classes(picture::ScaleClasses()),
+        outcomes);
+  }
+
+  void AddUndulation() {
+    char path[PathSize] = "";
+    if (GetGeoid(converter_.Handle(), path, sizeof path, nullptr) == 0 || path[0] == '\0') {
+      return;
+    }
+    AddLinear("Geoid undulation, metres", 1e-3, [&](picture::Position at) -> Outcome {
+      double undulation = 0;
+      const bool known = Undulation(converter_.Handle(), at.latitude * RadiansPerDegree,
+                                    std::remainder(at.longitude, 360) * RadiansPerDegree, &undulation) != 0;
+      return {undulation, known ? 0 : OutsideGridFile};
+    });
+  }
+
+  void AddShift() {
+    char path[PathSize] = "";
+    if (GetEllModel(converter_.Handle(), path, sizeof path) == 0 || path[0] == '\0') {
+      return;
+    }
+    const Converter shifting(options_, {.shift = true});
+    AddLinear("Datum shift from WGS-84, metres", 1e-3, [&](picture::Position at) -> Outcome {
+      PointLine point;
+      point.first = at.latitude;
+      point.second = std::remainder(at.longitude, 360);
+      Position shifted;
+      Result result;
+      if (!shifting.ReadGeographic(point, shifted, result)) {
+        return {0, OutsideGridFile};
+      }
+      return {measures_.Distance(at, {shifted.latitude / RadiansPerDegree, shifted.longitude / RadiansPerDegree}), 0};
+    });
+  }
+
+  const PointOptions& options_;
+  const Converter& converter_;
+  const picture::Measures measures_;
+  const picture::Area area_;
+  const int rows_;
+  double centralMeridian_ = 0;
+  std::vector<Theme> themes_;
+};
+
+// As many rows as make cells about square on the ground.
+int RowsOf(const picture::Area& area) {
+  const double middle = (area.south + area.north) / 2 * RadiansPerDegree;
+  const double shape = (area.north - area.south) / ((area.east - area.west) * std::fmax(std::cos(middle), 0.2));
+  return static_cast<int>(std::lround(
+      std::clamp(picture::Columns * shape, static_cast<double>(FewestRows), static_cast<double>(MostRows))));
+}
+
+std::string LimitsInWords(const picture::Area& area) {
+  char text[120];
+  std::snprintf(text, sizeof text, "%.4g° to %.4g° north, %.4g° to %.4g° east", area.south, area.north, area.west,
+                area.east);
+  std::string words = text;
+  for (std::size_t i = words.find('-'); i != std::string::npos; i = words.find('-', i)) {
+    words.replace(i, 1, "−");
+  }
+  return words;
+}
+
+}  // namespace
+
+int RunMap(const MapOptions& options) {
+  CheckSection(options);
+  const ConfigFile config(options.file);
+  PointOptions pointOptions;
+  static_cast<Options&>(pointOptions) = options;
+  const Converter converter(pointOptions, {});
+  std::vector<picture::NamedPoint> points;
+  const bool valid = options.points.empty() || ReadPoints(options, converter, points);
+  const MapArea area = AreaOf(options, config, converter, points);
+  const int rows = RowsOf(area.limits);
+  Themes measured(pointOptions, converter, area.limits, rows);
+  const std::vector<Theme> themes = measured.All();
+  if (std::all_of(themes[0].outcomes.begin(), themes[0].outcomes.end(), [](const Outcome& o) { return o.code != 0; })) {
+    throw UsageError(options.file + " [" + options.section +
+                     "]: no position of the area converts to the grid and back: " + LimitsInWords(area.limits));
+  }
+
+  // The lines and points are the same in all panels.
+  const picture::Frame first{PanelLeft[0], Top, area.limits, rows};
+  const picture::GridLines lines = DrawGridLines(first, [&](picture::Position at, double& x, double& y) {
+    const picture::Position wrapped = measured.Wrapped(at);
+    return GeoXY(converter.Handle(), &x, &y, wrapped.latitude * RadiansPerDegree,
+                 wrapped.longitude * RadiansPerDegree) != 0;
+  });
+  std::string over = lines.svg;
+  if (const std::size_t outside = points.empty() ? 0 : DrawPoints(first, points, over); outside > 0) {
+    Message(std::to_string(outside) + " points are outside the area");
+  }
+
+  const int panelHeight = rows * picture::Cell + BelowPanel;
+  const int panelRows = static_cast<int>(themes.size() + 1) / 2;
+  std::ostringstream svg;
+  picture::Begin(svg, PictureWidth, Top + panelRows * panelHeight - BelowPanel + 50, picture::Escaped(options.section));
+  char unit[16] = "units";
+  GetLocalName(converter.Handle(), LATIGO_NAME_UNIT_SHORT, "", unit, sizeof unit);
+  picture::Text(svg, 16, 46, "", LimitsInWords(area.limits) + ": the area " + area.source + ".");
+  if (lines.stepX > 0 && lines.stepY > 0) {
+    const std::string name = " " + picture::Escaped(unit);
+    picture::Text(svg, 16, 64, "",
+                  "Grid lines: every " + picture::Grouped(lines.stepX) + name + " of easting, " +
+                      picture::Grouped(lines.stepY) + name + " of northing.");
+  }
+  svg << "<defs><g id='over'>\n" << over << "</g></defs>\n";
+  for (std::size_t i = 0; i < themes.size(); ++i) {
+    const picture::Frame frame{PanelLeft[i % 2], Top + static_cast<int>(i / 2) * panelHeight, area.limits, rows};
+    std::ostringstream use;
+    use << "<use xmlns:xlink='http://www.w3.org/1999/xlink' xlink:href='#over' x='" << frame.left - first.left
+        << "' y='" << frame.top - first.top << "'/>\n";
+    picture::Panel(svg, frame, themes[i].title, themes[i].classes, themes[i].outcomes, use.str());
+  }
+  svg << "</svg>\n";
+  Print(svg.str());
+  return valid ? 0 : 1;
+}
+
+}  // namespace latigo::cli

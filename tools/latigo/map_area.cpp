@@ -1,0 +1,187 @@
+#include <algorithm>
+#include <array>
+#include <bit>
+#include <cmath>
+#include <cstdint>
+#include <cstring>
+#include <fstream>
+#include <optional>
+#include <regex>
+
+#include "line_reader.h"
+#include "map.h"
+
+namespace latigo::cli {
+
+namespace {
+
+using picture::Area;
+
+constexpr std::size_t PathSize = 512;
+constexpr double SmallestSide = 0.01;  // degrees
+constexpr double LargestGrid = 90;     // degrees of longitude: larger grid files are not made for the section
+
+[[noreturn]] void Refuse(const MapOptions& options, const std::string& reason) {
+  throw UsageError("--area " + options.area + ": " + reason);
+}
+
+// South, west, north, east, in any notation of angles.
+Area AreaFromText(const MapOptions& options) {
+  constexpr Axis Axes[] = {Axis::Latitude, Axis::Longitude, Axis::Latitude, Axis::Longitude};
+  std::array<double, 4> limits{};
+  std::size_t begin = 0;
+  for (std::size_t i = 0; i < limits.size(); ++i) {
+    const std::size_t end = std::min(options.area.find(',', begin), options.area.size());
+    if (begin > options.area.size() || (i == 3) != (end == options.area.size())) {
+      Refuse(options, "an area is four angles: south,west,north,east");
+    }
+    const Parsed parsed = ParseAngle(options.area.substr(begin, end - begin), Axes[i]);
+    if (parsed.fault != nullptr) {
+      Refuse(options, parsed.fault);
+    }
+    limits[i] = parsed.value;
+    begin = end + 1;
+  }
+  const auto& [south, west, north, east] = limits;
+  if (!(south < north)) {
+    Refuse(options, "the first latitude, south, is not below the third number, north");
+  }
+  if (!(west < east)) {
+    Refuse(options, "the first longitude, west, is not below the second; across 180 degrees write 175,185");
+  }
+  if (east - west > 360) {
+    Refuse(options, "more than 360 degrees of longitude");
+  }
+  if (north - south < SmallestSide || east - west < SmallestSide) {
+    Refuse(options, "a side is shorter than 0.01 degrees");
+  }
+  return {south, north, west, east};
+}
+
+// Around points: a seventh more on each side, and at least a few kilometres.
+Area AreaAround(const std::vector<picture::NamedPoint>& points) {
+  Area area{90, -90, 360, -360};
+  for (const picture::NamedPoint& point : points) {
+    const double longitude = points[0].at.longitude + std::remainder(point.at.longitude - points[0].at.longitude, 360);
+    area = {std::min(area.south, point.at.latitude), std::max(area.north, point.at.latitude),
+            std::min(area.west, longitude), std::max(area.east, longitude)};
+  }
+  const double margin = std::max({0.02, (area.north - area.south) / 7, (area.east - area.west) / 7});
+  return {std::max(area.south - margin, -90.0), std::min(area.north + margin, 90.0), area.west - margin,
+          area.east + margin};
+}
+
+// A comment such as "; Area: Switzerland; 45.82 N to 47.81 N, 5.96 E to 10.49 E".
+std::optional<Area> AreaOfComment(std::string_view section) {
+  constexpr std::size_t Longest = 500;  // of such a line; the search takes stack for each letter
+  static const std::regex pattern(
+      "^; Area: .*?([0-9.]+) ([NS]) to ([0-9.]+) ([NS]), ([0-9.]+) ([EW]) to ([0-9.]+) ([EW])");
+  std::match_results<std::string_view::const_iterator> found;
+  std::string_view line;
+  do {
+    if (section.empty()) {
+      return std::nullopt;
+    }
+    NextLine(section, line);
+  } while (!line.starts_with("; Area:") || line.size() > Longest ||
+           !std::regex_search(line.begin(), line.end(), found, pattern));
+  const auto limit = [&](std::size_t i) {
+    const std::string side = found[i + 1];
+    return ParseNumber(std::string(found[i])).value * (side == "S" || side == "W" ? -1 : 1);
+  };
+  Area area{limit(1), limit(3), limit(5), limit(7)};
+  area.east += area.east < area.west ? 360 : 0;
+  const bool valid = area.south >= -90 && area.north <= 90 && area.north - area.south >= SmallestSide &&
+                     area.east - area.west >= SmallestSide && area.east - area.west <= 360;
+  return valid ? std::optional(area) : std::nullopt;
+}
+
+// The limits of a grid file, from its header: docs/grid-files.md.
+std::optional<Area> AreaOfGrid(const char* path) {
+  std::string native = path;
+  std::replace(native.begin(), native.end(), '\\', '/');
+  std::array<char, 96> header{};
+  if (native.empty() || !std::ifstream(native, std::ios::binary).read(header.data(), header.size())) {
+    return std::nullopt;
+  }
+  const auto word = [&](std::size_t offset) {
+    std::uint32_t value = 0;
+    for (std::size_t i = 4; i-- > 0;) {
+      value = value << 8U | static_cast<unsigned char>(header[offset + i]);
+    }
+    return value;
+  };
+  const auto number = [&](std::size_t offset) { return static_cast<double>(std::bit_cast<float>(word(offset))); };
+  const double west = number(76);
+  const double south = number(84);
+  const Area area{south, south + number(88) * (word(68) - 1), west, west + number(80) * (word(64) - 1)};
+  const bool usable = area.south >= -90 && area.north <= 90 && area.south < area.north && area.west < area.east &&
+                      area.east - area.west <= LargestGrid;
+  return usable ? std::optional(area) : std::nullopt;
+}
+
+// Around the origin of the projection, as far as such systems usually go.
+Area AreaOfKind(GeodesyHandle handle) {
+  GeodesyParams params{};
+  GetGeodesyParams(handle, &params, nullptr, nullptr);
+  const double phi0 = params.RefLatitude / RadiansPerDegree;
+  const double lambda0 = params.CentralMeridian / RadiansPerDegree;
+  const double low = std::min(params.NorthParallel, params.SouthParallel) / RadiansPerDegree;
+  const double high = std::max(params.NorthParallel, params.SouthParallel) / RadiansPerDegree;
+  const auto around = [&](double latitude, double north, double east) {
+    return Area{std::max(latitude - north, -89.0), std::min(latitude + north, 89.0), lambda0 - east, lambda0 + east};
+  };
+  constexpr double SouthernNorthing = 5e6;  // metres: zones of the southern hemisphere have a large false northing
+  switch (params.Kind) {
+    case LATIGO_KIND_TRANSVERSE_MERCATOR:
+    case LATIGO_KIND_CASSINI:
+      if (phi0 != 0) {
+        return around(phi0, 4, 3.5);
+      }
+      return params.FalseNorthing * params.Unit >= SouthernNorthing ? Area{-80, 0, lambda0 - 3.5, lambda0 + 3.5}
+                                                                    : Area{0, 84, lambda0 - 3.5, lambda0 + 3.5};
+    case LATIGO_KIND_MERCATOR:
+    case LATIGO_KIND_MERCATOR_ON_SPHERE:
+      return {-80, 80, lambda0 - 180, lambda0 + 180};
+    case LATIGO_KIND_LAMBERT:
+    case LATIGO_KIND_ALBERS: {
+      const double half = std::max(3.0, high - low);
+      return around((low + high) / 2, half,
+                    1.5 * half / std::fmax(std::cos((params.NorthParallel + params.SouthParallel) / 2), 0.3));
+    }
+    case LATIGO_KIND_POLAR_STEREOGRAPHIC:
+      return phi0 < 0 ? Area{-90, -60, lambda0 - 180, lambda0 + 180} : Area{60, 90, lambda0 - 180, lambda0 + 180};
+    default:
+      return around(phi0, 3, 3 / std::fmax(std::cos(params.RefLatitude), 0.3));
+  }
+}
+
+}  // namespace
+
+MapArea AreaOf(const MapOptions& options, const ConfigFile& config, const Converter& converter,
+               const std::vector<picture::NamedPoint>& points) {
+  if (!options.area.empty()) {
+    return {AreaFromText(options), "as asked for"};
+  }
+  if (!points.empty()) {
+    return {AreaAround(points), "around the points"};
+  }
+  if (const auto area = AreaOfComment(config.TextOf(options.section))) {
+    return {*area, "of the section's comment"};
+  }
+  char path[PathSize] = "";
+  if (GetEllModel(converter.Handle(), path, sizeof path) != 0) {
+    if (const auto area = AreaOfGrid(path)) {
+      return {*area, "of the datum grid"};
+    }
+  }
+  char geoid[PathSize] = "";
+  if (GetGeoid(converter.Handle(), geoid, sizeof geoid, nullptr) != 0) {
+    if (const auto area = AreaOfGrid(geoid)) {
+      return {*area, "of the geoid grid"};
+    }
+  }
+  return {AreaOfKind(converter.Handle()), "around the projection's origin; --area selects another"};
+}
+
+}  // namespace latigo::cli

@@ -1,0 +1,43 @@
+#include "picture.h"
+
+#include <algorithm>
+#include <sstream>
+
+#include "../picture/panel.h"
+
+namespace latigo::page {
+
+namespace {
+
+// Pixels.
+constexpr int Top = 66;
+constexpr int LeftPanel = 62;
+constexpr int RightPanel = 540;
+constexpr int PictureWidth = 1010;
+
+}  // namespace
+
+std::string Picture(const System& system, const Grid& grid) {
+  const picture::Frame left{LeftPanel, Top, system.area};
+  const picture::Frame right{RightPanel, Top, system.area};
+  const picture::Measures& measures = grid.Measured();
+  const auto cells = [&](const picture::Measured& measured) {
+    return MeasureCells(system.area, picture::DefaultRows, measured);
+  };
+  std::ostringstream svg;
+  picture::Begin(svg, PictureWidth, left.Bottom() + 50,
+                 "Kind " + std::to_string(system.params.Kind) + ", " + system.projection + ": " + system.name);
+  picture::Panel(svg, left, "Closure error, forward and inverse", picture::ClosureClasses(),
+                 cells([&](Position at) { return measures.Closure(at); }));
+  const auto scale = cells([&](Position at) { return measures.ScaleExcess(at); });
+  if (std::all_of(scale.begin(), scale.end(), [](const auto& each) { return each.code == 0 && each.value == 0; })) {
+    picture::Panel(svg, right, "Point scale factor k: (k − 1), parts per million; Scale returns 1",
+                   picture::ScaleClasses(), cells([&](Position at) { return measures.FactorExcess(at); }));
+  } else {
+    picture::Panel(svg, right, "Point scale factor k: (k − 1), parts per million", picture::ScaleClasses(), scale);
+  }
+  svg << "</svg>\n";
+  return svg.str();
+}
+
+}  // namespace latigo::page
