@@ -122,6 +122,13 @@ german = Map(folder.name + "/german.ini", "--points", "-", text=b"52.5 13.25 A\n
 assert len(german.circles) == 1
 german = Map(folder.name + "/german.ini", "--grid", "--points", "-", "--area", "50,8,54,10", text=b"0 5763343.55 A\n")
 assert abs(german.circles[0][1] - german.pixel(52, 9)[1]) < 1 and abs(german.circles[0][0] - german.pixel(52, 9)[0]) < 1
+table = b"name;x;y\nA;9,5;52\nB;8,5;x\n"
+german = Map(folder.name + "/german.ini", "--points", "-", "--columns", "y,x,name", "--decimal-comma", "--area", "50,8,54,10", text=table,
+             messages=1, status=1)
+assert abs(german.circles[0][0] - german.pixel(52, 9.5)[0]) < 1 and list(german.names)[-1] == "A"
+german = Map(folder.name + "/german.ini", "--points", "-", "--columns", "2,3,1", "--lonlat", "--decimal-comma", "--separator",
+             "semicolon", "--area", "50,8,54,10", text=table.replace(b"B;8,5;x\n", b""))
+assert abs(german.circles[0][0] - german.pixel(52, 9.5)[0]) < 1
 assert "somewhere" not in Map(folder.name + "/german.ini").svg and "of the section's comment" in Map(folder.name + "/german.ini").texts[1]
 
 # Grid files: an undulation of 40 m and a datum shift, each in the area of its file alone.

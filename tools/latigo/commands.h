@@ -99,7 +99,7 @@ struct MapOptions : Options {
   std::string points;  // a file of points to draw; empty for none
   bool grid = false;   // the points are coordinates of the grid
   bool lonlat = false;
-  Separation separation = Separation::Auto;
+  TableOptions table;  // how the points are read
 };
 
 // Each returns the exit status: 0, or 1 if a point failed. Throws UsageError.

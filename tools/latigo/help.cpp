@@ -24,6 +24,7 @@ Commands:
   ecef        latitude, longitude and height to earth-centred X, Y, Z, or the inverse
   distance    two positions to distance and azimuth
   fit         control points in two systems to a local grid, or to a datum shift
+  map         picture of scale, convergence and round-trip error over an area
 
 Options:
   -h, --help  print this help, or that of a command, and exit
@@ -248,6 +249,31 @@ formulas' names, docs/local-grid.md an example.
 Exit status: 0; 2 for an invalid line, file, section or argument, and for points that do not determine the parameters.
 )";
 
+constexpr std::string_view Map = R"(A picture of the section over an area, as SVG: round-trip error, point scale factor,
+convergence; with grid files the undulation and the datum shift. Lines of equal easting and northing are drawn over it.
+Usage: latigo map [OPTIONS] FILE > map.svg
+
+Options:
+  -h, --help            print this help and exit
+  -s, --section NAME    section of the file; default Geodesy, or the only one
+  --strict              every warning is a failure
+  -o, --output FILE     write to a file, which is replaced only when the output is complete
+  --area S,W,N,E        the area, in degrees; across 180 degrees of longitude write 170 and 190. Default: around the
+                        points; else the area of the section's comment "; Area:"; else that of its grid file, up to 90
+                        degrees wide; else one around the projection's origin
+  --points FILE         draw the points of a file, latitude, longitude and name in each line, or - for standard input
+  --grid                the points are x and y of the grid
+  --lonlat              longitude before latitude
+  --columns LIST        columns of the two coordinates and the name, by number from 1 or by name
+  --separator auto|comma|semicolon|tab|blank
+                        field separator
+  --header auto|yes|no  whether the first line has the names of the columns
+  --decimal-comma       numbers have a decimal comma
+  --dms-columns         an angle has a column each for degrees, minutes and seconds
+
+Exit status: 0; 1 if a point is invalid; 2 for an invalid file, section, area or argument.
+)";
+
 // Appended to the text of each command that reads points.
 constexpr std::string_view Points = R"(
 Options of all commands that read points:
@@ -304,6 +330,7 @@ constexpr Help Texts[] = {
     {"ecef", Ecef, true},
     {"distance", Distance, true},
     {"fit", Fit, false},
+    {"map", Map, false},
 };
 // clang-format on
 

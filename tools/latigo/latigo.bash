@@ -52,7 +52,7 @@ _latigo() {
     --precision | --jobs | --columns | --sigma | --name) return ;;
   esac
   if [ "$COMP_CWORD" -eq 1 ]; then
-    mapfile -t COMPREPLY < <(compgen -W 'info check list template forward inverse convert scale factors undulation ecef distance fit --help --version' -- "$current")
+    mapfile -t COMPREPLY < <(compgen -W 'info check list template forward inverse convert scale factors undulation ecef distance fit map --help --version' -- "$current")
   elif [ "${COMP_WORDS[1]} $COMP_CWORD" = 'template 2' ] && [[ $current != -* ]]; then
     mapfile -t COMPREPLY < <(compgen -W 'utm lcc mer tme ost ocy hom rso azd smerc ala cas pst' -- "$current")
   elif [[ $current == -* ]]; then
@@ -69,6 +69,9 @@ _latigo() {
       distance) options="$points $shift --rhumb --arc-to-chord" ;;
       fit)
         options='--help --output --section --strict --datum --fix-scale --reverse --sigma --weights --deviations --name'
+        options+=' --columns --separator --header --decimal-comma --dms-columns' ;;
+      map)
+        options='--help --output --section --strict --area --points --grid --lonlat'
         options+=' --columns --separator --header --decimal-comma --dms-columns' ;;
     esac
     mapfile -t COMPREPLY < <(compgen -W "$options" -- "$current")

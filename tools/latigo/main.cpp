@@ -148,7 +148,7 @@ void Add(CLI::App& command, MapOptions& options) {
   CLI::Option* const points = command.add_option("--points", options.points)->check(IsGiven);
   command.add_flag("--grid", options.grid)->needs(points);
   command.add_flag("--lonlat", options.lonlat)->needs(points);
-  command.add_option("--separator", options.separation)->transform(CLI::CheckedTransformer(Separations))->needs(points);
+  AddTableReading(command, options.table);
 }
 
 // The files that a command reads, none of which may be its output.

@@ -8,6 +8,7 @@
 #include "coordinate_system.h"
 #include "line_reader.h"
 #include "streams.h"
+#include "table_reader.h"
 #include "visible.h"
 
 namespace latigo::cli {
@@ -47,10 +48,54 @@ std::string NameOf(const PointLine& point) {
   return std::string(name.substr(0, LongestName));
 }
 
-// Reads the points of the file; prints a message for each that is invalid and returns false.
-bool ReadPoints(const MapOptions& options, const Converter& converter, std::vector<picture::NamedPoint>& points) {
+// Adds a point with its coordinates in the order of the options; returns why it is none, or an empty text.
+std::string AddPoint(const MapOptions& options, const Converter& converter, double first, double second,
+                     const std::string& name, std::vector<picture::NamedPoint>& points) {
+  if (!options.grid) {
+    points.push_back({{first, second}, name});
+    return {};
+  }
+  double phi = 0;
+  double lambda = 0;
+  if (XYGeo(converter.Handle(), first, second, &phi, &lambda) == 0) {
+    return ErrorText(GetGeodesyError(), "XYGeo");
+  }
+  if (!std::isfinite(phi) || !std::isfinite(lambda)) {
+    return "the result is not a finite number";
+  }
+  points.push_back({{phi / RadiansPerDegree, lambda / RadiansPerDegree}, name});
+  return {};
+}
+
+// A file of points and what is wrong in it, a message for each invalid point.
+struct Points {
+  std::vector<picture::NamedPoint> points;
+  std::vector<std::string> faults;
+};
+
+Points PointsOfTable(const MapOptions& options, const Converter& converter) {
+  std::vector<Wanted> wanted = {{Role::Latitude, "latitude"}, {Role::Longitude, "longitude"}};
+  if (options.grid) {
+    wanted = {{Role::Number, "x"}, {Role::Number, "y"}};
+  }
+  const std::size_t first = options.lonlat && !options.grid ? 1 : 0;
+  std::swap(wanted[0], wanted[first]);
+  wanted.push_back({Role::Text, "name", true});
+  const Table table = ReadTable(options.points, options.table, wanted);
+  Points read{{}, table.faults};
+  for (const Record& each : table.records) {
+    const std::string fault = AddPoint(options, converter, each.values[first], each.values[1 - first],
+                                       each.texts[2].substr(0, LongestName), read.points);
+    if (!fault.empty()) {
+      read.faults.push_back(options.points + ":" + std::to_string(each.line) + ": " + fault);
+    }
+  }
+  return read;
+}
+
+Points PointsOfLines(const MapOptions& options, const Converter& converter) {
   const Order order = options.grid ? Order::Grid : options.lonlat ? Order::LongitudeLatitude : Order::LatitudeLongitude;
-  bool valid = true;
+  Points read;
   BlockReader reader(options.points);
   for (Block block; reader.Next(block);) {
     std::string_view text = block.bytes;
@@ -59,31 +104,32 @@ bool ReadPoints(const MapOptions& options, const Converter& converter, std::vect
       if (IsComment(line)) {
         continue;
       }
-      const PointLine point = ParsePointLine(line, order, options.separation);
-      picture::NamedPoint named{{point.first, point.second}, NameOf(point)};
+      const PointLine point = ParsePointLine(line, order, options.table.separation);
       std::string fault = point.fault != nullptr && !point.badThird ? point.fault : "";
-      if (fault.empty() && options.grid) {
-        double phi = 0;
-        double lambda = 0;
-        if (XYGeo(converter.Handle(), point.first, point.second, &phi, &lambda) == 0) {
-          fault = ErrorText(GetGeodesyError(), "XYGeo");
-        } else if (!std::isfinite(phi) || !std::isfinite(lambda)) {
-          fault = "the result is not a finite number";
-        }
-        named.at = {phi / RadiansPerDegree, lambda / RadiansPerDegree};
-      }
       if (fault.empty()) {
-        points.push_back(named);
-      } else {
-        Message(reader.Name() + ":" + std::to_string(number) + ": " + fault);
-        valid = false;
+        fault = AddPoint(options, converter, point.first, point.second, NameOf(point), read.points);
+      }
+      if (!fault.empty()) {
+        read.faults.push_back(reader.Name() + ":" + std::to_string(number) + ": " + fault);
       }
     }
   }
-  if (points.empty()) {
-    throw UsageError(reader.Name() + ": no points to draw");
+  return read;
+}
+
+// Prints the faults. Throws UsageError if there is no point.
+Points ReadPoints(const MapOptions& options, const Converter& converter) {
+  if (options.points.empty()) {
+    return {};
   }
-  return valid;
+  Points read = options.table.Asked() ? PointsOfTable(options, converter) : PointsOfLines(options, converter);
+  for (const std::string& fault : read.faults) {
+    Message(fault);
+  }
+  if (read.points.empty()) {
+    throw UsageError(options.points + ": no points to draw");
+  }
+  return read;
 }
 
 // A measurement and its panel.
@@ -228,8 +274,7 @@ int RunMap(const MapOptions& options) {
   PointOptions pointOptions;
   static_cast<Options&>(pointOptions) = options;
   const Converter converter(pointOptions, {});
-  std::vector<picture::NamedPoint> points;
-  const bool valid = options.points.empty() || ReadPoints(options, converter, points);
+  const auto [points, faults] = ReadPoints(options, converter);
   const MapArea area = AreaOf(options, config, converter, points);
   const int rows = RowsOf(area.limits);
   Themes measured(pointOptions, converter, area.limits, rows);
@@ -274,7 +319,7 @@ int RunMap(const MapOptions& options) {
   }
   svg << "</svg>\n";
   Print(svg.str());
-  return valid ? 0 : 1;
+  return faults.empty() ? 0 : 1;
 }
 
 }  // namespace latigo::cli
