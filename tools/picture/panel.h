@@ -1,5 +1,5 @@
-// Pictures of measurements over an area: panels of coloured cells with axes in degrees, as SVG. The background is white,
-// so they are legible on a dark page too.
+// Pictures of measurements over an area: panels of coloured cells with axes in degrees, as SVG. The background is
+// white, so they are legible on a dark page too.
 #pragma once
 
 #include <cstdint>
@@ -25,8 +25,8 @@ struct Class {
 std::span<const Class> ClosureClasses();
 // Parts per million, in powers of ten.
 std::span<const Class> ScaleClasses();
-// Steps of a round size, about eight between the values, and the codes. Two colours meet at 0. Values that differ by less
-// than `least` are one class.
+// Steps of a round size, about eight between the values, and the codes. Two colours meet at 0. Values that differ by
+// less than `least` are one class.
 std::vector<Class> LinearClasses(double low, double high, double least);
 
 // Pixels.
