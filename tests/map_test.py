@@ -90,6 +90,8 @@ assert utm.said("Closure", 40, -75) == "below 0.001 mm" and utm.said("Closure", 
 utm = Map("factors.ini", "-s", "UTM18", "--area", "30,-76.5,50,-73.5")
 x, _ = utm.pixel(40, -75)
 assert sum(abs(each - x) < 0.2 for each, _ in utm.lines) > 50 and "500\u2009000" in utm.names, "the line of 500 000"
+heights = [b for a, b in utm.lines if abs(a - x) < 0.2]
+assert min(heights) == utm.pixel(50, -75)[1] and max(heights) == utm.pixel(30, -75)[1], (min(heights), max(heights))
 assert abs(utm.names["500\u2009000"][0] - x) < 1
 # The meridian arc to 40.6556 degrees is 4 502 116 m and the northing 4 500 315 m: there is the line of 4 500 000.
 _, y = utm.pixel(40.6556, -75)

@@ -144,13 +144,7 @@ bool Differences::JacobianAt(double latitude, double longitude, Jacobian& jacobi
   const Slope east =
       SlopeOf([&](double lambda, double& x, double& y) { return GeoXY(handle_, &x, &y, latitude, lambda) != 0; },
               longitude, centralMeridian_ - Pi, centralMeridian_ + Pi, N * c);
-  jacobian = {east.x * signX_, east.y * signY_, north.x * signX_, north.y * signY_, east.error, north.error, 1};
-  // A local grid may mirror the axes without the flags: then east is to the left of north.
-  if (jacobian.xEast * jacobian.yNorth < jacobian.xNorth * jacobian.yEast) {
-    jacobian.xEast = -jacobian.xEast;
-    jacobian.xNorth = -jacobian.xNorth;
-    jacobian.mirror = -1;
-  }
+  jacobian = {east.x * signX_, east.y * signY_, north.x * signX_, north.y * signY_, east.error, north.error};
   return std::isfinite(east.error) && std::isfinite(north.error);
 }
 
@@ -178,7 +172,7 @@ bool Differences::ArcToChord(double latitude, double longitude, double azimuth, 
   const double s = std::sin(azimuth);
   const double c = std::cos(azimuth);
   const double arc = std::atan2(j.xEast * s + j.xNorth * c, j.yEast * s + j.yNorth * c);
-  const double chord = std::atan2(chordX * signX_ * j.mirror, chordY * signY_);
+  const double chord = std::atan2(chordX * signX_, chordY * signY_);
   angle = std::remainder(chord - arc, 2 * Pi);
   return true;
 }

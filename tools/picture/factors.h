@@ -41,7 +41,6 @@ class Differences {
   struct Jacobian {
     double xEast, yEast, xNorth, yNorth;
     double errorEast, errorNorth;
-    double mirror;  // -1 if x had to be negated so that east is to the right of north
   };
   struct Slope {
     double x, y, error;
