@@ -12,7 +12,7 @@ namespace latigo::cli {
 
 namespace {
 
-constexpr std::size_t MostHeld = 1 << 20;  // bytes of lines that are held back until the layout is found
+constexpr std::size_t MostHeld = 1 << 14;  // bytes of lines that are held back until the layout is found
 constexpr char Separators[] = {'\t', ';', ',', ' '};
 
 constexpr const char* WordOf(char separator) {
@@ -261,8 +261,12 @@ Layout TableReader::LayoutOf(const Candidate& candidate, bool decimalComma, std:
       if (!value.optional) {
         continue;
       }
-      const std::string_view text = columns.size() < texts.size() ? texts[columns.size()] : "";
-      if (text.empty() || (value.role != Role::Text && !LooksLikeNumber(text) && ParseNumber(text).fault != nullptr)) {
+      if (columns.size() >= texts.size()) {
+        break;
+      }
+      // An empty field could have a number in other lines.
+      const std::string_view text = texts[columns.size()];
+      if (value.role != Role::Text && !text.empty() && !LooksLikeNumber(text) && ParseNumber(text).fault != nullptr) {
         break;
       }
       columns.push_back(columns.size());
@@ -276,13 +280,16 @@ Layout TableReader::LayoutOf(const Candidate& candidate, bool decimalComma, std:
 
 // Finds the layout with which the line is a point; false if there is none, UsageError if there are several.
 bool TableReader::Decide(std::string_view line, std::size_t number) {
-  if (candidates_.size() == 1) {
-    layout_ = LayoutOf(candidates_[0], options_.decimalComma, line);
-    return true;
-  }
-  const bool hasTab = line.find('\t') != std::string_view::npos;
   Row found;
   Row other;
+  if (candidates_.size() == 1) {
+    Layout layout = LayoutOf(candidates_[0], options_.decimalComma, line);
+    if (!options_.columns.empty() || layout.Read(line, found)) {
+      layout_ = std::move(layout);
+    }
+    return layout_.has_value();
+  }
+  const bool hasTab = line.find('\t') != std::string_view::npos;
   for (const Candidate& candidate : candidates_) {
     if (candidate.separator == ' ' && hasTab && layout_) {
       continue;

@@ -17,7 +17,7 @@ namespace latigo::cli {
 // - The header of --header auto is the first line if every chosen column has a word there, not a number (IsWord).
 //   Columns by name need a header, which may begin with #.
 // - Without --columns the columns are the first ones. Optional values are among them if the first point has a number
-//   there (or for a text, anything).
+//   or an empty field there (or for a text, anything).
 // - The separator of --separator auto is that with which the first readable line is a point. Where two give different
 //   points, or the comma could also be a decimal comma, the file is refused.
 class TableReader {
