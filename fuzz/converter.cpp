@@ -130,7 +130,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   WriteFile("datum/g", GridBytes(in, 1));
   text += flag(0) ? "DynDatum=d\n" : "DeltaX=100\nDeltaY=-200\nDeltaZ=300\nDeltaRX=1\n";
   text += flag(1) ? "Geoid=g\n" : "";
-  const std::string lines = in.Text(in.size);
+  const std::string lines = "# points\n" + in.Text(in.size);  // so that the file is not UTF-16, which is refused
 
   Asked options;
   options.file = WriteFile("file.ini", text);
