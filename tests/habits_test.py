@@ -1,5 +1,5 @@
 """What the transcripts cannot show of the program's sections, templates and files.   habits_test.py [EMULATOR...] PROGRAM"""
-import glob, os, re, signal, subprocess, sys, tempfile, time
+import glob, os, re, shutil, signal, struct, subprocess, sys, tempfile, time
 
 program = [*sys.argv[1:-1], os.path.realpath(sys.argv[-1])]
 root = os.path.dirname(os.path.dirname(os.path.realpath(__file__)))
@@ -110,6 +110,37 @@ if len(program) == 1:  # with the mode of the older file, through a link, and no
     os.remove("link")
 os.remove("new.txt")
 assert len(os.listdir()) == before
+
+# Between the systems of convert nothing is rounded: it agrees with inverse and forward, in every thread, and failures too.
+if len(program) == 1:  # as the grid of run.py: 5 x 10 nodes from 0 E 50 N, with no shift but 100 m along Z
+    os.environ["TWI_BATHYX"] = folder.name
+    os.mkdir("datum")
+    node = struct.pack("<3f", 0, 0, 100)
+    head = b" " * 64 + struct.pack("<3i4fi", 10, 5, 3, 0, 1, 50, 1, 0)
+    open("datum/d.dat", "wb").write(head.ljust(124) + (b"lead" + node * 10) * 5)
+    system = "Projection=UTM\nSemiMajorAxis=6378137\nFlattening=298.257223563\nScaleFactor=0.9996\nFalseEasting=500000\n"
+    write("pair.ini", f"[Grid]\n{system}CentralMeridian=3\nDynDatum=d.dat\n[Same]\n{system}CentralMeridian=0\nDynDatum=d.dat\n"
+                      f"[Seven]\n{system}CentralMeridian=0\nDeltaX=50\nDeltaRZ=3\n")
+    rows = "".join(f"{270000 + 15 * i} {5600000 + 11 * i} {i / 7:.4f} p{i}\n" for i in range(20000))
+    digits = ["--precision", "12"]
+    there = run("inverse", "pair.ini", "-s", "Grid", "--wgs84", *digits, text=rows)
+    pipeline = run("forward", "pair.ini", "-s", "Seven", "--wgs84", "--precision", "4", text=re.sub(r"\* \* \*.*\n", "", there[1]))
+    for jobs in "1", "3":
+        made = run("convert", "pair.ini", "-s", "Grid", "--to-section", "Seven", "--heights", "ellipsoidal", "--jobs", jobs, text=rows)
+        good = [line for line in made[1].splitlines() if not line.startswith("*")]
+        assert made[0] == 1 and 1000 < len(good) < 20000, len(good)
+        for ours, theirs in zip(good, pipeline[1].splitlines(), strict=True):
+            numbers = [abs(float(a) - float(b)) for a, b in zip(ours.split()[:3], theirs.split()[:3])]
+            assert max(numbers) < 1.01e-4 and ours.split()[3] == theirs.split()[3], (ours, theirs)
+        outside = "pair.ini [Grid]: the point is outside the datum grid"
+        assert made[2].count(outside) == made[2].count("\n") == 20000 - len(good) == there[2].count("outside the datum grid"), made[2][-200:]
+    # The same shift is none, so that its grid does not limit; without the grid's value there is a warning.
+    assert run("convert", "pair.ini", "-s", "Grid", "--to-section", "Same", "--no-height", text=rows)[::2] == (0, "")
+    status, text, messages = run("convert", "pair.ini", "-s", "Grid", "--to-section", "Seven", "--no-height", "--outside-grid",
+                                 "unshifted", text=rows)
+    assert status == 0 and "points: outside the datum grid" in messages and "*" not in text, messages
+    shutil.rmtree("datum")
+    os.remove("pair.ini")
 
 # Progress is shown on a terminal only, after a second, and erased before a message and at the end.
 def shown(arguments, feed):

@@ -1,6 +1,7 @@
 #include "progress.h"
 
 #include <algorithm>
+#include <cmath>
 #include <cstdio>
 
 #include "streams.h"
@@ -28,7 +29,7 @@ bool IsTyped(const std::vector<std::string>& files) {
 }
 
 std::string Time(double seconds) {
-  const auto whole = static_cast<unsigned long>(seconds + 0.5);
+  const auto whole = static_cast<unsigned long>(std::lround(seconds));
   char text[32];
   if (whole < 3600) {
     std::snprintf(text, sizeof text, "%lu:%02lu", whole / 60, whole % 60);

@@ -53,11 +53,11 @@ std::vector<ListedSection> ListSections(const ConfigFile& config) {
       const std::string_view comment = CommentOf(text);
       if (text.empty() && !sections.empty()) {
         above.clear();
-      } else if (!comment.empty() && in == nullptr) {
-        above.push_back(comment);
-      } else if (!comment.empty()) {
+      } else if (!comment.empty() && in != nullptr) {
         in->resize(own++);
         in->push_back(comment);
+      } else if (!comment.empty()) {
+        above.push_back(comment);
       }
     } else if (line.is == ProfileLine::Is::Section && !line.name.empty()) {
       in = nullptr;
@@ -91,7 +91,7 @@ std::string DescriptionByKeys(const ConfigFile& config, std::string_view section
   params.InvFlattening = number("Flattening");
   params.Kind = LATIGO_KIND_MERCATOR_ON_SPHERE;
   params.Unit = 1;
-  if (const GeodesyHandle handle = CreateGeodesy(&params); handle != nullptr) {
+  if (GeodesyHandle handle = CreateGeodesy(&params); handle != nullptr) {
     char ellipsoid[LATIGO_ELLIPSOID_NAME_SIZE] = "";
     GetGeodesyParams(handle, &params, ellipsoid, nullptr);
     text += ellipsoid[0] != '\0' ? std::string(", ") + ellipsoid : "";

@@ -60,7 +60,8 @@ std::string_view LineOf(std::string_view bytes, const ProfileLine& line) {
 
 // The residuals of a point: each v, then each w and each r.
 std::string RowOf(const FitOutcome& outcome, const ControlPoint& point, const PointResult& result) {
-  std::string row = Formatted("  %6zu  ", point.line) + Padded(Visible(point.name), NameWidth);
+  std::string row =
+      Formatted("  %6lu  ", static_cast<unsigned long>(point.line)) + Padded(Visible(point.name), NameWidth);
   const std::size_t axes = outcome.axes.size();
   for (std::size_t i = 0; i < axes; ++i) {
     row += Formatted(" %10.4f", Unsigned(result.v[i]));
@@ -93,7 +94,7 @@ std::string Summary(const FitOutcome& outcome) {
   const std::size_t used = outcome.used.size();
   const std::size_t checks = outcome.points.size() - used;
   return std::string(outcome.method) + ", " + std::to_string(used) + " control points" +
-         (checks > 0 ? Formatted(", %zu check points", checks) : "") +
+         (checks > 0 ? Formatted(", %lu check points", static_cast<unsigned long>(checks)) : "") +
          Formatted(", redundancy %d", outcome.adjusted.redundancy);
 }
 
