@@ -48,7 +48,7 @@ py::object AreaOf(const GridFile* file) {
 
 py::dict Facts(Engine& engine) {
   const Engine::Lease lease(engine, 1);
-  Handle& handle = lease.First();
+  const Handle& handle = lease.First();
   const api::Geodesy& object = handle.Api();
   const GeodesyParams p = object.GetGeodesyParams().value;
   const EllDiff d = object.GetEllDiff().value;

@@ -48,8 +48,10 @@ GridFile::GridFile(const std::string& path) : path_(path) {
     }
     throw std::system_error(reason, std::generic_category(), path_);
   }
-  id_ = {status.st_dev, status.st_ino, status.st_size,
-         std::int64_t{status.st_mtim.tv_sec} * 1000000000 + status.st_mtim.tv_nsec};
+  id_ = Identity{.device = status.st_dev,
+                 .node = status.st_ino,
+                 .size = status.st_size,
+                 .modified = std::int64_t{status.st_mtim.tv_sec} * 1000000000 + status.st_mtim.tv_nsec};
 }
 
 GridFile::~GridFile() {

@@ -1,5 +1,5 @@
-// A grid file of an object, beside the library's own access to it: which file it is, and whether a datum grid has a value
-// at a position. The library converts outside a datum grid without a shift and without a code.
+// A grid file of an object, beside the library's own access to it: which file it is, and whether a datum grid has a
+// value at a position. The library converts outside a datum grid without a shift and without a code.
 // The format is that of docs/grid-files.md.
 #pragma once
 
@@ -52,8 +52,8 @@ class GridFile {
   Identity id_;
 };
 
-// The area of a datum grid. It keeps the number of the last row that was found readable, so only one thread at a time may
-// use it.
+// The area of a datum grid. It keeps the number of the last row that was found readable, so only one thread at a time
+// may use it.
 class DatumArea {
  public:
   // A file that the library has accepted.

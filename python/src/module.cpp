@@ -112,8 +112,8 @@ Operand OperandOf(const py::array& array) {
           std::vector<std::ptrdiff_t>(array.strides(), array.strides() + array.ndim())};
 }
 
-// Converts arrays of one shape, float64. Returns the number of the first failed point or -1, its code, text and function, the
-// number of unshifted points and the first of them.
+// Converts arrays of one shape, float64. Returns the number of the first failed point or -1, its code, text and
+// function, the number of unshifted points and the first of them.
 py::tuple Convert(Engine& engine, int operation, const std::vector<py::array>& inputs,
                   const std::vector<py::array>& outputs, const py::object& codes, bool height, bool wgs84,
                   bool geoidOnDatum, bool radians, bool stop, int outside, int threads) {

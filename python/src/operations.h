@@ -1,5 +1,5 @@
-// The conversions of one point, as the command-line program does them: order of datum, projection and heights, and which
-// results are failures.
+// The conversions of one point, as the command-line program does them: order of datum, projection and heights, and
+// which results are failures.
 #pragma once
 
 #include <array>
