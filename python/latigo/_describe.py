@@ -78,7 +78,8 @@ def datum(facts: Facts) -> Datum:
 
 
 def adjustment(facts: Facts) -> Adjustment:
-    flags, orig_x, orig_y, rotation, scale, x, y = facts["adjustment"]
+    flags = facts["adjust_type"]
+    orig_x, orig_y, rotation, scale, x, y = facts["adjustment"]
     return Adjustment(flags & _TYPE, bool(flags & _REVERSE_X), bool(flags & _REVERSE_Y), orig_x, orig_y,
                       _degrees(rotation), scale, x, y)
 

@@ -35,6 +35,16 @@ py::object Path(const std::string& bytes) {
       PyUnicode_DecodeFSDefaultAndSize(bytes.data(), static_cast<Py_ssize_t>(bytes.size())));
 }
 
+// Copies, since a reference to a double of a packed record would not be aligned.
+py::tuple Numbers(std::initializer_list<double> values) {
+  py::tuple numbers(values.size());
+  std::size_t i = 0;
+  for (const double value : values) {
+    numbers[i++] = value;
+  }
+  return numbers;
+}
+
 // South, west, north and east of a grid file, radians; None without a file.
 py::object AreaOf(const GridFile* file) {
   if (file == nullptr) {
@@ -55,19 +65,19 @@ py::dict Facts(Engine& engine) {
   const Adjustment a = object.GetAdjustment().value;
   py::dict facts;
   facts["params"] =
-      py::make_tuple(p.SemiMajorAxis, p.InvFlattening, p.Kind, p.Unit, p.ScaleFactor, p.CentralMeridian, p.RefLatitude,
-                     p.NorthParallel, p.SouthParallel, p.SkewAzimuth, p.FalseEasting, p.FalseNorthing);
+      Numbers({p.SemiMajorAxis, p.InvFlattening, static_cast<double>(p.Kind), p.Unit, p.ScaleFactor, p.CentralMeridian,
+               p.RefLatitude, p.NorthParallel, p.SouthParallel, p.SkewAzimuth, p.FalseEasting, p.FalseNorthing});
   facts["kind"] = Words(p.Kind);
   facts["code"] = object.ProjectionCode().value;
   facts["ellipsoid"] = object.EllipsoidName().value;
   facts["unit"] = object.Metres(1).value;
   facts["vertical_unit"] = object.VerticalMetres(1).value;
   facts["has_vertical_unit"] = handle.HasVerticalUnit();
-  facts["datum"] = py::make_tuple(d.DeltaX, d.DeltaY, d.DeltaZ, d.DeltaScale, d.DeltaRX, d.DeltaRY, d.DeltaRZ);
+  facts["datum"] = Numbers({d.DeltaX, d.DeltaY, d.DeltaZ, d.DeltaScale, d.DeltaRX, d.DeltaRY, d.DeltaRZ});
   facts["datum_grid"] = Path(object.GetEllModel().value);
   facts["datum_area"] = AreaOf(handle.DatumFile());
-  facts["adjustment"] =
-      py::make_tuple(a.AdjustType, a.AdjustOrigX, a.AdjustOrigY, a.AdjustRotation, a.AdjustScale, a.AdjustX, a.AdjustY);
+  facts["adjust_type"] = std::uint32_t{a.AdjustType};
+  facts["adjustment"] = Numbers({a.AdjustOrigX, a.AdjustOrigY, a.AdjustRotation, a.AdjustScale, a.AdjustX, a.AdjustY});
   facts["geoid"] = Path(object.GetGeoid()->fileName);
   facts["geoid_constant"] = object.GetGeoid()->orthoHCorr;
   facts["geoid_area"] = AreaOf(handle.GeoidFile());

@@ -72,6 +72,7 @@ double MeridianOf(const GeodesyParams& params) {
 
 template <typename Record>
 bool SameBytes(const Record& a, const Record& b) {
+  // NOLINTNEXTLINE(bugprone-suspicious-memory-comparison,cert-exp42-c,cert-flp37-c): the bits are what is compared
   return std::memcmp(&a, &b, sizeof a) == 0;
 }
 

@@ -46,7 +46,12 @@ write_grid(FOLDER / "datum/cut.dat", 3, lambda *_: 1, kept=4)
     f"[Constant]\n{UTM}DeltaX=-87\nDeltaY=-98\nDeltaZ=-121\nOrthoHCorr=45.5\n")
 SYSTEMS = FOLDER / "systems.ini"
 
+import hypothesis  # noqa: E402
+
 import latigo  # noqa: E402
+
+hypothesis.settings.register_profile("tests", database=None, print_blob=True)  # a failure prints how to repeat it
+hypothesis.settings.load_profile("tests")
 
 
 @pytest.fixture
