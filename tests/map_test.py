@@ -131,6 +131,12 @@ assert abs(german.circles[0][0] - german.pixel(52, 9.5)[0]) < 1 and list(german.
 german = Map(folder.name + "/german.ini", "--points", "-", "--columns", "2,3,1", "--lonlat", "--decimal-comma", "--separator",
              "semicolon", "--area", "50,8,54,10", text=table.replace(b"B;8,5;x\n", b""))
 assert abs(german.circles[0][0] - german.pixel(52, 9.5)[0]) < 1
+west = system.replace("5.87 E to 15.04 E", "15.04 W to 5.87 W").replace("47.27 N", "3 S")
+open(folder.name + "/west.ini", "w").write(west)
+west = Map(folder.name + "/west.ini")
+assert (west.south, west.north, west.west, west.east) == (-3, 55.09, -15.04, -5.87), west.texts[1]
+open(folder.name + "/west.ini", "w").write(system.replace("47.27 N to", "47.27 N"))
+assert "around the projection's origin" in Map(folder.name + "/west.ini").texts[1]
 assert "somewhere" not in Map(folder.name + "/german.ini").svg and "of the section's comment" in Map(folder.name + "/german.ini").texts[1]
 
 # Grid files: an undulation of 40 m and a datum shift, each in the area of its file alone.

@@ -6,7 +6,6 @@
 #include <cstring>
 #include <fstream>
 #include <optional>
-#include <regex>
 
 #include "line_reader.h"
 #include "map.h"
@@ -71,25 +70,37 @@ Area AreaAround(const std::vector<picture::NamedPoint>& points) {
           area.east + margin};
 }
 
+// A limit such as "45.82 N", removed from the front of the text with the word after it; NaN for anything else.
+double TakeLimit(std::string_view& text, std::string_view word, char positive, char negative) {
+  const std::size_t blank = text.find(' ');
+  if (blank == std::string_view::npos || blank + 1 >= text.size()) {
+    return NAN;
+  }
+  const Parsed parsed = ParseNumber(text.substr(0, blank));
+  const char side = text[blank + 1];
+  text.remove_prefix(blank + 2);
+  if (parsed.fault != nullptr || (side != positive && side != negative) || !text.starts_with(word)) {
+    return NAN;
+  }
+  text.remove_prefix(word.size());
+  return side == positive ? parsed.value : -parsed.value;
+}
+
 // A comment such as "; Area: Switzerland; 45.82 N to 47.81 N, 5.96 E to 10.49 E".
 std::optional<Area> AreaOfComment(std::string_view section) {
-  constexpr std::size_t Longest = 500;  // of such a line; the search takes stack for each letter
-  static const std::regex pattern(
-      "^; Area: .*?([0-9.]+) ([NS]) to ([0-9.]+) ([NS]), ([0-9.]+) ([EW]) to ([0-9.]+) ([EW])");
-  std::match_results<std::string_view::const_iterator> found;
   std::string_view line;
   do {
     if (section.empty()) {
       return std::nullopt;
     }
     NextLine(section, line);
-  } while (!line.starts_with("; Area:") || line.size() > Longest ||
-           !std::regex_search(line.begin(), line.end(), found, pattern));
-  const auto limit = [&](std::size_t i) {
-    const std::string side = found[i + 1];
-    return ParseNumber(std::string(found[i])).value * (side == "S" || side == "W" ? -1 : 1);
-  };
-  Area area{limit(1), limit(3), limit(5), limit(7)};
+  } while (!line.starts_with("; Area:"));
+  line.remove_prefix(line.rfind("; ") + 2);
+  Area area{};
+  area.south = TakeLimit(line, " to ", 'N', 'S');
+  area.north = TakeLimit(line, ", ", 'N', 'S');
+  area.west = TakeLimit(line, " to ", 'E', 'W');
+  area.east = TakeLimit(line, "", 'E', 'W');
   area.east += area.east < area.west ? 360 : 0;
   const bool valid = area.south >= -90 && area.north <= 90 && area.north - area.south >= SmallestSide &&
                      area.east - area.west >= SmallestSide && area.east - area.west <= 360;
@@ -126,8 +137,11 @@ Area AreaOfKind(GeodesyHandle handle) {
   GetGeodesyParams(handle, &params, nullptr, nullptr);
   const double phi0 = params.RefLatitude / RadiansPerDegree;
   const double lambda0 = params.CentralMeridian / RadiansPerDegree;
-  const double low = std::min(params.NorthParallel, params.SouthParallel) / RadiansPerDegree;
-  const double high = std::max(params.NorthParallel, params.SouthParallel) / RadiansPerDegree;
+  // Copies: the fields of the packed record may have no references.
+  const double first = params.NorthParallel / RadiansPerDegree;
+  const double second = params.SouthParallel / RadiansPerDegree;
+  const double low = std::min(first, second);
+  const double high = std::max(first, second);
   const auto around = [&](double latitude, double north, double east) {
     return Area{std::max(latitude - north, -89.0), std::min(latitude + north, 89.0), lambda0 - east, lambda0 + east};
   };
