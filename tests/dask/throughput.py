@@ -2,8 +2,9 @@
 
     throughput.py [ROUNDS]
 
-In each round: one process without Dask, then 1, 2 and 3 workers, on the same columns; medians of the rounds are printed as
-ratios. A worker has one thread.
+In each round: one process without Dask, then 1, 2 and 3 workers, on the same columns. A worker has one thread. Medians of the
+rounds are printed: rates by the clock, and the processor time of a block in the workers and in the scheduler, which a busy
+machine disturbs less.
 """
 import os
 import pathlib
@@ -20,7 +21,7 @@ from cluster import ROOT, Cluster
 from network import Network
 
 ROWS, BLOCKS = 6_000_000, 60
-SMALL_ROWS, SMALL_BLOCKS = 600, 600  # the cost of blocks without points
+SMALL_ROWS, SMALL_BLOCKS = 300, 300  # the cost of blocks without points
 LIMIT = 120  # seconds for a round of one number of workers
 SYSTEM = (ROOT / "examples/national_grid.ini", "NationalGrid")
 
@@ -44,6 +45,12 @@ def one_process(folder):
     return time.monotonic() - start, converting
 
 
+def processor_time(process):
+    """Seconds, of the user and the system."""
+    fields = pathlib.Path(f"/proc/{process.pid}/stat").read_text().rpartition(")")[2].split()
+    return (int(fields[11]) + int(fields[12])) / os.sysconf("SC_CLK_TCK")
+
+
 def make_columns(folder, rows):
     folder.mkdir()
     random = np.random.default_rng(1)
@@ -52,14 +59,19 @@ def make_columns(folder, rows):
 
 
 def drive(cluster, folder, blocks):
+    """Seconds by the clock, and of the processors in the workers and in the scheduler."""
+    def used():
+        return sum(map(processor_time, cluster.workers.values())), processor_time(cluster.scheduler)
+
+    before = used()
     process = cluster.drive("npy", *SYSTEM, folder, blocks, 0, 1, stdout=subprocess.PIPE, text=True)
     said, _ = process.communicate(timeout=LIMIT)
     if process.returncode != 0:
         raise RuntimeError(cluster.logs())
-    return float(said)
+    return float(said), *(after - start for after, start in zip(used(), before))
 
 
-def main(rounds=5):
+def main(rounds=3):
     times = {}
     with tempfile.TemporaryDirectory() as name, Network(3) as network:
         large, small = pathlib.Path(name) / "large", pathlib.Path(name) / "small"
@@ -80,14 +92,17 @@ def main(rounds=5):
             for workers, cluster in clusters.items():
                 times.setdefault(workers, []).append(drive(cluster, large, BLOCKS))
                 times.setdefault(f"small {workers}", []).append(drive(cluster, small, SMALL_BLOCKS))
-    median = {key: statistics.median(values) for key, values in times.items()}
+    median = {key: statistics.median(values) for key, values in times.items() if key in ("one process", "converting")}
+    whole, converting = median["one process"], median["converting"]
     print(f"{os.cpu_count()} processors, load {os.getloadavg()[0]:.1f}; {ROWS} points in {BLOCKS} blocks")
-    print(f"one process        {ROWS / median['one process'] / 1e6:6.2f} million points/s, "
-          f"{median['converting'] / median['one process']:.0%} of the time for the conversion")
+    print(f"one process: {ROWS / whole / 1e6:.2f} million points/s, {converting / whole:.0%} of the time for the conversion")
+    print("workers  million points/s  x one process  ms of a block: worker, without points, scheduler")
     for workers in (1, 2, 3):
-        print(f"{workers} worker(s)        {ROWS / median[workers] / 1e6:6.2f} million points/s, "
-              f"{median['one process'] / median[workers]:.2f} x one process, {median[1] / median[workers]:.2f} x one worker;"
-              f" a block without points {median[f'small {workers}'] / SMALL_BLOCKS * 1e3:.2f} ms")
+        clock, worker, scheduler = (statistics.median(column) for column in zip(*times[workers]))
+        _, empty, empty_scheduler = (statistics.median(column) for column in zip(*times[f"small {workers}"]))
+        scheduling = (scheduler + empty_scheduler) / (BLOCKS + SMALL_BLOCKS)
+        print(f"{workers:7}  {ROWS / clock / 1e6:16.2f}  {whole / clock:13.2f}  {worker / BLOCKS * 1e3:21.1f} "
+              f"{empty / SMALL_BLOCKS * 1e3:15.2f} {scheduling * 1e3:10.2f}")
 
 
 if __name__ == "__main__":
