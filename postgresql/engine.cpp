@@ -6,6 +6,7 @@
 #include <cstdio>
 #include <cstring>
 #include <exception>
+#include <iterator>
 #include <new>
 #include <optional>
 #include <string>
@@ -161,6 +162,15 @@ struct Last {
     return serial == use.serial && operation == ofOperation && point.height == of.height &&
            std::memcmp(point.in, of.in, sizeof point.in) == 0;
   }
+  // Member by member: reading two flags at once that were just written apart would wait for the memory.
+  void Set(const EngineUse& use, EngineOperation ofOperation, const EnginePoint& of) noexcept {
+    serial = use.serial;
+    operation = ofOperation;
+    std::copy(std::begin(of.in), std::end(of.in), point.in);
+    std::copy(std::begin(of.out), std::end(of.out), point.out);
+    point.height = of.height;
+    point.doubtful = of.doubtful;
+  }
 };
 Last last;
 
@@ -240,7 +250,7 @@ EngineOutcome EngineConvert(const EngineUse* use, EngineOperation operation, Eng
       point->out[i] = result.values[i].value;
     }
     point->doubtful = result.doubts != 0;
-    last = {use->serial, operation, *point};
+    last.Set(*use, operation, *point);
     return ENGINE_DONE;
   });
 }

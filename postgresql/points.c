@@ -170,18 +170,22 @@ static void RequireWgs84(int srid) {
   }
 }
 
-// Which coordinates are positions, and what is on WGS-84.
+// Where x and y of a point stand among the numbers of an operation: a position has its latitude, y, first.
 typedef struct Kind {
   enum EngineOperation operation;
-  bool fromPosition;
-  bool toPosition;
-  bool fromWgs84;  // the argument has its SRID
-  bool wgs84;      // argument of the operation
-  int srid;        // of the result
+  int inX, inY;
+  int outX, outY;
 } Kind;
 
-// The conversion of a point with z or m, or of another kind than the model's.
-static Datum ConvertAny(FunctionCallInfo fcinfo, CallSite* site, const Kind* kind) {
+static const Kind Forward = {ENGINE_FORWARD, 1, 0, 0, 1};
+static const Kind Inverse = {ENGINE_INVERSE, 0, 1, 1, 0};
+static const Kind ToWgs84 = {ENGINE_TO_WGS84, 1, 0, 1, 0};
+static const Kind FromWgs84 = {ENGINE_FROM_WGS84, 1, 0, 1, 0};
+
+// The conversion of a point with z or m, or another SRID than the model's. fromWgs84: the point has the SRID of WGS-84,
+// or none; wgs84: argument of the operation; srid: of the result.
+static Datum ConvertAny(FunctionCallInfo fcinfo, CallSite* site, const Kind* kind, bool fromWgs84, bool wgs84,
+                        int srid) {
   Postgis* postgis = site->more;
   const Datum given = PG_GETARG_DATUM(1);
   struct EnginePoint point = {{0, 0, 0, 0}, {0, 0, 0}, false, false};
@@ -191,20 +195,20 @@ static Datum ConvertAny(FunctionCallInfo fcinfo, CallSite* site, const Kind* kin
   if (!Call(postgis, ST_X, &given, made)) {
     PG_RETURN_NULL();
   }
-  if (kind->fromWgs84) {
+  if (fromWgs84) {
     RequireWgs84(SridOf(postgis, given));
   }
-  point.in[kind->fromPosition ? 1 : 0] = DatumGetFloat8(made[0]);
-  point.in[kind->fromPosition ? 0 : 1] = Coordinate(postgis, ST_Y, given);
+  point.in[kind->inX] = DatumGetFloat8(made[0]);
+  point.in[kind->inY] = Coordinate(postgis, ST_Y, given);
   if ((flags & HAS_Z) != 0) {
     point.in[2] = Coordinate(postgis, ST_Z, given);
     point.height = true;
   }
-  if (!ConvertPoint(fcinfo, site, kind->wgs84, &point)) {
+  if (!ConvertPoint(fcinfo, site, wgs84, &point)) {
     PG_RETURN_NULL();
   }
-  made[0] = Float8GetDatum(point.out[kind->toPosition ? 1 : 0]);
-  made[1] = Float8GetDatum(point.out[kind->toPosition ? 0 : 1]);
+  made[0] = Float8GetDatum(point.out[kind->outX]);
+  made[1] = Float8GetDatum(point.out[kind->outY]);
   if ((flags & HAS_Z) != 0) {
     made[2] = Float8GetDatum(point.out[2]);
     function = MAKE_XYZ;
@@ -214,35 +218,35 @@ static Datum ConvertAny(FunctionCallInfo fcinfo, CallSite* site, const Kind* kin
     function = (flags & HAS_Z) != 0 ? MAKE_XYZM : MAKE_XYM;
   }
   made[0] = Value(postgis, function, made);
-  made[1] = Int32GetDatum(kind->srid);
+  made[1] = Int32GetDatum(srid);
   PG_RETURN_DATUM(Value(postgis, SET_SRID, made));
 }
 
 // The result of argument 1, a point; NULL for an empty point, or one that cannot be converted.
-static Datum Convert(FunctionCallInfo fcinfo, Kind kind) {
-  CallSite* site = CallSiteOf(fcinfo, kind.operation);
+static Datum Convert(FunctionCallInfo fcinfo, const Kind* kind, bool fromWgs84, bool wgs84, int srid) {
+  CallSite* site = CallSiteOf(fcinfo, kind->operation);
   Postgis* postgis = PostgisOf(fcinfo, site);
   const bytea* given = PG_GETARG_BYTEA_PP(1);
   struct EnginePoint point = {{0, 0, 0, 0}, {0, 0, 0}, false, false};
-  if (!ReadLike(&postgis->in, given, &point.in[kind.fromPosition ? 1 : 0], &point.in[kind.fromPosition ? 0 : 1])) {
+  if (!ReadLike(&postgis->in, given, &point.in[kind->inX], &point.in[kind->inY])) {
     SetModel(fcinfo, &postgis->in, SridOf(postgis, PG_GETARG_DATUM(1)));  // the next points probably have its SRID
-    return ConvertAny(fcinfo, site, &kind);
+    return ConvertAny(fcinfo, site, kind, fromWgs84, wgs84, srid);
   }
-  if (kind.fromWgs84) {
+  if (fromWgs84) {
     RequireWgs84(postgis->in.srid);
   }
-  if (!ConvertPoint(fcinfo, site, kind.wgs84, &point)) {
+  if (!ConvertPoint(fcinfo, site, wgs84, &point)) {
     PG_RETURN_NULL();
   }
-  SetModel(fcinfo, &postgis->out, kind.srid);
-  return MakeLike(&postgis->out, point.out[kind.toPosition ? 1 : 0], point.out[kind.toPosition ? 0 : 1]);
+  SetModel(fcinfo, &postgis->out, srid);
+  return MakeLike(&postgis->out, point.out[kind->outX], point.out[kind->outY]);
 }
 
 // section, point, srid, wgs84
 PG_FUNCTION_INFO_V1(latigo_point_forward);
 Datum latigo_point_forward(PG_FUNCTION_ARGS) {
   const bool wgs84 = PG_GETARG_BOOL(3);
-  return Convert(fcinfo, (Kind){ENGINE_FORWARD, true, false, wgs84, wgs84, PG_GETARG_INT32(2)});
+  return Convert(fcinfo, &Forward, wgs84, wgs84, PG_GETARG_INT32(2));
 }
 
 // section, point, srid, wgs84
@@ -250,17 +254,17 @@ PG_FUNCTION_INFO_V1(latigo_point_inverse);
 Datum latigo_point_inverse(PG_FUNCTION_ARGS) {
   const bool wgs84 = PG_GETARG_BOOL(3);
   const int srid = PG_GETARG_INT32(2);
-  return Convert(fcinfo, (Kind){ENGINE_INVERSE, false, true, false, wgs84, srid == 0 && wgs84 ? SRID_WGS84 : srid});
+  return Convert(fcinfo, &Inverse, false, wgs84, srid == 0 && wgs84 ? SRID_WGS84 : srid);
 }
 
 // section, point
 PG_FUNCTION_INFO_V1(latigo_point_to_wgs84);
 Datum latigo_point_to_wgs84(PG_FUNCTION_ARGS) {
-  return Convert(fcinfo, (Kind){ENGINE_TO_WGS84, true, true, false, false, SRID_WGS84});
+  return Convert(fcinfo, &ToWgs84, false, false, SRID_WGS84);
 }
 
 // section, point, srid
 PG_FUNCTION_INFO_V1(latigo_point_from_wgs84);
 Datum latigo_point_from_wgs84(PG_FUNCTION_ARGS) {
-  return Convert(fcinfo, (Kind){ENGINE_FROM_WGS84, true, true, true, false, PG_GETARG_INT32(2)});
+  return Convert(fcinfo, &FromWgs84, true, false, PG_GETARG_INT32(2));
 }
