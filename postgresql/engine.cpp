@@ -2,9 +2,9 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <cmath>
 #include <cstdio>
-#include <cstring>
 #include <exception>
 #include <iterator>
 #include <new>
@@ -160,7 +160,9 @@ struct Last {
   // The same bits, so that a zero with another sign is another point.
   bool IsOf(const EngineUse& use, EngineOperation ofOperation, const EnginePoint& of) const noexcept {
     return serial == use.serial && operation == ofOperation && point.height == of.height &&
-           std::memcmp(point.in, of.in, sizeof point.in) == 0;
+           std::equal(std::begin(of.in), std::end(of.in), point.in, [](double one, double other) {
+             return std::bit_cast<std::uint64_t>(one) == std::bit_cast<std::uint64_t>(other);
+           });
   }
   // Member by member: reading two flags at once that were just written apart would wait for the memory.
   void Set(const EngineUse& use, EngineOperation ofOperation, const EnginePoint& of) noexcept {

@@ -112,11 +112,23 @@ static double Coordinate(Postgis* postgis, int function, Datum point) {
   return DatumGetFloat8(Value(postgis, function, &point));
 }
 
+// Reads a point whose bytes are those of the model but for the coordinates. They are not NaN: those are failed points.
+static bool ReadLike(const Model* model, const bytea* given, double* x, double* y) {
+  if (model->point == NULL || VARSIZE_ANY_EXHDR(given) != VARSIZE(model->point) - VARHDRSZ ||
+      memcmp(VARDATA_ANY(given), VARDATA(model->point), model->prefix) != 0) {
+    return false;
+  }
+  memcpy(x, VARDATA_ANY(given) + model->prefix, sizeof *x);
+  memcpy(y, VARDATA_ANY(given) + model->prefix + sizeof *x, sizeof *y);
+  return !isnan(*x) && !isnan(*y);
+}
+
 // Makes the model of an SRID, unless it is one already. There is none if the coordinates are not the last of its bytes, as
 // doubles of this machine.
 static void SetModel(FunctionCallInfo fcinfo, Model* model, int srid) {
   const double given[2] = {1.2345678901234567e+89, -7.6543210987654321e-78};
-  Datum made[2] = {Float8GetDatum(given[0]), Float8GetDatum(given[1])};
+  double found[2] = {0, 0};
+  Datum made[4] = {Float8GetDatum(given[0]), Float8GetDatum(given[1]), 0, 0};
   Postgis* postgis = ((CallSite*)fcinfo->flinfo->fn_extra)->more;
   MemoryContext before;
   if (model->point != NULL && model->srid == srid) {
@@ -134,21 +146,10 @@ static void SetModel(FunctionCallInfo fcinfo, Model* model, int srid) {
   MemoryContextSwitchTo(before);
   model->prefix = VARSIZE(model->point) - VARHDRSZ - sizeof given;
   model->srid = srid;
-  if (VARSIZE(model->point) < VARHDRSZ + sizeof given ||
-      memcmp(VARDATA(model->point) + model->prefix, given, sizeof given) != 0) {
+  if (VARSIZE(model->point) < VARHDRSZ + sizeof given || !ReadLike(model, model->point, &found[0], &found[1]) ||
+      found[0] != given[0] || found[1] != given[1]) {
     elog(ERROR, "latigo: this version of PostGIS stores points in an unknown way");
   }
-}
-
-// Reads a point whose bytes are those of the model but for the coordinates. They are not NaN: those are failed points.
-static bool ReadLike(const Model* model, const bytea* given, double* x, double* y) {
-  if (model->point == NULL || VARSIZE_ANY_EXHDR(given) != VARSIZE(model->point) - VARHDRSZ ||
-      memcmp(VARDATA_ANY(given), VARDATA(model->point), model->prefix) != 0) {
-    return false;
-  }
-  memcpy(x, VARDATA_ANY(given) + model->prefix, sizeof *x);
-  memcpy(y, VARDATA_ANY(given) + model->prefix + sizeof *x, sizeof *y);
-  return !isnan(*x) && !isnan(*y);
 }
 
 static Datum MakeLike(const Model* model, double x, double y) {
@@ -189,7 +190,7 @@ static Datum ConvertAny(FunctionCallInfo fcinfo, CallSite* site, const Kind* kin
   Postgis* postgis = site->more;
   const Datum given = PG_GETARG_DATUM(1);
   struct EnginePoint point = {{0, 0, 0, 0}, {0, 0, 0}, false, false};
-  Datum made[4];
+  Datum made[4] = {0, 0, 0, 0};
   const int flags = DatumGetInt16(Value(postgis, ST_ZMFLAG, &given));
   int function = MAKE_XY;
   if (!Call(postgis, ST_X, &given, made)) {
