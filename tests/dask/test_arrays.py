@@ -57,11 +57,12 @@ def test_arrays_and_columns_equal_the_method_bit_by_bit(grids, method, inputs, o
     for got, right in zip(dask.compute(*arrays), expected):
         assert got.dtype == right.dtype and got.tobytes() == right.tobytes()
 
-    labels = np.arange(COUNT) * 2 + 5
+    labels = np.array([f"station {i:04}" for i in range(COUNT)], object)
     frame = dd.from_pandas(pd.DataFrame(dict(zip("abcd", inputs)), index=labels), npartitions=4)
     columns = as_tuple(function(grids, *(frame[name] for name in frame.columns), **options))
     assert [column.name for column in columns] == names.split()
     assert all(column.divisions == frame.divisions for column in columns)
+    assert all(column._meta.index.dtype == frame._meta.index.dtype == object for column in columns)
     for column, got, right in zip(columns, dask.compute(*columns), expected):
         assert got.dtype == column.dtype == right.dtype and got.to_numpy().tobytes() == right.tobytes()
         assert (got.index == labels).all()

@@ -72,7 +72,7 @@ def test_no_row_is_lost_when_one_worker_is_killed_and_one_is_cut_off(network, gr
     assert len(set(blocks)) == BLOCKS
     assert len(blocks) > BLOCKS, "the failures interrupted no block"
     counts = [len(started(process)) for process in cluster.workers.values()]
-    assert counts[0] < BLOCKS / 3 and counts[2] > BLOCKS / 3, counts  # the one that was left did the rest
+    assert max(counts[:2]) < BLOCKS / 3 < counts[2], counts  # those two stopped, and the one that was left did the rest
 
     # Zarr, on the worker that is left.
     cluster.workers = {3: cluster.workers[3]}
