@@ -48,4 +48,27 @@ TEST_F(FrameTest, ThreadsWithTheirOwnObjectsAreIndependent) {
   EXPECT_EQ(GetGeodesyError(), 2) << "the code of this thread";
 }
 
+// For the thread sanitizer: conversions write nothing to an object without a grid file.
+TEST_F(FrameTest, ThreadsMayShareAnObjectWithoutAGridFile) {
+  for (const std::string& system : Systems()) {
+    const Object shared = Open(system);
+    double results[2][9] = {};
+    const auto convert = [&](double* out) {
+      double latitude, longitude, h = 10;
+      GeoXY(shared.get(), &out[0], &out[1], 0.9, 0.2);
+      XYGeo(shared.get(), out[0], out[1], &out[2], &out[3]);
+      latitude = 0.9, longitude = 0.2;
+      WGS84Conv(shared.get(), &latitude, &longitude, &h);
+      InvWGS84Conv(shared.get(), &latitude, &longitude, &h);
+      GeoECEF(shared.get(), &out[4], &out[5], &out[6], latitude, longitude, h);
+      out[7] = Scale(shared.get(), out[0], out[1]);
+      out[8] = RLineLL(shared.get(), 0.9, 0.2, latitude + 0.01, longitude, nullptr);
+    };
+    std::thread other([&] { convert(results[1]); });
+    convert(results[0]);
+    other.join();
+    for (int i = 0; i < 9; ++i) { EXPECT_EQ(results[0][i], results[1][i]) << system << ", value " << i; }
+  }
+}
+
 }  // namespace

@@ -52,9 +52,9 @@
  *   latigo_errors.h has the text of each code. Pointers must not be null except where the comment allows it.
  *
  * Threads
- *   Any thread may call any function, but only one thread at a time may use an object: even a conversion may load other
- *   rows of the object's grid file. Conversions do not change an object without a grid file; threads may share one as
- *   long as none sets anything. Different objects share no mutable state.
+ *   Any thread may call any function, but only one thread at a time may use an object with a grid file: even a
+ *   conversion may load other rows of the file. Conversions do not change an object without a grid file; threads may
+ *   share one as long as none sets or destroys anything. Different objects share no mutable state.
  *
  * Calling convention
  *   The C convention, cdecl, with undecorated names. The declarations carry it (LATIGO_CALL), so that a program built

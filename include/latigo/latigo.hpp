@@ -166,7 +166,8 @@ inline std::int32_t GetGeodesyVersion() noexcept {
 }
 
 /** One coordinate system. Owns its handle: it can be moved, not copied. An object that was moved from, or could not be
- * created, has no handle, and every call on it returns code 2. Only one thread at a time may use an object. */
+ * created, has no handle, and every call on it returns code 2. Only one thread at a time may use an object with a grid
+ * file; threads may share another as long as they only convert. */
 class Geodesy {
  public:
   /** An object without a handle. */
