@@ -1,4 +1,4 @@
-# CPack: three Debian packages, and one of the programs on PROJ and GDAL, or a zip for Windows.
+# CPack: three Debian packages, one of the programs on PROJ and GDAL and one of the extension of PostgreSQL, or a zip for Windows.
 set(CPACK_PACKAGE_VENDOR "LATIGO developers")
 set(CPACK_PACKAGE_CONTACT "LATIGO developers <maintainers@latigo.example>")
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "geodesy for survey and mapping programs")
@@ -11,6 +11,9 @@ endif()
 
 if(TARGET latigo-system OR TARGET latigo-grid)
   list(APPEND CPACK_COMPONENTS_ALL import)
+endif()
+if(TARGET latigo_postgresql)
+  list(APPEND CPACK_COMPONENTS_ALL postgresql)
 endif()
 
 if(WIN32)
@@ -52,6 +55,13 @@ set(CPACK_DEBIAN_IMPORT_PACKAGE_RECOMMENDS "latigo-tools, proj-data")
 set(CPACK_COMPONENT_IMPORT_DESCRIPTION "The program latigo-system describes systems of the EPSG data set as
 sections of a configuration file; latigo-grid makes grid files from public
 datum and geoid grids.")
+
+set(CPACK_DEBIAN_POSTGRESQL_PACKAGE_NAME postgresql-15-latigo)
+set(CPACK_DEBIAN_POSTGRESQL_PACKAGE_SECTION database)
+set(CPACK_DEBIAN_POSTGRESQL_PACKAGE_DEPENDS postgresql-15)
+set(CPACK_DEBIAN_POSTGRESQL_PACKAGE_SUGGESTS postgresql-15-postgis-3)
+set(CPACK_COMPONENT_POSTGRESQL_DESCRIPTION "The extension converts points between the coordinate systems of configuration
+files inside PostgreSQL 15, and points of PostGIS.")
 
 # The packages' changelog begins with their version.
 file(STRINGS ${PROJECT_SOURCE_DIR}/cmake/debian/changelog first_line LIMIT_COUNT 1)

@@ -255,7 +255,20 @@ def refused_options():
 
 
 SECTIONS = (scratch / "systems/first.ini").read_text()
-for test in stations, as_the_program, parallel_plan, nothing_left, many_connections, changing_files, refused_options:
+def documents():
+    """The blocks of docs/postgis.md print what the page shows."""
+    page = (root / "docs/postgis.md").read_text()
+    blocks = re.findall(r"^```sql\n(.*?)^```\n\n```text\n(.*?)^```", page, re.M | re.S)
+    assert len(blocks) == page.count("```sql") >= 4
+    rows(connect("admin"), "CREATE DATABASE page")
+    commands = "".join(f"{code}\n\\echo end of block\n" for code, _ in blocks)
+    psql = subprocess.run(["psql", "-X", "-q", "-h", str(scratch / "run"), "-U", "admin", "-v", "ON_ERROR_STOP=1", "page"],
+                          input=commands, capture_output=True, text=True)
+    assert psql.returncode == 0, psql.stderr
+    assert [text.strip("\n") for text in psql.stdout.split("end of block\n")] == [text.strip("\n") for _, text in blocks] + [""], psql.stdout
+
+
+for test in documents, stations, as_the_program, parallel_plan, nothing_left, many_connections, changing_files, refused_options:
     start = time.monotonic()
     test()
     print(f"{test.__name__}: {test.__doc__.splitlines()[0]} ({time.monotonic() - start:.1f} s)")
