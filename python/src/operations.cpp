@@ -52,6 +52,9 @@ struct Point {
     return false;
   }
 
+  // False if the point fails because a latitude, given or computed, is beyond the pole.
+  bool WithinPoles(double phi) { return !(std::fabs(phi) > api::FromDegrees(LargestLatitude)) || Fail(BeyondPole); }
+
   // False if the point fails because the datum grid has no value there.
   bool InDatumGrid() {
     const std::int32_t code = handle.Area() != nullptr ? handle.Area()->CodeAt(latitude, longitude) : 0;
@@ -68,7 +71,7 @@ struct Point {
     latitude = In(options, in[0]);
     longitude = In(options, in[1]);
     h = options.height ? in[2] : 0;
-    if (options.wgs84 && !FromWgs84()) {
+    if (!WithinPoles(latitude) || (options.wgs84 && !FromWgs84())) {
       return false;
     }
     const double difference = longitude - handle.CentralMeridian();
@@ -86,7 +89,7 @@ struct Point {
     if (std::fabs(out[1]) > turn / 2) {
       out[1] = std::remainder(out[1], turn);
     }
-    return !(std::fabs(latitude) > api::FromDegrees(LargestLatitude)) || Fail(BeyondPole);
+    return WithinPoles(latitude);
   }
 
   bool GeoidOnWgs84() const { return options.wgs84 && !options.geoidOnDatum; }
@@ -180,7 +183,8 @@ Outcome Datum(Handle& handle, const Options& options, const double* in, double* 
   point.latitude = In(options, in[0]);
   point.longitude = In(options, in[1]);
   point.h = options.height ? in[2] : 0;
-  if ((to ? point.InDatumGrid() && point.ToWgs84() : point.FromWgs84()) && point.Write(out) && options.height) {
+  if (point.WithinPoles(point.latitude) && (to ? point.InDatumGrid() && point.ToWgs84() : point.FromWgs84()) &&
+      point.Write(out) && options.height) {
     out[2] = point.h;
   }
   return point.outcome;
@@ -215,9 +219,12 @@ Outcome Undulation(Handle& handle, const Options& options, const double* in, dou
 
 Outcome Ecef(Handle& handle, const Options& options, const double* in, double* out) {
   Point point{handle, options};
-  point.Call(GeoECEF(handle.Object(), &out[0], &out[1], &out[2], In(options, in[0]), In(options, in[1]),
-                     options.height ? in[2] : 0),
-             "GeoECEF");
+  const double latitude = In(options, in[0]);
+  if (point.WithinPoles(latitude)) {
+    point.Call(
+        GeoECEF(handle.Object(), &out[0], &out[1], &out[2], latitude, In(options, in[1]), options.height ? in[2] : 0),
+        "GeoECEF");
+  }
   return point.outcome;
 }
 
@@ -237,9 +244,13 @@ Outcome Distance(Handle& handle, const Options& options, const double* in, doubl
     longitude2 = in[1] + std::remainder(longitude2 - in[1], turn);
   }
   Point point{handle, options};
+  const double latitude1 = In(options, in[0]);
+  const double latitude2 = In(options, in[2]);
+  if (!point.WithinPoles(latitude1) || !point.WithinPoles(latitude2)) {
+    return point.outcome;
+  }
   double azimuth = 0;
-  out[0] = measure(handle.Object(), In(options, in[0]), In(options, in[1]), In(options, in[2]), In(options, longitude2),
-                   &azimuth);
+  out[0] = measure(handle.Object(), latitude1, In(options, in[1]), latitude2, In(options, longitude2), &azimuth);
   point.Call(GetGeodesyError() == 0 ? 1 : 0, "GCircLL");
   out[1] = Out(options, azimuth);
   if (!(out[1] >= 0 && out[1] < turn)) {
@@ -364,7 +375,7 @@ const char* TextOf(std::int32_t code, const char* function) {
     case NotFinite:
       return "the result is not a finite number";
     case BeyondPole:
-      return "the result is beyond the pole";
+      return "the latitude is beyond the pole";
     case OutsideDatumGrid:
       return "the point is outside the datum grid";
     case DatumRowUnreadable:

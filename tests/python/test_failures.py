@@ -32,6 +32,8 @@ CONIC = dict(kind="LCC", semi_major_axis=6378137, inverse_flattening=298.25, nor
     ("inverse", (9e9, 0), 10), ("scale_at_grid", (0, 9e9), 10), ("to_wgs84", (np.nan, 0), latigo.OUTSIDE_DATUM_GRID),
     ("ecef", (0, np.nan, 0), latigo.NOT_FINITE), ("geographic", (np.nan, 0, 0), latigo.NOT_FINITE),
     ("distance", (0, 0, np.nan, 0), latigo.NOT_FINITE), ("undulation", (60, 3), 8),
+    *((name, (91, 3), latigo.BEYOND_POLE) for name in ("forward", "scale", "undulation", "to_wgs84", "from_wgs84")),
+    ("ecef", (-90.5, 3, 0), latigo.BEYOND_POLE), ("distance", (0, 0, 91, 0), latigo.BEYOND_POLE),
 ])
 def test_a_failed_point_is_an_exception_or_nan_or_a_code(grids, call, inputs, code):
     call = getattr(grids, call)
@@ -47,7 +49,7 @@ def test_a_failed_point_is_an_exception_or_nan_or_a_code(grids, call, inputs, co
     assert all(np.isnan(array[0]) and np.isfinite(array[1]) for array in values)
 
 
-def test_a_latitude_beyond_the_pole_is_a_failure():
+def test_a_result_beyond_the_pole_is_a_failure():
     far = latigo.Geodesy.from_params("CAS", semi_major_axis=6378137, inverse_flattening=298.25)
     assert error_of(far.inverse, 0, 1.2e7).code == latigo.BEYOND_POLE
 
