@@ -183,10 +183,9 @@ const char* NoAngleOf(std::string_view text, Axis axis) {
 }  // namespace
 
 Parsed ParseNumber(std::string_view text) {
-  if (text.starts_with("\u2212") && text.size() > 3 && (IsDigit(text[3]) || text[3] == '.')) {  // a typographic minus
-    const Parsed positive = ParseNumber(text.substr(3));
-    return {-positive.value, positive.fault};
-  }
+  // A typographic minus.
+  const bool minus = text.starts_with("\u2212") && text.size() > 3 && (IsDigit(text[3]) || text[3] == '.');
+  text.remove_prefix(minus ? 3 : 0);
   double value = 0;
   if (text.starts_with('+') && !text.starts_with("+-")) {
     text.remove_prefix(1);
@@ -198,7 +197,7 @@ Parsed ParseNumber(std::string_view text) {
                    ? "not a number (the decimal mark is a point, or with --decimal-comma a comma)"
                    : "not a number"};
   }
-  return {value, nullptr};
+  return {minus ? -value : value, nullptr};
 }
 
 Parsed ParseAngle(std::string_view text, Axis axis) {

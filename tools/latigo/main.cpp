@@ -213,6 +213,7 @@ void AddCommand(CLI::App& app, Chosen& chosen, const char* name, int (*run)(cons
 
 int Run(int argc, char** argv) {
   CLI::App app("", "latigo");
+  app.allow_windows_style_options(false);  // a path may begin with a slash
   app.formatter_fn(
       [](const CLI::App* command, const std::string&, CLI::AppFormatMode) { return HelpOf(command->get_name()); });
   app.set_version_flag("--version", "latigo " + std::to_string(GetGeodesyVersion() / 100) + "." +
