@@ -122,7 +122,7 @@ void DescribeArea(FitOutcome& outcome, const std::vector<Geographic>& positions)
 
 FitOutcome FitDatum(const FitOptions& options, const std::vector<ControlPoint>& points, GeodesyHandle base) {
   const auto made = api::Geodesy::CreateGeodesy(Wgs84);
-  const GeodesyHandle wgs84 = made.value.Handle();
+  GeodesyHandle wgs84 = made.value.Handle();
   const std::vector<fit::SpatialPair> pairs = PairsFrom(options, points, wgs84, base);
   const fit::SevenParametersFit fitted = FitSevenParameters(pairs, options.fixedScale.has_value(), options.Sigma());
   if (fitted.refused != nullptr) {
@@ -167,7 +167,7 @@ FitOutcome FitDatum(const FitOptions& options, const std::vector<ControlPoint>& 
 double DifferenceOfDatum(const FitOutcome& outcome, const FitOptions& options, const std::vector<ControlPoint>& points,
                          GeodesyHandle made) {
   const auto wgs84Made = api::Geodesy::CreateGeodesy(Wgs84);
-  const GeodesyHandle wgs84 = wgs84Made.value.Handle();
+  GeodesyHandle wgs84 = wgs84Made.value.Handle();
   const fit::SevenParameters written = Written(outcome);
   double largest = 0;
   for (const fit::SpatialPair& pair : PairsFrom(options, points, wgs84, made)) {

@@ -182,8 +182,8 @@ double DifferenceOfLocalGrid(const FitOutcome& outcome, const std::vector<Contro
                              GeodesyHandle made) {
   const fit::Similarity written = Written(outcome);
   double largest = 0;
-  for (std::size_t i = 0; i < points.size(); ++i) {
-    const auto& [x, y, localX, localY, ignored, alsoIgnored] = points[i].values;
+  for (const ControlPoint& point : points) {
+    const auto& [x, y, localX, localY, ignored, alsoIgnored] = point.values;
     double latitude = 0;
     double longitude = 0;
     double baseX = 0;
@@ -191,7 +191,7 @@ double DifferenceOfLocalGrid(const FitOutcome& outcome, const std::vector<Contro
     double madeX = 0;
     double madeY = 0;
     if (XYGeo(base, x, y, &latitude, &longitude) == 0 || GeoXY(base, &baseX, &baseY, latitude, longitude) == 0) {
-      throw UsageError("the control point of line " + std::to_string(points[i].line) +
+      throw UsageError("the control point of line " + std::to_string(point.line) +
                        " is outside the section's projection: " + ErrorText(GetGeodesyError(), "XYGeo"));
     }
     GeoXY(made, &madeX, &madeY, latitude, longitude);
