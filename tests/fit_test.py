@@ -78,7 +78,7 @@ q, p = 1.1 * math.cos(math.radians(20)), 1.1 * math.sin(math.radians(20))
 for value, expected in zip(values, (20, 1.1, 1000 - 0.4 * (q + p), 2000 - 0.4 * (q - p), 1234567, 7654321)):
     assert abs(value - expected) < 2e-6, (body, expected)
 
-# Axes: mirrored is found, told, and accepted when it is asked for; with two points it cannot be found.
+# Axes: mirrored is found, reported, and accepted when it is asked for; with two points it cannot be found.
 mirrored = lines(square(530000, 180000, 1, 10, flip=-1))
 _, keys, residuals, report = fit(mirrored)
 assert keys["ReverseX"] == "yes" and abs(float(keys["AdjustRotation"]) - 10) < 1e-6 and "is reversed" in report, (keys, report)

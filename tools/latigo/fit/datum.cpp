@@ -114,7 +114,7 @@ void DescribeArea(FitOutcome& outcome, const std::vector<Geographic>& positions)
                                    degrees(low.latitude), degrees(high.latitude), degrees(low.longitude),
                                    degrees(high.longitude), low.h, high.h));
   outcome.area.emplace_back(
-      "Beyond it errors grow with the distance. The seven values belong together: those of another fit");
+      "Beyond it errors grow with the distance. The seven parameters belong together: those of another fit");
   outcome.area.emplace_back("may differ by metres and convert these points alike.");
 }
 
