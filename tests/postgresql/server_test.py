@@ -256,15 +256,21 @@ def refused_options():
 
 SECTIONS = (scratch / "systems/first.ini").read_text()
 def documents():
-    """The blocks of docs/postgis.md print what the page shows."""
-    page = (root / "docs/postgis.md").read_text()
-    blocks = re.findall(r"^```sql\n(.*?)^```\n\n```text\n(.*?)^```", page, re.M | re.S)
-    assert len(blocks) == page.count("```sql") >= 4
+    """The blocks of docs/postgis.md print what the page shows, and README's statements work."""
+    text = (root / "docs/postgis.md").read_text()
+    blocks = re.findall(r"^```sql\n(.*?)^```\n\n```text\n(.*?)^```", text, re.M | re.S)
+    assert len(blocks) == text.count("```sql") >= 4
     rows(connect("admin"), "CREATE DATABASE page")
     commands = "".join(f"{code}\n\\echo end of block\n" for code, _ in blocks)
     psql = subprocess.run(["psql", "-X", "-q", "-h", str(scratch / "run"), "-U", "admin", "-v", "ON_ERROR_STOP=1", "page"],
                           input=commands, capture_output=True, text=True)
     assert psql.returncode == 0, psql.stderr
+    readme = re.search(r"^## In PostgreSQL$.*?^    (CREATE EXTENSION latigo;)\n    (SELECT .*?;)$", (root / "README.md").read_text(), re.M | re.S)
+    page = psycopg2.connect(host=scratch / "run", user="admin", dbname="page")
+    rows(page, "DROP EXTENSION latigo CASCADE")
+    rows(page, readme[1] + "CREATE TABLE stations AS SELECT 52.6575703056 AS latitude, 1.7179215833 AS longitude")
+    assert [round(value, 3) for value in rows(page, readme[2])[0][:2]] == [651409.903, 313177.27]
+    page.close()
     assert [text.strip("\n") for text in psql.stdout.split("end of block\n")] == [text.strip("\n") for _, text in blocks] + [""], psql.stdout
 
 
