@@ -63,7 +63,7 @@ std::size_t ColumnsPerAngle(std::span<const Wanted> wanted, std::size_t chosen, 
   if (dmsColumns && angles == 0) {
     throw UsageError("--dms-columns: the columns are no angles, but " + meanings);
   }
-  for (const std::size_t parts : {2, 3, 4}) {
+  for (const std::size_t parts : {2U, 3U, 4U}) {
     const std::size_t more = dmsColumns ? angles * (parts - 1) : 0;
     if (chosen >= required + more && chosen <= wanted.size() + more) {
       return dmsColumns ? parts : 1;
