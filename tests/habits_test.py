@@ -200,3 +200,11 @@ def seconds(sections):
 
 if len(program) == 1:
     assert seconds(60000) < 0.05 + 8 * seconds(15000)
+
+# A folder: the sections of all its files, below their names. Where nothing is installed there are no examples.
+status, text, messages = run("list", f"{root}/examples", "caspian")
+assert status == 0 and text.startswith(f"{root}/examples/mercator.ini\n  Caspian  ") and text.count("\n") == 2, text
+status, text, messages = run("list", f"{root}/examples", "no such text")
+assert status == 1 and not text and "no section has this text" in messages
+status, text, messages = run("list")
+assert status == 2 and not text and "no examples are installed in " in messages, messages

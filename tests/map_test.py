@@ -153,4 +153,10 @@ grids = Map(folder.name + "/grids.ini", "--area", "48,4,56,18")
 for theme in "Geoid", "Datum":
     assert grids.said(theme, 49, 9) == grids.said(theme, 52, 16.5) == "outside the grid file", grids.classes
     assert grids.said(theme, 52, 9) != "outside the grid file"
+# Without --area: cones around their parallels, polar systems around their pole, the Mercator projection around the earth.
+for file, section, said in [
+        ("conics.ini", "Jamaica", "15\u00b0 to 21\u00b0 north"), ("polar.ini", "UPSNorth", "60\u00b0 to 90\u00b0 north"),
+        ("polar.ini", "UPSSouth", "\u221290\u00b0 to \u221260\u00b0 north"), ("mercator.ini", "Caspian", "\u221280\u00b0 to 80\u00b0 north")]:
+    drawn = Map("../../examples/" + file, "-s", section)
+    assert any(said in text for text in drawn.texts), (section, drawn.texts[:3])
 print("maps: all as drawn")
