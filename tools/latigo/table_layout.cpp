@@ -162,7 +162,7 @@ bool Layout::ReadFields(std::string_view line, Row& row) const {
     }
     const Place& place = places_[column];
     if (place.chosen != None) {
-      row.fields[static_cast<std::size_t>(place.chosen)] = field;
+      row.fields[static_cast<std::size_t>(place.chosen)] = field;  // NOLINT(bugprone-signed-char-misuse): a number
     } else if ((place.besideLatitude && IsHemisphere(field.text, Axis::Latitude)) ||
                (place.besideLongitude && IsHemisphere(field.text, Axis::Longitude))) {
       row.fault = {"a hemisphere letter in a column of its own, which is not read: choose it too, with --dms-columns",
