@@ -202,7 +202,8 @@ Parsed ParseNumber(std::string_view text) {
 
 Parsed ParseAngle(std::string_view text, Axis axis) {
   const double limit = axis == Axis::Latitude ? 90 : 360;
-  if (double decimal = 0; StartsWithDigit(text)) {  // the ordinary case first
+  if (StartsWithDigit(text)) {  // the ordinary case first
+    double decimal = 0;
     std::string_view left = text;
     bool whole = false;
     if (TakeDigits(left, decimal, whole) && left.empty() && decimal <= limit) {

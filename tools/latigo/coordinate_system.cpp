@@ -72,6 +72,11 @@ std::string Explain(std::int32_t code, const Profile& profile, const std::string
   }
 }
 
+std::filesystem::path UnusedPath() {
+  std::random_device random;
+  return std::filesystem::temp_directory_path() / ("latigo-" + std::to_string(random()) + std::to_string(random()));
+}
+
 }  // namespace
 
 void ChooseSection(Options& options, const char* option) {
@@ -124,9 +129,7 @@ Opened OpenSection(const std::string& file, const std::string& section) {
   return opened;
 }
 
-TemporaryFolder::TemporaryFolder() {
-  std::random_device random;
-  path_ = std::filesystem::temp_directory_path() / ("latigo-" + std::to_string(random()) + std::to_string(random()));
+TemporaryFolder::TemporaryFolder() : path_(UnusedPath()) {
   if (!std::filesystem::create_directory(path_)) {
     throw UsageError(path_.string() + ": exists already");
   }

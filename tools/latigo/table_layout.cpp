@@ -131,7 +131,7 @@ bool Layout::ReadValue(std::size_t wanted, std::size_t place, Row& row) const {
   if (parts > 1 && !Join(fields, text, length, joined)) {
     return fail("the text is too long for an angle");
   }
-  char pointed[LongestValue];
+  char pointed[LongestValue];  // cppcheck-suppress variableScope; the text lies in it until it is parsed
   if (decimalComma_) {
     if (separator_ == ',' && !std::all_of(fields, fields + parts, [](const Field& field) { return field.quoted; })) {
       return fail("a number with a decimal comma must be in quotes, since commas separate the fields");
