@@ -19,6 +19,17 @@ for name, command in cases:
         status, output, messages = run([first, "survey.ini", *arguments, *more], data)
         assert (status, output, messages) == (0, expected, ""), (name, status, output, expected, messages)
 
+# Line breaks inside quoted fields, also where one read of the file ends.
+rows = [f'{i},"52","5","first\nsecond, ""{i}""\r\n"\r\n'.encode() for i in range(20000)]
+rows[4000:4000] = rows[9000:9000] = [b'"unclosed\r\n', b'12" pipe,52,5\r\n']
+rows[100] = b'1,52,5\n'
+for more in (), ("--jobs", "2"):
+    status, output, messages = run(["forward", "survey.ini", "-s", "UTM31", "--columns", "2,3", "--append", *more], b"".join(rows))
+    expected = b"".join(row.rstrip(b"\r\n") + (b",*,*" if row.startswith(b'"u') else b",637294.3659,5762926.8129") + (b"\n" if row is rows[100] else b"\r\n")
+                        for row in rows)
+    assert (status, output) == (1, expected) and messages.count("\n") == 2, (messages, output[:300])
+    assert messages.startswith("latigo: standard input:11999: column 1: the quote"), messages
+
 # What is no text of bytes is refused by name, or line by line.
 for data in "52 5\n".encode("utf-16"), "52 5\n".encode("utf-16-le"), "52 5\n".encode("utf-16-be"):
     for more in (), ("--columns", "1,2"):

@@ -35,7 +35,6 @@ bool IsEmptyRow(std::string_view line, char separator) {
 }  // namespace
 
 void BlockRun::Run(const Block& block) {
-  std::string_view text = block.bytes;
   line_ = block.firstLine;
   end_ = block.afterCrlf ? "\r\n" : "\n";
   if (block.cut) {
@@ -43,12 +42,14 @@ void BlockRun::Run(const Block& block) {
     output_.rows = 1;
     return;
   }
-  returnInside_ = HasReturnInside(text);
-  for (std::string_view line, end; NextLine(text, line, end); ++line_) {
+  returnInside_ = HasReturnInside(block.bytes);
+  BlockLines lines(block);
+  for (std::string_view line, end; lines.Next(line, end);) {
     end_ = end.empty() ? end_ : end;
+    line_ = lines.Number();
     RunLine(line);
   }
-  output_.rows = line_ - block.firstLine;
+  output_.rows = lines.Following() - block.firstLine;
 }
 
 void BlockRun::RunLine(std::string_view line) {
@@ -79,7 +80,7 @@ void BlockRun::RunLine(std::string_view line) {
 
 PointLine BlockRun::ReadLine(std::string_view line) {
   PointLine point = form_ != nullptr ? ReadRow(line) : ReadPlain(line);
-  if (returnInside_ && line.find('\r') != std::string_view::npos) {
+  if (returnInside_ && (HasReturnInside(line) || line.ends_with('\r'))) {
     point.fault = "a carriage return inside the line: its end must be LF or CRLF";
     point.faultColumn = 0;
     point.faultText = line;

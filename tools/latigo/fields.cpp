@@ -4,6 +4,47 @@
 
 namespace latigo::cli {
 
+namespace {
+
+// The closing quote of a quoted field at the front of the text, which a doubled quote is not; npos if there is none.
+std::size_t ClosingQuote(std::string_view text) {
+  std::size_t quote = text.find('"', 1);
+  while (quote != std::string_view::npos && text.substr(quote + 1).starts_with('"')) {
+    quote = text.find('"', quote + 2);
+  }
+  return quote;
+}
+
+}  // namespace
+
+std::size_t RecordEnd(std::string_view text, char separator) {
+  const std::string_view blanks = separator == '\t' ? " " : " \t";
+  bool begins = true;  // a field
+  for (std::size_t at = 0; at < text.size(); ++at) {
+    if (text[at] == '\n') {
+      return at;
+    }
+    if (!begins || text[at] != '"') {
+      const bool blank = blanks.find(text[at]) != std::string_view::npos;
+      begins = text[at] == separator || (blank && (begins || separator == ' '));
+      continue;
+    }
+    const std::size_t length = ClosingQuote(text.substr(at));
+    if (length == std::string_view::npos) {
+      return length;
+    }
+    const std::size_t after = std::min(text.find_first_not_of(blanks, at + length + 1), text.size());
+    const std::string_view next = text.substr(after);
+    if (!next.empty() && next.front() != separator && next.front() != '\n' && !next.starts_with("\r\n") &&
+        (separator != ' ' || after == at + length + 1)) {
+      return text.find('\n');
+    }
+    at = after - 1;
+    begins = separator == ' ';
+  }
+  return std::string_view::npos;
+}
+
 void FieldScanner::SkipBlanks() {
   const bool tabs = separator_ != '\t';
   while (!left_.empty() && (left_.front() == ' ' || (tabs && left_.front() == '\t'))) {
@@ -11,12 +52,9 @@ void FieldScanner::SkipBlanks() {
   }
 }
 
-// Takes a field from its opening quote to the closing one, which a doubled quote is not.
+// Takes a field from its opening quote to the closing one.
 bool FieldScanner::TakeQuoted(Field& field) {
-  std::size_t quote = left_.find('"', 1);
-  while (quote != std::string_view::npos && left_.substr(quote + 1).starts_with('"')) {
-    quote = left_.find('"', quote + 2);
-  }
+  const std::size_t quote = ClosingQuote(left_);
   if (quote == std::string_view::npos) {
     fault_ = "the quote at the beginning of a field is not closed";
     return false;

@@ -53,6 +53,22 @@ bool NextLine(std::string_view& text, std::string_view& line) {
   return NextLine(text, line, end);
 }
 
+bool BlockLines::Next(std::string_view& line, std::string_view& end) {
+  number_ = following_;
+  if (!NextLine(left_, line, end)) {
+    return false;
+  }
+  ++following_;
+  const char* const begin = block_.bytes.data();
+  for (; inside_ < block_.inside.size() && begin + block_.inside[inside_] < left_.data(); ++inside_) {
+    std::string_view part;
+    NextLine(left_, part, end);
+    line = {line.data(), part.data() + part.size()};
+    ++following_;
+  }
+  return true;
+}
+
 void BlockReader::CloseFile::operator()(std::FILE* file) const {
   if (file != stdin) {
     std::fclose(file);
@@ -107,6 +123,7 @@ bool BlockReader::NextBlock(Block& block) {
   block.firstLine = nextLine_;
   block.afterCrlf = afterCrlf_;
   block.cut = false;
+  block.inside.clear();
   std::size_t feed = block.bytes.rfind('\n');
   for (; feed == std::string::npos; feed = block.bytes.rfind('\n')) {
     if (block.bytes.size() >= LongestLine) {

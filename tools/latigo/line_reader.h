@@ -6,15 +6,17 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <vector>
 
 namespace latigo::cli {
 
 // Complete lines of a file. The last one may lack its line end.
 struct Block {
   std::string bytes;
-  std::size_t firstLine = 1;  // number of the first line in the file
-  bool afterCrlf = false;     // the line before the block ends in CRLF
-  bool cut = false;           // the block is the beginning of one overlong line
+  std::size_t firstLine = 1;        // number of the first line in the file
+  bool afterCrlf = false;           // the line before the block ends in CRLF
+  bool cut = false;                 // the block is the beginning of one overlong line
+  std::vector<std::size_t> inside;  // places of the line feeds inside quoted fields, which end no line
 };
 
 // Removes the next line from the front of the text and returns it and its end (LF, CRLF, or nothing at the end of the
@@ -24,6 +26,26 @@ bool NextLine(std::string_view& text, std::string_view& line, std::string_view& 
 // Removes the next line from the front of the text and returns it without its end (LF or CRLF); false if the text is
 // empty.
 bool NextLine(std::string_view& text, std::string_view& line);
+
+// Iterates over the lines of a block. The number of a line with line feeds inside is that of its first part.
+class BlockLines {
+ public:
+  explicit BlockLines(const Block& block)
+      : block_(block), left_(block.bytes), number_(block.firstLine), following_(block.firstLine) {}
+
+  // As NextLine.
+  bool Next(std::string_view& line, std::string_view& end);
+
+  std::size_t Number() const { return number_; }        // of the line
+  std::size_t Following() const { return following_; }  // of the line after it
+
+ private:
+  const Block& block_;
+  std::string_view left_;
+  std::size_t number_;
+  std::size_t following_;
+  std::size_t inside_ = 0;  // of block_.inside, those passed
+};
 
 class BlockReader {
  public:

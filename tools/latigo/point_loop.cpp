@@ -35,7 +35,7 @@ int RunPoints(const PointOptions& options, const PointCommand& command) {
   std::size_t turn = 0;
   // Converts all blocks of a file; `form` returns its form after the first block is read.
   const auto convertAll = [&](auto& reader, const auto& form) {
-    for (Block block; reader.Next(block);) {
+    for (Block block; reader.Next(block); block = {}) {  // a converter takes the block with it
       // The oldest block in work is finished before its converter is used again.
       const auto convert = [&options, &command, &converter = *converters[turn], form = form(), file = reader.Name(),
                             block = std::move(block)] {

@@ -12,7 +12,8 @@ namespace latigo::cli {
 
 namespace {
 
-constexpr std::size_t MostHeld = 1 << 14;  // bytes of lines that are held back until the layout is found
+constexpr std::size_t MostHeld = 1 << 14;       // bytes of lines that are held back until the layout is found
+constexpr std::size_t LongestRecord = 1 << 16;  // bytes of a line with line breaks inside quoted fields
 constexpr char Separators[] = {'\t', ';', ',', ' '};
 
 constexpr const char* WordOf(char separator) {
@@ -71,6 +72,13 @@ std::size_t ColumnsPerAngle(std::span<const Wanted> wanted, std::size_t chosen, 
   }
   throw UsageError("--columns: " + std::to_string(chosen) + " columns, but wanted are " + meanings +
                    (dmsColumns ? ", and of each angle 2 to 4 columns" : ""));
+}
+
+// As RecordEnd, for a text whose first line feed is known. Comments have no quoted fields.
+std::size_t RecordEndOf(std::string_view text, std::size_t feed, char separator) {
+  const std::string_view line = text.substr(0, feed);
+  const bool quotes = line.find('"') != std::string_view::npos && !IsComment(line);
+  return quotes ? RecordEnd(text.substr(0, LongestRecord), separator) : feed;
 }
 
 bool SameFields(const Row& one, const Row& two, std::size_t count) {
@@ -143,25 +151,77 @@ bool TableReader::Next(Block& block) {
   const bool more = reader_.Next(block);
   bool atEnd = !more || block.cut;
   while (!layout_ && !Find(block.bytes, block.firstLine, atEnd || block.bytes.size() > MostHeld)) {
-    Block following;
-    atEnd = !reader_.Next(following);
-    if (following.cut) {
-      atEnd = true;
-      pending_ = std::move(following);
-    } else {
-      block.bytes += following.bytes;
-    }
+    atEnd = !Append(block);
+  }
+  if (!block.cut) {
+    CompleteRecords(block);
   }
   return more;
+}
+
+// Appends the following block; false at the end of the file, and before an overlong line.
+bool TableReader::Append(Block& block) {
+  Block following;
+  if (pending_ || !reader_.Next(following)) {
+    return false;
+  }
+  if (following.cut) {
+    pending_ = std::move(following);
+    return false;
+  }
+  block.bytes += following.bytes;
+  return true;
+}
+
+// Finds the line feeds inside quoted fields; while the last field is open, the following block is appended.
+void TableReader::CompleteRecords(Block& block) {
+  for (std::size_t begin = 0; begin < block.bytes.size();) {
+    const std::string_view text = std::string_view(block.bytes).substr(begin);
+    const std::size_t feed = std::min(text.find('\n'), text.size());
+    std::size_t end = RecordEndOf(text, feed, layout_->Separator());
+    if (end == std::string_view::npos) {
+      if (text.size() < LongestRecord && Append(block)) {
+        continue;
+      }
+      end = feed;
+    }
+    for (std::size_t inside = feed; inside < end; inside = text.find('\n', inside + 1)) {
+      block.inside.push_back(begin + inside);
+    }
+    begin += end + 1;
+  }
+}
+
+// Removes the next line from the front of the text; false if the text has none, or could end inside one.
+bool TableReader::TakeRecord(std::string_view& text, std::string_view& line, bool atEnd) const {
+  const std::string_view all = text;
+  if (!NextLine(text, line)) {
+    return false;
+  }
+  const std::size_t feed = std::min(all.find('\n'), all.size());
+  for (const Candidate& candidate : candidates_) {
+    const std::size_t end = RecordEndOf(all, feed, candidate.separator);
+    if (end == std::string_view::npos && !atEnd) {
+      return false;
+    }
+    if (end != std::string_view::npos && end > feed) {
+      line = all.substr(0, all[end - 1] == '\r' ? end - 1 : end);
+      text = all.substr(end + 1);
+      break;
+    }
+  }
+  return true;
 }
 
 // Finds the layout from the lines; false if they are too few.
 bool TableReader::Find(std::string_view text, std::size_t firstLine, bool atEnd) {
   headerLine_ = 0;
   headerDecided_ = options_.header == HeaderLine::No;
-  std::size_t number = firstLine;
   std::string_view first;  // the first line after the header
-  for (std::string_view line; NextLine(text, line); ++number) {
+  std::size_t following = firstLine;
+  for (std::string_view line; TakeRecord(text, line, atEnd);) {
+    const std::size_t number = following;
+    following += 1 + static_cast<std::size_t>(std::count(line.begin(), line.end(), '\n'));
     if (IsComment(line) && (!Named() || headerDecided_ || Trimmed(line).empty())) {
       continue;
     }
@@ -328,17 +388,16 @@ Table ReadTable(const std::string& path, const TableOptions& options, std::span<
   Row row;
   for (Block block; reader.Next(block);) {
     const Layout& layout = reader.Found();
-    std::size_t number = block.firstLine;
+    BlockLines lines(block);
     const auto fail = [&](const std::string& reason) {
-      table.faults.push_back(reader.Name() + ":" + std::to_string(number) + ": " + reason);
+      table.faults.push_back(reader.Name() + ":" + std::to_string(lines.Number()) + ": " + reason);
     };
     if (block.cut) {
       fail("the line is too long");
       continue;
     }
-    std::string_view text = block.bytes;
-    for (std::string_view line; NextLine(text, line); ++number) {
-      if (number == layout.headerLine || IsComment(line)) {
+    for (std::string_view line, end; lines.Next(line, end);) {
+      if (lines.Number() == layout.headerLine || IsComment(line)) {
         continue;
       }
       if (!layout.Read(line, row)) {
@@ -346,7 +405,7 @@ Table ReadTable(const std::string& path, const TableOptions& options, std::span<
         continue;
       }
       Record& record = table.records.emplace_back();
-      record.line = number;
+      record.line = lines.Number();
       record.values.assign(row.values.begin(), row.values.begin() + static_cast<std::ptrdiff_t>(wanted.size()));
       record.texts.assign(row.texts.begin(), row.texts.begin() + static_cast<std::ptrdiff_t>(wanted.size()));
     }

@@ -20,6 +20,9 @@ namespace latigo::cli {
 //   or an empty field there (or for a text, anything).
 // - The separator of --separator auto is that with which the first readable line is a point. Where two give different
 //   points, or the comma could also be a decimal comma, the file is refused.
+//
+// A line break inside a quoted field is part of the field. A quote that is not closed within LongestRecord is a fault
+// of its line only.
 class TableReader {
  public:
   // Opens the file, or standard input for "-". The list of wanted values remains the caller's. Throws UsageError, also
@@ -44,6 +47,9 @@ class TableReader {
 
   bool Named() const { return !names_.empty(); }
   bool Find(std::string_view text, std::size_t firstLine, bool atEnd);
+  bool TakeRecord(std::string_view& text, std::string_view& line, bool atEnd) const;
+  bool Append(Block& block);
+  void CompleteRecords(Block& block);
   bool TakeHeader(std::string_view line, std::size_t number);
   void FindNames(std::string_view line, std::size_t number);
   bool Decide(std::string_view line, std::size_t number);

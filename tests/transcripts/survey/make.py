@@ -92,8 +92,8 @@ add("01_excel_german.csv", "forward -s UTM31 --columns Breite,Länge,Höhe --dec
     end="\r\n", mark=b"\xef\xbb\xbf")
 add("02_excel_quoted.csv", 'forward -s UTM31 --columns \'"Latitude, deg","Longitude, deg"\' --append',
     [("", "")] * 4, UTM, lambda q: [
-        '"Point","Latitude, deg","Longitude, deg","Remark ""1"""' + (",easting,northing" if q[0][0] else ""),
-        *(f'"P {i}","{GEO[i][0]}","{GEO[i][1]}","he said ""{CODE[i]}"", twice"' + (f",{q[i][0]},{q[i][1]}" if q[i][0] else "")
+        '"Point","Latitude, deg","Longitude, deg","Remark\n""1"""' + (",easting,northing" if q[0][0] else ""),
+        *(f'"P {i}","{GEO[i][0]}","{GEO[i][1]}","he said ""{CODE[i]}"",\ntwice"' + (f",{q[i][0]},{q[i][1]}" if q[i][0] else "")
           for i in R)], end="\r\n")
 add("03_collector_pnezd.txt", "inverse -s Lambert93 --columns 3,2,4 --lonlat --precision 7 --separator comma",
     LAMBERT, [(x, y) for y, x in FROM_LAMBERT],
