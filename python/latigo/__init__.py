@@ -13,6 +13,7 @@ units, heights in metres. A point that fails raises `GeodesyError`.
 from ._core import version as _version
 from ._errors import (
     BEYOND_POLE,
+    BEYOND_TURN,
     CLOSED,
     DATUM_ROW_UNREADABLE,
     GRID_FILE_CHANGED,
@@ -29,6 +30,7 @@ __version__ = f"{_version() // 100}.{_version() % 100}"
 __all__ = [
     "Adjustment",
     "BEYOND_POLE",
+    "BEYOND_TURN",
     "CLOSED",
     "DATUM_ROW_UNREADABLE",
     "Datum",

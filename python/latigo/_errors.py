@@ -11,6 +11,7 @@ OUTSIDE_DATUM_GRID = -3
 DATUM_ROW_UNREADABLE = -4
 GRID_FILE_CHANGED = -5
 CLOSED = -6
+BEYOND_TURN = -7
 
 
 class GeodesyError(ValueError):

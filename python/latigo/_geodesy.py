@@ -49,7 +49,8 @@ class Geodesy:
 
     ``errors="raise"`` raises `GeodesyError` for the first point that fails and leaves `out` as it was; ``"nan"`` makes
     the results of a failed point NaN; ``"codes"`` does too, and appends an array of the points' codes, 0 for success. A
-    point fails if the library refuses it, if a result is not finite or if a latitude is beyond the pole.
+    point fails if the library refuses it, if a result is not finite, if a latitude is beyond the pole, or if a longitude given is
+    beyond 360 degrees.
 
     Outside a datum grid the library converts between the ellipsoids without a shift. With ``outside_grid="raise"`` such a
     point fails, with ``"warn"`` it is converted and counted in a `GeodesyWarning`, with ``"ignore"`` it is converted.

@@ -19,6 +19,7 @@ enum Fault : std::int32_t {
   DatumRowUnreadable = -4,
   GridFileChanged = -5,
   ObjectClosed = -6,
+  BeyondTurn = -7,
 };
 
 // Tells a file from another one, or from itself before it was written anew.

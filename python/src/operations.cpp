@@ -13,7 +13,9 @@ constexpr double Pi = 3.141592653589793;
 constexpr double TwoPi = 6.283185307179586;
 constexpr double HeightTolerance = 1e-6;  // metres
 constexpr int HeightIterations = 10;
-constexpr double LargestLatitude = 90 + 1e-9;  // degrees; rounding at the pole is allowed
+// Degrees; rounding is allowed.
+constexpr double LargestLatitude = 90 + 1e-9;
+constexpr double LargestLongitude = 360 + 1e-9;
 
 double In(const Options& options, double angle) {
   return options.radians ? angle : api::FromDegrees(angle);
@@ -55,6 +57,13 @@ struct Point {
   // False if the point fails because a latitude, given or computed, is beyond the pole.
   bool WithinPoles(double phi) { return !(std::fabs(phi) > api::FromDegrees(LargestLatitude)) || Fail(BeyondPole); }
 
+  // Takes a position given; false if the point fails because it is beyond the pole or a turn.
+  bool Take(const double* in) {
+    latitude = In(options, in[0]);
+    longitude = In(options, in[1]);
+    return WithinPoles(latitude) && (!(std::fabs(longitude) > api::FromDegrees(LargestLongitude)) || Fail(BeyondTurn));
+  }
+
   // False if the point fails because the datum grid has no value there.
   bool InDatumGrid() {
     const std::int32_t code = handle.Area() != nullptr ? handle.Area()->CodeAt(latitude, longitude) : 0;
@@ -68,10 +77,8 @@ struct Point {
   // The input position on the object's datum, with its longitude within half a turn of the central meridian, since not
   // every projection wraps longitudes.
   bool Read(const double* in) {
-    latitude = In(options, in[0]);
-    longitude = In(options, in[1]);
     h = options.height ? in[2] : 0;
-    if (!WithinPoles(latitude) || (options.wgs84 && !FromWgs84())) {
+    if (!Take(in) || (options.wgs84 && !FromWgs84())) {
       return false;
     }
     const double difference = longitude - handle.CentralMeridian();
@@ -180,11 +187,9 @@ Outcome Inverse(Handle& handle, const Options& options, const double* in, double
 template <bool to>
 Outcome Datum(Handle& handle, const Options& options, const double* in, double* out) {
   Point point{handle, options};
-  point.latitude = In(options, in[0]);
-  point.longitude = In(options, in[1]);
   point.h = options.height ? in[2] : 0;
-  if (point.WithinPoles(point.latitude) && (to ? point.InDatumGrid() && point.ToWgs84() : point.FromWgs84()) &&
-      point.Write(out) && options.height) {
+  if (point.Take(in) && (to ? point.InDatumGrid() && point.ToWgs84() : point.FromWgs84()) && point.Write(out) &&
+      options.height) {
     out[2] = point.h;
   }
   return point.outcome;
@@ -219,11 +224,10 @@ Outcome Undulation(Handle& handle, const Options& options, const double* in, dou
 
 Outcome Ecef(Handle& handle, const Options& options, const double* in, double* out) {
   Point point{handle, options};
-  const double latitude = In(options, in[0]);
-  if (point.WithinPoles(latitude)) {
-    point.Call(
-        GeoECEF(handle.Object(), &out[0], &out[1], &out[2], latitude, In(options, in[1]), options.height ? in[2] : 0),
-        "GeoECEF");
+  if (point.Take(in)) {
+    point.Call(GeoECEF(handle.Object(), &out[0], &out[1], &out[2], point.latitude, point.longitude,
+                       options.height ? in[2] : 0),
+               "GeoECEF");
   }
   return point.outcome;
 }
@@ -243,14 +247,16 @@ Outcome Distance(Handle& handle, const Options& options, const double* in, doubl
   if (std::fabs(longitude2 - in[1]) > turn / 2) {  // the library would take the longer line around the earth
     longitude2 = in[1] + std::remainder(longitude2 - in[1], turn);
   }
+  Point to{handle, options};
   Point point{handle, options};
-  const double latitude1 = In(options, in[0]);
-  const double latitude2 = In(options, in[2]);
-  if (!point.WithinPoles(latitude1) || !point.WithinPoles(latitude2)) {
+  if (!to.Take(in + 2)) {
+    return to.outcome;
+  }
+  if (!point.Take(in)) {
     return point.outcome;
   }
   double azimuth = 0;
-  out[0] = measure(handle.Object(), latitude1, In(options, in[1]), latitude2, In(options, longitude2), &azimuth);
+  out[0] = measure(handle.Object(), point.latitude, point.longitude, to.latitude, In(options, longitude2), &azimuth);
   point.Call(GetGeodesyError() == 0 ? 1 : 0, "GCircLL");
   out[1] = Out(options, azimuth);
   if (!(out[1] >= 0 && out[1] < turn)) {
@@ -376,6 +382,8 @@ const char* TextOf(std::int32_t code, const char* function) {
       return "the result is not a finite number";
     case BeyondPole:
       return "the latitude is beyond the pole";
+    case BeyondTurn:
+      return "the longitude is beyond 360 degrees";
     case OutsideDatumGrid:
       return "the point is outside the datum grid";
     case DatumRowUnreadable:

@@ -28,12 +28,14 @@ CONIC = dict(kind="LCC", semi_major_axis=6378137, inverse_flattening=298.25, nor
 
 
 @pytest.mark.parametrize("call, inputs, code", [
-    ("forward", (90, 0), 6), ("forward", (np.nan, 0), latigo.NOT_FINITE), ("forward", (0, np.inf), latigo.NOT_FINITE),
+    ("forward", (90, 0), 6), ("forward", (np.nan, 0), latigo.NOT_FINITE), ("forward", (0, np.inf), latigo.BEYOND_TURN),
     ("inverse", (9e9, 0), 10), ("scale_at_grid", (0, 9e9), 10), ("to_wgs84", (np.nan, 0), latigo.OUTSIDE_DATUM_GRID),
     ("ecef", (0, np.nan, 0), latigo.NOT_FINITE), ("geographic", (np.nan, 0, 0), latigo.NOT_FINITE),
     ("distance", (0, 0, np.nan, 0), latigo.NOT_FINITE), ("undulation", (60, 3), 8),
     *((name, (91, 3), latigo.BEYOND_POLE) for name in ("forward", "scale", "undulation", "to_wgs84", "from_wgs84")),
     ("ecef", (-90.5, 3, 0), latigo.BEYOND_POLE), ("distance", (0, 0, 91, 0), latigo.BEYOND_POLE),
+    *((name, (52, 361), latigo.BEYOND_TURN) for name in ("forward", "scale", "undulation", "to_wgs84", "from_wgs84", "ecef")),
+    ("distance", (0, 0, 1, -361), latigo.BEYOND_TURN), ("distance", (0, 1e300, 1, 0), latigo.BEYOND_TURN),
 ])
 def test_a_failed_point_is_an_exception_or_nan_or_a_code(grids, call, inputs, code):
     call = getattr(grids, call)

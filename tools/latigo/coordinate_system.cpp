@@ -49,7 +49,8 @@ std::string PathTried(const Profile& profile, const std::string& section, const 
   char path[256];
   const std::string value = ValueOf(profile, section, key);
   if (!GridFilePath(value.c_str(), path)) {
-    return std::string(key) + "=" + value + " makes a path of more than 255 characters";
+    return std::string(key) + "=" + value +
+           " has a slash in the name of the file, or makes a path of more than 255 characters";
   }
   return std::string(key) + "=" + value + " was tried as " + path;
 }

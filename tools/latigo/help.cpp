@@ -291,7 +291,7 @@ Options of all commands that read points:
 
 Options for files with columns; each of them leaves the other columns as they are:
   --columns LIST        columns of the values in their order, as 2,3 or 2,3,4 with a height, or by the names of the
-                        header line; default the first ones
+                        header line (in double quotes if they have commas); default the first ones
   --header auto|yes|no  whether the first line has the names of the columns; auto if the columns have words there
   --decimal-comma       numbers have a decimal comma, in input and output
   --dms-columns         an angle has 2 to 4 columns: degrees, minutes, seconds, hemisphere
