@@ -160,7 +160,6 @@ static void FailPoint(const CallSite* site, const struct EnginePoint* point, con
 }
 
 bool ConvertPoint(FunctionCallInfo fcinfo, CallSite* site, bool wgs84, struct EnginePoint* point) {
-  static const char* const Doubt = "too far from the projection's origin: the round-trip error exceeds one metre";
   enum EngineOutcome outcome;
   const bool current = EngineIsCurrent(&site->use, GetCurrentStatementStartTimestamp()) && wgs84 == site->wgs84;
   if (!(current && site->sameSection)) {
@@ -174,15 +173,15 @@ bool ConvertPoint(FunctionCallInfo fcinfo, CallSite* site, bool wgs84, struct En
   if (outcome != ENGINE_POINT_FAILED) {
     RequireDone(outcome);
   }
-  if (outcome == ENGINE_POINT_FAILED || (point->doubtful && StrictSetting)) {
+  if (outcome == ENGINE_POINT_FAILED || (point->doubt != NULL && StrictSetting)) {
     if (OnErrorSetting == ON_ERROR_ERROR) {
-      FailPoint(site, point, outcome == ENGINE_POINT_FAILED ? EngineMessage() : Doubt);
+      FailPoint(site, point, outcome == ENGINE_POINT_FAILED ? EngineMessage() : point->doubt);
     }
     return false;
   }
-  if (point->doubtful && !site->warned) {
+  if (point->doubt != NULL && !site->warned) {
     site->warned = true;
-    ereport(WARNING, (errmsg("latigo: %s", Doubt), errdetail("%s", Place(site, point)),
+    ereport(WARNING, (errmsg("latigo: %s", point->doubt), errdetail("%s", Place(site, point)),
                       errhint("Further points of this call may be doubtful without a warning. With latigo.strict they "
                               "fail.")));
   }

@@ -11,6 +11,7 @@
 #include <optional>
 #include <string>
 
+#include "distances.h"
 #include "error_text.h"
 #include "handles.h"
 #include "operations.h"
@@ -128,9 +129,9 @@ void Run(EngineOperation operation, const cli::Converter& converter, const cli::
     case ENGINE_UNDULATION:
       return cli::GeoidUndulation(converter, point, result);
     case ENGINE_GREAT_CIRCLE:
-      return cli::GreatCircle(converter, point, result);
+      return cli::DistanceOfGreatCircle(converter, point, result);
     case ENGINE_RHUMB_LINE:
-      return cli::RhumbLine(converter, point, result);
+      return cli::DistanceOfRhumbLine(converter, point, result);
   }
 }
 
@@ -164,14 +165,13 @@ struct Last {
              return std::bit_cast<std::uint64_t>(one) == std::bit_cast<std::uint64_t>(other);
            });
   }
-  // Member by member: reading two flags at once that were just written apart would wait for the memory.
   void Set(const EngineUse& use, EngineOperation ofOperation, const EnginePoint& of) noexcept {
     serial = use.serial;
     operation = ofOperation;
     std::copy(std::begin(of.in), std::end(of.in), point.in);
     std::copy(std::begin(of.out), std::end(of.out), point.out);
     point.height = of.height;
-    point.doubtful = of.doubtful;
+    point.doubt = of.doubt;
   }
 };
 Last last;
@@ -251,7 +251,7 @@ EngineOutcome EngineConvert(const EngineUse* use, EngineOperation operation, Eng
     for (int i = 0; i < result.count; ++i) {
       point->out[i] = result.values[i].value;
     }
-    point->doubtful = result.doubts != 0;
+    point->doubt = result.doubts != 0 ? cli::DoubtTexts[std::countr_zero(result.doubts)] : nullptr;
     last.Set(*use, operation, *point);
     return ENGINE_DONE;
   });

@@ -40,10 +40,10 @@ struct EngineUse {
 };
 
 struct EnginePoint {
-  double in[4];   // degrees, grid units, metres
-  double out[3];  // undefined unless the outcome is ENGINE_DONE
-  bool height;    // the third input is a height
-  bool doubtful;  // converted, but the round-trip error exceeds one metre
+  double in[4];       // degrees, grid units, metres
+  double out[3];      // undefined unless the outcome is ENGINE_DONE
+  bool height;        // the third input is a height
+  const char* doubt;  // converted, but probably wrong for this reason; or null
 };
 
 // Absolute paths, separated by commas; blanks around them are dropped. Handles are opened again.

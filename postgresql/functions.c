@@ -11,7 +11,7 @@
 
 // Of the arguments section, two coordinates, optionally a height, and further ones.
 static struct EnginePoint PointOf(FunctionCallInfo fcinfo, int plainArguments) {
-  struct EnginePoint point = {{PG_GETARG_FLOAT8(1), PG_GETARG_FLOAT8(2), 0, 0}, {0, 0, 0}, false, false};
+  struct EnginePoint point = {{PG_GETARG_FLOAT8(1), PG_GETARG_FLOAT8(2), 0, 0}, {0, 0, 0}, false, NULL};
   if (PG_NARGS() > plainArguments) {
     point.in[2] = PG_GETARG_FLOAT8(3);
     point.height = true;
@@ -68,7 +68,7 @@ static Datum Line(FunctionCallInfo fcinfo, int result) {
   const bool rhumb = PG_GETARG_BOOL(5);
   CallSite* site = CallSiteOf(fcinfo, ENGINE_GREAT_CIRCLE);
   struct EnginePoint line = {
-      {PG_GETARG_FLOAT8(1), PG_GETARG_FLOAT8(2), PG_GETARG_FLOAT8(3), PG_GETARG_FLOAT8(4)}, {0, 0, 0}, false, false};
+      {PG_GETARG_FLOAT8(1), PG_GETARG_FLOAT8(2), PG_GETARG_FLOAT8(3), PG_GETARG_FLOAT8(4)}, {0, 0, 0}, false, NULL};
   site->operation = rhumb ? ENGINE_RHUMB_LINE : ENGINE_GREAT_CIRCLE;
   if (!ConvertPoint(fcinfo, site, false, &line)) {
     PG_RETURN_NULL();

@@ -39,7 +39,9 @@ void _PG_init(void) {
                              "", PGC_SIGHUP, 0, CheckFiles, AssignFiles, NULL);
   DefineCustomEnumVariable("latigo.on_error", "What a point that cannot be converted is: an error, or NULL.", NULL,
                            &OnErrorSetting, ON_ERROR_ERROR, onErrorNames, PGC_USERSET, 0, NULL, NULL, NULL);
-  DefineCustomBoolVariable("latigo.strict", "A point whose round-trip error exceeds one metre fails.", NULL,
-                           &StrictSetting, false, PGC_USERSET, 0, NULL, NULL, NULL);
+  DefineCustomBoolVariable(
+      "latigo.strict",
+      "A doubtful result, of a point too far from the projection's origin or a distance too long, fails.", NULL,
+      &StrictSetting, false, PGC_USERSET, 0, NULL, NULL, NULL);
   MarkGUCPrefixReserved("latigo");
 }

@@ -5,9 +5,10 @@
 #include <utility>
 #include <vector>
 
+#include "arc_to_chord.h"
 #include "converter.h"
+#include "distances.h"
 #include "factors.h"
-#include "lines.h"
 #include "operations.h"
 #include "point_loop.h"
 #include "visible.h"

@@ -3,6 +3,7 @@
 
 #include <latigo/latigo.h>
 
+#include <array>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -41,6 +42,9 @@ enum class Doubt : unsigned {
   FlatRhumbLine = 32
 };
 inline constexpr int Doubts = 6;
+
+// For each doubt, in the order of its bits.
+extern const std::array<const char*, Doubts> DoubtTexts;
 
 // The result of a command for a point: up to seven values.
 struct Result {

@@ -12,9 +12,6 @@
 
 namespace latigo::cli {
 
-// For each doubt, in the order of its bits.
-extern const std::array<const char*, Doubts> DoubtTexts;
-
 // The points that are doubtful for one reason.
 struct Doubtful {
   std::size_t count = 0;

@@ -53,7 +53,10 @@ SELECT count(x) FROM (SELECT (latigo_forward('Utm31', 45, 80 + n)).x FROM genera
 \echo :count
 SET latigo.strict = on;
 SELECT failure('SELECT latigo_forward(''Utm31'', 45, 85)');
+SELECT failure('SELECT latigo_distance(''Utm31'', 45, 3, 48, 3)');
+SELECT failure('SELECT latigo_azimuth(''Utm31'', 45, 3, 45.000000001, 4, true)');
 RESET latigo.strict;
+SELECT round(latigo_distance('Utm31', 45, 3, 46, 3)) AS doubtful, round(latigo_distance('Utm31', 45, 3, 45.5, 3)) AS good;
 
 -- An error in the middle of a statement, of a function and of a subtransaction leaves the next call as it was.
 SELECT (latigo_forward('Utm31', 89 + n, 3)).x FROM generate_series(0, 2) n;

@@ -35,9 +35,9 @@ SELECT round(height::numeric, 6) AS height FROM latigo_forward('Heights', 45, 3,
 SELECT round(height::numeric, 6) AS height FROM latigo_inverse('Heights', 500000, 4982950, 109, true);
 SELECT height FROM latigo_forward('Constant', 45, 3, 100);
 
--- By algebra: a degree of the equator, in metres and in feet; the longitude difference is wrapped.
+-- By algebra: a degree of the equator in metres, and half of it in feet; the longitude difference is wrapped.
 SELECT round(latigo_distance('Utm31', 0, 0, 0, 1, true)::numeric, 6) = round((6378137 * pi() / 180)::numeric, 6) AS rhumb,
-       round(latigo_distance('Feet', 0, 179.5, 0, -179.5)::numeric, 5) = round((6378137 * pi() / 180 / 0.3048)::numeric, 5) AS feet;
+       round(latigo_distance('Feet', 0, 179.75, 0, -179.75)::numeric, 5) = round((6378137 * pi() / 360 / 0.3048)::numeric, 5) AS feet;
 
 -- NULL is NULL, for each argument.
 SELECT latigo_forward(NULL, 1, 2), latigo_forward('Utm31', NULL, 2), latigo_forward('Utm31', 1, NULL),

@@ -25,8 +25,8 @@ SELECT ST_SRID(p) AS srid, round(((ST_Y(p) - 45) * 3600)::numeric, 6) AS latitud
 SELECT ST_SRID(p) AS srid, round(((ST_Y(p) - 45) * 3600)::numeric, 3) AS latitude, round(((ST_X(p) - 3) * 3600)::numeric, 3) AS longitude
   FROM latigo_from_wgs84('Shifted', ST_SetSRID(ST_MakePoint(3, 45), 4326), 4231) p;
 SELECT latigo_scale('Utm31', ST_MakePoint(3, 0)) AS scale, latigo_undulation('Heights', ST_MakePoint(3, 45)) AS undulation,
-       round(latigo_distance('Utm31', ST_MakePoint(0, 0), ST_MakePoint(1, 0))::numeric, 3) AS distance,
-       round(latigo_azimuth('Utm31', ST_MakePoint(0, 0), ST_MakePoint(1, 0))::numeric, 6) AS azimuth;
+       round(latigo_distance('Utm31', ST_MakePoint(0, 0), ST_MakePoint(0.5, 0))::numeric, 3) AS distance,
+       round(latigo_azimuth('Utm31', ST_MakePoint(0, 0), ST_MakePoint(0.5, 0))::numeric, 6) AS azimuth;
 
 -- Failures: a point that is not on WGS-84, one on the fast road and after it, another geometry, a failed point.
 SELECT latigo_forward('Utm31', 'SRID=32631;POINT(3 1)'::geometry, wgs84 => true);

@@ -25,8 +25,8 @@ SELECT count(*) AS differences FROM
 
 -- The functions of version 1.1, by algebra: east on the equator, west across the meridian of 180 degrees, the constant
 -- grid of undulations, and the constant alone.
-SELECT round(latigo_azimuth('Utm31', 0, 0, 0, 1)::numeric, 9) AS east, latigo_azimuth('Utm31', 10, -179.5, 10, 179.5, true) AS west,
-       round(latigo_azimuth('Utm31', 0, 0, 1, 0)::numeric, 9) AS north;
+SELECT round(latigo_azimuth('Utm31', 0, 0, 0, 0.5)::numeric, 9) AS east, latigo_azimuth('Utm31', 10, -179.5, 10, 179.5, true) AS west,
+       round(latigo_azimuth('Utm31', 0, 0, 0.5, 0)::numeric, 9) AS north;
 SELECT latigo_undulation('Heights', 45, 3), latigo_undulation('Heights', 45, 3, true), latigo_undulation('Constant', -45, 3),
        latigo_undulation('Utm31', 45, 3);
 SELECT latigo_version() ~ '^[0-9]+\.[0-9]+$' AS version;
