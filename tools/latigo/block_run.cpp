@@ -117,7 +117,12 @@ PointLine BlockRun::ReadRow(std::string_view line) {
     point.wholeThird = row_.texts[2].find_first_not_of("0123456789") == std::string_view::npos;
   }
   point.coordinates = row_.fields[0].bytes;
-  if (!reads) {
+  const bool angles = command_.order != Order::Grid && options_.table.columns.empty() && !options_.table.dmsColumns;
+  if (reads && angles && form_->layout.Separator() == ' ' && CouldHaveParts(line)) {
+    point.fault = PartsInFields;
+    point.faultColumn = 1;
+    point.faultText = point.coordinates;
+  } else if (!reads) {
     point.fault = row_.fault.reason;
     point.faultColumn = row_.fault.column;
     point.faultText = row_.fault.text;

@@ -104,14 +104,37 @@ void RefuseField(PointLine& point, const char* fault, std::size_t column, std::s
   Refuse(point, IsAnyHemisphere(field) ? LoneHemisphere : semicolon ? Semicolon : fault, column, field);
 }
 
-// Reads a height, if the next field is one.
-void ParseThird(Fields& fields, Order order, PointLine& point) {
+// Minutes or seconds: below 60.
+bool IsPart(std::string_view field) {
+  const Parsed parsed = ParseNumber(field);
+  return parsed.fault == nullptr && parsed.value >= 0 && parsed.value < 60;
+}
+
+// Seconds with a hemisphere letter, or seconds and another angle in three fields, after two whole numbers.
+bool CouldBeSeconds(std::string_view field, Fields following) {
+  if (field.size() > 1 && IsAnyHemisphere(field.substr(field.size() - 1))) {
+    return IsPart(field.substr(0, field.size() - 1));
+  }
+  const std::string_view next = following.Next();
+  return IsPart(field) &&
+         (IsAnyHemisphere(next) || (IsWhole(next) && IsPart(following.Next()) && IsPart(following.Next())));
+}
+
+// Reads a height, if the next field is one. Refuses what could be a part of an angle.
+void ParseThird(Fields& fields, Order order, bool wholeDegrees, PointLine& point) {
   Fields ahead = fields;
   const std::string_view field = ahead.Next();
-  if (order != Order::Grid &&
-      IsHemisphere(field, order == Order::LatitudeLongitude ? Axis::Longitude : Axis::Latitude)) {
-    Refuse(point, LoneHemisphere, 3, field);
-    return;
+  if (order != Order::Grid) {
+    const std::string_view next = Fields(ahead).Next();
+    if (IsAnyHemisphere(field) || IsAnyHemisphere(next)) {
+      const bool third = IsAnyHemisphere(field);
+      Refuse(point, LoneHemisphere, third ? 3 : 4, third ? field : next);
+      return;
+    }
+    if (wholeDegrees && CouldBeSeconds(field, ahead)) {
+      Refuse(point, PartsInFields, 1, point.coordinates);
+      return;
+    }
   }
   const Parsed parsed = ParseNumber(field);
   if (parsed.fault == nullptr) {
@@ -129,6 +152,14 @@ void ParseThird(Fields& fields, Order order, PointLine& point) {
 bool IsComment(std::string_view line) {
   const std::string_view text = TrimLeft(line);
   return text.empty() || text.front() == '#';
+}
+
+const char* const PartsInFields =
+    "degrees, minutes and seconds in fields of their own, or whole degrees: --dms-columns or --columns decides";
+
+bool CouldHaveParts(std::string_view line) {
+  Fields fields(line, Separation::Blank);
+  return IsWhole(fields.Next()) && IsWhole(fields.Next()) && CouldBeSeconds(fields.Next(), fields);
 }
 
 PointLine ParsePointLine(std::string_view line, Order order, Separation separation) {
@@ -189,7 +220,7 @@ PointLine ParsePointLine(std::string_view line, Order order, Separation separati
     }
     return point;
   }
-  ParseThird(fields, order, point);
+  ParseThird(fields, order, IsWhole(first) && IsWhole(second), point);
   point.rest = fields.Left();
   return point;
 }

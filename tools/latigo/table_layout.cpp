@@ -78,6 +78,7 @@ Layout::Layout(char separator, bool decimalComma, std::span<const Wanted> wanted
   std::copy(wanted.begin(), wanted.end(), wanted_.begin());
   const std::size_t last = columns_.empty() ? 0 : *std::max_element(columns_.begin(), columns_.end());
   places_.resize(last + 2);
+  const bool angles = std::any_of(wanted.begin(), wanted.end(), [](const Wanted& value) { return value.IsAngle(); });
   std::size_t place = 0;
   for (; values_ < wanted.size() && place < columns_.size(); ++values_) {
     const Wanted& value = wanted[values_];
@@ -85,8 +86,9 @@ Layout::Layout(char separator, bool decimalComma, std::span<const Wanted> wanted
       const std::size_t column = columns_[place];
       places_[column].chosen = static_cast<std::int8_t>(place++);
       for (const std::size_t beside : {column - std::min<std::size_t>(column, 1), column + 1}) {
-        places_[beside].besideLatitude |= value.role == Role::Latitude;
-        places_[beside].besideLongitude |= value.role == Role::Longitude;
+        // Blanks could also separate the parts of an angle, so any letter beside any value could be one.
+        places_[beside].besideLatitude |= value.role == Role::Latitude || (angles && separator == ' ');
+        places_[beside].besideLongitude |= value.role == Role::Longitude || (angles && separator == ' ');
       }
     }
   }
