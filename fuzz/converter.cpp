@@ -134,6 +134,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
 
   Asked options;
   options.file = WriteFile("file.ini", text);
+  options.section = "Geodesy";
   options.points = {WriteFile("points", lines)};
   options.wgs84 = flag(2), options.lonlat = flag(3), options.other = flag(4);
   const Outcome outcome = command.run(options);

@@ -31,8 +31,8 @@ void CheckLine(std::string_view line) {
 // The parts of a text without those of the chosen fields.
 std::vector<std::string> OtherParts(std::string_view line, const Row& row, std::size_t count) {
   std::vector<std::string> parts(1);
-  for (std::size_t i = 0; i < line.size(); ++i) {
-    bool inside = false;
+  for (std::size_t i = 0; i <= line.size(); ++i) {  // an empty field may be at the end
+    bool inside = i == line.size();
     for (std::size_t place = 0; place < count; ++place) {
       const std::string_view bytes = row.fields[place].bytes;
       inside = inside || (bytes.data() <= line.data() + i && line.data() + i < bytes.data() + bytes.size());
