@@ -57,6 +57,8 @@ for zone, meridian, northing, limits in ("1N", -177, 0, "180 W to 174 W"), ("31N
     assert f"\nCentralMeridian={meridian}\n" in text and f"\nFalseNorthing={northing}\n" in text and limits in text, text
 assert len(names & set(re.findall(r"^\[(.*)\]", examples, re.M))) == 9, names
 
+write("many.ini", "".join(f"[S{i}]\nFlattening=298\n" for i in range(23)))
+assert run("forward", "many.ini", "-s", "No")[2].endswith(" S18, S19 and 3 others\n")
 assert run("forward", "template.ini", "--section", "")[::2] == (2, "latigo: --section: the name is empty\n")
 
 # The output is renamed when it is complete: points may fail, but not the run. What the command reads is refused.
