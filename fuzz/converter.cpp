@@ -116,6 +116,21 @@ void CheckForward(GeodesyHandle object, const Asked& options, std::string_view l
   }
 }
 
+// A file with columns, if it has a meaning: with results appended, each line begins as before, also inside a field with
+// line breaks. Threads change nothing.
+void CheckTable(Outcome (*run)(const Asked&), Asked options, std::string_view from) {
+  const Outcome outcome = run(options);
+  std::string_view to = outcome.text;
+  const bool appended = outcome.status != 2 && options.table.append;
+  for (std::string_view line, written; appended && NextLine(from, line);) {
+    REQUIRE(NextLine(to, written) && written.starts_with(line));
+  }
+  REQUIRE(!appended || to.empty());
+  options.jobs = Threads ? 2 : 1;
+  const Outcome threads = run(options);
+  REQUIRE(threads.status == outcome.status && (outcome.status == 2 || threads.text == outcome.text));
+}
+
 }  // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -137,6 +152,13 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   options.section = "Geodesy";
   options.points = {WriteFile("points", lines)};
   options.wgs84 = flag(2), options.lonlat = flag(3), options.other = flag(4);
+  if (flag(5)) {
+    options.table.columns = flag(7) ? "2,1" : flag(4) ? "a,b" : "1,3";
+    options.table.append = flag(6);
+    options.table.decimalComma = flag(3);
+    CheckTable(command.run, options, lines);
+    return 0;
+  }
   const Outcome outcome = command.run(options);
   GeodesyHandle object = CreateFileGeodesy(options.file.c_str(), "Geodesy");
   const bool opens = object != nullptr && GetGeodesyError() == 0;

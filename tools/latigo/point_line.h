@@ -33,8 +33,8 @@ struct PointLine {
 // Blank lines and lines that begin with # are comments.
 bool IsComment(std::string_view line);
 
-// Whether the fields at the front of a line with blanks could be parts of angles, as 52 30 00N 5 0 0E or 52 30 0 5 0 0; and
-// how that is told.
+// Whether the fields at the front of a line with blanks could be parts of angles, as 52 30 00N 5 0 0E or 52 30 0 5 0 0;
+// and how that is told.
 bool CouldHaveParts(std::string_view line);
 extern const char* const PartsInFields;
 
