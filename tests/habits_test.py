@@ -205,7 +205,7 @@ if len(program) == 1:
 
 # A folder: the sections of all its files, below their names. Where nothing is installed there are no examples.
 status, text, messages = run("list", f"{root}/examples", "caspian")
-assert status == 0 and text.startswith(f"{root}/examples/mercator.ini\n  Caspian  ") and text.count("\n") == 2, text
+assert status == 0 and text.replace("\\", "/").startswith(f"{root}/examples/mercator.ini\n  Caspian  ") and text.count("\n") == 2, text
 status, text, messages = run("list", f"{root}/examples", "no such text")
 assert status == 1 and not text and "no section has this text" in messages
 status, text, messages = run("list")
