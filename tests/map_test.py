@@ -46,6 +46,8 @@ class Map:
                 fill = e.get("fill")
             elif tag == "text" and title and e.get("text-anchor") is None and e.get("font-weight") is None and e.get("transform") is None:
                 words[fill] = e.text
+        cells = [cell for each in self.panels.values() for cell in each]
+        assert len(cells) == len(set(cells)) and max(y for _, y in cells) + CELL < self.height, "panels overlap"
         limits = [float(v.replace("−", "-")) for v in re.findall(r"([−\d.]+)°", self.texts[1])]
         self.south, self.north, self.west, self.east = limits
 
@@ -90,6 +92,9 @@ assert utm.said("Closure", 40, -75) == "below 0.001 mm" and utm.said("Closure", 
 utm = Map("factors.ini", "-s", "UTM18", "--area", "30,-76.5,50,-73.5")
 x, _ = utm.pixel(40, -75)
 assert sum(abs(each - x) < 0.2 for each, _ in utm.lines) > 50 and "500\u2009000" in utm.names, "the line of 500 000"
+for section, limits in ("UTM18", (0, 84, -78.5, -71.5)), ("MGA55", (-80, 0, 143.5, 150.5)):
+    default = Map("factors.ini", "-s", section)
+    assert (default.south, default.north, default.west, default.east) == limits, default.texts[1]
 heights = [b for a, b in utm.lines if abs(a - x) < 0.2]
 assert min(heights) == utm.pixel(50, -75)[1] and max(heights) == utm.pixel(30, -75)[1], (min(heights), max(heights))
 assert abs(utm.names["500\u2009000"][0] - x) < 1
@@ -115,6 +120,7 @@ system = "[Geodesy]\nProjection=TME\nSemiMajorAxis=6378137\nFlattening=298.257\n
 open(folder.name + "/german.ini", "w").write(system)
 german = Map(folder.name + "/german.ini", "--points", "-", text=points)
 assert "around the points" in german.texts[1] and len(german.circles) == 5
+assert abs(german.west - (7 - 6.25 / 7)) < 0.01 and abs(german.north - (53.55 + 6.25 / 7)) < 0.01, german.texts[1]
 for place, (latitude, longitude) in zip(german.circles, [(52.5, 13.25), (53.55, 10), (48.1, 11.6)]):
     assert all(abs(a - b) < 1 for a, b in zip(place, german.pixel(latitude, longitude))), (place, latitude, longitude)
 assert {"Berlin", "<Hamburg & 'H'>", "7", "K?ln"} <= german.names.keys(), german.names
