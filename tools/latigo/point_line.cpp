@@ -231,7 +231,6 @@ PointLine ParseTwoPoints(std::string_view line, Order order, Separation separati
     return from;
   }
   std::string_view second = from.restWithThird;
-  second = from.separator == '\t' || from.separator == ' ' ? second : TrimLeft(second);
   second.remove_prefix(second.starts_with(from.separator) ? 1 : 0);
   const PointLine to = ParsePointLine(second, order, separation);
   from.toFirst = to.first;
