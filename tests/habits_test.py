@@ -141,6 +141,14 @@ if len(program) == 1:  # as the grid of run.py: 5 x 10 nodes from 0 E 50 N, with
     status, text, messages = run("convert", "pair.ini", "-s", "Grid", "--to-section", "Seven", "--no-height", "--outside-grid",
                                  "unshifted", text=rows)
     assert status == 0 and "points: outside the datum grid" in messages and "*" not in text, messages
+    # Each thread has a grid file of its own: in a grid whose nodes differ, points in any order are those of one thread.
+    with open("datum/d.dat", "wb") as file:
+        file.write(head.ljust(124) + b"".join(b"lead" + b"".join(struct.pack("<3f", 0, 90 * column, 70 * row) for column in range(10))
+                                              for row in range(5)))
+    mixed = "".join(f"{50 + i * 7919 % 39989 / 10000} {i * 104729 % 89989 / 10000}\n" for i in range(60000))
+    assert run("forward", "pair.ini", "-s", "Seven", "--jobs", "3", text=mixed) == run("forward", "pair.ini", "-s", "Seven", text=mixed)
+    alone = run("forward", "pair.ini", "-s", "Grid", "--wgs84", text=mixed)
+    assert alone[::2] == (0, "") and run("forward", "pair.ini", "-s", "Grid", "--wgs84", "--jobs", "3", text=mixed) == alone
     shutil.rmtree("datum")
     os.remove("pair.ini")
 

@@ -237,7 +237,7 @@ PointLine ParseTwoPoints(std::string_view line, Order order, Separation separati
   from.toSecond = to.second;
   from.rest = to.restWithThird;
   from.fault = to.fault;
-  from.faultColumn = to.faultColumn == 0 ? 0 : to.faultColumn + 2;
+  from.faultColumn = to.faultColumn + 2;
   from.faultText = to.faultText;
   if (!to.coordinates.empty()) {
     from.coordinates = {from.coordinates.data(), to.coordinates.data() + to.coordinates.size()};
