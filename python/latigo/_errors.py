@@ -49,7 +49,7 @@ class GeodesyError(ValueError):
 
 
 class GeodesyWarning(UserWarning):
-    """Points that were converted without the datum shift, or a request that has only one answer."""
+    """Points that were converted without the datum shift, lines that are too long, or a request with only one answer."""
 
 
 def warn(text: str) -> None:
@@ -69,3 +69,9 @@ def warn_outside(count: int, index: Any) -> None:
     place = "" if index is None else f", the first at index {index}"
     warn(f"{count} point{'s' if count != 1 else ''} outside the datum grid, or in rows that cannot be read, converted "
          f"without a shift{place}")
+
+
+def warn_long(count: int, index: Any) -> None:
+    place = "" if index is None else f", the first at index {index}"
+    warn(f"{count} line{'s' if count != 1 else ''} too long for the mid-latitude formulas: the error of the distance can "
+         f"exceed 2 cm{place}")

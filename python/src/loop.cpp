@@ -53,8 +53,8 @@ void Append(Summary& all, const Summary& part) {
     all.first = part.first;
     all.outcome = part.outcome;
   }
-  all.firstUnshifted = all.firstUnshifted < 0 ? part.firstUnshifted : all.firstUnshifted;
-  all.unshifted += part.unshifted;
+  all.firstDoubtful = all.firstDoubtful < 0 ? part.firstDoubtful : all.firstDoubtful;
+  all.doubtful += part.doubtful;
 }
 
 }  // namespace

@@ -90,8 +90,12 @@ py::object Point(Engine& engine, int operation, const py::tuple& inputs, bool wg
   if (outcome.code != 0 && static_cast<Errors>(errors) == Errors::Raise) {
     Raise(outcome.code, outcome.function, py::none(), inputs);
   }
-  if (outcome.code == 0 && outcome.unshifted && static_cast<Outside>(outside) == Outside::Warn) {
-    Python("warn_outside")(1, py::none());
+  if (outcome.code == 0 && outcome.doubtful) {
+    if (which == Operation::GreatCircle) {
+      Python("warn_long")(1, py::none());
+    } else if (static_cast<Outside>(outside) == Outside::Warn) {
+      Python("warn_outside")(1, py::none());
+    }
   }
   const bool codes = static_cast<Errors>(errors) == Errors::Codes;
   if (outputs == 1 && !codes) {
@@ -113,7 +117,7 @@ Operand OperandOf(const py::array& array) {
 }
 
 // Converts arrays of one shape, float64. Returns the number of the first failed point or -1, its code, text and
-// function, the number of unshifted points and the first of them.
+// function, the number of doubtful points and the first of them.
 py::tuple Convert(Engine& engine, int operation, const std::vector<py::array>& inputs,
                   const std::vector<py::array>& outputs, const py::object& codes, bool height, bool wgs84,
                   bool geoidOnDatum, bool radians, bool stop, int outside, int threads) {
@@ -142,7 +146,7 @@ py::tuple Convert(Engine& engine, int operation, const std::vector<py::array>& i
   }
   const Outcome& outcome = summary.outcome;
   return py::make_tuple(summary.first, outcome.code, TextOf(outcome.code, outcome.function), outcome.function,
-                        summary.unshifted, summary.firstUnshifted);
+                        summary.doubtful, summary.firstDoubtful);
 }
 
 template <typename Record, std::size_t Size>

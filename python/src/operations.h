@@ -37,7 +37,7 @@ struct Options {
 struct Outcome {
   std::int32_t code = 0;           // of the library, or a Fault; 0 for success
   const char* function = nullptr;  // the call that failed; null for a Fault
-  bool unshifted = false;          // outside the datum grid, and converted without a shift
+  bool doubtful = false;           // converted, but outside the datum grid without a shift; or a line too long
 };
 
 constexpr int MaxInputs = 4;
@@ -63,10 +63,10 @@ struct Row {
 
 // What happened in a loop. A failed point is NaN in every output.
 struct Summary {
-  std::int64_t first = -1;     // number of the first failed point in the order of C, -1 for none
-  Outcome outcome;             // its outcome
-  std::int64_t unshifted = 0;  // number of points outside the datum grid that were converted without a shift
-  std::int64_t firstUnshifted = -1;
+  std::int64_t first = -1;    // number of the first failed point in the order of C, -1 for none
+  Outcome outcome;            // its outcome
+  std::int64_t doubtful = 0;  // number of doubtful points
+  std::int64_t firstDoubtful = -1;
 };
 
 // Converts a row. `stop`: it may end at its first failure, and then returns false.

@@ -50,6 +50,7 @@ def calls(system, latitude, longitude, height):
     ]
 
 
+@pytest.mark.filterwarnings("ignore:.*too long")
 @pytest.mark.parametrize("file, section", [(SYSTEMS, "Grids"), (EXAMPLES / "national_grid.ini", "NationalGrid")])
 @pytest.mark.filterwarnings("ignore:the object has no geoid")
 def test_every_call_has_the_bits_of_the_c_function_on_a_million_points(library, file, section):
@@ -87,7 +88,7 @@ def test_heights_and_datum_are_those_of_the_program(section, options):
 
 def test_a_longitude_beyond_half_a_turn_from_the_central_meridian_is_the_same_meridian(national):
     assert national.forward(52, 359) == pytest.approx(national.forward(52, -1), abs=1e-6)
-    assert national.distance(10, 179, 10, -179) == pytest.approx(national.distance(10, -1, 10, 1), abs=1e-6)
+    assert national.distance(10, 179.7, 10, -179.7) == pytest.approx(national.distance(10, -0.3, 10, 0.3), abs=1e-6)
     sphere = latigo.Geodesy.from_params("SMERC", semi_major_axis=6378137, inverse_flattening=298, central_meridian=10)
     assert sphere.forward(0, -179)[0] == pytest.approx(-sphere.forward(0, 179)[0], abs=1e-6)
 

@@ -148,3 +148,15 @@ def test_a_closed_object_refuses_every_use(grids):
                 lambda: grids.__getstate__()):
         assert error_of(use).code == latigo.CLOSED
     assert grids.closed and repr(grids).endswith("closed") and "closed" in grids._repr_html_()
+
+
+def test_a_line_too_long_for_its_formulas_is_a_warning(national):
+    for latitudes, message in [(53, "1 line too long"), ([50.1, 53, 54], "2 lines too long .* index 1")]:
+        with pytest.warns(latigo.GeodesyWarning, match=message):
+            national.distance(50, -2, latitudes, -2)
+    with pytest.warns(latigo.GeodesyWarning, match="too long"):  # near a pole also a shorter one
+        national.distance(89.9, 0, 89.9, 90)
+    with warnings.catch_warnings():
+        warnings.simplefilter("error")
+        national.distance(50, -2, [50.9, 49.1], -2)
+        national.distance(50, -2, 53, -2, rhumb=True)
