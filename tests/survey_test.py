@@ -30,6 +30,12 @@ for more in (), ("--jobs", "2"):
     assert (status, output) == (1, expected) and messages.count("\n") == 2, (messages, output[:300])
     assert messages.startswith("latigo: standard input:11999: column 1: the quote"), messages
 
+# A quote that is not closed for long, or never, is a fault of its line alone.
+for count in 3, 20000:
+    status, output, messages = run(["forward", "survey.ini", "-s", "UTM31", "--columns", "2,3", "--precision", "0"],
+                                   b'"x,52.0,5\n' + b"1,52.0,5\n" * count)
+    assert (status, output, messages.count("\n")) == (1, b'*,"x,52.0,5\n' + b"1,637294,5762927\n" * count, 1), (output[:99], messages)
+
 # What is no text of bytes is refused by name, or line by line.
 for data in "52 5\n".encode("utf-16"), "52 5\n".encode("utf-16-le"), "52 5\n".encode("utf-16-be"):
     for more in (), ("--columns", "1,2"):
