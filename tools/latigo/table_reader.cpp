@@ -175,6 +175,9 @@ bool TableReader::Append(Block& block) {
 
 // Finds the line feeds inside quoted fields; while the last field is open, the following block is appended.
 void TableReader::CompleteRecords(Block& block) {
+  if (block.bytes.find('"') == std::string::npos) {
+    return;
+  }
   for (std::size_t begin = 0; begin < block.bytes.size();) {
     const std::string_view text = std::string_view(block.bytes).substr(begin);
     const std::size_t feed = std::min(text.find('\n'), text.size());
