@@ -63,6 +63,12 @@ assert table == residuals, (table, residuals)
 s0 = math.sqrt(sum(v * v for pair in residuals for v in pair) / 12)
 assert abs(float(re.search(r"standard error of unit weight ([\d.]+)", report)[1]) - s0) < 1e-4, s0
 assert run("check", "made.ini") == ("", "")
+# Of an adjusted position at r from the centre, s0 sqrt((1 + r^2 / spread^2) / n); the spread is the quadratic mean of the distances.
+mean = [math.fsum(float(row[i]) for row in rows) / 8 for i in (1, 2)]
+spread = math.sqrt(math.fsum((float(row[i]) - mean[i - 1]) ** 2 for row in rows for i in (1, 2)) / 8)
+told = list(map(float, re.search(r"The standard deviation is\s+(\S+) m at (\d+), (\S+) at (\d+) and (\S+) at (\d+)\.", report).groups()))
+for deviation, distance, times in zip(told[::2], told[1::2], (1, 3, 10)):
+    assert abs(distance - times * spread) < 1 and abs(deviation - s0 * math.sqrt((1 + times * times) / 8)) < 1e-4, (told, spread, s0)
 
 # The keys of the section are kept, once each, but for those that are replaced; the origin is a whole number.
 odd = "[Odd]\r\n; a comment\r\nprojection=TransMerc\r\nSemiMajorAxis=6377563.396\r\nFlattening = 299.3249646\r\nScaleFactor=0.9996\r\n" \
