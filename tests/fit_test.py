@@ -70,6 +70,10 @@ told = list(map(float, re.search(r"The standard deviation is\s+(\S+) m at (\d+),
 for deviation, distance, times in zip(told[::2], told[1::2], (1, 3, 10)):
     assert abs(distance - times * spread) < 1 and abs(deviation - s0 * math.sqrt((1 + times * times) / 8)) < 1e-4, (told, spread, s0)
 
+# Two points fit exactly, so that nothing is said of errors.
+report = fit(lines(square(530000, 180000)[:2]), "--sigma", "0.01")[3]
+assert "the points fit exactly" in report and not re.search(r"least checked|largest stand|inf|nan", report), report
+
 # The keys of the section are kept, once each, but for those that are replaced; the origin is a whole number.
 odd = "[Odd]\r\n; a comment\r\nprojection=TransMerc\r\nSemiMajorAxis=6377563.396\r\nFlattening = 299.3249646\r\nScaleFactor=0.9996\r\n" \
       "CentralMeridian=-2\r\nScaleFactor=3\r\nadjusttype=0\r\nREVERSEX=yes\r\nAdjustX=77\r\nDeltaX=\r\nGeoid=\"a b.dat\"\r\n; the next\r\n[Next]\r\n"
