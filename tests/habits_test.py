@@ -59,6 +59,8 @@ assert len(names & set(re.findall(r"^\[(.*)\]", examples, re.M))) == 9, names
 
 write("many.ini", "".join(f"[S{i}]\nFlattening=298\n" for i in range(23)))
 assert run("forward", "many.ini", "-s", "No")[2].endswith(" S18, S19 and 3 others\n")
+# The first character after the surrogates, of private use, is shown as it is.
+assert '"\ue000"' in run("forward", "template.ini", text="\ue000 1\n")[2]
 assert run("forward", "template.ini", "--section", "")[::2] == (2, "latigo: --section: the name is empty\n")
 
 # The output is renamed when it is complete: points may fail, but not the run. What the command reads is refused.

@@ -1,5 +1,5 @@
 """Reads the maps of the program as a person does: colours at positions, legends, lines and names.   map_test.py [EMULATOR...] PROGRAM"""
-import os, re, struct, subprocess, sys, tempfile
+import math, os, re, struct, subprocess, sys, tempfile
 import xml.etree.ElementTree as xml
 
 program = [*sys.argv[1:-1], os.path.realpath(sys.argv[-1])]
@@ -95,6 +95,10 @@ assert sum(abs(each - x) < 0.2 for each, _ in utm.lines) > 50 and "500\u2009000"
 for section, limits in ("UTM18", (0, 84, -78.5, -71.5)), ("MGA55", (-80, 0, 143.5, 150.5)):
     default = Map("factors.ini", "-s", section)
     assert (default.south, default.north, default.west, default.east) == limits, default.texts[1]
+open(folder.name + "/conic.ini", "w").write("[Geodesy]\nProjection=LCC\nSemiMajorAxis=6378137\nFlattening=298.257\nCentralMeridian=3\n"
+                                            "NorthParallel=49\nSouthParallel=44\n")
+conic = Map(folder.name + "/conic.ini")  # as much beyond the parallels as lies between them, and three times as wide
+assert (conic.south, conic.north) == (41.5, 51.5) and abs(conic.east - 3 - 7.5 / math.cos(math.radians(46.5))) < 0.01, conic.texts[1]
 heights = [b for a, b in utm.lines if abs(a - x) < 0.2]
 assert min(heights) == utm.pixel(50, -75)[1] and max(heights) == utm.pixel(30, -75)[1], (min(heights), max(heights))
 assert abs(utm.names["500\u2009000"][0] - x) < 1
