@@ -251,7 +251,8 @@ EngineOutcome EngineConvert(const EngineUse* use, EngineOperation operation, Eng
     for (int i = 0; i < result.count; ++i) {
       point->out[i] = result.values[i].value;
     }
-    point->doubt = result.doubts != 0 ? cli::DoubtTexts[std::countr_zero(result.doubts)] : nullptr;
+    point->doubt =
+        result.doubts != 0 ? cli::DoubtTexts[static_cast<std::size_t>(std::countr_zero(result.doubts))] : nullptr;
     last.Set(*use, operation, *point);
     return ENGINE_DONE;
   });
