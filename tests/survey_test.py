@@ -37,7 +37,7 @@ for count in 3, 20000:
     assert (status, output, messages.count("\n")) == (1, b'*,"x,52.0,5\n' + b"1,637294,5762927\n" * count, 1), (output[:99], messages)
 
 # What is no text of bytes is refused by name, or line by line.
-for data in "52 5\n".encode("utf-16"), "52 5\n".encode("utf-16-le"), "52 5\n".encode("utf-16-be"):
+for data in "52 5\n".encode("utf-16"), "\n52 5".encode("utf-16-le"), "52 5\n".encode("utf-16-le"), "52 5\n".encode("utf-16-be"):
     for more in (), ("--columns", "1,2"):
         status, output, messages = run(["forward", "survey.ini", "-s", "UTM31", *more], data)
         assert status == 2 and not output and "UTF-16" in messages, (data, status, output, messages)

@@ -108,7 +108,8 @@ bool BlockReader::Next(Block& block) {
   if (!NextBlock(block)) {
     return false;
   }
-  if (block.firstLine == 1 && IsUtf16(block.bytes)) {
+  // The first line may be a line feed only, whose zero is in the next.
+  if (block.firstLine == 1 && IsUtf16(block.bytes.substr(0, 2) + rest_.substr(0, 1))) {
     throw UsageError(name_ + ": the file is UTF-16, and only UTF-8 and plain text are read: save it as UTF-8");
   }
   if (block.firstLine == 1 && block.bytes.starts_with("\xEF\xBB\xBF")) {
