@@ -66,9 +66,9 @@ assert run("check", "made.ini") == ("", "")
 # Of an adjusted position at r from the centre, s0 sqrt((1 + r^2 / spread^2) / n); the spread is the quadratic mean of the distances.
 mean = [math.fsum(float(row[i]) for row in rows) / 8 for i in (1, 2)]
 spread = math.sqrt(math.fsum((float(row[i]) - mean[i - 1]) ** 2 for row in rows for i in (1, 2)) / 8)
-told = list(map(float, re.search(r"The standard deviation is\s+(\S+) m at (\d+), (\S+) at (\d+) and (\S+) at (\d+)\.", report).groups()))
-for deviation, distance, times in zip(told[::2], told[1::2], (1, 3, 10)):
-    assert abs(distance - times * spread) < 1 and abs(deviation - s0 * math.sqrt((1 + times * times) / 8)) < 1e-4, (told, spread, s0)
+printed = list(map(float, re.search(r"The standard deviation is\s+(\S+) m at (\d+), (\S+) at (\d+) and (\S+) at (\d+)\.", report).groups()))
+for deviation, distance, times in zip(printed[::2], printed[1::2], (1, 3, 10)):
+    assert abs(distance - times * spread) < 1 and abs(deviation - s0 * math.sqrt((1 + times * times) / 8)) < 1e-4, (printed, spread, s0)
 
 # Two points fit exactly, so that nothing is said of errors.
 report = fit(lines(square(530000, 180000)[:2]), "--sigma", "0.01")[3]

@@ -34,7 +34,7 @@ struct PointLine {
 bool IsComment(std::string_view line);
 
 // Whether the fields at the front of a line with blanks could be parts of angles, as 52 30 00N 5 0 0E or 52 30 0 5 0 0;
-// and how that is told.
+// and the message about them.
 bool CouldHaveParts(std::string_view line);
 extern const char* const PartsInFields;
 
