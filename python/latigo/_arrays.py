@@ -8,15 +8,13 @@ from typing import Any
 import numpy as np
 
 from . import _core
-from ._errors import GeodesyError, warn_long, warn_outside
+from ._errors import GeodesyError, warn_doubtful
 
 Array = np.ndarray[Any, Any]
 
 RAISE, NAN, CODES = 0, 1, 2
 ERRORS = {"raise": RAISE, "nan": NAN, "codes": CODES}
-WARN = 1
-OUTSIDE = {"raise": 0, "warn": WARN, "ignore": 2}
-GREAT_CIRCLE = 9  # the number of that operation in the extension
+OUTSIDE = {"raise": 0, "warn": 1, "ignore": 2}
 SMALLEST_PART = 1024  # points for a thread
 
 
@@ -105,14 +103,14 @@ def convert(engine: _core.Engine, operation: int, inputs: tuple[Any, ...], outpu
     size = results[0].size
     operands = _flat([*sources, *results])
     parts = max(1, min(threads, size // SMALLEST_PART))
-    first, code, text, function, doubtful, first_doubtful = engine.convert(
+    first, code, text, function, doubts = engine.convert(
         operation, operands[:len(sources)], operands[len(sources):], codes, height, wgs84, geoid_on_datum, radians,
         errors == RAISE, outside, parts)
     if first >= 0 and errors == RAISE:
         at = np.unravel_index(first, shape) if shape else ()
         raise GeodesyError(text, code, function, _index(first, shape), tuple(float(source[at]) for source in sources))
-    if doubtful > 0 and (operation == GREAT_CIRCLE or outside == WARN):
-        (warn_long if operation == GREAT_CIRCLE else warn_outside)(doubtful, _index(first_doubtful, shape))
+    for doubt, count, first_doubtful in doubts:
+        warn_doubtful(operation, doubt, count, _index(first_doubtful, shape))
     if out is not None:
         if not direct:
             for target, result in zip(targets, results):

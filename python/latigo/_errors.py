@@ -13,6 +13,8 @@ GRID_FILE_CHANGED = -5
 CLOSED = -6
 BEYOND_TURN = -7
 
+_LINES = (9, 10)  # the numbers of the distances among the operations of the extension
+
 
 class GeodesyError(ValueError):
     """A point, or a coordinate system, that the library refuses.
@@ -49,7 +51,7 @@ class GeodesyError(ValueError):
 
 
 class GeodesyWarning(UserWarning):
-    """Points that were converted without the datum shift, lines that are too long, or a request with only one answer."""
+    """A doubtful result, or a value in a configuration file that is probably not read as intended."""
 
 
 def warn(text: str) -> None:
@@ -65,13 +67,8 @@ def warn(text: str) -> None:
     warnings.warn(text, GeodesyWarning, stacklevel=level)
 
 
-def warn_outside(count: int, index: Any) -> None:
-    place = "" if index is None else f", the first at index {index}"
-    warn(f"{count} point{'s' if count != 1 else ''} outside the datum grid, or in rows that cannot be read, converted "
-         f"without a shift{place}")
-
-
-def warn_long(count: int, index: Any) -> None:
-    place = "" if index is None else f", the first at index {index}"
-    warn(f"{count} line{'s' if count != 1 else ''} too long for the mid-latitude formulas: the error of the distance can "
-         f"exceed 2 cm{place}")
+def warn_doubtful(operation: int, doubt: str, count: int, index: Any) -> None:
+    """Warns of points, or lines, that were converted but are doubtful; `index` is that of the first, None for a single one."""
+    noun = "line" if operation in _LINES else "point"
+    place = "" if index is None else f"; the first is at index {index}"
+    warn(f"{count} {noun}{'s' if count != 1 else ''} {doubt}{place}")

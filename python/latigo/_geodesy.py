@@ -29,7 +29,7 @@ class Geodesy:
         A configuration file. Grid files that it names are in the folder ``datum`` of the directory in the environment
         variable ``TWI_BATHYX``, as the first object with a grid file of the process finds it.
     section : str, optional
-        A section of the file; ``Geodesy`` without it.
+        A section of the file; without it ``Geodesy``, or the only section.
     radians, errors, outside_grid, threads
         What the methods take for the arguments of these names, if a call does not give them. `threads` is the number of
         threads that convert an array.
@@ -51,6 +51,11 @@ class Geodesy:
     the results of a failed point NaN; ``"codes"`` does too, and appends an array of the points' codes, 0 for success. A
     point fails if the library refuses it, if a result is not finite, if a latitude is beyond the pole, or if a longitude given is
     beyond 360 degrees.
+
+    A `GeodesyWarning` tells of doubtful results, once for each call and cause: too far from the projection's origin for the
+    inverse to come back within a metre, a line too long for the formulas of its length; and when the object is made, of
+    values in the file that the library probably does not read as intended, such as ``ScaleFactor=0,9996``. With
+    ``warnings.simplefilter("error", latigo.GeodesyWarning)`` they raise.
 
     Outside a datum grid the library converts between the ellipsoids without a shift. With ``outside_grid="raise"`` such a
     point fails, with ``"warn"`` it is converted and counted in a `GeodesyWarning`, with ``"ignore"`` it is converted.
@@ -74,15 +79,17 @@ class Geodesy:
         path = os.fsencode(os.path.abspath(file))
         with open(path, "rb") as opened:
             data = opened.read()
-        name = "Geodesy" if section is None else section
+        known = [os.fsdecode(each) for each in sections(data)]
+        name = section if section is not None else known[0] if len(known) == 1 else "Geodesy"
         text = section_text(data, os.fsencode(name))
         if text is None:
-            known = [os.fsdecode(each) for each in sections(data)]
             more = f" and {len(known) - _SECTIONS_SHOWN} others" if len(known) > _SECTIONS_SHOWN else ""
             raise GeodesyError(f"{os.fspath(file)}: no section {name}; it has "
                                f"{', '.join(known[:_SECTIONS_SHOWN]) or 'none'}{more}", 5, "CreateFileGeodesy")
         self._settle(("section", os.fspath(file), name, text),
                      {"radians": radians, "errors": errors, "outside_grid": outside_grid, "threads": threads}, path)
+        for warning in _core.warnings(os.fsencode(file), data, os.fsencode(name)):
+            warn(os.fsdecode(warning))
 
     @classmethod
     def from_params(cls, kind: str | int, *, semi_major_axis: float, inverse_flattening: float, unit: float = 1.0,

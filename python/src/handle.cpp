@@ -61,13 +61,22 @@ api::Geodesy Make(const Definition& definition) {
   return definition.text.empty() ? FromRecords(definition) : FromFile(MemoryFile(definition.text).Path(), nullptr);
 }
 
-std::unique_ptr<GridFile> FileAt(const std::string& path) {
-  return path.empty() ? nullptr : std::make_unique<GridFile>(path);
+bool HasLocalGrid(const api::Geodesy& object) {
+  return (object.GetAdjustment()->AdjustType & LATIGO_ADJUST_TYPE) != 0;
 }
 
-// Mercator on a sphere reads no parameter.
-double MeridianOf(const GeodesyParams& params) {
-  return params.Kind == LATIGO_KIND_MERCATOR_ON_SPHERE ? 0 : params.CentralMeridian;
+// The projection alone, which needs no files.
+api::Geodesy ProjectionOf(const Definition& definition) {
+  api::Geodesy projection = Make(definition);
+  const Adjustment none = {LATIGO_ADJUST_NONE, 0, 0, 0, 1, 0, 0};
+  Require(projection.SetAdjustment(none));
+  Require(projection.SetEllModel(nullptr));
+  Require(projection.SetGeoid(nullptr));
+  return projection;
+}
+
+std::unique_ptr<GridFile> FileAt(const std::string& path) {
+  return path.empty() ? nullptr : std::make_unique<GridFile>(path);
 }
 
 template <typename Record>
@@ -88,21 +97,16 @@ api::Geodesy FromFile(const char* path, const char* section) {
 
 Handle::Handle(const Definition& definition)
     : object_(Make(definition)),
+      projection_(HasLocalGrid(object_) ? ProjectionOf(definition) : api::Geodesy()),
+      roundTrip_(object_.Handle()),
+      projectionRoundTrip_(WithoutLocalGrid()),
       datumFile_(
           FileAt(object_.GetEllModel().value)),  // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks): a false alarm
       geoidFile_(FileAt(object_.GetGeoid()->fileName)),  // NOLINT(clang-analyzer-cplusplus.NewDeleteLeaks)
-      centralMeridian_(MeridianOf(object_.GetGeodesyParams().value)),
       hasGeoid_(geoidFile_ || object_.GetGeoid()->orthoHCorr != 0),
       hasVerticalUnit_(definition.hasVerticalUnit) {
   if (datumFile_) {
     area_.emplace(*datumFile_);
-  }
-  if ((object_.GetAdjustment()->AdjustType & LATIGO_ADJUST_TYPE) != 0) {
-    projection_ = Make(definition);
-    const Adjustment none = {LATIGO_ADJUST_NONE, 0, 0, 0, 1, 0, 0};
-    Require(projection_.SetAdjustment(none));
-    Require(projection_.SetEllModel(nullptr));  // the projection needs no files
-    Require(projection_.SetGeoid(nullptr));
   }
 }
 

@@ -8,6 +8,7 @@
 #include <optional>
 #include <string>
 
+#include "doubts.h"
 #include "grid_file.h"
 
 namespace latigo::python {
@@ -49,16 +50,17 @@ class Handle {
   // The same object without its local grid.
   GeodesyHandle WithoutLocalGrid() const { return projection_ ? projection_.Handle() : object_.Handle(); }
   DatumArea* Area() { return area_ ? &*area_ : nullptr; }
-  double CentralMeridian() const { return centralMeridian_; }
+  const cli::RoundTrip& RoundTrip() const { return roundTrip_; }
+  const cli::RoundTrip& RoundTripWithoutLocalGrid() const { return projectionRoundTrip_; }
   bool HasGeoid() const { return hasGeoid_; }
   bool HasVerticalUnit() const { return hasVerticalUnit_; }
 
  private:
   api::Geodesy object_;
   api::Geodesy projection_;  // without a handle if the object has no local grid
+  cli::RoundTrip roundTrip_, projectionRoundTrip_;
   std::unique_ptr<GridFile> datumFile_, geoidFile_;
   std::optional<DatumArea> area_;
-  double centralMeridian_ = 0;
   bool hasGeoid_ = false;
   bool hasVerticalUnit_ = false;
 };

@@ -53,8 +53,11 @@ void Append(Summary& all, const Summary& part) {
     all.first = part.first;
     all.outcome = part.outcome;
   }
-  all.firstDoubtful = all.firstDoubtful < 0 ? part.firstDoubtful : all.firstDoubtful;
-  all.doubtful += part.doubtful;
+  for (std::size_t i = 0; i < cli::Doubts; ++i) {
+    Summary::Doubtful& doubtful = all.doubtful[i];
+    doubtful.first = doubtful.first < 0 ? part.doubtful[i].first : doubtful.first;
+    doubtful.count += part.doubtful[i].count;
+  }
 }
 
 }  // namespace

@@ -11,6 +11,7 @@
 #include <utility>
 #include <vector>
 
+#include "config_check.h"
 #include "engine.h"
 #include "facts.h"
 #include "loop.h"
@@ -27,6 +28,12 @@ enum class Outside { Raise, Warn, Ignore };
 
 Options OptionsOf(bool height, bool wgs84, bool geoidOnDatum, bool radians, int outside) {
   return {wgs84, geoidOnDatum, radians, static_cast<Outside>(outside) != Outside::Raise, height};
+}
+
+// Whether a doubt, by the number of its bit, becomes a warning.
+bool IsShown(std::size_t doubt, int outside) {
+  return 1U << doubt != static_cast<unsigned>(cli::Doubt::Unshifted) ||
+         static_cast<Outside>(outside) == Outside::Warn;
 }
 
 py::object Python(const char* function) {
@@ -90,11 +97,11 @@ py::object Point(Engine& engine, int operation, const py::tuple& inputs, bool wg
   if (outcome.code != 0 && static_cast<Errors>(errors) == Errors::Raise) {
     Raise(outcome.code, outcome.function, py::none(), inputs);
   }
-  if (outcome.code == 0 && outcome.doubtful) {
-    if (which == Operation::GreatCircle) {
-      Python("warn_long")(1, py::none());
-    } else if (static_cast<Outside>(outside) == Outside::Warn) {
-      Python("warn_outside")(1, py::none());
+  if (outcome.code == 0 && outcome.doubts != 0) {
+    for (std::size_t i = 0; i < cli::Doubts; ++i) {
+      if ((outcome.doubts >> i & 1U) != 0 && IsShown(i, outside)) {
+        Python("warn_doubtful")(operation, cli::DoubtTexts[i], 1, py::none());
+      }
     }
   }
   const bool codes = static_cast<Errors>(errors) == Errors::Codes;
@@ -117,7 +124,7 @@ Operand OperandOf(const py::array& array) {
 }
 
 // Converts arrays of one shape, float64. Returns the number of the first failed point or -1, its code, text and
-// function, the number of doubtful points and the first of them.
+// function, and for each doubt that becomes a warning its text, the number of doubtful points and the first of them.
 py::tuple Convert(Engine& engine, int operation, const std::vector<py::array>& inputs,
                   const std::vector<py::array>& outputs, const py::object& codes, bool height, bool wgs84,
                   bool geoidOnDatum, bool radians, bool stop, int outside, int threads) {
@@ -145,8 +152,13 @@ py::tuple Convert(Engine& engine, int operation, const std::vector<py::array>& i
     summary = ConvertArrays(which, lease.Handles(), options, arrays, stop);
   }
   const Outcome& outcome = summary.outcome;
-  return py::make_tuple(summary.first, outcome.code, TextOf(outcome.code, outcome.function), outcome.function,
-                        summary.doubtful, summary.firstDoubtful);
+  py::list doubts;
+  for (std::size_t i = 0; i < cli::Doubts; ++i) {
+    if (summary.doubtful[i].count > 0 && IsShown(i, outside)) {
+      doubts.append(py::make_tuple(cli::DoubtTexts[i], summary.doubtful[i].count, summary.doubtful[i].first));
+    }
+  }
+  return py::make_tuple(summary.first, outcome.code, TextOf(outcome.code, outcome.function), outcome.function, doubts);
 }
 
 template <typename Record, std::size_t Size>
@@ -185,6 +197,15 @@ std::unique_ptr<Engine> OpenText(const std::string& text, bool hasVerticalUnit, 
     }
   }
   return engine;
+}
+
+// The warnings of a section of a configuration file: what the library probably does not read as intended.
+std::vector<py::bytes> Warnings(const std::string& path, const std::string& data, const std::string& section) {
+  std::vector<py::bytes> warnings;
+  for (const std::string& text : cli::ConfigFile(path, data).Warnings(section)) {
+    warnings.emplace_back(text);
+  }
+  return warnings;
 }
 
 // A part of a grid file.
@@ -236,6 +257,7 @@ PYBIND11_MODULE(_core, module) {  // NOLINT(modernize-use-trailing-return-type)
       .def("name", latigo::python::NameOf)
       .def("read_grid", latigo::python::ReadGrid);
   module.def("open_text", latigo::python::OpenText);
+  module.def("warnings", latigo::python::Warnings);
   module.def("open_records", latigo::python::OpenRecords);
   module.def("kinds", latigo::python::Kinds);
   module.def("version", latigo::api::GetGeodesyVersion);

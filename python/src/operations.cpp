@@ -17,18 +17,6 @@ constexpr int HeightIterations = 10;
 constexpr double LargestLatitude = 90 + 1e-9;
 constexpr double LargestLongitude = 360 + 1e-9;
 
-// The program's estimate of the error of the mid-latitude formulas: 16 mm for 100 km, growing with the third power of
-// the length s; and near a pole the first term that the series leaves, s (s tan phi / R)^4 / 1920. Metres.
-constexpr double LargestError = 0.02;
-constexpr double ErrorAt100Km = 0.016;
-constexpr double SeriesEnd = 1 / 1920.0;
-constexpr double EarthRadius = 6371000;
-
-bool IsTooLong(double phi, double s) {
-  const double relative = s * std::tan(phi) / EarthRadius;
-  return !(ErrorAt100Km * std::pow(s / 1e5, 3) + s * std::pow(relative, 4) * SeriesEnd <= LargestError);
-}
-
 double In(const Options& options, double angle) {
   return options.radians ? angle : api::FromDegrees(angle);
 }
@@ -51,6 +39,8 @@ struct Point {
   double latitude = 0;
   double longitude = 0;
   double h = 0;
+
+  void Add(cli::Doubt doubt, bool applies) { outcome.doubts |= applies ? static_cast<unsigned>(doubt) : 0U; }
 
   // Records the outcome of a call; true if it succeeded.
   bool Call(std::int32_t success, const char* function) {
@@ -79,12 +69,20 @@ struct Point {
   // False if the point fails because the datum grid has no value there.
   bool InDatumGrid() {
     const std::int32_t code = handle.Area() != nullptr ? handle.Area()->CodeAt(latitude, longitude) : 0;
-    outcome.doubtful = code != 0;
+    Add(cli::Doubt::Unshifted, code != 0);
     return code == 0 || options.unshifted || Fail(code);
   }
 
   bool FromWgs84() { return InDatumGrid() && Call(WGS84Conv(handle.Object(), &latitude, &longitude, &h), "WGS84Conv"); }
   bool ToWgs84() { return Call(InvWGS84Conv(handle.Object(), &latitude, &longitude, &h), "InvWGS84Conv"); }
+
+  bool ForwardFrom(GeodesyHandle object, const cli::RoundTrip& roundTrip, double* xy) {
+    if (!Call(GeoXY(object, &xy[0], &xy[1], latitude, longitude), "GeoXY")) {
+      return false;
+    }
+    Add(cli::Doubt::NoRoundTrip, !roundTrip.HoldsForward(latitude, longitude, xy[0], xy[1]));
+    return true;
+  }
 
   // The input position on the object's datum, with its longitude within half a turn of the central meridian, since not
   // every projection wraps longitudes.
@@ -93,7 +91,7 @@ struct Point {
     if (!Take(in) || (options.wgs84 && !FromWgs84())) {
       return false;
     }
-    const double difference = longitude - handle.CentralMeridian();
+    const double difference = longitude - handle.RoundTrip().CentralMeridian();
     if (std::fabs(difference) > Pi) {
       longitude -= std::copysign(TwoPi, difference);
     }
@@ -179,9 +177,7 @@ struct Point {
 
 Outcome Forward(Handle& handle, const Options& options, const double* in, double* out) {
   Point point{handle, options};
-  if (point.Read(in) &&
-      point.Call(GeoXY(handle.Object(), &out[0], &out[1], point.latitude, point.longitude), "GeoXY") &&
-      options.height) {
+  if (point.Read(in) && point.ForwardFrom(handle.Object(), handle.RoundTrip(), out) && options.height) {
     point.ToGridHeight(in, out[2]);
   }
   return point.outcome;
@@ -189,8 +185,11 @@ Outcome Forward(Handle& handle, const Options& options, const double* in, double
 
 Outcome Inverse(Handle& handle, const Options& options, const double* in, double* out) {
   Point point{handle, options};
-  if (point.Call(XYGeo(handle.Object(), in[0], in[1], &point.latitude, &point.longitude), "XYGeo") &&
-      point.FromGridHeight(options.height ? in[2] : 0) && point.Write(out) && options.height) {
+  if (!point.Call(XYGeo(handle.Object(), in[0], in[1], &point.latitude, &point.longitude), "XYGeo")) {
+    return point.outcome;
+  }
+  point.Add(cli::Doubt::NoRoundTrip, !handle.RoundTrip().HoldsInverse(in[0], in[1], point.latitude, point.longitude));
+  if (point.FromGridHeight(options.height ? in[2] : 0) && point.Write(out) && options.height) {
     out[2] = point.h;
   }
   return point.outcome;
@@ -218,11 +217,11 @@ Outcome Scale(Handle& handle, const Options& options, const double* in, double* 
   Point point{handle, options};
   std::array<double, 2> grid{};
   if (!point.Read(in) ||
-      !point.Call(GeoXY(handle.WithoutLocalGrid(), &grid[0], &grid[1], point.latitude, point.longitude), "GeoXY")) {
+      !point.ForwardFrom(handle.WithoutLocalGrid(), handle.RoundTripWithoutLocalGrid(), grid.data())) {
     return point.outcome;
   }
   Outcome outcome = ScaleAtGrid(handle, options, grid.data(), out);
-  outcome.doubtful = point.outcome.doubtful;
+  outcome.doubts = point.outcome.doubts;
   return outcome;
 }
 
@@ -273,7 +272,9 @@ Outcome Distance(Handle& handle, const Options& options, const double* in, doubl
   if constexpr (geodesic) {
     double metres = out[0];
     HConvert(handle.Object(), &metres, LATIGO_TO_METRES);
-    point.outcome.doubtful = IsTooLong((point.latitude + to.latitude) / 2, metres);
+    point.Add(cli::Doubt::LongLine, cli::IsLongLine((point.latitude + to.latitude) / 2, metres));
+  } else {
+    point.Add(cli::Doubt::FlatRhumbLine, cli::IsFlatRhumbLine(point.latitude, to.latitude, azimuth));
   }
   out[1] = Out(options, azimuth);
   if (!(out[1] >= 0 && out[1] < turn)) {
@@ -300,7 +301,12 @@ Outcome ConvertPoint(Handle& handle, const Options& options, int outputs, const 
 // Counts what is not plain success.
 void Count(const Outcome& outcome, std::int64_t number, Summary& summary) {
   if (outcome.code == 0) {
-    summary.firstDoubtful = summary.doubtful++ == 0 ? number : summary.firstDoubtful;
+    for (std::size_t i = 0; i < cli::Doubts; ++i) {
+      if ((outcome.doubts >> i & 1U) != 0) {
+        Summary::Doubtful& doubtful = summary.doubtful[i];
+        doubtful.first = doubtful.count++ == 0 ? number : doubtful.first;
+      }
+    }
   } else if (summary.first < 0) {
     summary.first = number;
     summary.outcome = outcome;
@@ -329,7 +335,7 @@ template <Calls calls>
     if (row.codes != nullptr) {
       row.codes[i] = outcome.code;
     }
-    if (outcome.code != 0 || outcome.doubtful) {
+    if (outcome.code != 0 || outcome.doubts != 0) {
       Count(outcome, i, summary);
       if (stop && outcome.code != 0) {
         return false;

@@ -6,6 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 
+#include "doubts.h"
 #include "handle.h"
 
 namespace latigo::python {
@@ -37,7 +38,7 @@ struct Options {
 struct Outcome {
   std::int32_t code = 0;           // of the library, or a Fault; 0 for success
   const char* function = nullptr;  // the call that failed; null for a Fault
-  bool doubtful = false;           // converted, but outside the datum grid without a shift; or a line too long
+  unsigned doubts = 0;             // bits of `cli::Doubt`: converted, but doubtful
 };
 
 constexpr int MaxInputs = 4;
@@ -63,10 +64,14 @@ struct Row {
 
 // What happened in a loop. A failed point is NaN in every output.
 struct Summary {
-  std::int64_t first = -1;    // number of the first failed point in the order of C, -1 for none
-  Outcome outcome;            // its outcome
-  std::int64_t doubtful = 0;  // number of doubtful points
-  std::int64_t firstDoubtful = -1;
+  std::int64_t first = -1;  // number of the first failed point in the order of C, -1 for none
+  Outcome outcome;          // its outcome
+  // For each doubt, in the order of its bits: the number of doubtful points, and that of the first of them.
+  struct Doubtful {
+    std::int64_t count = 0;
+    std::int64_t first = -1;
+  };
+  std::array<Doubtful, cli::Doubts> doubtful{};
 };
 
 // Converts a row. `stop`: it may end at its first failure, and then returns false.

@@ -54,6 +54,11 @@ hypothesis.settings.register_profile("tests", database=None, print_blob=True)  #
 hypothesis.settings.load_profile("tests")
 
 
+def pytest_configure(config):
+    """Random points are often far from an origin; tests of warnings see them still."""
+    config.addinivalue_line("filterwarnings", "ignore::latigo.GeodesyWarning")
+
+
 @pytest.fixture
 def national():
     with latigo.Geodesy(EXAMPLES / "national_grid.ini", "NationalGrid") as system:

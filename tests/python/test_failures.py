@@ -5,7 +5,7 @@ import numpy as np
 import pytest
 
 import latigo
-from conftest import EXAMPLES, FOLDER, SYSTEMS, UTM
+from conftest import EXAMPLES, FOLDER, SYSTEMS, UTM, program
 
 
 def error_of(call, *arguments, **options):
@@ -72,7 +72,7 @@ def test_outside_a_datum_grid_is_a_failure_a_warning_or_nothing(grids):
     assert error_of(grids.inverse, *grids.forward(60, 3), wgs84=True).code == latigo.OUTSIDE_DATUM_GRID
     for call in grids.to_wgs84, grids.from_wgs84:
         assert list(call([52, 60], 3, errors="codes")[2]) == [0, latigo.OUTSIDE_DATUM_GRID]
-        with pytest.warns(latigo.GeodesyWarning, match="2 points .* first at index 1$") as caught:
+        with pytest.warns(latigo.GeodesyWarning, match="^2 points outside .* first is at index 1$") as caught:
             warned = call([52, 60, 61], 3, outside_grid="warn")
         assert caught[0].filename == __file__
         with pytest.warns(latigo.GeodesyWarning, match="^1 point "):
@@ -119,6 +119,8 @@ def test_a_faulty_definition_says_its_place():
     with pytest.raises(FileNotFoundError):
         latigo.Geodesy(FOLDER / "none.ini")
     assert "it has Plain, Grids" in str(error_of(latigo.Geodesy, SYSTEMS, "Grid"))
+    assert "no section Geodesy; it has Plain" in str(error_of(latigo.Geodesy, SYSTEMS))
+    assert "[NationalGrid]" in repr(latigo.Geodesy(EXAMPLES / "national_grid.ini"))  # the only one
     (FOLDER / "faulty.ini").write_text(
         f"[A]\n{UTM}Geoid=none.dat\n[B]\n{UTM}DynDatum=none.dat\n[C]\n{UTM.replace('UTM', 'ABC')}\n[D]\nProjection=UTM\n")
     for section, code, part in ("A", 9, "datum"), ("B", 1, str(FOLDER)), ("C", 5, "faulty.ini [C]"), ("D", 3, "[D]"):
@@ -160,3 +162,33 @@ def test_a_line_too_long_for_its_formulas_is_a_warning(national):
         warnings.simplefilter("error")
         national.distance(50, -2, [50.9, 49.1], -2)
         national.distance(50, -2, 53, -2, rhumb=True)
+    with pytest.warns(latigo.GeodesyWarning, match="^1 line almost along a parallel"):
+        national.distance(50, -2, 50 + 1e-12, -1, rhumb=True)
+
+
+@pytest.mark.parametrize("file, section", [("national_grid.ini", "NationalGrid"), ("swiss.ini", "LV95")])
+@pytest.mark.parametrize("threads", [1, 2])
+def test_points_too_far_from_the_origin_are_a_warning_as_in_the_program(file, section, threads):
+    latitude, longitude = np.meshgrid(np.linspace(-80, 80, 60), np.linspace(-180, 180, 80))
+    with latigo.Geodesy(EXAMPLES / file, section, errors="codes", threads=threads) as system:
+        with pytest.warns(latigo.GeodesyWarning, match="too far from the projection's origin") as caught:
+            x, y, codes = system.forward(latitude, longitude)
+        with pytest.warns(latigo.GeodesyWarning, match="too far from the projection's origin") as back:
+            system.inverse(x, y)
+    lines = "".join(f"{a} {b}\n" for a, b in zip(latitude.flat, longitude.flat))
+    _, messages = program("forward", EXAMPLES / file, "-s", section, text=lines)
+    count = str(caught[0].message).split()[0]
+    assert f"latigo: {count} points: too far" in messages and 0 < int(count) < latitude.size
+    first = tuple(map(int, str(caught[0].message).split("(")[1].rstrip(")").split(",")))
+    assert f"input:{np.ravel_multi_index(first, latitude.shape) + 1}: warning: too far" in messages
+    assert codes[first] == 0 and int(str(back[0].message).split()[0]) > 0
+
+
+def test_values_that_are_probably_not_read_as_intended_are_a_warning():
+    path = FOLDER / "comma.ini"
+    path.write_text(f"[A]\n{UTM.replace('0.9996', '0,9996')}")
+    with pytest.warns(latigo.GeodesyWarning, match="comma.ini:6 .A.: warning: ScaleFactor=0,9996 is read as 0") as caught:
+        system = latigo.Geodesy(path)
+    _, messages = program("forward", path, text="")
+    assert [f"latigo: {warning.message}" for warning in caught] == messages.splitlines()
+    assert caught[0].filename == __file__ and system.params.scale_factor == 1

@@ -11,6 +11,7 @@
 #include <filesystem>
 #include <memory>
 #include <numeric>
+#include <utility>
 
 #include "error_text.h"
 #include "frame/config_keys.h"
@@ -120,7 +121,9 @@ std::string CheckGridFile(std::string_view name) {
 
 }  // namespace
 
-ConfigFile::ConfigFile(const std::string& path) : path_(path), bytes_(ReadFile(path)) {
+ConfigFile::ConfigFile(const std::string& path) : ConfigFile(path, ReadFile(path)) {}
+
+ConfigFile::ConfigFile(std::string path, std::string bytes) : path_(std::move(path)), bytes_(std::move(bytes)) {
   ProfileLines lines(bytes_);
   ProfileLine line;
   std::size_t number = 0;

@@ -15,6 +15,8 @@ class ConfigFile {
  public:
   // Throws UsageError if the file cannot be read: it is missing, not a regular file, or too large.
   explicit ConfigFile(const std::string& path);
+  // The same from bytes that are in memory already; the path is for messages.
+  ConfigFile(std::string path, std::string bytes);
   ConfigFile(const ConfigFile&) = delete;
   ConfigFile& operator=(const ConfigFile&) = delete;
 

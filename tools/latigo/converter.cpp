@@ -8,70 +8,28 @@
 
 namespace latigo::cli {
 
-const std::array<const char*, Doubts> DoubtTexts = {
-    "outside the datum grid or in rows that cannot be read, so converted without a shift",
-    "too far from the projection's origin: the round-trip error exceeds one metre",
-    "a whole number in the third field is read as a height; --no-height copies it",
-    "near a pole or a limit of the projection: the error of the factors exceeds 1e-9",
-    "too long for the mid-latitude formulas: the error of the distance can exceed 2 cm",
-    "almost along a parallel: rounding errors of the distance can exceed 2 cm",
-};
-
 namespace {
 
 constexpr double Pi = 3.141592653589793;
 constexpr double TwoPi = 6.283185307179586;
 
 constexpr std::size_t PathSize = 512;
-constexpr double EarthRadius = 6371000;   // metres
-constexpr double RoundTripLimit = 1;      // metres
 constexpr double HeightTolerance = 1e-6;  // metres
 constexpr int HeightIterations = 10;
-
-// Limits within which the round-trip error of a projection is not checked: longitude difference from the central
-// meridian in degrees, and distances from the origin along the axes in metres.
-struct Reach {
-  double degrees;
-  double easting;
-  double northing;
-};
-
-constexpr double Everywhere = 20.1e6;  // slightly more than half a meridian
-
-constexpr Reach ReachOf(std::int32_t kind) {
-  switch (kind) {
-    case LATIGO_KIND_TRANSVERSE_MERCATOR:
-    case LATIGO_KIND_CASSINI:
-      return {6, 700e3, 10.1e6};
-    case LATIGO_KIND_MERCATOR:
-    case LATIGO_KIND_MERCATOR_ON_SPHERE:
-      return {181, Everywhere, 5 * Everywhere};
-    case LATIGO_KIND_LAMBERT:
-    case LATIGO_KIND_ALBERS:
-      return {90, 3e6, 2e6};
-    case LATIGO_KIND_AZIMUTHAL_EQUIDISTANT:
-      return {10, 1.1e6, 1.1e6};
-    case LATIGO_KIND_POLAR_STEREOGRAPHIC:
-      return {181, Everywhere, Everywhere};
-    default:
-      return {20, 2.5e6, 2.5e6};
-  }
-}
-
-// Whether the coordinates are metres and `Unit` is ignored.
-constexpr bool IsMetric(std::int32_t kind) {
-  return kind == LATIGO_KIND_OBLIQUE_STEREOGRAPHIC || kind == LATIGO_KIND_MERCATOR_ON_SPHERE ||
-         kind == LATIGO_KIND_POLAR_STEREOGRAPHIC;
-}
 
 double Wrapped(double longitude) {
   return std::fabs(longitude) <= Pi ? longitude : std::remainder(longitude, TwoPi);
 }
 
-api::Geodesy OpenOrThrow(const Options& options) {
+// Opens a section, with its local grid or without. Throws UsageError if it does not open.
+api::Geodesy Open(const Options& options, bool localGrid) {
   Opened opened = OpenSection(options.file, options.section);
   if (opened.code != 0) {
     throw UsageError(options.file + " [" + options.section + "]: " + opened.explanation);
+  }
+  if (!localGrid) {
+    const Adjustment none = {0, 0, 0, 0, 1, 0, 0};
+    SetAdjustment(opened.object.Handle(), &none);
   }
   return std::move(opened.object);
 }
@@ -82,35 +40,15 @@ Converter::Converter(const PointOptions& options, const Between& between)
     : between_(between),
       lonlat_(options.lonlat),
       name_(options.file + " [" + options.section + "]"),
-      object_(OpenOrThrow(options)) {
-  GeodesyParams params;
-  GetGeodesyParams(Handle(), &params, nullptr, nullptr);
-  // Mercator on a sphere reads no parameter.
-  centralMeridian_ = params.Kind == LATIGO_KIND_MERCATOR_ON_SPHERE ? 0 : params.CentralMeridian;
-  metresPerUnit_ = IsMetric(params.Kind) ? 1 : params.Unit;
+      object_(Open(options, between.localGrid)),
+      roundTrip_(Handle()) {
   char path[PathSize] = "";
   double constant = 0;
   GetGeoid(Handle(), path, sizeof path, &constant);
   hasGeoid_ = !between.noGeoid && (path[0] != '\0' || constant != 0);
   hasVerticalUnit_ = ConfigFile(options.file).HasValue(options.section, "VertUnit");
-  if (!between.localGrid) {
-    const Adjustment none = {0, 0, 0, 0, 1, 0, 0};
-    SetAdjustment(Handle(), &none);
-  }
   if (char grid[PathSize] = ""; between.shift && GetEllModel(Handle(), grid, sizeof grid) != 0 && grid[0] != '\0') {
     datumGrid_ = std::make_unique<InterpFile>(grid, false);
-  }
-  Adjustment adjustment;
-  GetAdjustment(Handle(), &adjustment);
-  const Reach reach = ReachOf(params.Kind);
-  nearLongitude_ = reach.degrees * RadiansPerDegree;
-  nearX_ = reach.easting / metresPerUnit_;
-  nearY_ = reach.northing / metresPerUnit_;
-  if ((adjustment.AdjustType & LATIGO_ADJUST_TYPE) != 0) {  // which may rotate the axes
-    nearX_ = nearY_ = std::min(nearX_, nearY_);
-  }
-  if (GeoXY(Handle(), &originX_, &originY_, params.RefLatitude, params.CentralMeridian) == 0) {
-    originX_ = originY_ = NAN;  // so that every point is checked
   }
 }
 
@@ -124,8 +62,8 @@ bool Converter::ReadGeographic(const PointLine& point, Position& position, Resul
     return false;
   }
   // Wrapped to the central meridian, since not every projection wraps longitudes.
-  if (std::fabs(longitude - centralMeridian_) > Pi) {
-    longitude -= std::copysign(TwoPi, longitude - centralMeridian_);
+  if (const double difference = longitude - roundTrip_.CentralMeridian(); std::fabs(difference) > Pi) {
+    longitude -= std::copysign(TwoPi, difference);
   }
   return true;
 }
@@ -237,35 +175,6 @@ bool Converter::InDatumGrid(double latitude, double longitude, Result& result) c
   }
   result.Add(Doubt::Unshifted);
   return between_.unshifted;
-}
-
-bool Converter::NearOrigin(double x, double y) const {
-  return std::fabs(x - originX_) <= nearX_ && std::fabs(y - originY_) <= nearY_;
-}
-
-void Converter::CheckForward(const Position& from, double x, double y, Result& result) const {
-  if (std::fabs(from.longitude - centralMeridian_) <= nearLongitude_ && NearOrigin(x, y)) {
-    return;
-  }
-  Position back;
-  const bool there = XYGeo(Handle(), x, y, &back.latitude, &back.longitude) != 0;
-  const double north = EarthRadius * (back.latitude - from.latitude);
-  const double east = EarthRadius * std::cos(from.latitude) * std::remainder(back.longitude - from.longitude, TwoPi);
-  if (!(there && std::hypot(north, east) <= RoundTripLimit)) {
-    result.Add(Doubt::NoRoundTrip);
-  }
-}
-
-void Converter::CheckInverse(double x, double y, const Position& to, Result& result) const {
-  if (std::fabs(to.longitude - centralMeridian_) <= nearLongitude_ && NearOrigin(x, y)) {
-    return;
-  }
-  double backX = 0;
-  double backY = 0;
-  const bool there = GeoXY(Handle(), &backX, &backY, to.latitude, to.longitude) != 0;
-  if (!(there && std::hypot(backX - x, backY - y) * metresPerUnit_ <= RoundTripLimit)) {
-    result.Add(Doubt::NoRoundTrip);
-  }
 }
 
 }  // namespace latigo::cli

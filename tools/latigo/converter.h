@@ -3,7 +3,6 @@
 
 #include <latigo/latigo.h>
 
-#include <array>
 #include <cstdint>
 #include <memory>
 #include <string>
@@ -12,6 +11,7 @@
 
 #include "commands.h"
 #include "coordinate_system.h"
+#include "doubts.h"
 #include "grid/interp_file.h"
 #include "point_line.h"
 
@@ -31,20 +31,6 @@ struct Position {
   double longitude = 0;
   double h = 0;
 };
-
-// Why a converted point is doubtful: one bit each.
-enum class Doubt : unsigned {
-  Unshifted = 1,
-  NoRoundTrip = 2,
-  WholeHeight = 4,
-  RoughFactors = 8,
-  LongLine = 16,
-  FlatRhumbLine = 32
-};
-inline constexpr int Doubts = 6;
-
-// For each doubt, in the order of its bits.
-extern const std::array<const char*, Doubts> DoubtTexts;
 
 // The result of a command for a point: up to seven values.
 struct Result {
@@ -118,24 +104,28 @@ class Converter {
   bool ReadUndulation(const PointLine& point, const Position& position, double& undulation, Result& result) const;
 
   // Mark a result as doubtful if its round-trip error exceeds one metre; checked only far from the projection's origin.
-  void CheckForward(const Position& from, double x, double y, Result& result) const;
-  void CheckInverse(double x, double y, const Position& to, Result& result) const;
+  void CheckForward(const Position& from, double x, double y, Result& result) const {
+    if (!roundTrip_.HoldsForward(from.latitude, from.longitude, x, y)) {
+      result.Add(Doubt::NoRoundTrip);
+    }
+  }
+  void CheckInverse(double x, double y, const Position& to, Result& result) const {
+    if (!roundTrip_.HoldsInverse(x, y, to.latitude, to.longitude)) {
+      result.Add(Doubt::NoRoundTrip);
+    }
+  }
 
  private:
-  bool NearOrigin(double x, double y) const;
   bool UndulationAt(double latitude, double longitude, double& undulation, Result& result) const;
   const Between between_;
   const bool lonlat_;  // longitude is written before latitude
   std::string name_;   // FILE [SECTION]
   api::Geodesy object_;
+  RoundTrip roundTrip_;
   std::unique_ptr<const Converter> target_;
-  double centralMeridian_ = 0;
   bool hasGeoid_ = false;
   bool hasVerticalUnit_ = false;
   std::unique_ptr<InterpFile> datumGrid_;  // with --wgs84: the datum grid, to find points outside it
-  double metresPerUnit_ = 1;
-  double originX_ = 0, originY_ = 0;  // of the grid, from which the limits are measured; grid units
-  double nearLongitude_ = 0, nearX_ = 0, nearY_ = 0;
 };
 
 }  // namespace latigo::cli
