@@ -114,6 +114,21 @@ CallSite* CallSiteOf(FunctionCallInfo fcinfo, enum EngineOperation operation) {
   return site;
 }
 
+// Warns once for an opened handle; a session that is strict fails each time.
+static void WarnOfSection(CallSite* site) {
+  const char* warnings = EngineWarnings(&site->use, StrictSetting);
+  if (warnings == NULL) {
+    return;
+  }
+  if (StrictSetting) {
+    site->use.serial = 0;
+  }
+  ereport(StrictSetting ? ERROR : WARNING,
+          (errcode(StrictSetting ? ERRCODE_CONFIG_FILE_ERROR : ERRCODE_WARNING),
+           errmsg("latigo: section \"%s\" is probably not read as intended", site->section),
+           errdetail("%s", DatabaseText(warnings))));
+}
+
 static void Open(FunctionCallInfo fcinfo, CallSite* site, const text* section, bool wgs84) {
   const size_t length = VARSIZE_ANY_EXHDR(section);
   enum EngineOutcome outcome;
@@ -132,6 +147,7 @@ static void Open(FunctionCallInfo fcinfo, CallSite* site, const text* section, b
   outcome = EngineOpen(&site->use, site->section, site->operation, wgs84, GetCurrentStatementStartTimestamp());
   CountOpenFiles();
   RequireDone(outcome);
+  WarnOfSection(site);
 }
 
 static bool SameSection(const CallSite* site, const text* section) {

@@ -223,6 +223,13 @@ EngineOutcome EngineOpen(EngineUse* use, const char* section, EngineOperation op
   });
 }
 
+const char* EngineWarnings(const EngineUse* use, bool again) {
+  Handle& handle = state->handles.At(use->place);
+  const bool shown = handle.warned && !again;
+  handle.warned = true;
+  return shown || handle.warnings.empty() ? nullptr : handle.warnings.c_str();
+}
+
 bool EngineIsCurrent(const EngineUse* use, std::int64_t command) {
   if (use->serial == 0 || state == nullptr) {
     return false;
@@ -285,7 +292,7 @@ EngineOutcome EngineSection(std::size_t index, EngineSectionText* text) {
   return Guarded([&] {
     State& all = TheState();
     const SectionFiles::Listed& listed = all.listed[index];
-    all.warnings = all.files.Warnings(listed);
+    all.warnings = all.files.Warnings(listed.name);
     *text = {listed.name.c_str(), all.files.Path(listed.file).c_str(),
              all.warnings.empty() ? nullptr : all.warnings.c_str()};
     return ENGINE_DONE;

@@ -29,6 +29,8 @@ struct Handle {
   std::array<std::string, 3> paths;  // of the configuration file, the datum grid and the geoid grid; empty for none
   std::array<FileStamp, 3> stamps;
   int openFiles = 0;
+  std::string warnings;  // of the section, when it was opened
+  bool warned = false;
 };
 
 // At most `Places` handles: the one that was used longest ago is closed for another.
@@ -40,6 +42,7 @@ class Handles {
   int Open(const Purpose& purpose, SectionFiles& files, std::int64_t command);
 
   const Handle& At(int place) const { return handles_[static_cast<std::size_t>(place)]; }
+  Handle& At(int place) { return handles_[static_cast<std::size_t>(place)]; }
   int OpenFiles() const;
 
  private:

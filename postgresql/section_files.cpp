@@ -76,7 +76,7 @@ const cli::ConfigFile& SectionFiles::ConfigOf(const File& file) {
   return *file.config;
 }
 
-const std::string& SectionFiles::FileOf(const std::string& section) const {
+const SectionFiles::File& SectionFiles::FileWith(const std::string& section) const {
   if (files_.empty()) {
     throw NoSection("latigo.config_files is empty, so there is no section \"" + section + "\"");
   }
@@ -85,7 +85,11 @@ const std::string& SectionFiles::FileOf(const std::string& section) const {
   if (found == files_.end()) {
     throw NoSection("no section \"" + section + "\" in the files of latigo.config_files");
   }
-  return found->path;
+  return *found;
+}
+
+const std::string& SectionFiles::FileOf(const std::string& section) const {
+  return FileWith(section).path;
 }
 
 std::vector<SectionFiles::Listed> SectionFiles::List() const {
@@ -101,9 +105,9 @@ std::vector<SectionFiles::Listed> SectionFiles::List() const {
   return listed;
 }
 
-std::string SectionFiles::Warnings(const Listed& section) const {
+std::string SectionFiles::Warnings(const std::string& section) const {
   std::string text;
-  for (const std::string& warning : ConfigOf(files_[section.file]).Warnings(section.name)) {
+  for (const std::string& warning : ConfigOf(FileWith(section)).Warnings(section)) {
     text += (text.empty() ? "" : "\n") + warning;
   }
   return text;

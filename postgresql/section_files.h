@@ -49,8 +49,8 @@ class SectionFiles {
   // The sections of all files, each name once. Throws UsageError if a file cannot be read.
   std::vector<Listed> List() const;
   const std::string& Path(std::size_t file) const { return files_[file].path; }
-  // Warnings of a section, each a line.
-  std::string Warnings(const Listed& section) const;
+  // Warnings of a section, each a line: what is probably not read as intended. Throws as FileOf does.
+  std::string Warnings(const std::string& section) const;
 
  private:
   struct File {
@@ -60,6 +60,7 @@ class SectionFiles {
     std::string fault;
   };
   static const cli::ConfigFile& ConfigOf(const File& file);
+  const File& FileWith(const std::string& section) const;
 
   std::vector<File> files_;
 };

@@ -32,8 +32,7 @@ Options OptionsOf(bool height, bool wgs84, bool geoidOnDatum, bool radians, int 
 
 // Whether a doubt, by the number of its bit, becomes a warning.
 bool IsShown(std::size_t doubt, int outside) {
-  return 1U << doubt != static_cast<unsigned>(cli::Doubt::Unshifted) ||
-         static_cast<Outside>(outside) == Outside::Warn;
+  return 1U << doubt != static_cast<unsigned>(cli::Doubt::Unshifted) || static_cast<Outside>(outside) == Outside::Warn;
 }
 
 py::object Python(const char* function) {

@@ -13,7 +13,7 @@ SECTIONS = {
     "Heights": UTM31 + "VertUnit=0.5\nGeoid=geoid.dat\nDynDatum=two.dat\n",
     "CutGeoid": UTM31 + "Geoid=cutgeoid.dat\n",
     "Constant": UTM31 + "OrthoHCorr=45.5\n",
-    "Feet": UTM31.replace("500000", "0") + "Unit=0.3048\n",
+    "Feet": UTM31.replace("500000", "0").replace("UTM", "TME") + "Unit=0.3048\n",
     "NoGrid": UTM31 + "DynDatum=absent.dat\n",
     "NoGeoid": UTM31 + "Geoid=absent.dat\n",
     "Escape": UTM31 + "DynDatum=../secret.dat\n",

@@ -58,6 +58,14 @@ SELECT failure('SELECT latigo_azimuth(''Utm31'', 45, 3, 45.000000001, 4, true)')
 RESET latigo.strict;
 SELECT round(latigo_distance('Utm31', 45, 3, 46, 3)) AS doubtful, round(latigo_distance('Utm31', 45, 3, 45.5, 3)) AS good;
 
+-- A section that is probably not read as intended: a warning when a session first uses it, or a failure each time. The scale
+-- factor 0,9996 is read as none, so y is the length of the meridian to 45 degrees.
+SELECT round((latigo_forward('Comma', 45, 3)).y) AS warned;
+SELECT round((latigo_forward('Comma', 45, 3)).y) AS known;
+SET latigo.strict = on;
+SELECT failure('SELECT (latigo_forward(''Comma'', 45, 3)).y') FROM generate_series(1, 2);
+RESET latigo.strict;
+
 -- An error in the middle of a statement, of a function and of a subtransaction leaves the next call as it was.
 SELECT (latigo_forward('Utm31', 89 + n, 3)).x FROM generate_series(0, 2) n;
 DO $$
