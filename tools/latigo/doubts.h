@@ -21,9 +21,9 @@ inline constexpr int Doubts = 6;
 // For each doubt, in the order of its bits.
 extern const std::array<const char*, Doubts> DoubtTexts;
 
-// Whether an object's projection converts a point back to where it was, within one metre. That is tried only far from the
-// projection's origin, where its formulas can lose their sense; nearer it costs a few comparisons. The object must exist
-// as long. Radians and grid units.
+// Whether an object's projection converts a point back to where it was, within one metre. That is tried only far from
+// the projection's origin, where its formulas can lose their sense; nearer it costs a few comparisons. The object must
+// exist as long. Radians and grid units.
 class RoundTrip {
  public:
   explicit RoundTrip(GeodesyHandle object);
