@@ -63,6 +63,30 @@ assert run("forward", "many.ini", "-s", "No")[2].endswith(" S18, S19 and 3 other
 assert '"\ue000"' in run("forward", "template.ini", text="\ue000 1\n")[2]
 assert run("forward", "template.ini", "--section", "")[::2] == (2, "latigo: --section: the name is empty\n")
 
+# The nearest key to an unknown one, by letters inserted, removed and changed.
+write("keys.ini", "[A]\nProjection=MER\nSemiMajorAxis=6378137\nFlattening=298\nScaleFacto=1\nAzimuth=1\nNorthParalel=1\nVertical=1\n")
+nearest = re.findall(r"the key (\w+) is unknown; the nearest known key is (\w+)\n", run("check", "keys.ini", "--strict")[2] + run("info", "keys.ini")[2])
+assert nearest == [("ScaleFacto", "ScaleFactor"), ("Azimuth", "SkewAzimuth"), ("NorthParalel", "NorthParallel"), ("Vertical", "VertUnit")], nearest
+
+# Only a section with a geoid has a line about its ellipsoid; and every command that reads points describes their form.
+for constant in "", "OrthoHCorr=45.5\n":
+    write("geoid.ini", "[A]\nProjection=MER\nSemiMajorAxis=6378137\nFlattening=298\n" + constant)
+    assert ("refers to WGS-84" in run("info", "geoid.ini")[1]) == bool(constant)
+reading = {command for command in re.findall(r"^  (\w+) ", run("--help")[1], re.M) if "Options of all commands that read points:" in run(command, "--help")[1]}
+assert reading == {"forward", "inverse", "convert", "scale", "factors", "undulation", "ecef", "distance"}, reading
+
+# All numbers of digits are those of correct rounding, and a failed point has as many fields as a good one.
+points = "".join(f"{50 + i / 7:.9f} {-5 + i / 3:.9f}\n" for i in range(30))
+places = [run("forward", f"{root}/examples/national_grid.ini", "--precision", str(digits), text=points)[1].split() for digits in range(16)]
+for digits in range(16):
+    assert places[digits] == [f"{float(exact):.{digits}f}" for exact in places[15]], digits
+assert run("undulation", "geoid.ini", text="52 5 a\nx 5 b\n")[1] == "45.5000 a\n* b\n"
+# Degrees with a fraction have no minutes.
+assert '".5d30m": not an angle' in run("forward", "geoid.ini", text=".5d30m 5\n")[2]
+# The series of the mid-latitude formulas ends sooner near a pole.
+lines = [f"{latitude} 0 {latitude} {degrees}\n" for latitude, degrees in ((89, 26), (60, 0.9))]
+assert ["too long" in run("distance", "geoid.ini", text=line)[2] for line in lines] == [True, False]
+
 # The output is renamed when it is complete: points may fail, but not the run. What the command reads is refused.
 def content(name):
     return open(name, encoding="utf-8").read().replace("\r", "")

@@ -40,7 +40,6 @@ std::size_t RecordEnd(std::string_view text, char separator) {
       return text.find('\n');
     }
     at = after - 1;
-    begins = separator == ' ';
   }
   return std::string_view::npos;
 }
