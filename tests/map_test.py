@@ -112,6 +112,9 @@ mercator = Map("factors.ini", "-s", "Mercator", "--area", "-60,170,60,190")
 assert list(mercator.classes[mercator.panel("Convergence")].values()) == ["about 0.000000"]
 assert "−170°" in mercator.texts and "180°" in mercator.texts, mercator.texts
 
+across = Map("factors.ini", "-s", "Mercator", "--points", "-", text=b"10 179.5 A\n12 -179.5 B\n")
+assert abs(across.south - 9.714) < 0.01 and abs(across.west - 179.2) < 0.1 and abs(across.east - 180.8) < 0.1 and len(across.circles) == 2, across.texts[1]
+
 # Beyond the domain there are gaps with their reason; nowhere a value, a refusal.
 wide = Map("factors.ini", "-s", "UTM18", "--area", "-80,-165,80,15")
 assert wide.said("Closure", 70, -160) == "code 10" and wide.said("Closure", 0, -75) == "below 0.001 mm"
@@ -163,6 +166,13 @@ grids = Map(folder.name + "/grids.ini", "--area", "48,4,56,18")
 for theme in "Geoid", "Datum":
     assert grids.said(theme, 49, 9) == grids.said(theme, 52, 16.5) == "outside the grid file", grids.classes
     assert grids.said(theme, 52, 9) != "outside the grid file"
+# The area of a datum grid near 180 degrees.
+node = struct.pack("<3f", 0, 3, 0)
+head = (b" " * 64 + struct.pack("<3i4fi", 24, 5, 3, 165, 0.5, -45, 1, 0)).ljust(24 * 12 + 4)
+open(f"{folder.name}/datum/east.dat", "wb").write(head + (b"lead" + node * 24) * 5)
+open(folder.name + "/east.ini", "w").write(plain.replace("=9", "=171") + "DynDatum=east.dat\n")
+east = Map(folder.name + "/east.ini")
+assert "of the datum grid" in east.texts[1] and (east.south, east.north, east.west, east.east) == (-45, -41, 165, 176.5), east.texts[1]
 # Without --area: cones around their parallels, polar systems around their pole, the Mercator projection around the earth.
 for file, section, said in [
         ("conics.ini", "Jamaica", "15\u00b0 to 21\u00b0 north"), ("polar.ini", "UPSNorth", "60\u00b0 to 90\u00b0 north"),
