@@ -304,6 +304,7 @@ TEST(ConvexHull, AreaAndCornersAndWhatIsInside) {
   EXPECT_FALSE(Contains(line, {0.5, 0.6}));
   EXPECT_FALSE(Contains(line, {3, 3}));
   EXPECT_FALSE(Contains(ConvexHull({{0, 0}}), {3, 3}));
+  EXPECT_TRUE(Contains(ConvexHull({{5, 5}}), {5, 5}));
 }
 
 }  // namespace

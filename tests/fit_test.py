@@ -55,7 +55,7 @@ run("fit", *GRID, *columns, "--strict", text=example, status=2)
 section, keys, residuals, report = fit(example.replace("TP6", "#TP6"), *columns)
 rows = [line.split(",") for line in example.splitlines()[1:] if not line.startswith("TP6")]
 local = through_library([(float(row[1]), float(row[2])) for row in rows])
-assert len(residuals) == 8 and "warning" not in report, report
+assert len(residuals) == 8 and "warning" not in report and "converted with standard deviations of" in report, report
 for row, (x, y), residual in zip(rows, local, residuals):
     assert abs(x - float(row[5]) - residual[0]) < 1e-4 and abs(y - float(row[6]) - residual[1]) < 1e-4, (row, x, y, residual)
 table = [tuple(map(float, row)) for row in re.findall(r"^ +\d+  TP\d +(\S+) +(\S+) ", report, re.M)]
@@ -72,7 +72,7 @@ for deviation, distance, times in zip(printed[::2], printed[1::2], (1, 3, 10)):
 
 # Two points fit exactly, so that nothing is said of errors.
 report = fit(lines(square(530000, 180000)[:2]), "--sigma", "0.01")[3]
-assert "the points fit exactly" in report and not re.search(r"least checked|largest stand|inf|nan", report), report
+assert "the points fit exactly" in report and not re.search(r"least checked|largest stand|standard deviations of|inf|nan", report), report
 
 # The keys of the section are kept, once each, but for those that are replaced; the origin is a whole number.
 odd = "[Odd]\r\n; a comment\r\nprojection=TransMerc\r\nSemiMajorAxis=6377563.396\r\nFlattening = 299.3249646\r\nScaleFactor=0.9996\r\n" \
@@ -131,6 +131,7 @@ open("bare.ini", "w").write(bare.replace("DynDatum=none.dat\n", ""))
 for base in (GRID, ["bare.ini", "-s", "NationalGrid"]):
     section, keys, _, report = fit(pairs, "--datum", "geographic", base=base)
     assert "AdjustType" not in section and section.count("DeltaX=") == 1, section
+    assert re.search(r"Area: latitude 50\.(69|70)\d\d to 57\.50\d\d, longitude -4\.(19|20)\d\d to 1\.70\d\d, height \d\d to \d+ m", report), report
     for key, value in published.items():
         assert abs(float(keys[key]) - value) < (2e-5 if key[5] in "RS" else 2e-4), (key, keys[key])
 # The section converts WGS-84 to the positions of the datum.

@@ -213,7 +213,7 @@ if len(program) == 1:
         rows, text = shown(arguments, None)
         assert rows == 400001 and screen(text) == [message, ""], (rows, screen(text))
         found = re.findall(r"\r *(\d+) % of 2\.4 MB, (\d+) rows a second, (\d):(\d\d) left", text)
-        assert found and all(0 < int(part) <= 100 and int(speed) < 400000 for part, speed, _, _ in found), text
+        assert found and re.match(r"\r *\d+ %", text) and all(0 < int(part) <= 100 and int(speed) < 400000 for part, speed, _, _ in found), text
         part, speed, minutes, seconds_left = map(int, found[0])
         assert abs(speed * (60 * minutes + seconds_left) - (100 - part) * 4000) < 0.6 * speed + 4000, found
     with open("long.txt") as file:
