@@ -8,7 +8,7 @@
 
 PG_MODULE_MAGIC;
 
-void _PG_init(void);  // NOLINT(bugprone-reserved-identifier): the server's name
+void _PG_init(void);
 
 int OnErrorSetting = ON_ERROR_ERROR;
 bool StrictSetting = false;
