@@ -17,6 +17,7 @@ _NAMES = ("unit", "units", "unit_short", "vertical_unit", "vertical_units", "ver
           "first_axis_letter", "second_axis", "second_axis_letter")  # requests 1 to 10 of the library
 _ANGLES = ("central_meridian", "ref_latitude", "north_parallel", "south_parallel", "skew_azimuth")
 _PARAMS = ("semi_major_axis", "inverse_flattening", "unit", "scale_factor", *_ANGLES, "false_easting", "false_northing")
+_KEYS = {"inverse_flattening": "Flattening"}  # of a configuration file, if the key is not named as the parameter
 
 Facts = Mapping[str, Any]
 
@@ -41,6 +42,19 @@ def open_params(kind: str | int, radians: bool, given: Mapping[str, Any]) -> _co
         [values["delta_" + name] for name in ("x", "y", "z", "scale", "rx", "ry", "rz")], given["adjust_type"] | flags,
         [values["adjust_" + name] for name in ("orig_x", "orig_y", "rotation", "scale", "x", "y")],
         os.fsencode(given["datum_grid"] or ""), os.fsencode(given["geoid"] or ""), values["ortho_h_corr"])
+
+
+def doubtful_params(core: _core.Engine, kind: str | int, radians: bool, given: Mapping[str, Any]) -> list[str]:
+    """What the check of configuration files finds in parameters: each is written as the key of its name."""
+    keyword = kind if isinstance(kind, str) and kind.upper() == "UTM" else core.facts()["code"]
+    lines = ["[Geodesy]", f"Projection={keyword}"]
+    for name in (*_PARAMS, "adjust_rotation", "adjust_scale"):
+        value = float(given[name])
+        if math.isfinite(value):  # else every point fails
+            value = _degrees(value) if radians and name in (*_ANGLES, "adjust_rotation") else value
+            lines.append(f"{_KEYS.get(name, name.title().replace('_', ''))}={value!r}")
+    found = _core.warnings(b"", "\n".join(lines).encode(), b"Geodesy")
+    return [text.decode().split("warning: ", 1)[1] for text in found]
 
 
 def _degrees(radians: float) -> float:

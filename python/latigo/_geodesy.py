@@ -136,6 +136,8 @@ class Geodesy:
         made = cls.__new__(cls)
         made._settle(("params", kind, radians, given),
                      {"radians": radians, "errors": errors, "outside_grid": outside_grid, "threads": threads})
+        for doubt in _describe.doubtful_params(made._core, kind, radians, given):
+            warn(f"from_params: {doubt}")
         return made
 
     def _settle(self, definition: tuple[Any, ...], settings: Mapping[str, Any], path: bytes = b"") -> None:

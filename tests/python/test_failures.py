@@ -184,7 +184,7 @@ def test_points_too_far_from_the_origin_are_a_warning_as_in_the_program(file, se
     assert codes[first] == 0 and int(str(back[0].message).split()[0]) > 0
 
 
-def test_values_that_are_probably_not_read_as_intended_are_a_warning():
+def test_values_that_are_probably_not_read_as_intended_are_a_warning_as_in_the_program():
     path = FOLDER / "comma.ini"
     path.write_text(f"[A]\n{UTM.replace('0.9996', '0,9996')}")
     with pytest.warns(latigo.GeodesyWarning, match="comma.ini:6 .A.: warning: ScaleFactor=0,9996 is read as 0") as caught:
@@ -192,3 +192,13 @@ def test_values_that_are_probably_not_read_as_intended_are_a_warning():
     _, messages = program("forward", path, text="")
     assert [f"latigo: {warning.message}" for warning in caught] == messages.splitlines()
     assert caught[0].filename == __file__ and system.params.scale_factor == 1
+    utm = dict(kind="UTM", semi_major_axis=6378137, inverse_flattening=298.257, scale_factor=0.9996, false_easting=500000)
+    for changed, text in [(dict(inverse_flattening=1 / 298.257), "Flattening=0.0033.* the reciprocal flattening 1/f"),
+                          (dict(semi_major_axis=6378), "not a semi-major axis of the earth"), (dict(scale_factor=1), "UTM has 0.9996"),
+                          (dict(central_meridian=3.4, radians=True), r"CentralMeridian=194\.\d+ is not between -180 and 180")]:
+        with pytest.warns(latigo.GeodesyWarning, match=text) as caught:
+            latigo.Geodesy.from_params(**utm | changed)
+        assert len(caught) == 1 and caught[0].filename == __file__
+    with warnings.catch_warnings():
+        warnings.simplefilter("error")
+        latigo.Geodesy.from_params(**utm)
