@@ -17,7 +17,7 @@ std::size_t ClosingQuote(std::string_view text) {
 
 }  // namespace
 
-std::size_t RecordEnd(std::string_view text, char separator) {
+std::size_t RecordEnd(std::string_view text, char separator, bool atEnd) {
   const std::string_view blanks = separator == '\t' ? " " : " \t";
   bool begins = true;  // a field
   for (std::size_t at = 0; at < text.size(); ++at) {
@@ -41,7 +41,7 @@ std::size_t RecordEnd(std::string_view text, char separator) {
     }
     at = after - 1;
   }
-  return std::string_view::npos;
+  return atEnd ? text.size() : std::string_view::npos;
 }
 
 void FieldScanner::SkipBlanks() {

@@ -75,10 +75,10 @@ std::size_t ColumnsPerAngle(std::span<const Wanted> wanted, std::size_t chosen, 
 }
 
 // As RecordEnd, for a text whose first line feed is known. Comments have no quoted fields.
-std::size_t RecordEndOf(std::string_view text, std::size_t feed, char separator) {
+std::size_t RecordEndOf(std::string_view text, std::size_t feed, char separator, bool atEnd) {
   const std::string_view line = text.substr(0, feed);
   const bool quotes = line.find('"') != std::string_view::npos && !IsComment(line);
-  return quotes ? RecordEnd(text.substr(0, LongestRecord), separator) : feed;
+  return quotes ? RecordEnd(text.substr(0, LongestRecord), separator, atEnd && text.size() <= LongestRecord) : feed;
 }
 
 bool SameFields(const Row& one, const Row& two, std::size_t count) {
@@ -181,12 +181,13 @@ void TableReader::CompleteRecords(Block& block) {
   for (std::size_t begin = 0; begin < block.bytes.size();) {
     const std::string_view text = std::string_view(block.bytes).substr(begin);
     const std::size_t feed = std::min(text.find('\n'), text.size());
-    std::size_t end = RecordEndOf(text, feed, layout_->Separator());
+    std::size_t end = RecordEndOf(text, feed, layout_->Separator(), false);
     if (end == std::string_view::npos) {
       if (text.size() < LongestRecord && Append(block)) {
         continue;
       }
-      end = feed;
+      end = RecordEndOf(text, feed, layout_->Separator(), true);
+      end = end == std::string_view::npos ? feed : end;
     }
     for (std::size_t inside = feed; inside < end; inside = text.find('\n', inside + 1)) {
       block.inside.push_back(begin + inside);
@@ -203,13 +204,13 @@ bool TableReader::TakeRecord(std::string_view& text, std::string_view& line, boo
   }
   const std::size_t feed = std::min(all.find('\n'), all.size());
   for (const Candidate& candidate : candidates_) {
-    const std::size_t end = RecordEndOf(all, feed, candidate.separator);
+    const std::size_t end = RecordEndOf(all, feed, candidate.separator, atEnd);
     if (end == std::string_view::npos && !atEnd) {
       return false;
     }
     if (end != std::string_view::npos && end > feed) {
       line = all.substr(0, all[end - 1] == '\r' ? end - 1 : end);
-      text = all.substr(end + 1);
+      text = all.substr(std::min(end + 1, all.size()));
       break;
     }
   }
