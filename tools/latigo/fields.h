@@ -27,8 +27,8 @@ struct Field {
 };
 
 // Where the record at the front of the text ends: at the first line feed outside quoted fields, or at the very first if
-// the quotes are invalid. npos if the text ends before, except at its end outside quotes if nothing follows (`atEnd`). The
-// separator is as for FieldScanner.
+// the quotes are invalid. npos if the text ends before; but if nothing follows it (`atEnd`), its end outside quotes is
+// the record's. The separator is as for FieldScanner.
 std::size_t RecordEnd(std::string_view text, char separator, bool atEnd);
 
 // Iterates over the fields of a line.
