@@ -68,6 +68,8 @@ write("keys.ini", "[A]\nProjection=MER\nSemiMajorAxis=6378137\nFlattening=298\nS
 nearest = re.findall(r"the key (\w+) is unknown; the nearest known key is (\w+)\n", run("check", "keys.ini", "--strict")[2] + run("info", "keys.ini")[2])
 assert nearest == [("ScaleFacto", "ScaleFactor"), ("Azimuth", "SkewAzimuth"), ("NorthParalel", "NorthParallel"), ("Vertical", "VertUnit")], nearest
 
+assert run("info", "keys.ini", "--strict", "-o", "info.txt")[0] == 2 and not os.path.exists("info.txt")
+
 # Only a section with a geoid has a line about its ellipsoid; and every command that reads points describes their form.
 for constant in "", "OrthoHCorr=45.5\n":
     write("geoid.ini", "[A]\nProjection=MER\nSemiMajorAxis=6378137\nFlattening=298\n" + constant)

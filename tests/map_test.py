@@ -148,6 +148,10 @@ west = system.replace("5.87 E to 15.04 E", "15.04 W to 5.87 W").replace("47.27 N
 open(folder.name + "/west.ini", "w").write(west)
 west = Map(folder.name + "/west.ini")
 assert (west.south, west.north, west.west, west.east) == (-3, 55.09, -15.04, -5.87), west.texts[1]
+date_line = system.replace("=9", "=180").replace("47.27 N to 55.09 N, 5.87 E to 15.04 E", "25 S to 15 S, 176 E to 176 W")
+open(folder.name + "/west.ini", "w").write(date_line)
+west = Map(folder.name + "/west.ini")
+assert (west.south, west.north, west.west, west.east) == (-25, -15, 176, 184), west.texts[1]
 open(folder.name + "/west.ini", "w").write(system.replace("47.27 N to", "47.27 N"))
 assert "around the projection's origin" in Map(folder.name + "/west.ini").texts[1]
 assert "somewhere" not in Map(folder.name + "/german.ini").svg and "of the section's comment" in Map(folder.name + "/german.ini").texts[1]
