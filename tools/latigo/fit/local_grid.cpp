@@ -69,7 +69,7 @@ void Describe(FitOutcome& outcome, const fit::SimilarityFit& fitted, const FitOp
   auto& facts = outcome.facts;
   facts.push_back(Formatted("rotation        %.9f degrees, anticlockwise", s.rotation) +
                   deviation(fitted.rotationDeviation * SecondsPerDegree, "%.2f arc seconds"));
-  facts.push_back(Formatted("scale           %.10f, %+.3f ppm", s.scale, (s.scale - 1) * 1e6) +
+  facts.push_back(Formatted("scale           %.10f, %+.3f ppm", s.scale, Unsigned((s.scale - 1) * 1e6, 3)) +
                   (options.fixedScale ? std::string("  fixed") : deviation(fitted.scaleDeviation * 1e6, "%.3f ppm")));
   facts.push_back(Formatted("AdjustX         %.4f", s.localX) + deviation(fitted.localXDeviation, "%.4f"));
   facts.push_back(Formatted("AdjustY         %.4f", s.localY) + deviation(fitted.localYDeviation, "%.4f"));

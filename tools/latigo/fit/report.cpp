@@ -27,11 +27,6 @@ std::string Padded(std::string text, std::size_t width) {
   return text;
 }
 
-// A residual without the sign of a zero of four decimals.
-double Unsigned(double v) {
-  return std::fabs(v) < 0.00005 ? 0 : v;
-}
-
 // An observation of the adjustment, by its point and axis.
 struct Observed {
   std::size_t point;
@@ -64,13 +59,13 @@ std::string RowOf(const FitOutcome& outcome, const ControlPoint& point, const Po
       Formatted("  %6lu  ", static_cast<unsigned long>(point.line)) + Padded(Visible(point.name), NameWidth);
   const std::size_t axes = outcome.axes.size();
   for (std::size_t i = 0; i < axes; ++i) {
-    row += Formatted(" %10.4f", Unsigned(result.v[i]));
+    row += Formatted(" %10.4f", Unsigned(result.v[i], 4));
   }
   if (point.weight == 0) {
     return row + "  check point" + (result.outside ? ", outside the area" : "") + "\n";
   }
   for (std::size_t i = 0; i < axes; ++i) {
-    row += std::isnan(result.w[i]) ? "       -" : Formatted(" %7.2f", result.w[i]);
+    row += std::isnan(result.w[i]) ? "       -" : Formatted(" %7.2f", Unsigned(result.w[i], 2));
   }
   for (std::size_t i = 0; i < axes; ++i) {
     row += Formatted(" %5.2f", result.r[i]);
@@ -118,6 +113,10 @@ std::string Formatted(const char* format, ...) {
   std::vsnprintf(text, sizeof text, format, arguments);
   va_end(arguments);
   return text;
+}
+
+double Unsigned(double value, int decimals) {
+  return std::fabs(value) < 0.5 * std::pow(10, -decimals) ? 0 : value;
 }
 
 std::string Decimal(double value, int decimals) {
@@ -231,7 +230,7 @@ std::string SectionOf(const FitOutcome& outcome, const FitOptions& options, cons
   for (std::size_t i = 0; i < points.size(); ++i) {
     text += ";  ";
     for (std::size_t axis = 0; axis < outcome.axes.size(); ++axis) {
-      text += Formatted(" %s %.4f", outcome.axes[axis].c_str(), Unsigned(outcome.points[i].v[axis]));
+      text += Formatted(" %s %.4f", outcome.axes[axis].c_str(), Unsigned(outcome.points[i].v[axis], 4));
     }
     text += "  " + Visible(points[i].name) + (points[i].weight == 0 ? ", a check point" : "") + "\n";
   }
