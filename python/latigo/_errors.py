@@ -51,7 +51,7 @@ class GeodesyError(ValueError):
 
 
 class GeodesyWarning(UserWarning):
-    """A doubtful result, or a value in a configuration file that is probably not read as intended."""
+    """A doubtful result, or a value of a definition that is probably not meant so."""
 
 
 def warn(text: str) -> None:

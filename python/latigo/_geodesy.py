@@ -54,7 +54,7 @@ class Geodesy:
 
     A `GeodesyWarning` tells of doubtful results, once for each call and cause: too far from the projection's origin for the
     inverse to come back within a metre, a line too long for the formulas of its length; and when the object is made, of
-    values in the file that the library probably does not read as intended, such as ``ScaleFactor=0,9996``. With
+    values in the file, or parameters, that are probably not meant so, such as ``ScaleFactor=0,9996``. With
     ``warnings.simplefilter("error", latigo.GeodesyWarning)`` they raise.
 
     Outside a datum grid the library converts between the ellipsoids without a shift. With ``outside_grid="raise"`` such a
