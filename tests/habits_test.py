@@ -70,6 +70,9 @@ assert nearest == [("ScaleFacto", "ScaleFactor"), ("Azimuth", "SkewAzimuth"), ("
 
 assert run("info", "keys.ini", "--strict", "-o", "info.txt")[0] == 2 and not os.path.exists("info.txt")
 
+write("plain.ini", "[A]\nProjection=MER\nSemiMajorAxis=6377397.155\nFlattening=299.1528128\nCentralMeridian=5\n")
+assert run("list", "plain.ini")[1] == "A  Mercator, Bessel 1841, central meridian 5\n"
+
 # Only a section with a geoid has a line about its ellipsoid; and every command that reads points describes their form.
 for constant in "", "OrthoHCorr=45.5\n":
     write("geoid.ini", "[A]\nProjection=MER\nSemiMajorAxis=6378137\nFlattening=298\n" + constant)
@@ -237,7 +240,8 @@ def seconds(sections):
     return after.ru_utime - before.ru_utime
 
 if len(program) == 1:
-    assert seconds(60000) < 0.05 + 8 * seconds(15000)
+    few, many = (min(seconds(sections) for _ in range(3)) for sections in (15000, 60000))  # a busy machine slows some runs
+    assert many < 0.05 + 8 * few, (few, many)
 
 # A folder: the sections of all its files, below their names. Where nothing is installed there are no examples.
 status, text, messages = run("list", f"{root}/examples", "caspian")
