@@ -72,7 +72,7 @@ for deviation, distance, times in zip(printed[::2], printed[1::2], (1, 3, 10)):
 
 # Two points fit exactly, so that nothing is said of errors.
 report = fit(lines(square(530000, 180000)[:2]), "--sigma", "0.01")[3]
-assert "the points fit exactly" in report and not re.search(r"least checked|largest stand|standard deviations of|inf|nan", report), report
+assert "the points fit exactly" in report and "Beyond it the errors of the points grow with the distance." in report and not re.search(r"least checked|largest stand|standard deviations of|inf|nan", report), report
 
 # The keys of the section are kept, once each, but for those that are replaced; the origin is a whole number.
 odd = "[Odd]\r\n; a comment\r\nprojection=TransMerc\r\nSemiMajorAxis=6377563.396\r\nFlattening = 299.3249646\r\nScaleFactor=0.9996\r\n" \
@@ -111,6 +111,8 @@ assert residuals == [(0, 0)] * 4 + [(0, -0.5)] and "check point, outside the are
 known = fit(lines(square(530000, 180000, noise=(0.02, -0.02, 0.02, -0.02)), " 0.01"), "--deviations")
 # By symmetry v = -0.02 and r = 1/2, so that w = 2 sqrt(2). s0 = 2, and 0.02 m divided by sqrt(4), and by sqrt(8) 500 m. An error
 # is found from 4.13 sigma / sqrt(r) on. With one axis more the best scale is 0: s0^2 = 8 (500 / 0.01)^2 / 4.
+assert "     1  the_north-western_pillar    -0.0200     0.0000 " in fit(lines(square(530000, 180000, noise=(0.02, -0.02, 0.02, -0.02))).replace(
+    "P1", "the_north-western_pillar"))[3]
 report = re.sub(r"[XY] of P\d \(line \d\)", "one", known[3]).replace("residual: -", "residual: ")  # the largest of equals
 assert report.split("\n", 1)[1] == """\
   rotation        0.000000000 degrees, anticlockwise  standard deviation 2.92 arc seconds
