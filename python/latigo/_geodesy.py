@@ -52,9 +52,9 @@ class Geodesy:
     point fails if the library refuses it, if a result is not finite, if a latitude is beyond the pole, or if a longitude given is
     beyond 360 degrees.
 
-    A `GeodesyWarning` tells of doubtful results, once for each call and cause: too far from the projection's origin for the
-    inverse to come back within a metre, a line too long for the formulas of its length; and when the object is made, of
-    values in the file, or parameters, that are probably not meant so, such as ``ScaleFactor=0,9996``. With
+    A `GeodesyWarning` is issued for doubtful results, once for each call and cause: a point too far from the projection's
+    origin for its inverse to return within a metre, a line too long for the formulas of its length; and, when the object is
+    made, for values in the file, or parameters, that are probably not meant so, such as ``ScaleFactor=0,9996``. With
     ``warnings.simplefilter("error", latigo.GeodesyWarning)`` they raise.
 
     Outside a datum grid the library converts between the ellipsoids without a shift. With ``outside_grid="raise"`` such a

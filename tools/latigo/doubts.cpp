@@ -89,11 +89,6 @@ RoundTrip::RoundTrip(GeodesyHandle object) : object_(object) {
   }
 }
 
-bool RoundTrip::IsNear(double longitude, double x, double y) const {
-  return std::fabs(longitude - centralMeridian_) <= nearLongitude_ && std::fabs(x - originX_) <= nearX_ &&
-         std::fabs(y - originY_) <= nearY_;
-}
-
 bool RoundTrip::ReturnsToPosition(double latitude, double longitude, double x, double y) const {
   double backLatitude = 0;
   double backLongitude = 0;

@@ -4,6 +4,7 @@
 #include <latigo/latigo.h>
 
 #include <array>
+#include <cmath>
 
 namespace latigo::cli {
 
@@ -40,7 +41,10 @@ class RoundTrip {
   }
 
  private:
-  bool IsNear(double longitude, double x, double y) const;
+  bool IsNear(double longitude, double x, double y) const {
+    return std::fabs(longitude - centralMeridian_) <= nearLongitude_ && std::fabs(x - originX_) <= nearX_ &&
+           std::fabs(y - originY_) <= nearY_;
+  }
   bool ReturnsToPosition(double latitude, double longitude, double x, double y) const;
   bool ReturnsToGrid(double x, double y, double latitude, double longitude) const;
 
