@@ -55,7 +55,7 @@ std::string DeviationsAtPoints(const FitOutcome& outcome, const std::vector<Cont
 // printf to a string.
 __attribute__((format(printf, 1, 2))) std::string Formatted(const char* format, ...);
 
-// A value without the sign of a zero of so many decimals.
+// The value, or 0 if it is printed as zero, with or without a sign.
 double Unsigned(double value, int decimals);
 
 // A number with at most that many decimals, without zeros at the end.
