@@ -105,6 +105,7 @@ assert residuals == [(0, 0), (0, 0)]
 # A fixed scale; weights, among them a check point outside the area; standard deviations, which make the test Baarda's.
 _, keys, _, report = fit(lines(square(530000, 180000, 1.01)), "--fix-scale")
 assert keys["AdjustScale"] == "1" and "redundancy 5" in report and "fixed" in report, report
+assert f"(adjustment type {keys['AdjustType']})" in run("fit", "--help")[0]
 weighted = lines(square(530000, 180000), " 1") + "529000 180000 0 2000.5 0 Check\n"
 _, keys, residuals, report = fit(weighted, "--weights")
 assert residuals == [(0, 0)] * 4 + [(0, -0.5)] and "check point, outside the area" in report and "4 control points, 1 check" in report, report

@@ -26,7 +26,9 @@ rows = re.findall(r"^\| (\w+) \| (.*?) \| (.*?) \| (.*?) \|$", page, re.M)[1:]
 examples = "".join(open(path, encoding="utf-8").read() + "\n" for path in glob.glob(f"{root}/examples/*.ini"))
 keywords = re.findall(r'"(\w+)"', "".join(re.findall(r"^LATIGO_KIND\(\w+, +\w+, +\d+, +\"\w+\", +\".*?\",(.*)\)$",
                                                      open(f"{root}/resources/kinds.def").read(), re.M)))
-listed = re.findall(r"^(\w+) ", run("template")[1], re.M)
+status, text, _ = run("template")
+listed = re.findall(r"^(\w+) ", text, re.M)
+assert status == 0 and all(re.match("[a-z]+( ZONE)? +", line).end() == 10 for line in text.splitlines()), text
 assert len(rows) == 32 and len(listed) == 13 and set(map(str.upper, listed)) <= set(map(str.upper, keywords)), listed
 names = set()
 for kind in [*keywords, "utm 1N", "utm 31n", "Utm 55S", "UTM 60s"]:
@@ -34,6 +36,8 @@ for kind in [*keywords, "utm 1N", "utm 31n", "Utm 55S", "UTM 60s"]:
     if kind == "UTM":
         continue
     assert status == 0 and not messages, (kind, messages)
+    groups = re.findall(r"\n\n; .*\n;?(\w+)=", text)
+    assert groups == ["Projection", "VertUnit", "DynDatum", "AdjustType", "OrthoHCorr"], groups
     keys = KEY.findall(text)
     unread = re.findall(r"\w+", re.findall(r"^; This projection does not read (.*)\.$", text, re.M)[0])
     assert sorted([key for _, key, _ in keys] + unread) == sorted(row[0] for row in rows), kind
@@ -73,6 +77,22 @@ assert run("info", "keys.ini", "--strict", "-o", "info.txt")[0] == 2 and not os.
 write("plain.ini", "[A]\nProjection=MER\nSemiMajorAxis=6377397.155\nFlattening=299.1528128\nCentralMeridian=5\n")
 assert run("list", "plain.ini")[1] == "A  Mercator, Bessel 1841, central meridian 5\n"
 
+# A comment of a key, of at most 24 letters, describes nothing, nor one of a section that is not read. Long names stand alone.
+comments = ["DeltaZ=0", "SkewAzimuth=1", "z" * 24 + "=1", "z" * 25 + "=1", "k0=1"]
+write("described.ini", "".join(f"[{'N' * (33 - i)}]\n;{c}\nProjection=SMERC\n" for i, c in enumerate(comments)) +
+      f"[TM]\nProjection=TME\nSemiMajorAxis=6378137\nFlattening=298\n[E]\n[{'N' * 33}]\n; not of E\n")
+sphere, texts = "Mercator on a sphere", ["transverse Mercator, central meridian 0", "no projection"]
+texts = [sphere, sphere, sphere, comments[3], comments[4], *texts]
+names_listed = ["N" * (33 - i) for i in range(5)] + ["TM", "E"]
+assert run("list", "described.ini")[1] == "".join(f"{name:32}  {text}\n" for name, text in zip(names_listed, texts))
+
+# The height that a line does not have, and a factor of the projection whose local grid is not applied.
+default = re.search(r"height \(default (\d)\)", run("ecef", "--help")[1])[1]
+assert run("ecef", "described.ini", "-s", "TM", text="52 5") == run("ecef", "described.ini", "-s", "TM", text=f"52 5 {default}.0")
+factors = [run("scale", f"{root}/tests/transcripts/systems.ini", "-s", section, "--grid", "--precision", "15", text="637294 5762926")
+           for section in ("Geodesy", "Local")]
+assert factors[0] == factors[1] and factors[0][1].startswith("0.99983"), factors
+
 # Only a section with a geoid has a line about its ellipsoid; and every command that reads points describes their form.
 for constant in "", "OrthoHCorr=45.5\n":
     write("geoid.ini", "[A]\nProjection=MER\nSemiMajorAxis=6378137\nFlattening=298\n" + constant)
@@ -108,6 +128,10 @@ for arguments in ["points.txt", "nothing.txt"], ["new.txt"], ["points.txt", "./n
     status, text, messages = run("forward", "template.ini", *arguments, "--output", "new.txt")
     assert status == 2 and not text and content("new.txt") == kept and len(os.listdir()) == before + 1, (arguments, messages)
 assert "template.ini: is read by this command" in run("list", "template.ini", "-o", "template.ini")[2]
+write("pairs.txt", "0 500000 0 0 A\n1 500001 0 1 B\n")
+for command in ["fit", "template.ini", "pairs.txt"], ["map", "template.ini", "--points", "pairs.txt"]:
+    assert "pairs.txt: is read by this command" in run(*command, "-o", "pairs.txt")[2], command
+os.remove("pairs.txt")
 for name, reason in (".", "is a directory"), ("none/new.txt", "No such file"), ("", "the name is empty"):
     status, text, messages = run("forward", "template.ini", "points.txt", "-o", name)
     assert status == 2 and not text and reason in messages, messages
@@ -172,6 +196,7 @@ if len(program) == 1:  # as the grid of run.py: 5 x 10 nodes from 0 E 50 N, with
     status, text, messages = run("convert", "pair.ini", "-s", "Grid", "--to-section", "Seven", "--no-height", "--outside-grid",
                                  "unshifted", text=rows)
     assert status == 0 and "points: outside the datum grid" in messages and "*" not in text, messages
+    assert run("convert", "pair.ini", "-s", "Grid", "--to-section", "Same", "--no-height", "--to-geographic", text=rows)[::2] == (0, "")
     # Each thread has a grid file of its own: in a grid whose nodes differ, points in any order are those of one thread.
     with open("datum/d.dat", "wb") as file:
         file.write(head.ljust(124) + b"".join(b"lead" + b"".join(struct.pack("<3f", 0, 90 * column, 70 * row) for column in range(10))
@@ -179,7 +204,9 @@ if len(program) == 1:  # as the grid of run.py: 5 x 10 nodes from 0 E 50 N, with
     mixed = "".join(f"{50 + i * 7919 % 39989 / 10000} {i * 104729 % 89989 / 10000}\n" for i in range(60000))
     assert run("forward", "pair.ini", "-s", "Seven", "--jobs", "3", text=mixed) == run("forward", "pair.ini", "-s", "Seven", text=mixed)
     alone = run("forward", "pair.ini", "-s", "Grid", "--wgs84", text=mixed)
-    assert alone[::2] == (0, "") and run("forward", "pair.ini", "-s", "Grid", "--wgs84", "--jobs", "3", text=mixed) == alone
+    assert alone[::2] == (0, "")
+    for jobs in "2", "3":
+        assert run("forward", "pair.ini", "-s", "Grid", "--wgs84", "--jobs", jobs, text=mixed) == alone
     shutil.rmtree("datum")
     os.remove("pair.ini")
 
@@ -187,7 +214,8 @@ if len(program) == 1:  # as the grid of run.py: 5 x 10 nodes from 0 E 50 N, with
 def shown(arguments, feed):
     """The rows of output, and what a terminal receives on standard error, if nobody reads the output for a second."""
     terminal, other = pty.openpty()
-    process = subprocess.Popen([*program, "forward", "template.ini", *arguments], stdin=feed, stdout=-1, stderr=other)
+    begin = time.monotonic()
+    process = subprocess.Popen([*program, "forward", "template.ini", *arguments], stdin=feed or other, stdout=-1, stderr=other)
     os.close(other)
     time.sleep(1.2)
     rows, received = process.stdout.read().count(b"\n"), b""
@@ -198,6 +226,7 @@ def shown(arguments, feed):
         pass
     os.close(terminal)
     assert process.wait() < 2
+    assert received.count(b"rows a second") <= 5 * (time.monotonic() - begin) - 4, received  # at intervals of 0.2 s
     return rows, received.decode()
 
 def screen(text):

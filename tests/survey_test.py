@@ -43,3 +43,7 @@ for data in "52 5\n".encode("utf-16"), "\n52 5".encode("utf-16-le"), "52 5\n".en
         assert status == 2 and not output and "UTF-16" in messages, (data, status, output, messages)
 status, output, messages = run(["forward", "survey.ini", "-s", "UTM31"], b"52 5 a\r53 5 b\r54 5\n52 3\r\n")
 assert status == 1 and output.startswith(b"* *") and output.endswith(b"\r\n") and ":1: " in messages, (output, messages)
+for data, line in (b"\n\r52.0 5.0", "\\x0D52.0 5.0"), (b"\r\n52.0 5.0 a\rb", "52.0 5.0 a\\x0Db"), (b"\n52.0 5.0\r\r", "52.0 5.0\\x0D"):
+    status, output, messages = run(["forward", "survey.ini", "-s", "UTM31", "--precision", "0"], b"52.0 5.0" + data + b"\n52.0 5.0\r\n")
+    assert status == 1 and output.split()[:4] == [b"637294", b"5762927", b"*", b"*"] and output.endswith(b"\n637294 5762927\r\n"), output
+    assert messages.startswith(f'latigo: standard input:2: "{line}": a carriage return inside the line') and messages.count("\n") == 1, messages

@@ -49,7 +49,7 @@ if len(sys.argv) == 2:  # grids that a section names lie in the install folder
             bytes_ = (b" " * 64 + struct.pack("<3i4fi", 10, 5, nz, 0, 1, 50, 1, 0)).ljust(10 * nz * 4 + 4)
             open(f"{folder}/datum/{name}.dat", "wb").write(bytes_ + (b"lead" + node * 10) * rows)
         system = open("systems.ini").read().split("[")[1].split("]")[1]
-        for name, more in ("grids", "Geoid=g.dat\nVertUnit=0.5\nDynDatum=d.dat"), ("short", "DynDatum=short.dat"):
+        for name, more in ("grids", "Geoid=g.dat\nVertUnit=0.5\nDynDatum=d.dat"), ("short", "DynDatum=short.dat"), ("geoid", "Geoid=g.dat\nDeltaX=1"):
             open(f"{folder}/{name}.ini", "w").write(f"[Geodesy]{system}{more}\n")
         forward = ["forward", f"{folder}/grids.ini", "--wgs84"]
         # 100 m above WGS-84 less an undulation of 40 m, in half metres; the datum's ellipsoid is 100 sin(52) m lower there.
@@ -59,7 +59,9 @@ if len(sys.argv) == 2:  # grids that a section names lie in the install folder
             exact = run([*forward, *more, "--precision", "9"], "52 5 100.0")[1]
             back = run(["inverse", *forward[1:], *more, "--precision", "11"], exact)[1]
             assert all(abs(float(a) - b) < 2e-9 for a, b in zip(back.split(), (52, 5, 100))), back
-        outside = run(forward, "52 5\n60 5\n52 -1"), run([*forward, "--outside-grid", "unshifted"], "60 5\n60 5")
+        undulation = run(["undulation", f"{folder}/geoid.ini", "--wgs84"], "52 -355")
+        assert undulation == (0, "40.0000\n", ""), undulation
+        outside = run(forward, "52 5\n90 5\n52 -1"), run([*forward, "--outside-grid", "unshifted"], "60 5\n60 5")
         assert outside[0][0] == 1 and outside[0][1].endswith("\n* *\n* *\n"), outside
         assert outside[0][2].count("outside the datum grid\n") == 2, outside
         assert outside[1][0] == 0 and outside[1][1].startswith("611544.") and "2 points: outside" in outside[1][2], outside

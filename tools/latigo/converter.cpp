@@ -116,8 +116,8 @@ bool Converter::FromGridHeight(const PointLine& point, Position& position, Resul
     return false;
   }
   const bool withGeoid = hasGeoid_ && point.third;
+  double undulation = 0;
   if (!between_.shift) {
-    double undulation = 0;
     if (withGeoid && !UndulationAt(position.latitude, position.longitude, undulation, result)) {
       return false;
     }
@@ -130,7 +130,6 @@ bool Converter::FromGridHeight(const PointLine& point, Position& position, Resul
   Position own = position;
   own.h = height;
   if (withGeoid && !GeoidOnWgs84()) {
-    double undulation = 0;
     if (!UndulationAt(position.latitude, position.longitude, undulation, result)) {
       return false;
     }
@@ -144,16 +143,15 @@ bool Converter::FromGridHeight(const PointLine& point, Position& position, Resul
       return false;
     }
     if (!withGeoid || !GeoidOnWgs84()) {
-      return true;
+      break;
     }
-    double undulation = 0;
     if (!UndulationAt(position.latitude, Wrapped(position.longitude), undulation, result)) {
       return false;
     }
     const double miss = height + undulation - position.h;
     position.h = height + undulation;
     if (!(std::fabs(miss) > HeightTolerance)) {
-      return true;
+      break;
     }
     own.h += miss;
   }
