@@ -5,6 +5,7 @@
 #include <cmath>
 #include <numbers>
 #include <random>
+#include <utility>
 #include <vector>
 
 #include "fit/seven_parameters.h"
@@ -186,7 +187,56 @@ TEST(FitSevenParameters, WhatDeterminesNothingIsRefused) {
   pairs[2].to = network.truth.Map(pairs[2].from);
   EXPECT_STREQ(FitSevenParameters(pairs, false, 0).refused,
                "the control points lie on a line: the rotation about it is not determined");
-  EXPECT_NE(FitSevenParameters({pairs[0], pairs[0], pairs[0]}, false, 0).refused, nullptr);
+  EXPECT_STREQ(FitSevenParameters({pairs[0], pairs[0], pairs[0], pairs[0]}, false, 0).refused,
+               "the control points lie on a line: the rotation about it is not determined");
+}
+
+// Points at the ends of two diagonals: the flatness is the quotient of their lengths.
+TEST(FitSevenParameters, FlatnessIsTheWidthDividedByTheLength) {
+  for (const auto& [length, width] : {std::pair(1e5, 2.5e3), std::pair(1e5, 15.0), std::pair(0.5, 0.25)}) {
+    std::vector<SpatialPair> pairs;
+    for (const Vector3d& d :
+         {Vector3d(length, 0, 0), Vector3d(-length, 0, 0), Vector3d(0, width, 0), Vector3d(0, -width, 0)}) {
+      pairs.push_back({Vector3d(4e6, 1e6, 5e6) + d, Vector3d(4e6, 1e6, 5e6) + d});
+    }
+    const SevenParametersFit fit = FitSevenParameters(pairs, false, 0);
+    EXPECT_EQ(fit.refused, nullptr) << width;
+    EXPECT_NEAR(fit.flatness, width / length, 1e-9);
+  }
+}
+
+TEST(FitSevenParameters, NorthEastAndUp) {
+  Eigen::Matrix3d expected;
+  expected << -1, -std::sqrt(3), 2 * std::sqrt(3), -2 * std::sqrt(3), 2, 0, std::sqrt(3), 3, 2;
+  EXPECT_LT((4 * NorthEastUp(std::numbers::pi / 6, std::numbers::pi / 3) - expected).norm(), 1e-14);
+}
+
+// By algebra. Points at the distance A from the centre along each axis, with errors of Z at the ends of two axes that no
+// parameter explains: translation at the centre, rotations and scale are independent, with the cofactors 1/6, 1/(4 A^2)
+// and 1/(6 A^2). Rotations of some radians and a scale of 2, so that the products with them have an effect.
+TEST(FitSevenParameters, DeviationsByAlgebra) {
+  constexpr double A = 1e5;
+  constexpr double E = 0.1;
+  const Vector3d centre(4e6, 1e6, 5e6);
+  const Vector3d rotation(1, 2, 3);  // radians
+  const SevenParameters truth{{10, 20, 30}, 1e6, rotation / Second};
+  std::vector<SpatialPair> pairs;
+  for (int i = 0; i < 6; ++i) {
+    const Vector3d from = centre + (i % 2 == 0 ? A : -A) * Vector3d::Unit(i / 2);
+    pairs.push_back({from, truth.Map(from) + Vector3d(0, 0, i < 2 ? E : i < 4 ? -E : 0)});
+  }
+  const SevenParametersFit fit = FitSevenParameters(pairs, false, 0);
+  ASSERT_EQ(fit.refused, nullptr);
+  const double s0 = std::sqrt(4 * E * E / 11);
+  EXPECT_NEAR(fit.adjusted.s0, s0, 1e-6 * s0);
+  EXPECT_NEAR(fit.deviations.ppm, 1e6 * s0 / A / std::sqrt(6), 1e-6);
+  for (int i = 0; i < 3; ++i) {
+    const double c = centre(i) * centre(i);
+    const double delta = 1 / 6.0 + c / (6 * A * A) + (centre.squaredNorm() - c) / (4 * A * A);
+    EXPECT_NEAR(fit.deviations.delta(i) / (s0 * std::sqrt(delta)), 1, 1e-6);
+    const double turn = std::sqrt(1 / 4.0 + rotation(i) * rotation(i) / 6) / (2 * A);
+    EXPECT_NEAR(fit.deviations.rotation(i) * Second / (s0 * turn), 1, 1e-6);
+  }
 }
 
 }  // namespace

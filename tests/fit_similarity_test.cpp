@@ -3,6 +3,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <numbers>
 #include <random>
@@ -149,6 +150,7 @@ TEST(FitSimilarity, TwoPointsFitExactlyAndShowNoHandedness) {
   EXPECT_EQ(fit.adjusted.redundancy, 0);
   EXPECT_EQ(fit.adjusted.s0, 0);
   EXPECT_FALSE(fit.handKnown);
+  EXPECT_EQ(fit.otherHand, 0);
   EXPECT_LT(fit.test.largest, 0);
   EXPECT_LT(fit.adjusted.v.cwiseAbs().maxCoeff(), 1e-8);
   // Points on a line neither, though they have redundancy.
@@ -160,6 +162,37 @@ TEST(FitSimilarity, TwoPointsFitExactlyAndShowNoHandedness) {
   options.reversed = Reversed::X;
   EXPECT_TRUE(FitSimilarity(pairs, options).similarity.reverseX);
   EXPECT_LT(FitSimilarity(pairs, options).adjusted.v.cwiseAbs().maxCoeff(), 1e-8);
+  // With a fixed scale two points have a redundancy of 1, and both hands the same residuals.
+  pairs.resize(2);
+  options = {1, Reversed::Auto, 0};
+  EXPECT_GT(FitSimilarity(pairs, options).adjusted.s0, 0.01);
+  EXPECT_NEAR(FitSimilarity(pairs, options).otherHand, FitSimilarity(pairs, options).adjusted.s0, 1e-8);
+}
+
+// The corners of a rhombus. Local coordinates stretched by p along its first diagonal and by q along its second have
+// standard errors as |p - q| to p + q with the two hands, by algebra.
+std::vector<PlanePair> Rhombus(double a, double b, double p, double q) {
+  return {{a, 0, p * a, 0}, {-a, 0, -p * a, 0}, {0, b, 0, q * b}, {0, -b, 0, -q * b}};
+}
+
+TEST(FitSimilarity, TheHandIsKnownFromThreeTimesTheErrorAndAMillimetreOn) {
+  EXPECT_TRUE(FitSimilarity(Rhombus(100, 100, 1, 0.55), {}).handKnown);
+  EXPECT_FALSE(FitSimilarity(Rhombus(100, 100, 1, 0.5), {}).handKnown);
+  EXPECT_FALSE(FitSimilarity(Rhombus(100, 100, 1, 0.45), {}).handKnown);
+  EXPECT_TRUE(FitSimilarity(Rhombus(1.5e-3, 1.5e-3, 1, 1), {}).handKnown);
+  EXPECT_FALSE(FitSimilarity(Rhombus(1e-2, 5e-4, 1, 1), {}).handKnown);
+}
+
+TEST(FitSimilarity, BothAxesAreReversedIfTheyAreThenWithin45Degrees) {
+  for (const double p : {0.98, 1.0, 1.02}) {
+    std::vector<PlanePair> pairs = Rhombus(100, 100, 0, 0);
+    for (PlanePair& pair : pairs) {
+      pair.localX = p * pair.y - pair.x;
+      pair.localY = -p * pair.x - pair.y;
+    }
+    EXPECT_EQ(FitSimilarity(pairs, {}).similarity.reverseX, p < 1) << p;
+    EXPECT_EQ(FitSimilarity(pairs, {}).similarity.reverseY, p < 1) << p;
+  }
 }
 
 TEST(FitSimilarity, WhatDeterminesNothingIsRefused) {
@@ -175,6 +208,17 @@ TEST(FitSimilarity, WhatDeterminesNothingIsRefused) {
   PlanePair sameLocal = one;
   sameLocal.x += 100;
   EXPECT_NE(FitSimilarity({one, sameLocal, one}, {}).refused, nullptr);
+  // Points within a millimetre of their centre coincide.
+  const auto two = [](double grid, double local) {
+    return std::vector<PlanePair>{{-grid, 0, -local, 0}, {grid, 0, local, 0}};
+  };
+  EXPECT_STREQ(FitSimilarity(two(1e-3, 1), {}).refused,
+               "all control points coincide in the section's grid: they determine neither rotation nor scale");
+  EXPECT_STREQ(FitSimilarity(two(1, 1e-3), {}).refused,
+               "all control points coincide in the local grid: they determine neither rotation nor scale");
+  EXPECT_EQ(FitSimilarity(two(1.5e-3, 1.5e-3), {}).refused, nullptr);
+  EXPECT_STREQ(FitSimilarity(two(1, 1), {1e-3, Reversed::Auto, 0}).refused,
+               "the two sets of coordinates do not match: the scale would be 0");
 }
 
 // A weight of k is the same as k equal points, but for the redundancy; a weight of 0 leaves a point out.
@@ -191,6 +235,8 @@ TEST(FitSimilarity, Weights) {
   EXPECT_NEAR(one.similarity.localX, two.similarity.localX, 1e-8);
   EXPECT_NEAR(one.adjusted.s0 * one.adjusted.s0 * 6, two.adjusted.s0 * two.adjusted.s0 * 4, 1e-10);
   EXPECT_NEAR(two.adjusted.r.sum(), 4, 1e-12);
+  for (PlanePair& pair : heavy) { pair.weight /= 1e4; }
+  EXPECT_NEAR(FitSimilarity(heavy, {}).adjusted.s0, two.adjusted.s0 / 100, 1e-12);
 }
 
 // A network of six points in an area of some kilometres, with northings of seven digits.
@@ -286,6 +332,71 @@ TEST(FitSimilarity, StudentsLimitsAreThoseOfTheTables) {
   for (const auto& [freedom, limit] : table) {
     EXPECT_NEAR(StudentLimit(0.001, static_cast<int>(freedom)), limit, 6e-4) << freedom;
   }
+  EXPECT_NEAR(StudentLimit(0.5, 2), std::sqrt(2.0 / 3), 1e-12);
+}
+
+// y = a + b x at x = 0, 1, 2..., all with the same weight.
+Adjusted StraightLine(const std::vector<double>& y, double weight) {
+  const auto n = static_cast<Eigen::Index>(y.size());
+  Eigen::MatrixXd a(n, 2);
+  a << Eigen::VectorXd::Ones(n), Eigen::VectorXd::LinSpaced(n, 0, static_cast<double>(n - 1));
+  return Adjust(a, Eigen::Map<const Eigen::VectorXd>(y.data(), n), Eigen::VectorXd::Constant(n, weight));
+}
+
+TEST(LeastSquares, StraightLinesByAlgebra) {
+  // Residuals 1 : -2 : 1 through three points; the columns of the equations have the angle arccos(3 / sqrt(15)).
+  const Adjusted three = StraightLine({1, 2, 6}, 1);
+  EXPECT_LT((three.x - Eigen::Vector2d(0.5, 2.5)).norm(), 1e-14);
+  EXPECT_LT((three.v - Eigen::Vector3d(-0.5, 1, -0.5)).norm(), 1e-14);
+  EXPECT_LT((three.r - Eigen::Vector3d(1 / 6.0, 2 / 3.0, 1 / 6.0)).norm(), 1e-14);
+  const double cosine = 3 / std::sqrt(15);
+  EXPECT_NEAR(three.condition, std::sqrt((1 + cosine) / (1 - cosine)), 1e-12);
+  const Eigen::VectorXd ones = Eigen::VectorXd::Ones(3);
+  const BlunderTest untested = TestForBlunders(three, ones, 0);
+  EXPECT_TRUE(untested.largest == -1 && untested.freedom == 0 && std::isinf(untested.critical));
+  EXPECT_NEAR(TestForBlunders(three, ones, 0.1).w[1], std::sqrt(1.5) / 0.1, 1e-12);
+  EXPECT_EQ(TestForBlunders(three, ones, 0.1).without, 0);
+  // The residual of 1.1 at an end of four points, where r is 0.3, is the largest; v'Pv is 4 * 4.2.
+  std::vector<double> y = {0.9, -0.7, -1.3, 1.1};
+  for (const int end : {3, 0}) {
+    const Adjusted four = StraightLine(y, 4);
+    for (const double sigma : {0.0, 0.5, 10.0}) {
+      const BlunderTest test = TestForBlunders(four, Eigen::VectorXd::Constant(4, 4), sigma);
+      EXPECT_EQ(test.largest, end);
+      EXPECT_EQ(test.freedom, sigma > 0 ? 0 : 1);
+      EXPECT_NEAR(test.critical, sigma > 0 ? 3.29053 : 636.619, sigma > 0 ? 5e-5 : 6e-4);
+      EXPECT_EQ(test.blunder, sigma == 0.5);
+      EXPECT_NEAR(test.size, 1.1 / 0.3, 1e-13);
+      EXPECT_NEAR(test.without, std::sqrt(2.0 / 3), 1e-13);
+      EXPECT_NEAR(test.w[static_cast<std::size_t>(end)],
+                  -std::sqrt(4 * 1.21 / 0.3) / (sigma > 0 ? sigma : test.without), 1e-12);
+    }
+    std::reverse(y.begin(), y.end());
+  }
+}
+
+TEST(LeastSquares, LimitsOfTheTestForBlunders) {
+  Adjusted adjusted;
+  adjusted.v = Eigen::Vector4d(3e-6, 1, -3e-6, 1e-12);
+  adjusted.r = Eigen::Vector4d(1, 1e-6, 1, 1.5e-6);
+  for (const int redundancy : {10000, 10001}) {
+    adjusted.redundancy = redundancy;
+    EXPECT_EQ(TestForBlunders(adjusted, Eigen::VectorXd::Constant(4, 4), 0).freedom, redundancy == 10000 ? 9999 : 0);
+  }
+  // Residuals of rounding are compared with a millionth; a redundancy number of a millionth is none.
+  const BlunderTest test = TestForBlunders(adjusted, Eigen::VectorXd::Constant(4, 4), 1e-9);
+  EXPECT_NEAR(test.w[0], 3, 1e-12);
+  EXPECT_TRUE(std::isnan(test.w[1]));
+  EXPECT_FALSE(std::isnan(test.w[3]));
+  EXPECT_EQ(test.largest, 0);  // the first of equals
+}
+
+TEST(LeastSquares, SingularEquationsAreRecognised) {
+  for (const double factor : {0.0, 0.1}) {
+    Eigen::MatrixXd a(3, 2);
+    a << 1, factor * 1, 2, factor * 2, 3, factor * 3;
+    EXPECT_TRUE(std::isinf(Adjust(a, Eigen::Vector3d(1, 2, 4), Eigen::Vector3d::Ones()).condition)) << factor;
+  }
 }
 
 TEST(ConvexHull, AreaAndCornersAndWhatIsInside) {
@@ -297,10 +408,22 @@ TEST(ConvexHull, AreaAndCornersAndWhatIsInside) {
   EXPECT_TRUE(Contains(hull, {5e5, 5e6 + 2}));
   EXPECT_FALSE(Contains(hull, {5e5 - 0.01, 5e6 + 2}));
   EXPECT_FALSE(Contains(hull, {5e5 + 1, 5e6 + 3.01}));
+  // A small triangle; a millionth of the unit outside is still on the edge. What is no corner any more does not count.
+  std::vector<PlanePoint> triangle = ConvexHull({{0, 0}, {0.5, 0}, {0.2, 0.5}});
+  EXPECT_NEAR(AreaOf(triangle), 0.125, 1e-15);
+  EXPECT_TRUE(Contains(triangle, {0.2, 0.48}));
+  EXPECT_TRUE(Contains(triangle, {0.25, -0.9e-6}));
+  EXPECT_FALSE(Contains(triangle, {0.25, -1.5e-6}));
+  triangle.pop_back();
+  EXPECT_EQ(AreaOf(triangle), 0);
+  EXPECT_TRUE(Contains(triangle, {0.25, 0}));
+  EXPECT_FALSE(Contains({}, {0, 0}));
+  EXPECT_EQ(ConvexHull(std::vector<PlanePoint>(99, {5, 5})).size(), 1U);
   const std::vector<PlanePoint> line = ConvexHull({{0, 0}, {2, 2}, {1, 1}});
   EXPECT_EQ(line.size(), 2U);
   EXPECT_EQ(AreaOf(line), 0);
   EXPECT_TRUE(Contains(line, {0.5, 0.5}));
+  EXPECT_TRUE(Contains(line, {2, 2}));
   EXPECT_FALSE(Contains(line, {0.5, 0.6}));
   EXPECT_FALSE(Contains(line, {3, 3}));
   EXPECT_FALSE(Contains(ConvexHull({{0, 0}}), {3, 3}));

@@ -52,7 +52,11 @@ _, _, residuals, report = fit(example, *columns, "-o", "site.ini")
 assert "standard input:7: X of TP6 is probably wrong by 0.150 m" in report, report
 assert "warning" in report and open("site.ini").read().startswith("[NationalGrid_local]\n"), report
 run("fit", *GRID, *columns, "--strict", text=example, status=2)
+assert "[NationalGrid]: similarity transformation, 9 control points, redundancy 14\n" in report and not re.search("times the one|least checked", report)
+assert "critical value: 4.22 at 0.1 %, of Student's distribution with 13 degrees of freedom" in report, report  # of the tables
 section, keys, residuals, report = fit(example.replace("TP6", "#TP6"), *columns)
+decimals = lambda **most: all(len(keys[name].partition(".")[2]) <= digits for name, digits in most.items())
+assert decimals(AdjustRotation=13, AdjustScale=14, AdjustX=7, AdjustY=7), keys
 rows = [line.split(",") for line in example.splitlines()[1:] if not line.startswith("TP6")]
 local = through_library([(float(row[1]), float(row[2])) for row in rows])
 assert len(residuals) == 8 and "warning" not in report and "converted with standard deviations of" in report, report
@@ -74,9 +78,49 @@ for deviation, distance, times in zip(printed[::2], printed[1::2], (1, 3, 10)):
 report = fit(lines(square(530000, 180000)[:2]), "--sigma", "0.01")[3]
 assert "the points fit exactly" in report and "Beyond it the errors of the points grow with the distance." in report and not re.search(r"least checked|largest stand|standard deviations of|inf|nan", report), report
 
+# With the scale fixed their redundancy is 1. By symmetry both ends are wrong by 0.01, across the line nothing is checked, and
+# s0 = 0.01 sqrt(2); r = 1/2 and 0, and Y and the rotation have the deviations s0 / sqrt(2) and s0 / sqrt(2 * 50^2).
+report = fit("530000 180000 0 0 P1\n530100 180000 100.02 0 P2\n", "--fix-scale", "--sigma", "0.01")[3]
+assert re.sub(r"-?(\d\.\d\d), X of P. \(line .\)|Y of P. \(line .\)", r"\1, one", report).split("[NationalGrid]: ")[1].split("Beyond")[0] == """\
+similarity transformation with a fixed scale, 2 control points, redundancy 1
+  rotation        0.000000000 degrees, anticlockwise  standard deviation 41.25 arc seconds
+  scale           1.0000000000, +0.000 ppm  fixed
+  AdjustX         50.0100  standard deviation 0.0100
+  AdjustY         0.0000  standard deviation 0.0100
+  origin          x 530050, y 180000, the centre of the points, rounded
+  axes            not reversed
+  points          converted with standard deviations of 0.0100 to 0.0141 m
+  standard error of unit weight 0.0141, 1.41 times the one given
+  condition number of the equations 1
+Residuals: by the section less as given; w: standardised; r: redundancy numbers
+    line  point                    vX         vY      wX      wY    rX    rY
+       1  P1                   0.0100     0.0000    1.41       -  0.50  0.00
+       2  P2                  -0.0100     0.0000   -1.41       -  0.50  0.00
+  largest standardised residual: 1.41, one, no blunder
+  critical value: 3.29 at 0.1 %, of Baarda's w with the standard deviation given
+  least checked: , one, whose errors are not found
+Area: x 530000 to 530100, y 180000 to 180000; the control points enclose 0 m2.
+""", report
+assert "largest standardised residual: " in report and ", X of P1 (line 1), a blunder" in fit(lines(square(530000, 180000, noise=(1, 0, 0, 0))), "--sigma", "0.1")[3]
+
+# Residuals are rounded once, and none is a negative zero. The points of the Mercator projection fit exactly but for the check points.
+open("zero.ini", "w").write("[A]\nProjection=MER\nSemiMajorAxis=6378137\nFlattening=298\nUnit=0.3048\n")
+corners = lambda x, y, scale=1: "".join(f"{a * x} {b * y} {a * x * scale!r} {b * y * scale!r} 1 P\n" for a, b in ((1, 1), (-1, 1), (-1, -1), (1, -1)))
+section, _, residuals, report = fit(corners(250, 100) + "0 0 0.00005 0.00004 0 here\n", "--weights", base=["zero.ini"])
+assert ";   X -0.0001 Y 0.0000  here, a check point\n" in section and section.count("a check point") == 1 and residuals[:4] == [(0, 0)] * 4, section
+assert " 5  here                -0.0001     0.0000  check point\n" in report and "enclose 9290 m2" in report, report  # of 100000 square feet
+section, _, _, report = fit(lines(square(530000, 180000, noise=(2e-5, -2e-5, 2e-5, -2e-5))), "--sigma", "0.01")
+assert report.count("     0.0000     0.0000    0.00    0.00  0.50") == section.count(";   X 0.0000 Y 0.0000  P") == 4, section + report
+assert "scale           0.9999999998, +0.000 ppm" in fit(corners(500, 500, 1 - 2e-10), "--weights", base=["zero.ini"])[3]
+# A square kilometre is the unit from a tenth on; other units than the grid's from a hundredth.
+for size, scale, text in (250, 1.005, "0.250 km2"), (157, 1.015, "98596 m2"):
+    report = fit(lines(square(530000, 180000, scale, size=size, noise=(0.01, 0, 0, 0))))[3]
+    assert f"enclose {text}." in report and (" m\n" in report) == (scale < 1.01) != ("local units\n" in report), report
+assert "enclose 0.100 km2" in fit("530000 180000 0 0\n530500 180000 500 0\n530500 180200 500 200\n530000 180200 0 200\n")[3]
+
 # The keys of the section are kept, once each, but for those that are replaced; the origin is a whole number.
 odd = "[Odd]\r\n; a comment\r\nprojection=TransMerc\r\nSemiMajorAxis=6377563.396\r\nFlattening = 299.3249646\r\nScaleFactor=0.9996\r\n" \
-      "CentralMeridian=-2\r\nScaleFactor=3\r\nadjusttype=0\r\nREVERSEX=yes\r\nAdjustX=77\r\nDeltaX=\r\nGeoid=\"a b.dat\"\r\n; the next\r\n[Next]\r\n"
+      "CentralMeridian=-2\r\nScaleFactor=3\r\nadjusttype=0\r\nREVERSEX=yes\r\nRemark\r\nAdjustX=77\r\nDeltaX=\r\nGeoid=\"a b.dat\"\r\n; the next\r\n[Next]\r\n"
 open("odd.ini", "w", newline="").write(odd)
 section = fit(lines(square(1234567.4, 7654321.4, 1.1, 20)), base=["odd.ini", "-s", "Odd"])[0]
 body = [line for line in section.splitlines() if not line.startswith(";")]
@@ -139,8 +183,8 @@ Beyond it errors grow with the distance from the centre. The standard deviation 
 0.0141 m at 707, 0.0316 at 2121 and 0.1005 at 7071.
 The section, opened by the library, converts the points so.
 """, known[3]
-assert "largest standardised residual: 4.24" in fit(lines(square(530000, 180000, noise=(0.02, -0.02, 0.02, -0.02))),
-                                                    "--sigma", str(0.02 / 3))[3].replace("-4.24", "4.24")
+report = fit(lines(square(530000, 180000, noise=(0.02, -0.02, 0.02, -0.02))), "--sigma", str(0.02 / 3))[3]
+assert re.search(r"weight 0.0200, 3.00 times the one given(.*\n)+  largest standardised residual: -?4.24.*\n(.*\n)+.* found from 0.039 on", report), report
 
 # The seven parameters of the National Grid, from positions converted by PROJ: cct +proj=pipeline +step +proj=cart
 # +ellps=WGS84 +step +proj=helmert +x=-446.448 +y=125.157 +z=-542.060 +s=20.4894 +rx=0.1502 +ry=0.2470 +rz=0.8421
@@ -161,6 +205,7 @@ for base in (GRID, ["bare.ini", "-s", "NationalGrid"]):
     assert re.search(r"Area: latitude 50\.(69|70)\d\d to 57\.50\d\d, longitude -4\.(19|20)\d\d to 1\.70\d\d, height \d\d to \d+ m", report), report
     for key, value in published.items():
         assert abs(float(keys[key]) - value) < (2e-5 if key[5] in "RS" else 2e-4), (key, keys[key])
+    assert decimals(DeltaX=6, DeltaY=6, DeltaZ=6, DeltaScale=9, DeltaRX=9), keys
 # The section converts WGS-84 to the positions of the datum.
 here = run("forward", "made.ini", "--wgs84", text="\n".join(" ".join(line.split()[:3]) for line in pairs.splitlines()))[0]
 there = run("forward", *GRID, text="\n".join(" ".join(line.split()[3:]) for line in pairs.splitlines()))[0]
@@ -177,6 +222,58 @@ for key in published:
 _, keys, _, report = fit(pairs, "--datum", "geographic", "--fix-scale")
 assert keys["DeltaScale"] == "0" and "redundancy 12" in report, report
 # An error of 0.4 m in a height.
-assert re.search(r"standard input:3: up of line 3 is probably wrong by -0.40\d m", fit(pairs.replace("130", "130.4"), "--datum", "geographic")[3])
+report = fit(pairs.replace("130", "130.4"), "--datum", "geographic")[3]
+assert re.search(r"standard input:3: up of line 3 is probably wrong by -0.40\d m", report), report
+assert re.search(r"\n    line  point +vn +ve +vu +wn +we +wu +rn +re +ru\n", report), report
 # Longitudes of the other sign make no sense of a datum.
-assert "right order" in fit(re.sub(r"^(\S+ )(\S+ )(\S+ )", r"\g<1>-\g<2>\g<3>", pairs, flags=re.M).replace("--", ""), "--datum", "geographic")[3]
+assert "a rotation exceeds 20 arc seconds: are the columns in the right order?" in fit(re.sub(r"^(\S+ )(\S+ )(\S+ )", r"\g<1>-\g<2>\g<3>", pairs, flags=re.M).replace("--", ""), "--datum", "geographic")[3]
+
+# Positions that are the same on both datums, about the 180th meridian, at heights where the library's positions have an error of
+# a hundredth of a millimetre.
+here = [f"{position} {position} P\n" for position in ("45 179 400", "46.5 -179 -7", "44.25 178 9000", "45 178.5 1000")]
+report = fit("".join(here), "--datum", "geographic", base=["wgs84.ini"])[3]
+assert "Area: latitude 44.2500 to 46.5000, longitude 178.0000 to 181.0000, height -7 to 9000 m.\n" in report, report
+# The width and the length of a cross; below a fiftieth it is nearly a line.
+for width in 2500, 1500:
+    cross = [(4e6, y, 4.9e6) for y in (1e5, -1e5)] + [(4e6 + x, 0, 4.9e6) for x in (width, -width)]
+    report = fit("".join(f"{x} {y} {z} {x} {y} {z}\n" for x, y, z in cross), "--datum", "cartesian", base=["wgs84.ini"])[3]
+    assert ("nearly on a line (their width is 0.015 of their length)" in report) == (width == 1500), report
+
+# By algebra: points on the earth's axes at the distances a, b and b, with errors of 0.02 in Z at the ends of two of them that no
+# parameter explains, so that s0 = 0.04 / sqrt(11). The parameters are independent of each other: of a residual along the axis of
+# its point 1 - r is 1/6 + d^2 / (2 a^2 + 4 b^2), and of one along another axis 1/6 + d^2 / (2 d^2 + 2 d'^2), d' of that axis.
+a, b = 3.2e6, 6.4e6
+second, (rx, ry, rz), given = math.pi / 648000, (0.05, 0.1, -0.15), ""
+for i, (x, y, z) in enumerate([(a, 0, 0), (-a, 0, 0), (0, b, 0), (0, -b, 0), (0, 0, b), (0, 0, -b), (b, b, 1)], 1):
+    error = (0.02, 0.02, -0.02, -0.02, 0, 0, -1)[i - 1]
+    moved = [(v + second * turned) * 1.000005 + shift for v, turned, shift in
+             ((x, rz * y - ry * z, 1), (y, rx * z - rz * x, 2), (z, ry * x - rx * y, 3 + error / 1.000005))]
+    given += f"{x} {y} {z} {moved[0]!r} {moved[1]!r} {moved[2]!r} {i % 7 and 1} P{i}\n"
+report = fit(given, "--datum", "cartesian", "--weights", "--sigma", "0.01", base=["wgs84.ini"])[3]
+assert re.sub(r"[XZ] of P\d \(line \d\)", "one", report).split("Area")[0] == """\
+wgs84.ini [W]: seven-parameter transformation, 6 control points, 1 check points, redundancy 11
+  from WGS-84 to the section's datum, coordinate frame rotation (reverse the signs of the rotations for
+  position vector rotation)
+  DeltaX          1.0000 m  standard deviation 0.0049; at the centre of the points 0.0049
+  DeltaY          2.0000 m  standard deviation 0.0049; at the centre of the points 0.0049
+  DeltaZ          3.0000 m  standard deviation 0.0049; at the centre of the points 0.0049
+  DeltaScale      5.000000 ppm  standard deviation 0.000888
+  DeltaRX         0.050000 arc seconds  standard deviation 0.000194
+  DeltaRY         0.100000 arc seconds  standard deviation 0.000246
+  DeltaRZ         -0.150000 arc seconds  standard deviation 0.000246
+  points          converted with standard deviations of 0.0057 to 0.0091 m
+  standard error of unit weight 0.0121, 1.21 times the one given
+  condition number of the equations 1
+Residuals: by the section less as given; w: standardised; r: redundancy numbers
+    line  point                    vX         vY         vZ      wX      wY      wZ    rX    rY    rZ
+       1  P1                   0.0000     0.0000    -0.0200    0.00    0.00   -2.34  0.78  0.73  0.73
+       2  P2                   0.0000     0.0000    -0.0200    0.00    0.00   -2.34  0.78  0.73  0.73
+       3  P3                   0.0000     0.0000     0.0200    0.00    0.00    2.62  0.43  0.61  0.58
+       4  P4                   0.0000     0.0000     0.0200    0.00    0.00    2.62  0.43  0.61  0.58
+       5  P5                   0.0000     0.0000     0.0000    0.00    0.00    0.00  0.43  0.58  0.61
+       6  P6                   0.0000     0.0000     0.0000    0.00    0.00    0.00  0.43  0.58  0.61
+       7  P7                   0.0000     0.0000     1.0000  check point
+  largest standardised residual: 2.62, one, no blunder
+  critical value: 3.29 at 0.1 %, of Baarda's w with the standard deviation given
+  least checked: one, whose errors are found from 0.063 on, with a probability of 80 %
+""", report

@@ -66,7 +66,7 @@ bool Contains(const std::vector<PlanePoint>& hull, PlanePoint point) {
       return false;
     }
   }
-  return !hull.empty() && (hull.size() > 1 || Distance(hull[0], point) <= Tolerance);
+  return !hull.empty();
 }
 
 }  // namespace latigo::fit

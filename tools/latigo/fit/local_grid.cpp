@@ -165,7 +165,7 @@ FitOutcome FitLocalGrid(const FitOptions& options, const std::vector<ControlPoin
     double y = pair.y;
     written.Map(x, y);
     PointResult point;
-    point.v = {x - pair.localX, y - pair.localY, 0};
+    point.v = {x - pair.localX, y - pair.localY};
     point.outside = !fit::Contains(hull, {pair.x, pair.y});
     outcome.points.push_back(point);
   }

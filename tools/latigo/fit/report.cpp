@@ -68,7 +68,7 @@ std::string RowOf(const FitOutcome& outcome, const ControlPoint& point, const Po
     row += std::isnan(result.w[i]) ? "       -" : Formatted(" %7.2f", Unsigned(result.w[i], 2));
   }
   for (std::size_t i = 0; i < axes; ++i) {
-    row += Formatted(" %5.2f", result.r[i]);
+    row += Formatted(" %5.2f", Unsigned(result.r[i], 2));
   }
   return row + "\n";
 }
@@ -206,8 +206,10 @@ std::string ReportOf(const FitOutcome& outcome, const FitOptions& options, const
     const Observed observed = ObservedAt(outcome, static_cast<int>(weakest));
     const double found =
         FoundFrom * options.Sigma() / std::sqrt(points[observed.point].weight * outcome.adjusted.r(weakest));
+    const bool checked = !std::isnan(outcome.test.w[static_cast<std::size_t>(weakest)]);
     report += "  least checked: " + NameOf(outcome, points, observed) +
-              Formatted(", whose errors are found from %.3f on, with a probability of 80 %%\n", found);
+              (checked ? Formatted(", whose errors are found from %.3f on, with a probability of 80 %%\n", found)
+                       : ", whose errors are not found\n");
   }
   for (const std::string& line : outcome.area) {
     report += line + "\n";
@@ -246,8 +248,8 @@ std::string SectionOf(const FitOutcome& outcome, const FitOptions& options, cons
     seen.push_back(ConfigFile::Folded(key));
   }
   // The first of several keys counts; an empty value is the same as none.
-  for (bool first = true; lines.Next(line); first = false) {
-    if (first || line.is != ProfileLine::Is::Key || !line.value || line.value->empty()) {
+  while (lines.Next(line)) {
+    if (line.is != ProfileLine::Is::Key || !line.value || line.value->empty()) {
       continue;
     }
     std::string folded = ConfigFile::Folded(line.name);

@@ -11,8 +11,9 @@ namespace latigo::cli {
 
 namespace {
 
-// The section, read back by the library, differs from the fit by less: units of the residuals.
-constexpr double LargestDifference = 1e-5;
+// The section, read back by the library, differs from the fit by less: units of the residuals. With a datum each of two
+// geographic positions, made from X, Y and Z by the library, has an error of up to 4e-5 m.
+constexpr double LargestDifference = 1e-4;
 
 std::string NameOf(const FitOptions& options) {
   return !options.name.empty() ? options.name
