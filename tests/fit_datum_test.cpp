@@ -211,8 +211,8 @@ TEST(FitSevenParameters, NorthEastAndUp) {
   EXPECT_LT((4 * NorthEastUp(std::numbers::pi / 6, std::numbers::pi / 3) - expected).norm(), 1e-14);
 }
 
-// By algebra. Points at the distance A from the centre along each axis, with errors of Z at the ends of two axes that no
-// parameter explains: translation at the centre, rotations and scale are independent, with the cofactors 1/6, 1/(4 A^2)
+// By algebra. Points at the distance A from the centre along each axis, with errors of Z at the ends of two axes that
+// no parameter explains: translation at the centre, rotations and scale are independent, with the cofactors 1/6, 1/(4 A^2)
 // and 1/(6 A^2). Rotations of some radians and a scale of 2, so that the products with them have an effect.
 TEST(FitSevenParameters, DeviationsByAlgebra) {
   constexpr double A = 1e5;

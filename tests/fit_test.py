@@ -116,7 +116,8 @@ assert "scale           0.9999999998, +0.000 ppm" in fit(corners(500, 500, 1 - 2
 for size, scale, text in (250, 1.005, "0.250 km2"), (157, 1.015, "98596 m2"):
     report = fit(lines(square(530000, 180000, scale, size=size, noise=(0.01, 0, 0, 0))))[3]
     assert f"enclose {text}." in report and (" m\n" in report) == (scale < 1.01) != ("local units\n" in report), report
-assert "enclose 0.100 km2" in fit("530000 180000 0 0\n530500 180000 500 0\n530500 180200 500 200\n530000 180200 0 200\n")[3]
+report = fit("530000 180000 0 0\n530500 180000 750 0\n530500 180200 750 300\n530000 180200 0 300\n")[3]
+assert "enclose 0.100 km2" in report and "scale           1.5000000000, +500000.000 ppm" in report, report
 
 # The keys of the section are kept, once each, but for those that are replaced; the origin is a whole number.
 odd = "[Odd]\r\n; a comment\r\nprojection=TransMerc\r\nSemiMajorAxis=6377563.396\r\nFlattening = 299.3249646\r\nScaleFactor=0.9996\r\n" \
