@@ -139,8 +139,10 @@ assert run("forward", "template.ini", "points.txt", "-o", "-") == (0, expected, 
 for command in ["template", "utm", "33N"], ["list", "template.ini"], ["info", "template.ini"]:
     text = run(*command)[1]
     assert run(*command, "-o", "new.txt") == (0, "", "") and content("new.txt") == text, command
-if len(program) == 1:  # with the mode of the older file, through a link, and not from itself
+if len(program) == 1:  # with the mode of the older file, through a link, without standard input, and not from itself
+    assert os.stat("new.txt").st_mode & 0o111 == 0
     os.chmod("new.txt", 0o640)
+    assert subprocess.run(["sh", "-c", '"$@" <&-', "sh", *program, "forward", "template.ini", "points.txt", "-o", "new.txt"]).returncode == 0
     os.symlink("new.txt", "link")
     assert run("forward", "template.ini", "points.txt", "-o", "link")[0] == 0 and os.path.islink("link")
     assert content("new.txt") == expected and os.stat("new.txt").st_mode & 0o777 == 0o640

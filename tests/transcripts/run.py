@@ -1,5 +1,5 @@
 """Runs the command-line program and compares it with transcripts/*.txt.   run.py [EMULATOR...] PROGRAM"""
-import glob, os, re, select, struct, subprocess, sys, tempfile
+import glob, os, re, select, struct, subprocess, sys, tempfile, time
 
 program = [*sys.argv[1:-1], os.path.realpath(sys.argv[-1])]
 os.chdir(os.path.dirname(os.path.realpath(__file__)))
@@ -68,6 +68,8 @@ if len(sys.argv) == 2:  # grids that a section names lie in the install folder
         for limit, text in (5, "grids.ini: Too many open files\n"), (6, "odd.txt: Too many open files\n"):
             done = subprocess.run(["sh", "-c", f'ulimit -n {limit}; exec "$@"', "sh", *program, *forward, "odd.txt"], capture_output=True)
             assert done.returncode == 2 and not done.stdout and text in done.stderr.decode(), (limit, done)
+        many = ["sh", "-c", 'ulimit -n 20; exec "$@"', "sh", *program, "forward", "systems.ini", *["/dev/null"] * 40]
+        assert subprocess.run(many).returncode == 0  # each file is closed before the next one
         short = run(["forward", f"{folder}/short.ini", "--wgs84"], "51.5 5\n53.5 5")
         assert short[0] == 1 and short[1].endswith("\n* *\n") and "cannot be read" in short[2], short
 
@@ -78,12 +80,18 @@ if len(sys.argv) == 2:  # grids that a section names lie in the install folder
         for jobs in "1", "3":
             status, output, messages = run(["forward", "systems.ini", "--jobs", jobs, points.name, "nothing.txt"], "")
             assert status == 2 and output.count("\n") == 50000 and "nothing.txt" in messages, messages
+    named = b"# c\n", b"#", b' d\n"N,o\n', b'1",lat,lon\n', b'"a\n', b'b",52.0,5.0\n'
     for jobs in "1", "3":
-        process = subprocess.Popen([*program, "forward", "systems.ini", "--jobs", jobs], stdin=-1, stdout=-1)
-        process.stdin.write(b"52 5\n")
-        process.stdin.flush()
-        assert select.select([process.stdout], [], [], 30)[0], "nothing is printed while input is awaited"
-        process.communicate()
+        for options, pieces, expected in (("", (b"5", b"2 5\n"), "637294.3659 5762926.8129\n"),
+                                          ("--columns=1,2 --header=no", (b"x;y\n" * 5000,), "*;*\n" * 5000),  # without a point
+                                          ("--columns=lat,lon", named, '# c\n# d\n"N,o\n1",easting,northing\n"a\nb",637294.3659,5762926.8129\n')):
+            process = subprocess.Popen([*program, "forward", "systems.ini", "--jobs", jobs, *options.split()], stdin=-1, stdout=-1, stderr=-3)
+            for piece in pieces:
+                time.sleep(0.05)
+                process.stdin.write(piece)
+                process.stdin.flush()
+            assert select.select([process.stdout], [], [], 30)[0], "nothing is printed while input is awaited"
+            assert process.communicate()[0].decode() == expected, options
         with open("/dev/full", "w") as full:
             command = [*program, "forward", "systems.ini", "--jobs", jobs]
             assert subprocess.run(command, input=b"52 5\n", stdout=full, stderr=-3).returncode == 2
@@ -108,7 +116,7 @@ for command in "info", "check", "list", "template", "forward", "inverse", "conve
 if os.path.exists("/dev/full"):
     for command in ("--help", "--version", "info --help", "info systems.ini", "forward systems.ini"):
         with open("/dev/full", "w") as full:
-            done = subprocess.run([*program, *command.split()], input=b"52 5\n", stdout=full, stderr=subprocess.PIPE)
+            done = subprocess.run([*program, *command.split()], input=b"52 5\n" * 9999, stdout=full, stderr=subprocess.PIPE)
         assert done.returncode == 2 and b"standard output: " in done.stderr, (command, done)
 
 # A configuration file that is not a regular file is reported and never blocks; a file with many sections is searched completely.

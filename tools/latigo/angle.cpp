@@ -22,6 +22,10 @@ constexpr char Upper(char c) {
   return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
 }
 
+bool StartsWithDigit(std::string_view text) {
+  return !text.empty() && IsDigit(text.front());
+}
+
 // Removes one of the marks from the front of the text.
 template <typename... Marks>
 bool Take(std::string_view& text, Marks... marks) {
@@ -72,9 +76,9 @@ bool TakeSecondMark(std::string_view& text) {
 }
 
 // How the parts of an angle are separated.
-enum class Between { Nothing, Colon, Dash, Blank, Mark };
+enum class Between { Colon, Dash, Blank, Mark };
 
-// Takes what is between degrees and minutes, or minutes and seconds.
+// Takes what is between degrees and minutes, or minutes and seconds: Blank also if that is nothing.
 template <typename TakeMark>
 Between TakeBetween(std::string_view& text, TakeMark takeMark) {
   std::string_view ahead = text;
@@ -87,17 +91,12 @@ Between TakeBetween(std::string_view& text, TakeMark takeMark) {
   if (Take(text, ":")) {
     return Between::Colon;
   }
-  if (text.size() > 1 && text[0] == '-' && IsDigit(text[1])) {
+  if (text.starts_with('-') && StartsWithDigit(text.substr(1))) {
     text.remove_prefix(1);
     return Between::Dash;
   }
-  const bool blank = ahead.size() < text.size();
   text = ahead;
-  return blank ? Between::Blank : Between::Nothing;
-}
-
-bool StartsWithDigit(std::string_view text) {
-  return !text.empty() && IsDigit(text.front());
+  return Between::Blank;
 }
 
 // An S after seconds that are marked by letters: the mark of the seconds, or the hemisphere.
@@ -125,12 +124,12 @@ const char* TakeSexagesimal(std::string_view& text, Axis axis, double& degrees) 
   }
   double minutes = 0;
   bool wholeMinutes = false;
-  if (first == Between::Nothing || !whole || !TakeDigits(text, minutes, wholeMinutes)) {
+  if (!whole || !TakeDigits(text, minutes, wholeMinutes)) {
     return NoAngle;
   }
   double seconds = 0;
   const Between second = TakeBetween(text, TakeMinuteMark);
-  if (second != Between::Nothing && StartsWithDigit(text)) {
+  if (StartsWithDigit(text)) {
     bool any = false;
     if (second != first || !wholeMinutes || !TakeDigits(text, seconds, any)) {
       return NoAngle;
@@ -184,7 +183,7 @@ const char* NoAngleOf(std::string_view text, Axis axis) {
 
 Parsed ParseNumber(std::string_view text) {
   // A typographic minus.
-  const bool minus = text.starts_with("\u2212") && text.size() > 3 && (IsDigit(text[3]) || text[3] == '.');
+  const bool minus = text.starts_with("\u2212") && (StartsWithDigit(text.substr(3)) || text.substr(3).starts_with('.'));
   text.remove_prefix(minus ? 3 : 0);
   double value = 0;
   if (text.starts_with('+') && !text.starts_with("+-")) {
@@ -220,7 +219,7 @@ Parsed ParseAngle(std::string_view text, Axis axis) {
   }
   int after = 0;
   if (!text.empty()) {
-    if (text.size() > 1 && Upper(text.front()) == 'E') {  // an exponent, not a hemisphere
+    if (Upper(text.front()) == 'E') {  // perhaps an exponent, not a hemisphere
       const Parsed number = ParseNumber(unsignedText);
       degrees = number.fault == nullptr ? number.value : degrees;
       text.remove_prefix(number.fault == nullptr ? text.size() : 0);

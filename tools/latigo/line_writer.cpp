@@ -30,7 +30,7 @@ bool Writer::ShortNumber(double value, int precision) {
   const double scaled = std::fabs(value) * PowersOfTen[precision];
   const double below = std::floor(scaled);
   const double fraction = scaled - below;
-  if (!(scaled < 1e15 && std::fabs(fraction - 0.5) > 1e-15 * scaled)) {
+  if (!(std::fabs(fraction - 0.5) > 1e-15 * scaled)) {  // also for 5e14 and above
     return false;
   }
   const auto units = static_cast<std::uint64_t>(below) + (fraction > 0.5 ? 1 : 0);

@@ -84,7 +84,7 @@ bool HasParts(std::string_view field) {
   const std::size_t blank = field.find_first_of(" \t");
   const std::size_t next = field.find_first_not_of(" \t", blank);
   const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
-  return blank > 0 && next != std::string_view::npos && isDigit(field[next]) && isDigit(field[blank - 1]);
+  return next != std::string_view::npos && isDigit(field[next]) && isDigit(field[blank - 1]);
 }
 
 void Refuse(PointLine& point, const char* fault, std::size_t column, std::string_view text) {
@@ -112,7 +112,7 @@ bool IsPart(std::string_view field) {
 
 // Seconds with a hemisphere letter, or seconds and another angle in three fields, after two whole numbers.
 bool CouldBeSeconds(std::string_view field, Fields following) {
-  if (field.size() > 1 && IsAnyHemisphere(field.substr(field.size() - 1))) {
+  if (!field.empty() && IsAnyHemisphere(field.substr(field.size() - 1))) {
     return IsPart(field.substr(0, field.size() - 1));
   }
   const std::string_view next = following.Next();
@@ -166,7 +166,7 @@ PointLine ParsePointLine(std::string_view line, Order order, Separation separati
   Fields fields(line, separation);
   const std::string_view first = fields.Next();
   const bool tight =
-      separation == Separation::Auto && fields.Left().size() > 1 && fields.Left()[0] == ',' && fields.Left()[1] != ' ';
+      separation == Separation::Auto && fields.Left().starts_with(',') && !fields.Left().starts_with(", ");
   const std::string_view second = fields.Next();
 
   PointLine point;
@@ -184,13 +184,9 @@ PointLine ParsePointLine(std::string_view line, Order order, Separation separati
            1, point.coordinates);
     return point;
   }
-  if (separation == Separation::Auto && point.separator == ',') {
-    for (const std::string_view field : {first, second}) {
-      if (HasParts(field)) {
-        Refuse(point, PartsOrDecimalComma, field.data() == first.data() ? 1 : 2, field);
-        return point;
-      }
-    }
+  if (separation == Separation::Auto && point.separator == ',' && HasParts(second)) {  // the first has no blanks
+    Refuse(point, PartsOrDecimalComma, 2, second);
+    return point;
   }
   Parsed one;
   Parsed two;

@@ -22,9 +22,9 @@ constexpr bool IsLetter(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || static_cast<unsigned char>(c) >= 0x80;
 }
 
-// The text with the decimal comma as a point, in the buffer; false for a text that also has a point, or is too long.
+// The text with the decimal comma as a point, in the buffer; false for a text that also has a point.
 bool WithPoint(std::string_view& text, char* buffer) {
-  if (text.size() > LongestValue || text.find('.') != std::string_view::npos) {
+  if (text.find('.') != std::string_view::npos) {
     return false;
   }
   std::replace_copy(text.begin(), text.end(), buffer, ',', '.');
@@ -63,8 +63,8 @@ bool IsWord(std::string_view text) {
   }
   // N52.5 and N 52.5 are angles.
   std::string_view number = text;
-  if (number.size() > 1 &&
-      (IsHemisphere(number.substr(0, 1), Axis::Latitude) || IsHemisphere(number.substr(0, 1), Axis::Longitude))) {
+  const std::string_view first = text.substr(0, 1);
+  if (IsHemisphere(first, Axis::Latitude) || IsHemisphere(first, Axis::Longitude)) {
     number = Trimmed(number.substr(1));
   }
   number.remove_prefix(number.starts_with('-') || number.starts_with('+') ? 1 : 0);
@@ -76,13 +76,12 @@ Layout::Layout(char separator, bool decimalComma, std::span<const Wanted> wanted
                std::size_t perAngle)
     : separator_(separator), decimalComma_(decimalComma), perAngle_(perAngle), columns_(std::move(columns)) {
   std::copy(wanted.begin(), wanted.end(), wanted_.begin());
-  const std::size_t last = columns_.empty() ? 0 : *std::max_element(columns_.begin(), columns_.end());
-  places_.resize(last + 2);
+  places_.resize(*std::max_element(columns_.begin(), columns_.end()) + 2);
   const bool angles = std::any_of(wanted.begin(), wanted.end(), [](const Wanted& value) { return value.IsAngle(); });
   std::size_t place = 0;
-  for (; values_ < wanted.size() && place < columns_.size(); ++values_) {
+  for (; place < columns_.size(); ++values_) {
     const Wanted& value = wanted[values_];
-    for (std::size_t part = 0; part < (value.IsAngle() ? perAngle : 1) && place < columns_.size(); ++part) {
+    for (std::size_t part = 0; part < (value.IsAngle() ? perAngle : 1); ++part) {
       const std::size_t column = columns_[place];
       places_[column].chosen = static_cast<std::int8_t>(place++);
       for (const std::size_t beside : {column - std::min<std::size_t>(column, 1), column + 1}) {
@@ -95,8 +94,8 @@ Layout::Layout(char separator, bool decimalComma, std::span<const Wanted> wanted
 }
 
 // The fields of an angle in several columns as one text with blanks between them.
-bool Layout::Join(const Field* fields, std::string_view& text, std::size_t& length, char* buffer) const {
-  length = 0;
+bool Layout::Join(const Field* fields, std::string_view& text, char* buffer) const {
+  std::size_t length = 0;
   for (std::size_t part = 0; part < perAngle_; ++part) {
     if (length + fields[part].text.size() + 1 > LongestValue) {
       return false;
@@ -129,14 +128,16 @@ bool Layout::ReadValue(std::size_t wanted, std::size_t place, Row& row) const {
     return true;
   }
   char joined[LongestValue];
-  std::size_t length = 0;
-  if (parts > 1 && !Join(fields, text, length, joined)) {
+  if (parts > 1 && !Join(fields, text, joined)) {
     return fail("the text is too long for an angle");
   }
   char pointed[LongestValue];  // cppcheck-suppress variableScope; the text lies in it until it is parsed
   if (decimalComma_) {
     if (separator_ == ',' && !std::all_of(fields, fields + parts, [](const Field& field) { return field.quoted; })) {
       return fail("a number with a decimal comma must be in quotes, since commas separate the fields");
+    }
+    if (text.size() > LongestValue) {
+      return fail("the text is too long for a number");
     }
     if (!WithPoint(text, pointed)) {
       return fail("a decimal point, but --decimal-comma was given");

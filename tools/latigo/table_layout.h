@@ -61,7 +61,7 @@ struct Row {
 class Layout {
  public:
   // `columns` from 0, in the order of --columns: one for each wanted value, or for each angle `perAngle` of them.
-  // Optional values at the end of the list may have none.
+  // At least one; optional values at the end of the list may have none.
   Layout(char separator, bool decimalComma, std::span<const Wanted> wanted, std::vector<std::size_t> columns,
          std::size_t perAngle);
 
@@ -84,7 +84,7 @@ class Layout {
 
  private:
   bool ReadValue(std::size_t wanted, std::size_t place, Row& row) const;
-  bool Join(const Field* fields, std::string_view& text, std::size_t& length, char* buffer) const;
+  bool Join(const Field* fields, std::string_view& text, char* buffer) const;
 
   char separator_;
   bool decimalComma_;

@@ -74,11 +74,12 @@ std::size_t ColumnsPerAngle(std::span<const Wanted> wanted, std::size_t chosen, 
                    (dmsColumns ? ", and of each angle 2 to 4 columns" : ""));
 }
 
-// As RecordEnd, for a text whose first line feed is known. Comments have no quoted fields.
-std::size_t RecordEndOf(std::string_view text, std::size_t feed, char separator, bool atEnd) {
+// As RecordEnd, for a text whose first line feed is known, and whose last line ends there or with the file. Comments
+// have no quoted fields.
+std::size_t RecordEndOf(std::string_view text, std::size_t feed, char separator) {
   const std::string_view line = text.substr(0, feed);
   const bool quotes = line.find('"') != std::string_view::npos && !IsComment(line);
-  return quotes ? RecordEnd(text.substr(0, LongestRecord), separator, atEnd && text.size() <= LongestRecord) : feed;
+  return quotes ? RecordEnd(text.substr(0, LongestRecord), separator, text.size() <= LongestRecord) : feed;
 }
 
 bool SameFields(const Row& one, const Row& two, std::size_t count) {
@@ -135,7 +136,6 @@ TableReader::TableReader(const std::string& path, const TableOptions& options, s
       candidates_.push_back({separator, columns});
     }
   }
-  headerDecided_ = options.header == HeaderLine::No;
 }
 
 void TableReader::Refuse(std::size_t line, const std::string& reason) const {
@@ -149,7 +149,7 @@ bool TableReader::Next(Block& block) {
     return true;
   }
   const bool more = reader_.Next(block);
-  bool atEnd = !more || block.cut;
+  bool atEnd = !more;
   while (!layout_ && !Find(block.bytes, block.firstLine, atEnd || block.bytes.size() > MostHeld)) {
     atEnd = !Append(block);
   }
@@ -181,13 +181,12 @@ void TableReader::CompleteRecords(Block& block) {
   for (std::size_t begin = 0; begin < block.bytes.size();) {
     const std::string_view text = std::string_view(block.bytes).substr(begin);
     const std::size_t feed = std::min(text.find('\n'), text.size());
-    std::size_t end = RecordEndOf(text, feed, layout_->Separator(), false);
+    std::size_t end = RecordEndOf(text, feed, layout_->Separator());
     if (end == std::string_view::npos) {
       if (text.size() < LongestRecord && Append(block)) {
         continue;
       }
-      end = RecordEndOf(text, feed, layout_->Separator(), true);
-      end = end == std::string_view::npos ? feed : end;
+      end = feed;
     }
     for (std::size_t inside = feed; inside < end; inside = text.find('\n', inside + 1)) {
       block.inside.push_back(begin + inside);
@@ -204,7 +203,7 @@ bool TableReader::TakeRecord(std::string_view& text, std::string_view& line, boo
   }
   const std::size_t feed = std::min(all.find('\n'), all.size());
   for (const Candidate& candidate : candidates_) {
-    const std::size_t end = RecordEndOf(all, feed, candidate.separator, atEnd);
+    const std::size_t end = RecordEndOf(all, feed, candidate.separator);
     if (end == std::string_view::npos && !atEnd) {
       return false;
     }
@@ -226,13 +225,13 @@ bool TableReader::Find(std::string_view text, std::size_t firstLine, bool atEnd)
   for (std::string_view line; TakeRecord(text, line, atEnd);) {
     const std::size_t number = following;
     following += 1 + static_cast<std::size_t>(std::count(line.begin(), line.end(), '\n'));
-    if (IsComment(line) && (!Named() || headerDecided_ || Trimmed(line).empty())) {
+    if (IsComment(line) && (!Named() || headerDecided_)) {
       continue;
     }
     if (!headerDecided_ && TakeHeader(line, number)) {
       continue;
     }
-    if (!IsComment(line) && Decide(line, number)) {
+    if (Decide(line, number)) {
       return true;
     }
     first = first.empty() ? line : first;
@@ -257,11 +256,11 @@ bool TableReader::Find(std::string_view text, std::size_t firstLine, bool atEnd)
   return true;
 }
 
-// Whether the line is the header. Candidates whose columns it does not have are dropped.
+// Whether the line is the header, or a comment before it. Candidates whose columns it does not have are dropped.
 bool TableReader::TakeHeader(std::string_view line, std::size_t number) {
-  headerDecided_ = true;
-  if (Named()) {
-    FindNames(line, number);
+  headerDecided_ = !Named() || FindNames(line, number);
+  if (!headerDecided_) {
+    return true;
   }
   std::vector<Candidate> kept;
   for (Candidate candidate : candidates_) {
@@ -281,8 +280,8 @@ bool TableReader::TakeHeader(std::string_view line, std::size_t number) {
   return true;
 }
 
-// Replaces the names by the columns of the header; candidates without them are dropped.
-void TableReader::FindNames(std::string_view line, std::size_t number) {
+// Replaces the names by the columns of the header; candidates without them are dropped. False for a comment.
+bool TableReader::FindNames(std::string_view line, std::size_t number) {
   std::string missing;
   std::vector<Candidate> found;
   for (Candidate candidate : candidates_) {
@@ -308,12 +307,12 @@ void TableReader::FindNames(std::string_view line, std::size_t number) {
   }
   if (found.empty()) {
     if (IsComment(line)) {
-      headerDecided_ = false;  // an ordinary comment
-      return;
+      return false;
     }
     Refuse(number, "the header has no column " + Visible(missing) + ": \"" + Visible(line.substr(0, 200)) + '"');
   }
   candidates_ = std::move(found);
+  return true;
 }
 
 // The layout of a candidate; without --columns the optional values follow that the line has.

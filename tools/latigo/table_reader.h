@@ -51,7 +51,7 @@ class TableReader {
   bool Append(Block& block);
   void CompleteRecords(Block& block);
   bool TakeHeader(std::string_view line, std::size_t number);
-  void FindNames(std::string_view line, std::size_t number);
+  bool FindNames(std::string_view line, std::size_t number);
   bool Decide(std::string_view line, std::size_t number);
   Layout LayoutOf(const Candidate& candidate, bool decimalComma, std::string_view line) const;
   [[noreturn]] void Refuse(std::size_t line, const std::string& reason) const;
