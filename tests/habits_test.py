@@ -61,8 +61,9 @@ for zone, meridian, northing, limits in ("1N", -177, 0, "180 W to 174 W"), ("31N
     assert f"\nCentralMeridian={meridian}\n" in text and f"\nFalseNorthing={northing}\n" in text and limits in text, text
 assert len(names & set(re.findall(r"^\[(.*)\]", examples, re.M))) == 9, names
 
-write("many.ini", "".join(f"[S{i}]\nFlattening=298\n" for i in range(23)))
-assert run("forward", "many.ini", "-s", "No")[2].endswith(" S18, S19 and 3 others\n")
+for count, end in (20, " S18, S19\n"), (23, " S18, S19 and 3 others\n"):
+    write("many.ini", "".join(f"[S{i}]\nFlattening=298\n" for i in range(count)))
+    assert run("forward", "many.ini", "-s", "No")[2].endswith(end), count
 # The first character after the surrogates, of private use, is shown as it is.
 assert '"\ue000"' in run("forward", "template.ini", text="\ue000 1\n")[2]
 assert run("forward", "template.ini", "--section", "")[::2] == (2, "latigo: --section: the name is empty\n")
@@ -97,6 +98,18 @@ assert factors[0] == factors[1] and factors[0][1].startswith("0.99983"), factors
 for constant in "", "OrthoHCorr=45.5\n":
     write("geoid.ini", "[A]\nProjection=MER\nSemiMajorAxis=6378137\nFlattening=298\n" + constant)
     assert ("refers to WGS-84" in run("info", "geoid.ini")[1]) == bool(constant)
+# The description of what a section has, and has not.
+for keys, text in [("", "  datum           no shift to WGS-84\n  local grid      none\n  geoid           no grid, constant 0\n"),
+                   ("", "  ellipsoid       without a name, a = 6378137 m"), ("DeltaRZ=1", "  rX 0, rY 0, rZ 1 arc seconds\n"),
+                   ("AdjustType=3", "type 3: fixed polynomial grid\n"), ("AdjustType=16", "type 16: fixed quadratic grid in chains\n"),
+                   ("AdjustType=17", "type 17: does nothing\n"), ("AdjustType=1", " to 0, 0\n"),
+                   ("AdjustType=1\nReverseX=1\nReverseY=1", " to 0, 0, X reversed, Y reversed\n")]:
+    write("described.ini", "[A]\nProjection=MER\nSemiMajorAxis=6378137\nFlattening=298\n" + keys)
+    assert text in run("info", "described.ini")[1], (keys, run("info", "described.ini")[1])
+# The coordinates of these kinds are metres in any unit. A round-trip error counts on the ground, also at a pole.
+for kind, point in ("PST", "1e15 0"), ("OST", "1e15 0"), ("CME", "0 1.5e8"):
+    write("described.ini", f"[A]\nProjection={kind}\nSemiMajorAxis=6378137\nFlattening=298\nRefLatitude=52\nUnit=1e-9\n")
+    assert "too far" in run("inverse", "described.ini", text=point)[2] and not run("forward", "described.ini", text="89.99999999999 30")[2], kind
 reading = {command for command in re.findall(r"^  (\w+) ", run("--help")[1], re.M) if "Options of all commands that read points:" in run(command, "--help")[1]}
 assert reading == {"forward", "inverse", "convert", "scale", "factors", "undulation", "ecef", "distance"}, reading
 

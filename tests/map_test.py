@@ -48,6 +48,14 @@ class Map:
                 words[fill] = e.text
         cells = [cell for each in self.panels.values() for cell in each]
         assert len(cells) == len(set(cells)) and max(y for _, y in cells) + CELL < self.height, "panels overlap"
+        heads = [(float(e.get("x")), float(e.get("y"))) for tag, e in elements if tag == "text" and float(e.get("y") or 99) < 90]
+        assert heads == [(16, 26), (16, 46), (16, 64)], heads
+        corners = [(min(x for x, _ in cells), min(y for _, y in cells)) for cells in self.panels.values()]
+        rows = self.rows = len(cells) // len(self.panels) // COLUMNS
+        assert corners == [((62, 540)[i % 2], 108 + i // 2 * (rows * CELL + 84)) for i in range(len(corners))], corners
+        assert (self.width, self.height) == (1010, corners[-1][1] + rows * CELL + 50)
+        used = [(float(e.get("x")) + 62, float(e.get("y")) + 108) for tag, e in elements if tag == "use"]
+        assert used == corners, used
         limits = [float(v.replace("−", "-")) for v in re.findall(r"([−\d.]+)°", self.texts[1])]
         self.south, self.north, self.west, self.east = limits
 
@@ -83,6 +91,7 @@ class Map:
 utm = Map("factors.ini", "-s", "UTM18", "--area", "30,-78,50,-72")
 utm.holds("Point scale", 40.5, -74.5, -378)
 utm.holds("Point scale", 40.5, -72.5, 151)
+assert utm.rows == 100 and len(utm.panels) == 3
 utm.holds("Convergence", 40.5, -73.5, 0.9743)
 utm.holds("Convergence", 48, -77.5, -1.858)
 south = Map("factors.ini", "-s", "MGA55", "--area", "-40,142,-30,152")
@@ -92,6 +101,26 @@ assert utm.said("Closure", 40, -75) == "below 0.001 mm" and utm.said("Closure", 
 utm = Map("factors.ini", "-s", "UTM18", "--area", "30,-76.5,50,-73.5")
 x, _ = utm.pixel(40, -75)
 assert sum(abs(each - x) < 0.2 for each, _ in utm.lines) > 50 and "500\u2009000" in utm.names, "the line of 500 000"
+assert utm.texts[2] == "Grid lines: every 100\u2009000 m of easting, 500\u2009000 m of northing.", utm.texts[2]
+# Cells about square on the ground, within limits: 8 degrees of latitude are as long as 16 of longitude at 60 degrees.
+for area, rows in ("56,11,64,27", 72), ("84,4,90,34", 72), ("0,0,1,20", 48):
+    assert Map("factors.ini", "-s", "Plain", "--area", area).rows == rows, area
+# Longitudes count from the central meridian, on both sides of 180 degrees.
+far = Map("convert.ini", "-s", "Far", "--area", "35,175,50,190")
+far.holds("Convergence", 45.1, 185.5, 2.5 * math.sin(math.radians(45.1)))
+far.holds("Convergence", 45.1, 178.5, -4.5 * math.sin(math.radians(45.1)))
+far.holds("Point scale", 45.1, 178.5, -400 + 5e5 * (4.5 * math.pi / 180 * math.cos(math.radians(45.1))) ** 2)
+# A range of values that is less than the last digit is one class: here a millionth of a degree and a thousandth of a part per
+# million. By algebra: the convergence is dlambda sin phi, and k is 0.9996 (1 + (dlambda cos phi)^2 / 2).
+for theme, area in ("Convergence", "-0.006,-75.006,0.006,-74.994"), ("Point scale", "50,-75.0051,50.012,-74.9949"):
+    small = Map("factors.ini", "-s", "UTM18", "--area", area)
+    assert len(small.classes[small.panel(theme)]) > 1, small.classes
+# Powers of ten where the scale is at least two percent too large.
+system = "[Geodesy]\nProjection=TME\nSemiMajorAxis=6378137\nFlattening=298.257\n"
+open(folder.name + "/large.ini", "w").write(system + "ScaleFactor=1.0200005\n")
+assert Map(folder.name + "/large.ini", "--area", "0,-0.02,0.04,0.02").said("Point scale", 0.02, 0.01) == "10 000 to 100 000"
+open(folder.name + "/large.ini", "w").write(system + "Unit=1000\n")
+assert "every 1 units of easting, 1 units of northing" in Map(folder.name + "/large.ini", "--area", "0,0,0.04,0.04").texts[2]
 for section, limits in ("UTM18", (0, 84, -78.5, -71.5)), ("MGA55", (-80, 0, 143.5, 150.5)):
     default = Map("factors.ini", "-s", section)
     assert (default.south, default.north, default.west, default.east) == limits, default.texts[1]
@@ -115,6 +144,12 @@ assert "−170°" in mercator.texts and "180°" in mercator.texts, mercator.text
 across = Map("factors.ini", "-s", "Mercator", "--points", "-", text=b"10 179.5 A\n12 -179.5 B\n")
 assert abs(across.south - 9.714) < 0.01 and abs(across.west - 179.2) < 0.1 and abs(across.east - 180.8) < 0.1 and len(across.circles) == 2, across.texts[1]
 
+# A point alone; points at the poles; the whole earth; the smallest side.
+alone = Map("factors.ini", "-s", "Mercator", "--points", "-", text=b"52 9 A\n")
+assert (alone.south, alone.north, alone.west, alone.east) == (51.98, 52.02, 8.98, 9.02), alone.texts[1]
+poles = Map("factors.ini", "-s", "Mercator", "--points", "-", text=b"-89.9 0 A\n89.9 1 B\n")
+assert (poles.south, poles.north) == (-90, 90) and Map("factors.ini", "-s", "Mercator", "--area", "-60,-180,60,180").west == -180
+
 # Beyond the domain there are gaps with their reason; nowhere a value, a refusal.
 wide = Map("factors.ini", "-s", "UTM18", "--area", "-80,-165,80,15")
 assert wide.said("Closure", 70, -160) == "code 10" and wide.said("Closure", 0, -75) == "below 0.001 mm"
@@ -135,6 +170,22 @@ german = Map(folder.name + "/german.ini", "--area", "52,12,54,14", "--points", "
 assert len(german.circles) == 1 and "Berlin" in german.names
 german = Map(folder.name + "/german.ini", "--points", "-", text=b"52.5 13.25 A\nno point\n", messages=1, status=1)
 assert len(german.circles) == 1
+# Quotes and other columns are not of the name, which is cut after 40 letters.
+lines = b'52.5 13.25 "Berlin" \n53.5,10.5,"Hamburg",x\n50.5 8.5 1,5\n48.5\t9.5\t12.5\tUlm\n49.5 7.5 ' + b"x" * 45 + b"\n# none\nno point\n"
+german = Map(folder.name + "/german.ini", "--points", "-", text=lines, messages=1, status=1)
+assert set(german.names) >= {"Berlin", "Hamburg", "1,5", "Ulm", "x" * 40}, german.names
+assert run(folder.name + "/german.ini", "--points", "-", text=lines)[2] == "latigo: standard input:7: not a number\n"
+for order, header in ("b,l,n", b"n;l;b\n"), ("2,3", b""), ("l,b,n", b"n;l;b\n"):
+    more = ["--lonlat"] if order in ("l,b,n", "2,3") else []
+    german = Map(folder.name + "/german.ini", "--points", "-", "--columns", order, *more, text=header + b"y" * 45 + b";9.5E;52N\nB;8.5E;53N\n")
+    assert abs(german.circles[0][0] - german.pixel(52, 9.5)[0]) < 1 and len(german.circles) == 2, german.circles
+    assert ("y" * 40 in german.names) == bool(header), german.names
+arguments = [folder.name + "/german.ini", "--grid", "--points", "-", "--columns", "x,y"]
+code, _, errors = run(*arguments, text=b"k;x;y\nA;0;5763343.55\nB;0;1e9\n")
+assert code == 1 and errors == "latigo: standard input:3: code 10: the grid position is outside the projection's domain\n", errors
+open(folder.name + "/apex.ini", "w").write("[A]\nProjection=LCC\nSemiMajorAxis=6378137\nFlattening=298\nNorthParallel=70\nSouthParallel=60\nRefLatitude=90\n")
+code, _, errors = run(folder.name + "/apex.ini", "--grid", "--points", "-", text=b"0 0\n0 -1e6\n")  # no longitude at the apex
+assert code == 1 and errors == "latigo: standard input:1: the result is not a finite number\n", errors
 german = Map(folder.name + "/german.ini", "--grid", "--points", "-", "--area", "50,8,54,10", text=b"0 5763343.55 A\n")
 assert abs(german.circles[0][1] - german.pixel(52, 9)[1]) < 1 and abs(german.circles[0][0] - german.pixel(52, 9)[0]) < 1
 table = b"name;x;y\nA;9,5;52\nB;8,5;x\n"
@@ -148,12 +199,19 @@ west = system.replace("5.87 E to 15.04 E", "15.04 W to 5.87 W").replace("47.27 N
 open(folder.name + "/west.ini", "w").write(west)
 west = Map(folder.name + "/west.ini")
 assert (west.south, west.north, west.west, west.east) == (-3, 55.09, -15.04, -5.87), west.texts[1]
-date_line = system.replace("=9", "=180").replace("47.27 N to 55.09 N, 5.87 E to 15.04 E", "25 S to 15 S, 176 E to 176 W")
+date_line = system.replace("=9", "=180").replace("47.27 N to 55.09 N, 5.87 E to 15.04 E", "25 S to 15 S, 178 E to 176 W")
 open(folder.name + "/west.ini", "w").write(date_line)
 west = Map(folder.name + "/west.ini")
-assert (west.south, west.north, west.west, west.east) == (-25, -15, 176, 184), west.texts[1]
-open(folder.name + "/west.ini", "w").write(system.replace("47.27 N to", "47.27 N"))
-assert "around the projection's origin" in Map(folder.name + "/west.ini").texts[1]
+assert (west.south, west.north, west.west, west.east) == (-25, -15, 178, 184), west.texts[1]
+for words, limits in ("90 S to 90 N, 180 W to 180 E", (-90, 90, -180, 180)), ("5 N to 5.015 N, 7 E to 7.015 E", (5, 5.015, 7, 7.015)):
+    open(folder.name + "/west.ini", "w").write(system.replace("TME", "MER").replace("47.27 N to 55.09 N, 5.87 E to 15.04 E", words))
+    west = Map(folder.name + "/west.ini")
+    assert (west.south, west.north, west.west, west.east) == limits, west.texts[1]
+for words in ["4x N to 55 N, 5 E to 15 E", "47 X to 55 N, 5 E to 15 E", "47 N -- 55 N, 5 E to 15 E", "47 N to 55 N, 5 E to 15 ",
+              "47 N to 55 N, 5 E to 5 E", "90.5 S to 55 N, 5 E to 15 E", "47 N to 90.5 N, 5 E to 15 E", "47 N to 47.005 N, 5 E to 15 E",
+              "47 N to 55 N, 5 E to 5.005 E", "47 N to 55 N, 180 W to 180.5 E"]:
+    open(folder.name + "/west.ini", "w").write(system.replace("47.27 N to 55.09 N, 5.87 E to 15.04 E", words))
+    assert "around the projection's origin" in Map(folder.name + "/west.ini").texts[1], words
 assert "somewhere" not in Map(folder.name + "/german.ini").svg and "of the section's comment" in Map(folder.name + "/german.ini").texts[1]
 
 # Grid files: an undulation of 40 m and a datum shift, each in the area of its file alone.
@@ -162,7 +220,7 @@ for name, nz in ("d", 3), ("g", 1):
     head = (b" " * 64 + struct.pack("<3i4fi", 24, 5, nz, 4, 0.5, 50, 1, 0)).ljust(24 * nz * 4 + 4)
     open(f"{folder.name}/datum/{name}.dat", "wb").write(head + (b"lead" + node * 24) * 5)
 plain = system.split(";")[0]
-open(folder.name + "/grids.ini", "w").write(plain + "Geoid=g.dat\nDynDatum=d.dat\n")
+open(folder.name + "/grids.ini", "w").write(plain.replace("298.257", "298.257223563") + "Geoid=g.dat\nDynDatum=d.dat\n")
 grids = Map(folder.name + "/grids.ini")
 assert "of the datum grid" in grids.texts[1] and (grids.south, grids.north, grids.west, grids.east) == (50, 54, 4, 15.5)
 assert grids.said("Geoid", 52, 9) == "about 40.000" and len(grids.panels) == 5
@@ -170,6 +228,23 @@ grids = Map(folder.name + "/grids.ini", "--area", "48,4,56,18")
 for theme in "Geoid", "Datum":
     assert grids.said(theme, 49, 9) == grids.said(theme, 52, 16.5) == "outside the grid file", grids.classes
     assert grids.said(theme, 52, 9) != "outside the grid file"
+grids.holds("Datum", 52, 9, 3 * math.sqrt(1 - (math.sin(math.radians(9)) * math.cos(math.radians(52))) ** 2))
+grids = Map(folder.name + "/grids.ini", "--area", "51,-357,53,-354")  # the same with other longitudes
+for theme in "Geoid", "Datum":
+    assert grids.said(theme, 52, -356.5) == "outside the grid file" != grids.said(theme, 52, -355.5), grids.classes
+# A range of more than a millimetre is not one class: the shift is 3 m less by 1.4 mm in a degree.
+grids = Map(folder.name + "/grids.ini", "--area", "52,4.1,52.5,5.2")
+assert len(grids.classes[grids.panel("Datum")]) > 1, grids.classes
+# The area of a geoid grid, if it is one of the section: up to the poles and 90 degrees wide, of at least two rows and columns.
+open(folder.name + "/geoid.ini", "w").write("[First]\n" + plain + "Geoid=wide.dat\n[Other]\n; Area: other; 1 N to 2 N, 3 E to 4 E\n")
+for columns, rows, west, width, south, height, used in [(7, 7, 0, 15, -90, 30, True), (11, 7, 0, 9.05, -90, 30, False), (7, 8, 0, 15, -90, 30, False),
+                                                        (7, 1, 0, 15, 50, 1, False), (1, 7, 9, 1, 50, 1, False)]:
+    head = (b" " * 64 + struct.pack("<3i4fi", columns, rows, 1, west, width, south, height, 0)).ljust(max(96, columns * 4 + 4))
+    open(f"{folder.name}/datum/wide.dat", "wb").write(head.ljust(4 * columns + 4) + (b"lead" + b"".join(struct.pack("<f", 40 + 0.0003 * i) for i in range(columns))) * (rows + 30))
+    wide = Map(folder.name + "/geoid.ini", "-s", "Geodesy")
+    assert ("of the geoid grid" in wide.texts[1]) == used != ("around the projection's origin" in wide.texts[1]), wide.texts[1]
+    assert len(wide.panels) == 4 and (not used or (wide.south, wide.north, wide.west, wide.east) == (-90, 90, 0, 90)), wide.texts[1]
+    assert not used or len(wide.classes[wide.panel("Geoid")]) > 1, wide.classes
 # The area of a datum grid near 180 degrees.
 node = struct.pack("<3f", 0, 3, 0)
 head = (b" " * 64 + struct.pack("<3i4fi", 24, 5, 3, 165, 0.5, -45, 1, 0)).ljust(24 * 12 + 4)
@@ -183,4 +258,11 @@ for file, section, said in [
         ("polar.ini", "UPSSouth", "\u221290\u00b0 to \u221260\u00b0 north"), ("mercator.ini", "Caspian", "\u221280\u00b0 to 80\u00b0 north")]:
     drawn = Map("../../examples/" + file, "-s", section)
     assert any(said in text for text in drawn.texts), (section, drawn.texts[:3])
+for keys, limits in [("TME\nUnit=2\nFalseNorthing=2500000", (-80, 0, 16.5, 23.5)), ("CAS\nRefLatitude=49", (45, 53, 16.5, 23.5)),
+                     ("PST", (60, 90, -160, 200)), ("PST\nRefLatitude=-90", (-90, -60, -160, 200)), ("MER", (-80, 80, -160, 200)),
+                     ("LCC\nNorthParallel=88\nSouthParallel=86", (84, 89, 5, 35)), ("LCC\nNorthParallel=-88\nSouthParallel=-86", (-89, -84, 5, 35)),
+                     ("OST\nRefLatitude=80", (77, 83, 10, 30))]:
+    open(folder.name + "/kind.ini", "w").write(f"[A]\nSemiMajorAxis=6378137\nFlattening=298\nCentralMeridian=20\nProjection={keys}\n")
+    drawn = Map(folder.name + "/kind.ini")
+    assert (drawn.south, drawn.north, drawn.west, drawn.east) == limits, (keys, drawn.texts[1])
 print("maps: all as drawn")

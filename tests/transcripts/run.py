@@ -4,12 +4,12 @@ import glob, os, re, select, struct, subprocess, sys, tempfile, time
 program = [*sys.argv[1:-1], os.path.realpath(sys.argv[-1])]
 os.chdir(os.path.dirname(os.path.realpath(__file__)))
 
-# Faulty grid files: a truncated header, a header of zeros, and 2 rows of 3 nodes whose last row is truncated.
+# Faulty grid files: a header without its last byte, a header of zeros, and 2 rows of 3 nodes whose last row is truncated.
 install = tempfile.TemporaryDirectory()
 os.environ["TWI_BATHYX"] = install.name
 os.mkdir(install.name + "/datum")
 header = struct.pack("<64s3i4f4x", b"", 3, 2, 3, 0, 1, 0, 1)
-for name, content in (("short", header[:50]), ("zero", bytes(96)), ("cut", header + bytes(20))):
+for name, content in (("short", header[:95]), ("zero", bytes(96)), ("cut", header + bytes(20))):
     open(f"{install.name}/datum/{name}.dat", "wb").write(content)
 
 
@@ -51,6 +51,9 @@ if len(sys.argv) == 2:  # grids that a section names lie in the install folder
         system = open("systems.ini").read().split("[")[1].split("]")[1]
         for name, more in ("grids", "Geoid=g.dat\nVertUnit=0.5\nDynDatum=d.dat"), ("short", "DynDatum=short.dat"), ("geoid", "Geoid=g.dat\nDeltaX=1"):
             open(f"{folder}/{name}.ini", "w").write(f"[Geodesy]{system}{more}\n")
+        described = run(["info", f"{folder}/grids.ini"], "")[1]
+        for text in "datum           grid ", "geoid           grid ", "d.dat\n", "g.dat, constant 0\n", "refers to WGS-84", "on the grid's side vertical units":
+            assert text in described, (text, described)
         forward = ["forward", f"{folder}/grids.ini", "--wgs84"]
         # 100 m above WGS-84 less an undulation of 40 m, in half metres; the datum's ellipsoid is 100 sin(52) m lower there.
         for more, height in ([], "120.0000"), (["--geoid-on-datum"], "277."):

@@ -45,7 +45,7 @@ double GeodesicAzimuth(GeodesyHandle handle, const Position& from, const Positio
 void DistanceAndArcToChord(const Converter& converter, const PointLine& line, Result& result) {
   Ends ends;
   DistanceOfGreatCircle(converter, line, result);
-  if (result.function != nullptr || result.fault != nullptr || !ReadEnds(converter, line, ends, result)) {
+  if (!ReadEnds(converter, line, ends, result)) {
     return;
   }
   const auto& [from, to] = ends;

@@ -32,7 +32,8 @@ constexpr double SeriesEnd = 1 / 1920.0;
 constexpr double RhumbNoise = 2e-9;  // of the meridian arc between two parallels, metres
 
 // Limits within which the round-trip error of a projection is not checked: longitude difference from the central
-// meridian in degrees, and distances from the origin along the axes in metres.
+// meridian in degrees, and distances from the origin along the axes in metres. Farther north in the Mercator projection
+// the latitude in double precision is too near the pole.
 struct Reach {
   double degrees;
   double easting;
@@ -40,6 +41,7 @@ struct Reach {
 };
 
 constexpr double Everywhere = 20.1e6;  // slightly more than half a meridian
+constexpr double PartOfWay = 0.9;      // to the pole, since the grid can be shorter than the ground
 
 constexpr Reach ReachOf(std::int32_t kind) {
   switch (kind) {
@@ -48,7 +50,7 @@ constexpr Reach ReachOf(std::int32_t kind) {
       return {6, 700e3, 10.1e6};
     case LATIGO_KIND_MERCATOR:
     case LATIGO_KIND_MERCATOR_ON_SPHERE:
-      return {181, Everywhere, 5 * Everywhere};
+      return {181, Everywhere, 3 * Everywhere};
     case LATIGO_KIND_LAMBERT:
     case LATIGO_KIND_ALBERS:
       return {90, 3e6, 2e6};
@@ -81,6 +83,10 @@ RoundTrip::RoundTrip(GeodesyHandle object) : object_(object) {
   nearLongitude_ = reach.degrees * RadiansPerDegree;
   nearX_ = reach.easting / metresPerUnit_;
   nearY_ = reach.northing / metresPerUnit_;
+  if (reach.northing < Everywhere) {  // beyond the pole the inverse can return the position on this side of it
+    const double toPole = EarthRadius * (TwoPi / 4 - std::fabs(params.RefLatitude)) / metresPerUnit_;
+    nearY_ = std::min(nearY_, PartOfWay * toPole);
+  }
   if ((adjustment.AdjustType & LATIGO_ADJUST_TYPE) != 0) {  // which may rotate the axes
     nearX_ = nearY_ = std::min(nearX_, nearY_);
   }

@@ -67,6 +67,11 @@ std::string AddPoint(const MapOptions& options, const Converter& converter, doub
   return {};
 }
 
+// The file of points, for messages.
+std::string FileName(const MapOptions& options) {
+  return options.points == "-" ? "standard input" : options.points;
+}
+
 // A file of points and what is wrong in it, a message for each invalid point.
 struct Points {
   std::vector<picture::NamedPoint> points;
@@ -87,7 +92,7 @@ Points PointsOfTable(const MapOptions& options, const Converter& converter) {
     const std::string fault = AddPoint(options, converter, each.values[first], each.values[1 - first],
                                        each.texts[2].substr(0, LongestName), read.points);
     if (!fault.empty()) {
-      read.faults.push_back(options.points + ":" + std::to_string(each.line) + ": " + fault);
+      read.faults.push_back(FileName(options) + ":" + std::to_string(each.line) + ": " + fault);
     }
   }
   return read;
@@ -127,7 +132,7 @@ Points ReadPoints(const MapOptions& options, const Converter& converter) {
     Message(fault);
   }
   if (read.points.empty()) {
-    throw UsageError(options.points + ": no points to draw");
+    throw UsageError(FileName(options) + ": no points to draw");
   }
   return read;
 }

@@ -31,7 +31,7 @@ Area AreaFromText(const MapOptions& options) {
   std::size_t begin = 0;
   for (std::size_t i = 0; i < limits.size(); ++i) {
     const std::size_t end = std::min(options.area.find(',', begin), options.area.size());
-    if (begin > options.area.size() || (i == 3) != (end == options.area.size())) {
+    if ((i == 3) != (end == options.area.size())) {
       Refuse(options, "an area is four angles: south,west,north,east");
     }
     const Parsed parsed = ParseAngle(options.area.substr(begin, end - begin), Axes[i]);
@@ -112,7 +112,7 @@ std::optional<Area> AreaOfGrid(const char* path) {
   std::string native = path;
   std::replace(native.begin(), native.end(), '\\', '/');
   std::array<char, 96> header{};
-  if (native.empty() || !std::ifstream(native, std::ios::binary).read(header.data(), header.size())) {
+  if (!std::ifstream(native, std::ios::binary).read(header.data(), header.size())) {
     return std::nullopt;
   }
   const auto word = [&](std::size_t offset) {
