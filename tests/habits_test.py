@@ -284,8 +284,9 @@ def seconds(sections):
     return after.ru_utime - before.ru_utime
 
 if len(program) == 1:
-    few, many = (min(seconds(sections) for _ in range(3)) for sections in (15000, 60000))  # a busy machine slows some runs
-    assert many < 0.05 + 8 * few, (few, many)
+    # The least of three, since a busy machine slows some runs; a system may count a short run as nothing.
+    few, many = (min(seconds(sections) for _ in range(3)) for sections in (15000, 60000))
+    assert many < 0.3 + 8 * few, (few, many)
 
 # A folder: the sections of all its files, below their names. Where nothing is installed there are no examples.
 status, text, messages = run("list", f"{root}/examples", "caspian")

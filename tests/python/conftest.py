@@ -11,7 +11,7 @@ import pytest
 ROOT = pathlib.Path(__file__).resolve().parents[2]
 EXAMPLES = ROOT / "examples"
 BUILD = pathlib.Path(os.environ.get("LATIGO_BUILD", ROOT / "build/python"))
-PROGRAM = BUILD / "latigo"
+PROGRAM = ROOT / "build/release/latigo"
 
 _folder = tempfile.TemporaryDirectory()
 FOLDER = pathlib.Path(_folder.name)
