@@ -76,7 +76,7 @@ for deviation, distance, times in zip(printed[::2], printed[1::2], (1, 3, 10)):
 
 # Two points fit exactly, so that nothing is said of errors.
 report = fit(lines(square(530000, 180000)[:2]), "--sigma", "0.01")[3]
-assert "the points fit exactly" in report and "Beyond it the errors of the points grow with the distance." in report and not re.search(r"least checked|largest stand|standard deviations of|inf|nan", report), report
+assert "the points fit exactly, whatever" in report and "Beyond it the errors of the points grow with the distance." in report and not re.search(r"least checked|largest stand|standard deviations of|inf|nan", report), report
 
 # With the scale fixed their redundancy is 1. By symmetry both ends are wrong by 0.01, across the line nothing is checked, and
 # s0 = 0.01 sqrt(2); r = 1/2 and 0, and Y and the rotation have the deviations s0 / sqrt(2) and s0 / sqrt(2 * 50^2).
@@ -101,7 +101,7 @@ Residuals: by the section less as given; w: standardised; r: redundancy numbers
   least checked: , one, whose errors are not found
 Area: x 530000 to 530100, y 180000 to 180000; the control points enclose 0 m2.
 """, report
-assert "largest standardised residual: " in report and ", X of P1 (line 1), a blunder" in fit(lines(square(530000, 180000, noise=(1, 0, 0, 0))), "--sigma", "0.1")[3]
+assert "fit exactly" not in report and ", X of P1 (line 1), a blunder" in fit(lines(square(530000, 180000, noise=(1, 0, 0, 0))), "--sigma", "0.1")[3]
 
 # Residuals are rounded once, and none is a negative zero. The points of the Mercator projection fit exactly but for the check points.
 open("zero.ini", "w").write("[A]\nProjection=MER\nSemiMajorAxis=6378137\nFlattening=298\nUnit=0.3048\n")
@@ -238,7 +238,7 @@ assert "Area: latitude 44.2500 to 46.5000, longitude 178.0000 to 181.0000, heigh
 for width in 2500, 1500:
     cross = [(4e6, y, 4.9e6) for y in (1e5, -1e5)] + [(4e6 + x, 0, 4.9e6) for x in (width, -width)]
     report = fit("".join(f"{x} {y} {z} {x} {y} {z}\n" for x, y, z in cross), "--datum", "cartesian", base=["wgs84.ini"])[3]
-    assert ("nearly on a line (their width is 0.015 of their length)" in report) == (width == 1500), report
+    assert re.findall(r"nearly on a line \(their width is (\S+) of", report) == ([] if width == 2500 else ["0.015"]), report
 
 # By algebra: points on the earth's axes at the distances a, b and b, with errors of 0.02 in Z at the ends of two of them that no
 # parameter explains, so that s0 = 0.04 / sqrt(11). The parameters are independent of each other: of a residual along the axis of
