@@ -1,6 +1,7 @@
 #include "operations.h"
 
 #include <cmath>
+#include <span>
 
 #include "commands.h"
 
@@ -118,11 +119,11 @@ void RhumbLine(const Converter& converter, const PointLine& line, Result& result
 }
 
 const char* FaultOf(const Result& result) {
-  for (int i = 0; i < result.count; ++i) {
-    if (!std::isfinite(result.values[i].value)) {
+  for (const auto& [value, quantity] : std::span(result.values).first(static_cast<std::size_t>(result.count))) {
+    if (!std::isfinite(value)) {
       return "the result is not a finite number";
     }
-    if (result.values[i].quantity == Quantity::Latitude && std::fabs(result.values[i].value) > LargestLatitude) {
+    if (quantity == Quantity::Latitude && std::fabs(value) > LargestLatitude) {
       return "the result is beyond the pole";
     }
   }
