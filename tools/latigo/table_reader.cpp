@@ -218,7 +218,6 @@ bool TableReader::TakeRecord(std::string_view& text, std::string_view& line, boo
 
 // Finds the layout from the lines; false if they are too few.
 bool TableReader::Find(std::string_view text, std::size_t firstLine, bool atEnd) {
-  headerLine_ = 0;
   headerDecided_ = options_.header == HeaderLine::No;
   std::string_view first;  // the first line after the header
   std::size_t following = firstLine;
