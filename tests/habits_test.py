@@ -226,6 +226,16 @@ if len(program) == 1:  # as the grid of run.py: 5 x 10 nodes from 0 E 50 N, with
     os.remove("pair.ini")
 
 # Progress is shown on a terminal only, after a second, and erased before a message and at the end.
+def read(terminal):
+    received = b""
+    try:
+        while more := os.read(terminal, 1 << 16):
+            received += more
+    except OSError:  # the end of a terminal
+        pass
+    os.close(terminal)
+    return received
+
 def shown(arguments, feed, wait=1.2):
     """The rows of output, and what a terminal receives on standard error, if nobody reads the output for a second."""
     terminal, other = pty.openpty()
@@ -233,13 +243,7 @@ def shown(arguments, feed, wait=1.2):
     process = subprocess.Popen([*program, "forward", "template.ini", *arguments], stdin=feed or other, stdout=-1, stderr=other)
     os.close(other)
     time.sleep(wait)
-    rows, received = process.stdout.read().count(b"\n"), b""
-    try:
-        while more := os.read(terminal, 1 << 16):
-            received += more
-    except OSError:  # the end of a terminal
-        pass
-    os.close(terminal)
+    rows, received = process.stdout.read().count(b"\n"), read(terminal)
     assert process.wait() < 2
     assert received.count(b"rows a second") <= max(0, 5 * (time.monotonic() - begin) - 4), received  # at intervals of 0.2 s
     return rows, received.decode()
@@ -267,8 +271,17 @@ if len(program) == 1:
         assert abs(speed * (60 * minutes + seconds_left) - (100 - part) * 4000) < 0.6 * speed + 4000, found
     with open("long.txt") as file:
         assert re.search(r" % of 2\.4 MB", shown([], file)[1])
-    with open("long.txt") as file:  # through a pipe, whose end is not known
-        assert re.search(r"\r[\d.]+ [kM]B, \d+ rows a second *\r", shown(["-"], subprocess.Popen(["cat"], stdin=file, stdout=-1).stdout)[1])
+    terminal, other = pty.openpty()  # through a pipe, whose end is not known
+    process = subprocess.Popen([*program, "forward", "template.ini", "-"], stdin=-1, stdout=-1, stderr=other)
+    os.close(other)
+    for pause in 1.05, 0:
+        process.stdin.write(line.encode())
+        process.stdin.flush()
+        assert process.stdout.readline() == expected.encode()
+        time.sleep(pause)
+    process.communicate()
+    text = read(terminal)
+    assert re.search(rb"\r12 B, [01] rows a second *\r *\r$", text), text
     shown(["points.txt"], None, 0)
     process = subprocess.Popen([*program, "forward", "template.ini", "long.txt"], stdout=-1, stderr=-1)
     time.sleep(1.2)
