@@ -167,6 +167,7 @@ if len(program) == 1:  # with the mode of the older file, through a link, withou
                           input=line.encode() * 60000, capture_output=True)
     assert done.returncode == -signal.SIGXFSZ and content("new.txt") == expected, done
     for number in signal.SIGINT, signal.SIGTERM, signal.SIGHUP:
+        signal.signal(number, signal.SIG_DFL)  # in the background, or without a terminal, some are ignored
         process = subprocess.Popen([*program, "forward", "template.ini", "-o", "new.txt"], stdin=-1)
         process.stdin.write(line.encode())
         process.stdin.flush()
