@@ -12,7 +12,7 @@ CELL, COLUMNS = 4, 72
 
 def run(*arguments, text=b""):
     done = subprocess.run([*program, "map", *arguments], input=text, capture_output=True)
-    return done.returncode, done.stdout.decode(), done.stderr.decode()
+    return done.returncode, done.stdout.decode(), done.stderr.decode().replace("\r\n", "\n")
 
 
 class Map:

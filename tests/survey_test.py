@@ -7,7 +7,7 @@ os.chdir(os.path.dirname(os.path.realpath(__file__)) + "/transcripts/survey")
 
 def run(arguments, data):
     done = subprocess.run([*program, *arguments], input=data, capture_output=True)
-    return done.returncode, done.stdout, done.stderr.decode()
+    return done.returncode, done.stdout, done.stderr.decode().replace("\r\n", "\n")
 
 
 cases = [line.rstrip("\n").split(": ", 1) for line in open("cases.txt", encoding="utf-8")]
