@@ -27,7 +27,7 @@ std::size_t PlainLength(std::string_view text) {
     return IsPlain(first) ? 1 : 0;
   }
   const std::size_t more = first >= 0xF0 ? 3 : first >= 0xE0 ? 2 : 1;
-  if (first < 0xC0 || first >= 0xF8) {
+  if (first < 0xC0 || first >= 0xF8 || text.size() <= more) {
     return 0;
   }
   std::uint32_t c = first & (0x3FU >> more);
@@ -38,7 +38,6 @@ std::size_t PlainLength(std::string_view text) {
     }
     c = c << 6U | (byte & 0x3FU);
   }
-  // A character that the end of the text cuts is below the lowest, too.
   return c >= Lowest[more] && IsPlain(c) ? more + 1 : 0;
 }
 
