@@ -106,6 +106,13 @@ for keys, text in [("", "  datum           no shift to WGS-84\n  local grid     
                    ("AdjustType=1\nReverseX=1\nReverseY=1", " to 0, 0, X reversed, Y reversed\n")]:
     write("described.ini", "[A]\nProjection=MER\nSemiMajorAxis=6378137\nFlattening=298\n" + keys)
     assert text in run("info", "described.ini")[1], (keys, run("info", "described.ini")[1])
+# Beyond the pole, 1300 km north of 80 and 700 km north of 85 degrees, no kind loses the point without a warning.
+for kind in "LCC", "ALA", "AZD", "OST", "OCY":
+    for origin, parallels, y in (80, "NorthParallel=82\nSouthParallel=78", 1.3e6), (85, "NorthParallel=87\nSouthParallel=83", 0.7e6):
+        write("described.ini", f"[A]\nProjection={kind}\nSemiMajorAxis=6378137\nFlattening=298\nRefLatitude={origin}\n{parallels}\n")
+        position, messages = run("inverse", "described.ini", "--precision", "10", text=f"0 {y}")[1:]
+        back = run("forward", "described.ini", text=position)[1].split()
+        assert "too far" in messages or abs(float(back[0])) < 1 > abs(float(back[1]) - y), (kind, position, messages, back)
 # The coordinates of these kinds are metres in any unit. A round-trip error counts on the ground, also at a pole.
 for kind, point in ("PST", "1e15 0"), ("OST", "1e15 0"), ("CME", "0 1.5e8"):
     write("described.ini", f"[A]\nProjection={kind}\nSemiMajorAxis=6378137\nFlattening=298\nRefLatitude=52\nUnit=1e-9\n")
