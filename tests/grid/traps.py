@@ -213,6 +213,9 @@ for name, content, arguments, part in BAD:
     assert set(os.listdir()) == before, (name, set(os.listdir()) - before)
 status, output, message = run("make", gtx("wide.gtx", 0, 0, 2 / 3600, 1 / 3600, 3, 40), "-o", "no/such/folder.dat")
 assert status == 2 and "No such file" in message, message
+for arguments, reason in (((), "a command is required"), (("mkae", "a.gtx"), "latigo-grid: mkae: no such command"), (("info", "a.gtx", "x"), "not expected: x")):
+    status, output, message = run(*arguments)
+    assert status == 2 and output == "" and reason in message, (arguments, message)
 assert "within 2.147 GB" in run("make", "world.pgm", "-o", "made.dat", "--max-size", "9GB", "--tolerance", "0.1mm")[2]
 
 # What a file of ours says of itself, and files that are none.

@@ -67,7 +67,7 @@ int Run(int argc, char** argv) {
   CLI::App app("LATIGO: grid files from public grids", "latigo-grid");
   app.set_version_flag("--version", "latigo-grid " + std::to_string(GetGeodesyVersion() / 100) + "." +
                                         std::to_string(GetGeodesyVersion() % 100));
-  app.require_subcommand(1);
+  app.require_subcommand(0, 1);
 
   CLI::App* make = app.add_subcommand("make", "Makes a grid file dense enough for a tolerance, and certifies it.");
   make->add_option("SOURCE", options.file, "public grid")->required();
@@ -111,11 +111,17 @@ int Run(int argc, char** argv) {
   AddPoints(*compare, options);
 
   try {
+    app.allow_extras();  // a word that is no command; after the commands, which would inherit it
     app.parse(argc, argv);
   } catch (const CLI::Success& help) {
     return app.exit(help);
   } catch (const CLI::ParseError& wrong) {
     throw Refused(wrong.what());
+  }
+  if (app.get_subcommands().empty() || !app.remaining().empty()) {
+    throw Refused(app.remaining().empty()
+                      ? "a command is required; latigo-grid --help lists them"
+                      : app.remaining().front() + ": no such command; latigo-grid --help lists them");
   }
   if (!area.empty()) {
     options.source.area = AreaOf(area);

@@ -1,7 +1,12 @@
 #include "export.h"
 
+#include <latigo/latigo_errors.h>
+
 #include <algorithm>
+#include <cerrno>
 #include <cmath>
+#include <cstring>
+#include <fstream>
 #include <latigo/latigo.hpp>
 #include <numbers>
 #include <optional>
@@ -56,10 +61,14 @@ struct Object {
 };
 
 Object Open(const std::string& file, const std::string& section) {
+  if (!std::ifstream(file)) {
+    throw Refused(std::strerror(errno));
+  }
   auto made = api::Geodesy::CreateFileGeodesy(file.c_str(), section.c_str());
   constexpr int GeoidMissing = 9;  // which no export needs
   if (!made.value || (!made && made.code != GeoidMissing)) {
-    throw Refused("the section does not open: code " + std::to_string(made.code) + " of docs/errors.md");
+    throw Refused("there is no such section, or it does not open: error " + std::to_string(made.code) + ": " +
+                  LatigoErrorText(made.code, "CreateFileGeodesy"));
   }
   Object object{std::move(made.value), {}, {}, {}};
   object.params = object.geodesy.GetGeodesyParams().value;

@@ -181,14 +181,20 @@ int Run(int argc, char** argv) {
   const std::int32_t version = GetGeodesyVersion();
   app.set_version_flag("--version", "latigo-system " + std::to_string(version / 100) + "." +
                                         std::to_string(version % 100) + ", PROJ " + proj_info().version);
-  app.require_subcommand(1);
+  app.require_subcommand(0, 1);
   AddCommands(app, arguments, run);
   try {
+    app.allow_extras();  // a word that is no command; after the commands, which would inherit it
     app.parse(argc, argv);
   } catch (const CLI::Success& help) {
     return app.exit(help);
   } catch (const CLI::ParseError& wrong) {
     throw Refused(wrong.what());
+  }
+  if (!run || !app.remaining().empty()) {
+    throw Refused(app.remaining().empty()
+                      ? "a command is required; latigo-system --help lists them"
+                      : app.remaining().front() + ": no such command; latigo-system --help lists them");
   }
   run();
   if (!std::cout.flush()) {

@@ -218,7 +218,7 @@ int Run(int argc, char** argv) {
       [](const CLI::App* command, const std::string&, CLI::AppFormatMode) { return HelpOf(command->get_name()); });
   app.set_version_flag("--version", "latigo " + std::to_string(GetGeodesyVersion() / 100) + "." +
                                         std::to_string(GetGeodesyVersion() % 100));
-  app.require_subcommand(1);
+  app.require_subcommand(0, 1);
   Chosen chosen;
   AddCommand(app, chosen, "info", RunInfo);
   AddCommand(app, chosen, "check", RunCheck);
@@ -236,7 +236,13 @@ int Run(int argc, char** argv) {
   AddCommand(app, chosen, "map", RunMap);
   int status = 0;
   try {
+    app.allow_extras();  // a word that is no command; after the commands, which would inherit it
     app.parse(argc, argv);
+    if (!chosen || !app.remaining().empty()) {
+      throw UsageError(app.remaining().empty()
+                           ? "a command is required; latigo --help lists them"
+                           : app.remaining().front() + ": no such command; latigo --help lists them");
+    }
     status = chosen();
   } catch (const CLI::Success& help) {
     status = app.exit(help);
