@@ -81,8 +81,7 @@ void FromWgs84(const cli::Converter& converter, const cli::PointLine& point, cli
 void ToWgs84(const cli::Converter& converter, const cli::PointLine& point, cli::Result& result) {
   cli::Position at = {point.first * cli::RadiansPerDegree, point.second * cli::RadiansPerDegree,
                       point.third.value_or(0)};
-  if (converter.InDatumGrid(at.latitude, at.longitude, result) &&
-      result.Call(InvWGS84Conv(converter.Handle(), &at.latitude, &at.longitude, &at.h), "InvWGS84Conv")) {
+  if (converter.ToWgs84(at, result)) {
     converter.WriteGeographic(at, result);
     result.Add(at.h, cli::Quantity::Length);
   }

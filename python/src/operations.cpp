@@ -189,7 +189,9 @@ Outcome Inverse(Handle& handle, const Options& options, const double* in, double
     return point.outcome;
   }
   point.Add(cli::Doubt::NoRoundTrip, !handle.RoundTrip().HoldsInverse(in[0], in[1], point.latitude, point.longitude));
-  if (point.FromGridHeight(options.height ? in[2] : 0) && point.Write(out) && options.height) {
+  // Checked before a datum shift, which would make it a latitude again.
+  if (point.WithinPoles(point.latitude) && point.FromGridHeight(options.height ? in[2] : 0) && point.Write(out) &&
+      options.height) {
     out[2] = point.h;
   }
   return point.outcome;

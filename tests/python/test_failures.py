@@ -52,8 +52,9 @@ def test_a_failed_point_is_an_exception_or_nan_or_a_code(grids, call, inputs, co
 
 
 def test_a_result_beyond_the_pole_is_a_failure():
-    far = latigo.Geodesy.from_params("CAS", semi_major_axis=6378137, inverse_flattening=298.25)
+    far = latigo.Geodesy.from_params("CAS", semi_major_axis=6378137, inverse_flattening=298.25, delta_x=100)
     assert error_of(far.inverse, 0, 1.2e7).code == latigo.BEYOND_POLE
+    assert error_of(far.inverse, 0, 1.2e7, wgs84=True).code == latigo.BEYOND_POLE
 
 
 def test_nothing_is_written_if_a_point_raises(national):

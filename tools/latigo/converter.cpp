@@ -68,12 +68,6 @@ bool Converter::ReadGeographic(const PointLine& point, Position& position, Resul
   return true;
 }
 
-bool Converter::ToOutputDatum(Position& position, Result& result) const {
-  return !between_.shift ||
-         (InDatumGrid(position.latitude, position.longitude, result) &&
-          result.Call(InvWGS84Conv(Handle(), &position.latitude, &position.longitude, &position.h), "InvWGS84Conv"));
-}
-
 void Converter::WriteGeographic(const Position& position, Result& result) const {
   const double longitude = position.longitude / RadiansPerDegree;
   result.Add(position.latitude / RadiansPerDegree, Quantity::Latitude);

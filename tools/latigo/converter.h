@@ -80,8 +80,8 @@ class Converter {
 
   // The position of a line on the object's datum; false if the datum shift fails, or outside its grid.
   bool ReadGeographic(const PointLine& point, Position& position, Result& result) const;
-  // Converts a position on the object's datum to WGS-84 if positions are WGS-84; false if that fails.
-  bool ToOutputDatum(Position& position, Result& result) const;
+  // Converts a position on the object's datum to WGS-84 if the steps have the shift; false if that fails.
+  bool ToWgs84(Position& position, Result& result) const;
   void WriteGeographic(const Position& position, Result& result) const;
 
   // Whether the datum shift of the steps can be applied at a position on either datum; false if the point fails because
@@ -94,9 +94,6 @@ class Converter {
   // Converts a position on the object's datum and the line's grid height to the output position, with --wgs84 on
   // WGS-84. Returns false if a call fails.
   bool FromGridHeight(const PointLine& point, Position& position, Result& result) const;
-
-  // Converts a position on the object's datum to WGS-84 if the datum shift is asked for.
-  bool ToWgs84(Position& position, Result& result) const;
 
   bool HasGeoid() const { return hasGeoid_; }
   bool GeoidOnWgs84() const { return between_.shift && !between_.geoidOnDatum; }

@@ -9,8 +9,8 @@ namespace latigo::cli {
 
 namespace {
 
-// Larger results are not latitudes; rounding at the pole is allowed. Degrees.
-constexpr double LargestLatitude = 90 + 1e-9;
+constexpr double LargestLatitude = 90 + 1e-9;  // degrees; rounding at the pole is allowed
+constexpr const char* BeyondPole = "the result is beyond the pole";
 
 // The distance by one of the library's functions.
 template <auto measure>
@@ -51,6 +51,10 @@ void Inverse(const Converter& converter, const PointLine& point, Result& result)
     return;
   }
   converter.CheckInverse(point.first, point.second, to, result);
+  if (std::fabs(to.latitude) > LargestLatitude * RadiansPerDegree) {  // a datum shift would make it a latitude again
+    result.fault = BeyondPole;
+    return;
+  }
   if (!converter.FromGridHeight(point, to, result)) {
     return;
   }
@@ -103,7 +107,7 @@ void FromCartesian(const Converter& converter, const PointLine& point, Result& r
   const double z = point.third.value_or(0);
   Position to;
   result.Call(ECEFGeo(converter.Handle(), point.first, point.second, z, &to.latitude, &to.longitude, &to.h), "ECEFGeo");
-  if (!converter.ToOutputDatum(to, result)) {
+  if (!converter.ToWgs84(to, result)) {
     return;
   }
   converter.WriteGeographic(to, result);
@@ -124,7 +128,7 @@ const char* FaultOf(const Result& result) {
       return "the result is not a finite number";
     }
     if (quantity == Quantity::Latitude && std::fabs(value) > LargestLatitude) {
-      return "the result is beyond the pole";
+      return BeyondPole;
     }
   }
   return nullptr;
