@@ -116,7 +116,7 @@ for kind in "LCC", "ALA", "AZD", "OST", "OCY":
 # The coordinates of these kinds are metres in any unit. A round-trip error counts on the ground, also at a pole.
 for kind, point in ("PST", "1e15 0"), ("OST", "1e15 0"), ("CME", "0 1.5e8"):
     write("described.ini", f"[A]\nProjection={kind}\nSemiMajorAxis=6378137\nFlattening=298\nRefLatitude=52\nUnit=1e-9\n")
-    assert "too far" in run("inverse", "described.ini", text=point)[2] and not run("forward", "described.ini", text="89.99999999999 30")[2], kind
+    assert "too far" in run("inverse", "described.ini", text=point)[2] and "too far" not in run("forward", "described.ini", text="89.99999999999 30")[2], kind
 reading = {command for command in re.findall(r"^  (\w+) ", run("--help")[1], re.M) if "Options of all commands that read points:" in run(command, "--help")[1]}
 assert reading == {"forward", "inverse", "convert", "scale", "factors", "undulation", "ecef", "distance"}, reading
 

@@ -25,14 +25,14 @@ constexpr ConfigKey Keys[] = {
     {"CentralMeridian", PARAMS(CentralMeridian), DegreesToRadians, ValueKind::Longitude},
     {"NorthParallel",   PARAMS(NorthParallel),   DegreesToRadians, ValueKind::Latitude},
     {"SouthParallel",   PARAMS(SouthParallel),   DegreesToRadians, ValueKind::Latitude},
-    {"Unit",            PARAMS(Unit),            OneIfZero,        ValueKind::Number},
+    {"Unit",            PARAMS(Unit),            OneIfZero,        ValueKind::Unit},
     {"FalseEasting",    PARAMS(FalseEasting),    AsGiven,          ValueKind::Number},
     {"FalseNorthing",   PARAMS(FalseNorthing),   AsGiven,          ValueKind::Number},
     {"SkewAzimuth",     PARAMS(SkewAzimuth),     DegreesToRadians, ValueKind::Azimuth},
     {"SemiMajorAxis",   PARAMS(SemiMajorAxis),   AsGiven,          ValueKind::Number},
     {"Flattening",      PARAMS(InvFlattening),   AsGiven,          ValueKind::Reciprocal},  // 1/f, in the file too
     {"Projection",      OTHER,                   AsGiven,          ValueKind::Keyword},
-    {"VertUnit",        OTHER,                   AsGiven,          ValueKind::Number},  // 0 means Unit
+    {"VertUnit",        OTHER,                   AsGiven,          ValueKind::Unit},  // 0 means Unit
     {"DynDatum",        OTHER,                   AsGiven,          ValueKind::File},  // instead of the parameters
     {"DeltaX",          DIFF(DeltaX),            AsGiven,          ValueKind::Number},
     {"DeltaY",          DIFF(DeltaY),            AsGiven,          ValueKind::Number},
@@ -41,7 +41,7 @@ constexpr ConfigKey Keys[] = {
     {"DeltaRX",         DIFF(DeltaRX),           ArcSeconds,       ValueKind::Number},
     {"DeltaRY",         DIFF(DeltaRY),           ArcSeconds,       ValueKind::Number},
     {"DeltaRZ",         DIFF(DeltaRZ),           ArcSeconds,       ValueKind::Number},
-    {"AdjustType",      OTHER,                   AsGiven,          ValueKind::Integer},
+    {"AdjustType",      OTHER,                   AsGiven,          ValueKind::LocalGrid},
     {"ReverseX",        OTHER,                   AsGiven,          ValueKind::Boolean},
     {"ReverseY",        OTHER,                   AsGiven,          ValueKind::Boolean},
     {"AdjustRotation",  ADJUST(AdjustRotation),  DegreesByDivision,ValueKind::Azimuth},

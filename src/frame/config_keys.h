@@ -22,7 +22,19 @@ enum class Conversion {
 enum class Record { Params, Diff, Adjust, Other };
 
 // The type of a value, for checking a file.
-enum class ValueKind { Number, Factor, Latitude, Longitude, Azimuth, Reciprocal, Integer, Boolean, Keyword, File };
+enum class ValueKind {
+  Number,
+  Factor,
+  Latitude,
+  Longitude,
+  Azimuth,
+  Reciprocal,
+  Unit,
+  LocalGrid,
+  Boolean,
+  Keyword,
+  File
+};
 
 struct ConfigKey {
   const char* name;

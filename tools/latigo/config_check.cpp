@@ -20,6 +20,7 @@
 #include "platform/ascii.h"
 #include "platform/c_numbers.h"
 #include "platform/posix/profile_file.h"
+#include "section_keys.h"
 #include "streams.h"
 
 namespace latigo::cli {
@@ -28,6 +29,9 @@ namespace {
 
 constexpr std::uintmax_t SizeLimit = 16U << 20U;  // bytes; the library reads no larger file
 constexpr std::size_t ValueLimit = 79;            // characters of a value that count
+
+// From here on polar stereographic has a latitude of true scale, degrees from the pole: 1e-5 radians.
+constexpr double NearPole = 1e-5 * 57.29577951308232;
 
 using File = std::unique_ptr<std::FILE, int (*)(std::FILE*)>;
 
@@ -84,6 +88,22 @@ std::size_t Distance(std::string_view from, std::string_view to) {
     }
   }
   return row.back();
+}
+
+auto FindKey(std::string_view name) {
+  const auto keys = ConfigKeys();
+  return std::find_if(keys.begin(), keys.end(),
+                      [&](const ConfigKey& one) { return EqualIgnoringCase(one.name, name); });
+}
+
+bool InRange(double factor) {
+  return 0.5 <= factor && factor <= 2;
+}
+
+// Whether a value of AdjustType is the number of a local grid, or of none.
+bool IsLocalGrid(std::int32_t value) {
+  const std::uint32_t type = static_cast<std::uint32_t>(value) & LATIGO_ADJUST_TYPE;
+  return value == 0 || (type >= LATIGO_ADJUST_SIMILARITY && type <= LATIGO_ADJUST_CHAINS_16);
 }
 
 // Compares the size of a grid file with the lattice of its header; empty if they fit or the file has no header.
@@ -183,8 +203,7 @@ double ConfigFile::NumberOf(const Section& section, std::string_view key) const 
 
 std::string ConfigFile::CheckValue(const Key& key) const {
   const auto keys = ConfigKeys();
-  const auto known = std::find_if(keys.begin(), keys.end(),
-                                  [&](const ConfigKey& one) { return EqualIgnoringCase(one.name, key.name); });
+  const auto known = FindKey(key.name);
   if (known == keys.end()) {
     const auto nearest = std::min_element(keys.begin(), keys.end(), [&](const ConfigKey& l, const ConfigKey& r) {
       return Distance(key.name, l.name) < Distance(key.name, r.name);
@@ -209,8 +228,11 @@ std::string ConfigFile::CheckValue(const Key& key) const {
       return IsOneOf(cut, {"on", "yes", "true", "1", "off", "no", "false", "0"})
                  ? ""
                  : entry + " is read as " + (CInt(cut.c_str()) == 1 ? "yes" : "no");
-    case ValueKind::Integer:
-      return IsWhole<std::int32_t>(value) ? "" : entry + " is read as " + std::to_string(CInt(cut.c_str()));
+    case ValueKind::LocalGrid:
+      if (!IsWhole<std::int32_t>(value)) {
+        return entry + " is read as " + std::to_string(CInt(cut.c_str()));
+      }
+      return IsLocalGrid(CInt(cut.c_str())) ? "" : entry + " is no local grid, and none is applied";
     default:
       break;
   }
@@ -221,11 +243,46 @@ std::string ConfigFile::CheckValue(const Key& key) const {
   if (angle && !(std::fabs(number) <= limit)) {
     return entry + " is not between -" + ShortNumber(limit) + " and " + ShortNumber(limit) + " degrees";
   }
-  if (known->kind == ValueKind::Factor && number != 0 && !(number >= 0.5 && number <= 2)) {
-    return entry + " is not between 0.5 and 2";
-  }
   if (known->kind == ValueKind::Reciprocal && number != 0 && !(number >= 1)) {
     return entry + " is below 1, but the key is the reciprocal flattening 1/f";
+  }
+  if (known->kind == ValueKind::Unit && number < 0) {
+    return entry + " is negative, but a unit is a length in metres";
+  }
+  return {};
+}
+
+// Checks a value that is not that of an absent key beside the other keys: its effect, and the size of a factor.
+std::string ConfigFile::CheckUse(const Section& section, const Key& key) const {
+  const auto known = FindKey(key.name);
+  if (known == ConfigKeys().end() || known->kind == ValueKind::Keyword || known->kind == ValueKind::File) {
+    return {};
+  }
+  const std::string value(*key.value);
+  const double number = known->kind == ValueKind::Boolean ? (IsOneOf(value, {"on", "yes", "true", "1"}) ? 1 : 0)
+                                                          : NumberOf(section, key.name);
+  if (number == 0 || (known->conversion == Conversion::OneIfZero && number == 1)) {
+    return {};
+  }
+  const std::string entry = std::string(key.name) + "=" + value;
+  const std::int32_t kind = KindOfKeyword(std::string(ValueOf(section, "Projection")).c_str());
+  const auto type = static_cast<std::uint32_t>(CInt(std::string(ValueOf(section, "AdjustType")).c_str()));
+  const bool similarity = (type & LATIGO_ADJUST_TYPE) == LATIGO_ADJUST_SIMILARITY;
+  if ((known->record == Record::Adjust || known->kind == ValueKind::Boolean) && !similarity) {
+    return entry + " is read with AdjustType=1 only";
+  }
+  // A similarity transformation can change the unit of coordinates that the projection has in metres.
+  const bool changesUnit = similarity && !ReadsKey(kind, "Unit");
+  if (!ReadsKey(kind, key.name) && !(known->kind == ValueKind::Unit && changesUnit)) {
+    return entry + " is not read by the projection " + ProjectionName(kind);
+  }
+  const double factor = changesUnit && known->record == Record::Adjust ? number * NumberOf(section, "Unit") : number;
+  if (known->kind == ValueKind::Factor && !(InRange(number) || InRange(factor))) {
+    return entry + " is not between 0.5 and 2";
+  }
+  if (kind == LATIGO_KIND_POLAR_STEREOGRAPHIC && EqualIgnoringCase(key.name, "ScaleFactor") &&
+      std::fabs(std::fabs(NumberOf(section, "RefLatitude")) - 90) > NearPole) {
+    return entry + " is not read: RefLatitude is no pole, but the latitude of true scale";
   }
   return {};
 }
@@ -271,6 +328,8 @@ std::vector<std::string> ConfigFile::Warnings(std::string_view name) const {
       warn(key.line, "a line without = is not read: " + std::string(key.name));
     } else if (const std::string text = CheckValue(key); !text.empty()) {
       warn(key.line, text);
+    } else if (const std::string unused = CheckUse(section, key); !unused.empty()) {
+      warn(key.line, unused);
     }
   }
   for (const std::string& text : CheckSystem(section)) {

@@ -56,6 +56,7 @@ class ConfigFile {
   std::string_view ValueOf(const Section& section, std::string_view key) const;
   double NumberOf(const Section& section, std::string_view key) const;
   std::string CheckValue(const Key& key) const;
+  std::string CheckUse(const Section& section, const Key& key) const;
   std::vector<std::string> CheckSystem(const Section& section) const;
 
   std::string path_;
