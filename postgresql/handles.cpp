@@ -62,7 +62,7 @@ void Handles::Fill(Handle& handle, const Purpose& purpose, SectionFiles& files) 
       handle.file = file;
       handle.paths = paths;
       handle.stamps = stamps;
-      handle.warnings = files.Warnings(purpose.section);
+      handle.warnings = files.Warnings(purpose.section, purpose.shift);
       // The object has its grid files open, and a converter that shifts the datum grid a second time.
       handle.openFiles = (datum.empty() ? 0 : purpose.shift ? 2 : 1) + (geoid.empty() ? 0 : 1);
       return;

@@ -105,9 +105,9 @@ std::vector<SectionFiles::Listed> SectionFiles::List() const {
   return listed;
 }
 
-std::string SectionFiles::Warnings(const std::string& section) const {
+std::string SectionFiles::Warnings(const std::string& section, bool shift) const {
   std::string text;
-  for (const std::string& warning : ConfigOf(FileWith(section)).Warnings(section)) {
+  for (const std::string& warning : ConfigOf(FileWith(section)).Warnings(section, shift)) {
     text += (text.empty() ? "" : "\n") + warning;
   }
   return text;

@@ -50,7 +50,7 @@ class SectionFiles {
   std::vector<Listed> List() const;
   const std::string& Path(std::size_t file) const { return files_[file].path; }
   // Warnings of a section, each a line: what is probably not read as intended. Throws as FileOf does.
-  std::string Warnings(const std::string& section) const;
+  std::string Warnings(const std::string& section, bool shift = false) const;
 
  private:
   struct File {

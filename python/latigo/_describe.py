@@ -9,6 +9,7 @@ from typing import Any
 
 from . import _core, _picture
 from ._errors import GeodesyError
+from ._files import has_value
 from ._records import Adjustment, Datum, Ellipsoid, Geoid, Params, Unit
 
 _RADIANS_PER_DEGREE = 0.017453292519943295
@@ -17,6 +18,10 @@ _NAMES = ("unit", "units", "unit_short", "vertical_unit", "vertical_units", "ver
           "first_axis_letter", "second_axis", "second_axis_letter")  # requests 1 to 10 of the library
 _ANGLES = ("central_meridian", "ref_latitude", "north_parallel", "south_parallel", "skew_azimuth")
 _PARAMS = ("semi_major_axis", "inverse_flattening", "unit", "scale_factor", *_ANGLES, "false_easting", "false_northing")
+_ADJUST = ("adjust_orig_x", "adjust_orig_y", "adjust_rotation", "adjust_scale", "adjust_x", "adjust_y")
+_SHIFT = ("DynDatum", "DeltaX", "DeltaY", "DeltaZ", "DeltaScale", "DeltaRX", "DeltaRY", "DeltaRZ")  # keys
+_WGS84 = (6378137.0, 6356752.3142451793)  # semi-axes, metres
+_SAME_DATUM = 0.1  # metres between the semi-axes of WGS-84 and GRS-80, at most
 _KEYS = {"inverse_flattening": "Flattening"}  # of a configuration file, if the key is not named as the parameter
 
 Facts = Mapping[str, Any]
@@ -40,7 +45,7 @@ def open_params(kind: str | int, radians: bool, given: Mapping[str, Any]) -> _co
     return _core.open_records(
         number, [values[name] for name in _PARAMS],
         [values["delta_" + name] for name in ("x", "y", "z", "scale", "rx", "ry", "rz")], given["adjust_type"] | flags,
-        [values["adjust_" + name] for name in ("orig_x", "orig_y", "rotation", "scale", "x", "y")],
+        [values[name] for name in _ADJUST],
         os.fsencode(given["datum_grid"] or ""), os.fsencode(given["geoid"] or ""), values["ortho_h_corr"])
 
 
@@ -48,7 +53,9 @@ def doubtful_params(core: _core.Engine, kind: str | int, radians: bool, given: M
     """What the check of configuration files finds in parameters: each is written as the key of its name."""
     keyword = kind if isinstance(kind, str) and kind.upper() == "UTM" else core.facts()["code"]
     lines = ["[Geodesy]", f"Projection={keyword}"]
-    for name in (*_PARAMS, "adjust_rotation", "adjust_scale"):
+    lines += [f"AdjustType={given['adjust_type']}", f"ReverseX={int(given['reverse_x'])}",
+              f"ReverseY={int(given['reverse_y'])}"]
+    for name in (*_PARAMS, *_ADJUST):
         value = float(given[name])
         if math.isfinite(value):  # else every point fails
             value = _degrees(value) if radians and name in (*_ANGLES, "adjust_rotation") else value
@@ -89,6 +96,15 @@ def datum(facts: Facts) -> Datum:
         return Datum(facts["datum_grid"], 0, 0, 0, 0, 0, 0, 0)
     x, y, z, scale, *rotations = facts["datum"]
     return Datum(None, x, y, z, round((scale - 1) * 1e12) / 1e6, *map(_seconds, rotations))
+
+
+def lacks_shift(core: _core.Engine, section: bytes | None) -> bool:
+    """Whether positions on WGS-84 stay as they are, on another ellipsoid; not if the section has a shift of zero."""
+    facts = core.facts()
+    a, inverse_flattening = facts["params"][:2]
+    axes = (a, a * (1 - 1 / inverse_flattening))
+    return (not any(datum(facts)) and any(abs(one - other) > _SAME_DATUM for one, other in zip(axes, _WGS84))
+            and not any(has_value(section or b"", key.encode()) for key in _SHIFT))
 
 
 def adjustment(facts: Facts) -> Adjustment:

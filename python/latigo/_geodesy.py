@@ -65,7 +65,7 @@ class Geodesy:
     it refuses other grid files.
     """
 
-    __slots__ = ("_core", "_definition", "_settings", "_options", "_digests", "_no_geoid", "__weakref__")
+    __slots__ = ("_core", "_definition", "_settings", "_options", "_digests", "_no_geoid", "_no_shift", "__weakref__")
 
     _core: _core.Engine
     _definition: tuple[Any, ...]
@@ -73,6 +73,7 @@ class Geodesy:
     _options: tuple[bool, int, int, int]
     _digests: dict[str, str]
     _no_geoid: bool
+    _no_shift: bool
 
     def __init__(self, file: str | os.PathLike[str], section: str | None = None, *, radians: bool = False,
                  errors: str = "raise", outside_grid: str = "raise", threads: int = 1) -> None:
@@ -155,6 +156,7 @@ class Geodesy:
                 raise GeodesyError(f"{file} [{name}]: {error.text}{_grid_places(text)}", error.code,
                                    error.function) from None
         self._no_geoid = self.geoid == (None, 0)
+        self._no_shift = _describe.lacks_shift(self._core, None if definition[0] == "params" else definition[3])
 
     @staticmethod
     def _parsed(radians: bool, errors: str, outside_grid: str, threads: int) -> tuple[bool, int, int, int]:
@@ -173,6 +175,8 @@ class Geodesy:
             settings = zip(call, self._settings.values())
             options = self._parsed(*(own if given is None else given for given, own in settings))
         radians, errors, outside, threads = options
+        if self._no_shift and (wgs84 or operation in (_TO_WGS84, _FROM_WGS84)):
+            warn("the object has no datum shift to WGS-84, and another ellipsoid: positions stay as they are")
         if out is None:
             result = self._core.point(operation, inputs, wgs84, geoid_on_datum, radians, errors, outside)
             if result is not NotImplemented:

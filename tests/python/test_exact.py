@@ -75,7 +75,8 @@ def test_heights_and_datum_are_those_of_the_program(section, options):
     text = "".join(f"{a!r} {b!r} {c!r}\n" for a, b, c in zip(latitude, longitude, height))
     with latigo.Geodesy(SYSTEMS, section) as system:
         forward, messages = program("forward", SYSTEMS, "-s", section, *flags, text=text)
-        assert messages == "" and len(forward) == 200
+        unshifted = "wgs84" in options and section == "Plain"
+        assert len(messages.splitlines()) == unshifted == ("no datum shift" in messages) and len(forward) == 200
         grid = np.column_stack(system.forward(latitude, longitude, height, **options))
         np.testing.assert_allclose(grid, forward, rtol=0, atol=2e-9)
         text = "".join(f"{a!r} {b!r} {c!r}\n" for a, b, c in grid)

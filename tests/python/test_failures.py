@@ -196,6 +196,7 @@ def test_values_that_are_probably_not_read_as_intended_are_a_warning_as_in_the_p
     utm = dict(kind="UTM", semi_major_axis=6378137, inverse_flattening=298.257, scale_factor=0.9996, false_easting=500000)
     for changed, text in [(dict(inverse_flattening=1 / 298.257), "Flattening=0.0033.* the reciprocal flattening 1/f"),
                           (dict(semi_major_axis=6378), "not a semi-major axis of the earth"), (dict(scale_factor=1), "UTM has 0.9996"),
+                          (dict(adjust_x=5), "AdjustX=5.0 is read with AdjustType=1 only"),
                           (dict(central_meridian=3.4, radians=True), r"CentralMeridian=194\.\d+ is not between -180 and 180")]:
         with pytest.warns(latigo.GeodesyWarning, match=text) as caught:
             latigo.Geodesy.from_params(**utm | changed)
@@ -203,3 +204,19 @@ def test_values_that_are_probably_not_read_as_intended_are_a_warning_as_in_the_p
     with warnings.catch_warnings():
         warnings.simplefilter("error")
         latigo.Geodesy.from_params(**utm)
+        latigo.Geodesy.from_params(**utm, adjust_type=1, adjust_x=5, reverse_x=True)
+
+
+def test_a_shift_to_wgs84_that_the_object_has_not_is_a_warning():
+    path = FOLDER / "clarke.ini"
+    section = "[A]\nProjection=MER\nSemiMajorAxis=6378206.4\nFlattening=294.9786982\n"
+    path.write_text(section)
+    clarke = latigo.Geodesy(path)
+    for call in (lambda: clarke.forward(52, 5, wgs84=True), lambda: clarke.to_wgs84([52, 53], 5), lambda: clarke.from_wgs84(52, 5)):
+        with pytest.warns(latigo.GeodesyWarning, match="no datum shift"):
+            call()
+    path.write_text(section + "DeltaX=0\n")
+    with warnings.catch_warnings():
+        warnings.simplefilter("error")
+        assert clarke.forward(52, 5) == latigo.Geodesy(path).forward(52, 5, wgs84=True)
+        latigo.Geodesy.from_params("MER", semi_major_axis=6378137, inverse_flattening=298.257222101).to_wgs84(52, 5)

@@ -21,6 +21,7 @@
 #include "platform/c_numbers.h"
 #include "platform/posix/profile_file.h"
 #include "section_keys.h"
+#include "semi_axes.h"
 #include "streams.h"
 
 namespace latigo::cli {
@@ -197,6 +198,12 @@ std::string_view ConfigFile::ValueOf(const Section& section, std::string_view ke
   return found != section.keys.end() ? found->value.value_or("").substr(0, ValueLimit) : std::string_view();
 }
 
+bool ConfigFile::HasShift(std::string_view section) const {
+  constexpr const char* Keys[] = {"DynDatum",   "DeltaX",  "DeltaY",  "DeltaZ",
+                                  "DeltaScale", "DeltaRX", "DeltaRY", "DeltaRZ"};
+  return std::any_of(std::begin(Keys), std::end(Keys), [&](const char* key) { return HasValue(section, key); });
+}
+
 double ConfigFile::NumberOf(const Section& section, std::string_view key) const {
   return CDouble(std::string(ValueOf(section, key)).c_str());
 }
@@ -308,7 +315,7 @@ std::vector<std::string> ConfigFile::CheckSystem(const Section& section) const {
   return found;
 }
 
-std::vector<std::string> ConfigFile::Warnings(std::string_view name) const {
+std::vector<std::string> ConfigFile::Warnings(std::string_view name, bool shift) const {
   std::vector<std::string> warnings;
   const auto found = index_.find(Folded(name));
   if (found == index_.end()) {
@@ -334,6 +341,10 @@ std::vector<std::string> ConfigFile::Warnings(std::string_view name) const {
   }
   for (const std::string& text : CheckSystem(section)) {
     warn(section.line, text);
+  }
+  const SemiAxes ellipsoid = SemiAxesOf(NumberOf(section, "SemiMajorAxis"), NumberOf(section, "Flattening"));
+  if (shift && !HasShift(name) && !Agree(ellipsoid, SemiAxesOf(Wgs84Axis, Wgs84Flattening))) {
+    warn(section.line, "the section has no datum shift to WGS-84, and another ellipsoid: positions stay as they are");
   }
   for (const std::size_t line : section.again) {
     warn(line, "this section is not read: line " + std::to_string(section.line) + " has one of its name already");

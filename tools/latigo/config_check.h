@@ -33,11 +33,15 @@ class ConfigFile {
   std::size_t Size() const { return bytes_.size(); }
   std::string_view Bytes() const { return bytes_; }
 
+  // Whether a section has a datum shift, also one of zero.
+  bool HasShift(std::string_view section) const;
+
   // A name as it compares: without blanks around it, in small letters.
   static std::string Folded(std::string_view name);
 
   // The warnings of a section: one line of text each, with file, line, section, key and the value read.
-  std::vector<std::string> Warnings(std::string_view name) const;
+  // `shift`: positions on WGS-84 are asked of it.
+  std::vector<std::string> Warnings(std::string_view name, bool shift = false) const;
 
  private:
   struct Key {

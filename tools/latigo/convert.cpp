@@ -15,18 +15,14 @@
 #include "error_text.h"
 #include "operations.h"
 #include "point_loop.h"
+#include "semi_axes.h"
 #include "streams.h"
 
 namespace latigo::cli {
 
 namespace {
 
-constexpr double Wgs84Axis = 6378137;              // metres
-constexpr double Wgs84Flattening = 298.257223563;  // reciprocal
-constexpr double FlatteningTolerance = 1e-9;       // of the reciprocal, for the digits of a file
-constexpr double AxisTolerance = 0.1;              // metres between ellipsoids of one datum, such as WGS-84 and GRS-80
-constexpr const char* ShiftKeys[] = {"DynDatum",   "DeltaX",  "DeltaY",  "DeltaZ",
-                                     "DeltaScale", "DeltaRX", "DeltaRY", "DeltaRZ"};
+constexpr double FlatteningTolerance = 1e-9;  // of the reciprocal, for the digits of a file
 
 // One of the two systems.
 struct Side {
@@ -43,27 +39,16 @@ bool IsOneSection(const Options& one, const Options& other) {
          ConfigFile::Folded(one.section) == ConfigFile::Folded(other.section);
 }
 
-struct Ellipsoid {
-  double a, b;  // metres
-};
-
-Ellipsoid EllipsoidOf(GeodesyHandle handle) {
+SemiAxes EllipsoidOf(GeodesyHandle handle) {
   GeodesyParams params;
   GetGeodesyParams(handle, &params, nullptr, nullptr);
-  return {params.SemiMajorAxis, params.SemiMajorAxis * (1 - 1 / params.InvFlattening)};
-}
-
-bool Agree(const Ellipsoid& one, const Ellipsoid& other) {
-  return std::fabs(one.a - other.a) <= AxisTolerance && std::fabs(one.b - other.b) <= AxisTolerance;
+  return SemiAxesOf(params.SemiMajorAxis, params.InvFlattening);
 }
 
 // Whether the section says how its datum lies to WGS-84: by a shift, also one of zero, or by the ellipsoid itself.
 bool HasDatum(const Side& side, GeodesyHandle handle) {
-  const ConfigFile config(side.options.file);
-  for (const char* key : ShiftKeys) {
-    if (config.HasValue(side.options.section, key)) {
-      return true;
-    }
+  if (ConfigFile(side.options.file).HasShift(side.options.section)) {
+    return true;
   }
   GeodesyParams params;
   GetGeodesyParams(handle, &params, nullptr, nullptr);
@@ -73,8 +58,8 @@ bool HasDatum(const Side& side, GeodesyHandle handle) {
 // Whether the shifts are one and the same, so that none is needed between the systems.
 bool SameShift(GeodesyHandle one, GeodesyHandle other) {
   constexpr int PathSize = 512;
-  const Ellipsoid first = EllipsoidOf(one);
-  const Ellipsoid second = EllipsoidOf(other);
+  const SemiAxes first = EllipsoidOf(one);
+  const SemiAxes second = EllipsoidOf(other);
   EllDiff d;
   EllDiff e;
   char grid[PathSize] = "";

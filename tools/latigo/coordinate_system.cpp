@@ -106,10 +106,10 @@ void RequireSection(const ConfigFile& config, const Options& options) {
   }
 }
 
-void CheckSection(const Options& options) {
+void CheckSection(const Options& options, bool shift) {
   const ConfigFile config(options.file);
   RequireSection(config, options);
-  const std::vector<std::string> warnings = config.Warnings(options.section);
+  const std::vector<std::string> warnings = config.Warnings(options.section, shift);
   for (const std::string& warning : warnings) {
     Message(warning);
   }

@@ -28,9 +28,9 @@ void ChooseSection(Options& options, const char* option = "--section");
 // Throws UsageError, with the names of the sections, if the file has no such section.
 void RequireSection(const ConfigFile& config, const Options& options);
 
-// Prints the warnings of a section. Throws UsageError if the file cannot be read or has no such section, or if there is
-// a warning and the options are strict.
-void CheckSection(const Options& options);
+// Prints the warnings of a section, of which positions on WGS-84 are asked with `shift`. Throws UsageError if the file
+// cannot be read or has no such section, or if there is a warning and the options are strict.
+void CheckSection(const Options& options, bool shift = false);
 
 Opened OpenSection(const std::string& file, const std::string& section);
 

@@ -16,8 +16,8 @@ struct ExampleSection {
 
 struct KeyText {
   const char *name, *unit, *meaning, *without;
-  const char* ExampleSection::*value;   // null for a key that is not of the projection
-  const char* sample = nullptr;  // of such a key, which is commented out
+  const char* ExampleSection::*value;  // null for a key that is not of the projection
+  const char* sample = nullptr;        // of such a key, which is commented out
 };
 
 std::span<const ExampleSection> ExampleSections();
