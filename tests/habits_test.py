@@ -106,6 +106,13 @@ for keys, text in [("", "  datum           no shift to WGS-84\n  local grid     
                    ("AdjustType=1\nReverseX=1\nReverseY=1", " to 0, 0, X reversed, Y reversed\n")]:
     write("described.ini", "[A]\nProjection=MER\nSemiMajorAxis=6378137\nFlattening=298\n" + keys)
     assert text in run("info", "described.ini")[1], (keys, run("info", "described.ini")[1])
+# What the library does not read of a file in another encoding.
+write("odd.ini", "[A]\nProjection=MER\nSemiMajorAxis=6378137\nFlattening=298\nFalseEasting=5\0x\n")
+assert run("forward", "odd.ini", text="0 0 a") == (
+    0, "0.0000 0.0000 a\n", "latigo: odd.ini:5 [A]: warning: a line with a zero byte is not read: FalseEasting=5\\x00x\n")
+with open("odd.ini", "wb") as file:
+    file.write("[A]\n".encode("utf-16"))
+assert "odd.ini: the file is UTF-16" in run("info", "odd.ini")[2]
 # Beyond the pole, 1300 km north of 80 and 700 km north of 85 degrees, no kind loses the point without a warning.
 for kind in "LCC", "ALA", "AZD", "OST", "OCY":
     for origin, parallels, y in (80, "NorthParallel=82\nSouthParallel=78", 1.3e6), (85, "NorthParallel=87\nSouthParallel=83", 0.7e6):

@@ -145,6 +145,7 @@ std::string CheckGridFile(std::string_view name) {
 ConfigFile::ConfigFile(const std::string& path) : ConfigFile(path, ReadFile(path)) {}
 
 ConfigFile::ConfigFile(std::string path, std::string bytes) : path_(std::move(path)), bytes_(std::move(bytes)) {
+  RefuseUtf16(path_, bytes_);
   ProfileLines lines(bytes_);
   ProfileLine line;
   std::size_t number = 0;
@@ -164,6 +165,9 @@ ConfigFile::ConfigFile(std::string path, std::string bytes) : path_(std::move(pa
       }
     } else if (line.is == ProfileLine::Is::Key && current != SIZE_MAX) {
       sections_[current].keys.push_back({line.name, line.value, number});
+    } else if (const std::string_view text = Bytes().substr(line.begin, line.end - line.begin);
+               text.find('\0') != std::string_view::npos && current != SIZE_MAX) {
+      sections_[current].keys.push_back({text.substr(0, text.find_first_of("\r\n")), std::nullopt, number});
     }
   }
 }
@@ -332,7 +336,9 @@ std::vector<std::string> ConfigFile::Warnings(std::string_view name, bool shift)
       warn(key.line, "the key " + std::string(key.name) + " is not read: line " + std::to_string(first->second) +
                          " has it already");
     } else if (!key.value) {
-      warn(key.line, "a line without = is not read: " + std::string(key.name));
+      const bool zero = key.name.find('\0') != std::string_view::npos;
+      warn(key.line,
+           (zero ? "a line with a zero byte is not read: " : "a line without = is not read: ") + std::string(key.name));
     } else if (const std::string text = CheckValue(key); !text.empty()) {
       warn(key.line, text);
     } else if (const std::string unused = CheckUse(section, key); !unused.empty()) {

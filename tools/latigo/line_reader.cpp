@@ -27,12 +27,6 @@ long ReadSome(std::FILE* file, char* buffer, std::size_t size) {
 #endif
 }
 
-// With its mark, or with NUL as one byte of its first character.
-bool IsUtf16(std::string_view bytes) {
-  return bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF") ||
-         (bytes.size() > 1 && (bytes[0] == '\0') != (bytes[1] == '\0'));
-}
-
 }  // namespace
 
 bool NextLine(std::string_view& text, std::string_view& line, std::string_view& end) {
@@ -109,8 +103,8 @@ bool BlockReader::Next(Block& block) {
     return false;
   }
   // The first line may be a line feed only, whose zero is in the next.
-  if (block.firstLine == 1 && IsUtf16(block.bytes.substr(0, 2) + rest_.substr(0, 1))) {
-    throw UsageError(name_ + ": the file is UTF-16, and only UTF-8 and plain text are read: save it as UTF-8");
+  if (block.firstLine == 1) {
+    RefuseUtf16(name_, block.bytes.substr(0, 2) + rest_.substr(0, 1));
   }
   if (block.firstLine == 1 && block.bytes.starts_with("\xEF\xBB\xBF")) {
     block.bytes.erase(0, 3);

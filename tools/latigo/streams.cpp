@@ -32,6 +32,13 @@ void ThrowSystemError(const std::string& name) {
   throw UsageError(name + ": " + std::strerror(errno));
 }
 
+void RefuseUtf16(const std::string& name, std::string_view bytes) {
+  if (bytes.starts_with("\xFF\xFE") || bytes.starts_with("\xFE\xFF") ||
+      (bytes.size() > 1 && (bytes[0] == '\0') != (bytes[1] == '\0'))) {
+    throw UsageError(name + ": the file is UTF-16, and only UTF-8 and plain text are read: save it as UTF-8");
+  }
+}
+
 std::filesystem::path NativePath(const std::string& path) {
   return {std::u8string(path.begin(), path.end())};
 }

@@ -24,6 +24,9 @@ std::filesystem::path ExamplesFolder();
 // Opens a file by its name in UTF-8; null for a failure, with errno.
 std::FILE* OpenForReading(const std::string& path);
 
+// Throws UsageError if a file begins as a text in UTF-16: with its mark, or with NUL as a byte of its first character.
+void RefuseUtf16(const std::string& name, std::string_view bytes);
+
 bool IsTerminal(std::FILE* file);
 
 // The bytes of all files, standard input for "-"; empty if one is not a regular file.
