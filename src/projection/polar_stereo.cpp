@@ -87,8 +87,11 @@ double PolarStereo::Latitude(double r) const {
 errcode PolarStereo::XYGeo(double x, double y, double& phi, double& lambda) const {
   const double dx = x - FalseEasting;
   const double dy = y - FalseNorthing;
-  lambda = CentralMeridian + std::atan2(dx, Side < 0 ? dy : FalseNorthing - y);  // (20-16)
-  phi = Latitude(Hypotenuse(dx, dy));                                            // (20-18)
+  // Distance from the pole along the central meridian. The sum with 0 makes a zero positive, so that the angle at the
+  // pole is 0 and not half a turn.
+  const double along = (Side < 0 ? dy : FalseNorthing - y) + 0.0;
+  lambda = CentralMeridian + std::atan2(dx, along);  // (20-16)
+  phi = Latitude(Hypotenuse(dx, dy));                // (20-18)
   return errcode();
 }
 
