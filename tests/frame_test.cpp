@@ -1,4 +1,5 @@
 // Common behaviour of the exports: handles, codes, log lines, threads.
+#include <algorithm>
 #include <thread>
 
 #include "support.h"
@@ -18,6 +19,26 @@ TEST_F(FrameTest, DestroyingTheLastObjectIsLoggedEachTime) {
   EXPECT_EQ(Log(), Lines{"LATIGO - last instance"});
   Make(Utm31()).reset();
   EXPECT_EQ(Log(), Lines{"LATIGO - last instance"});
+}
+
+// A caller who needs one of two outputs may give one variable for both.
+TEST_F(FrameTest, OneVariableForBothOutputsHoldsTheOneWrittenLast) {
+  constexpr std::int32_t xIsLast[] = {12};
+  constexpr std::int32_t latitudeIsLast[] = {1, 8, 9, 10, 12};
+  const auto contains = [](const auto& kinds, std::int32_t kind) { return std::ranges::count(kinds, kind) != 0; };
+  for (std::int32_t kind = 1; kind <= 12; ++kind) {
+    SCOPED_TRACE(kind);
+    GeodesyParams params = WGS84(kind);
+    params.RefLatitude = params.NorthParallel = params.SouthParallel = Rad(45);
+    const Object object = Make(params);
+    double x = 0, y = 0, latitude = 0, longitude = 0, both = 0;
+    EXPECT_TRUE(GeoXY(object.get(), &x, &y, Rad(50), Rad(2)));
+    EXPECT_TRUE(GeoXY(object.get(), &both, &both, Rad(50), Rad(2)));
+    EXPECT_EQ(both, contains(xIsLast, kind) ? x : y);
+    EXPECT_TRUE(XYGeo(object.get(), x, y, &latitude, &longitude));
+    EXPECT_TRUE(XYGeo(object.get(), x, y, &both, &both));
+    EXPECT_EQ(both, contains(latitudeIsLast, kind) ? latitude : longitude);
+  }
 }
 
 TEST_F(FrameTest, ThreadsWithTheirOwnObjectsAreIndependent) {

@@ -49,11 +49,11 @@ errcode ObliqueCylindrical::XYGeo(double x, double y, double& phi, double& lambd
   // Oblique system to sphere.
   const double sinB = std::clamp(bBar.sin * Sphere.cosChi0 + lBar.cos * Sphere.sinChi0 * bBar.cos, -1.0, 1.0);
   const double l = ArcSine(lBar.sin * bBar.cos / CosOfSine(sinB));
-  lambda = l / Alpha + CentralMeridian;
 
   // Sphere to ellipsoid: phi' = 2 atan(exp(S + e atanh(e sin phi))) - pi/2, which is Snyder's (7-9) with t = exp(-S).
   const double S = (std::log((1 + sinB) / (1 - sinB)) / 2 - KConst) / Alpha;
   phi = Converge(std::exp(-S), Start, LatitudeTolerance, MaxIterations).Latitude();
+  lambda = l / Alpha + CentralMeridian;
   return errcode();
 }
 

@@ -72,8 +72,8 @@ PolarStereo::PolarStereo(const GeodesyParams& params)
 errcode PolarStereo::GeoXY(double& x, double& y, double phi, double lambda) const {
   const double rho = RhoFactor * PolarT(e(), Side * phi);  // (21-33)
   const SinCos theta = SinCosOf(lambda - CentralMeridian);
-  x = FalseEasting + rho * theta.sin;          // (21-30)
   y = FalseNorthing - Side * rho * theta.cos;  // (21-31)
+  x = FalseEasting + rho * theta.sin;          // (21-30)
   return errcode();
 }
 

@@ -90,8 +90,8 @@ double Stereographic::SphereToEllipsoid(double chi, SinCos h) const {
 
 errcode Stereographic::XYGeo(double x, double y, double& phi, double& lambda) const {
   const auto [chi, h, Lambda] = PlaneToSphere(x, y);
-  lambda = (Lambda + LonN) * InvN;
   phi = SphereToEllipsoid(chi, h);
+  lambda = (Lambda + LonN) * InvN;
   return errcode();
 }
 
