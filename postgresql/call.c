@@ -114,7 +114,7 @@ CallSite* CallSiteOf(FunctionCallInfo fcinfo, enum EngineOperation operation) {
   return site;
 }
 
-// Warns once for an opened handle; a session that is strict fails each time.
+// Warns once in a process; a session that is strict fails each time.
 static void WarnOfSection(CallSite* site) {
   const char* warnings = EngineWarnings(&site->use, StrictSetting);
   if (warnings == NULL) {
@@ -144,6 +144,7 @@ static void Open(FunctionCallInfo fcinfo, CallSite* site, const text* section, b
   site->section[length] = '\0';
   site->length = length;
   site->wgs84 = wgs84;
+  site->strict = StrictSetting;
   outcome = EngineOpen(&site->use, site->section, site->operation, wgs84, GetCurrentStatementStartTimestamp());
   CountOpenFiles();
   RequireDone(outcome);
@@ -177,7 +178,8 @@ static void FailPoint(const CallSite* site, const struct EnginePoint* point, con
 
 bool ConvertPoint(FunctionCallInfo fcinfo, CallSite* site, bool wgs84, struct EnginePoint* point) {
   enum EngineOutcome outcome;
-  const bool current = EngineIsCurrent(&site->use, GetCurrentStatementStartTimestamp()) && wgs84 == site->wgs84;
+  const bool current = EngineIsCurrent(&site->use, GetCurrentStatementStartTimestamp()) && wgs84 == site->wgs84 &&
+                       StrictSetting == site->strict;
   if (!(current && site->sameSection)) {
     text* section = PG_GETARG_TEXT_PP(0);
     if (!(current && SameSection(site, section))) {

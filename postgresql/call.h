@@ -29,6 +29,7 @@ typedef struct CallSite {
   char* section;     // of the handle
   size_t length;     // of that text
   bool wgs84;
+  bool strict;      // when the section was opened
   bool warned;      // of a doubtful point
   TupleDesc tuple;  // of a composite result; else null
   char* models[2];  // rows without and with a height

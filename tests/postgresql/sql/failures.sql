@@ -65,6 +65,15 @@ SELECT round((latigo_forward('Comma', 45, 3)).y) AS known;
 SET latigo.strict = on;
 SELECT failure('SELECT (latigo_forward(''Comma'', 45, 3)).y') FROM generate_series(1, 2);
 RESET latigo.strict;
+DO $$
+DECLARE y float8;
+BEGIN
+  FOR n IN 1..2 LOOP
+    PERFORM set_config('latigo.strict', (n = 2)::text, true);
+    y := (latigo_forward('Comma', 45, 3)).y;
+    RAISE NOTICE 'converted in round %', n;
+  END LOOP;
+END $$;
 
 -- An error in the middle of a statement, of a function and of a subtransaction leaves the next call as it was.
 SELECT (latigo_forward('Utm31', 89 + n, 3)).x FROM generate_series(0, 2) n;
