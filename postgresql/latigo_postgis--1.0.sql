@@ -1,5 +1,12 @@
 \echo Use "CREATE EXTENSION latigo_postgis" to load this file. \quit
 
+DO $$
+BEGIN
+  IF (SELECT extversion = '1.0' FROM pg_extension WHERE extname = 'latigo') THEN
+    RAISE EXCEPTION 'latigo_postgis requires version 1.1 of latigo' USING HINT = 'ALTER EXTENSION latigo UPDATE;';
+  END IF;
+END $$;
+
 -- Points with x the longitude and y the latitude, degrees, as everywhere in PostGIS, or grid coordinates. A z is the height
 -- of the functions of latigo; an m stays. An empty point becomes NULL. Volatility as in latigo.
 

@@ -2,6 +2,9 @@
 DROP EXTENSION latigo CASCADE;
 CREATE EXTENSION latigo VERSION '1.0';
 SELECT latigo_version();
+\set VERBOSITY terse
+CREATE EXTENSION latigo_postgis CASCADE;
+\set VERBOSITY default
 CREATE VIEW converted AS SELECT (latigo_forward('Utm31', 0, 3)).x;
 CREATE TABLE kept AS SELECT latigo_forward('Utm31', 0, 3, 7) AS xy;
 CREATE VIEW members AS
