@@ -123,12 +123,13 @@ static bool ReadLike(const Model* model, const bytea* given, double* x, double* 
   return !isnan(*x) && !isnan(*y);
 }
 
-// Makes the model of an SRID, unless it is one already. There is none if the coordinates are not the last of its bytes, as
-// doubles of this machine.
+// Makes the model of an SRID, unless it is one already. Fails if the coordinates are not the last of its bytes, as doubles
+// of this machine.
 static void SetModel(FunctionCallInfo fcinfo, Model* model, int srid) {
   const double given[2] = {1.2345678901234567e+89, -7.6543210987654321e-78};
   double found[2] = {0, 0};
   Datum made[4] = {Float8GetDatum(given[0]), Float8GetDatum(given[1]), 0, 0};
+  Model next;
   Postgis* postgis = ((CallSite*)fcinfo->flinfo->fn_extra)->more;
   MemoryContext before;
   if (model->point != NULL && model->srid == srid) {
@@ -137,19 +138,19 @@ static void SetModel(FunctionCallInfo fcinfo, Model* model, int srid) {
   made[0] = Value(postgis, MAKE_XY, made);
   made[1] = Int32GetDatum(srid);
   made[0] = Value(postgis, SET_SRID, made);
-  if (model->point != NULL) {
-    pfree(model->point);
-    model->point = NULL;
-  }
   before = MemoryContextSwitchTo(fcinfo->flinfo->fn_mcxt);
-  model->point = PG_DETOAST_DATUM_COPY(made[0]);
+  next.point = PG_DETOAST_DATUM_COPY(made[0]);
   MemoryContextSwitchTo(before);
-  model->prefix = VARSIZE(model->point) - VARHDRSZ - sizeof given;
-  model->srid = srid;
-  if (VARSIZE(model->point) < VARHDRSZ + sizeof given || !ReadLike(model, model->point, &found[0], &found[1]) ||
+  next.prefix = VARSIZE(next.point) - VARHDRSZ - sizeof given;
+  next.srid = srid;
+  if (VARSIZE(next.point) < VARHDRSZ + sizeof given || !ReadLike(&next, next.point, &found[0], &found[1]) ||
       found[0] != given[0] || found[1] != given[1]) {
     elog(ERROR, "latigo: this version of PostGIS stores points in an unknown way");
   }
+  if (model->point != NULL) {
+    pfree(model->point);
+  }
+  *model = next;
 }
 
 static Datum MakeLike(const Model* model, double x, double y) {
