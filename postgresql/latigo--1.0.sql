@@ -6,8 +6,9 @@ CREATE TYPE latigo_xy AS (x float8, y float8, height float8);
 -- Degrees, north and east positive. The height, in metres, is NULL for a position without one.
 CREATE TYPE latigo_position AS (latitude float8, longitude float8, height float8);
 
--- None is IMMUTABLE: a section's definition, and its grid files, may change. They are read at most once in a command of
--- the client, so all are STABLE. Each process of a parallel plan opens the section on its own.
+-- None is IMMUTABLE: a section's definition, and its grid files, may change. They are read once in a command of the
+-- client, unless it uses more than 32 sections, so all are STABLE. Each process of a parallel plan opens the section on its
+-- own.
 
 -- Position to grid coordinates: projection, then local grid. With wgs84 the position is WGS-84, and the section's datum
 -- shift is applied before; without, it is on the section's own datum.
