@@ -58,7 +58,7 @@ enum EngineOutcome EngineOpen(struct EngineUse* use, const char* section, enum E
                               int64_t command);
 
 // Warnings of the section of an open handle: entries that are probably not read as intended, each a line. Null without any,
-// or if they were returned since the handle was opened and are not asked for `again`.
+// or if they were returned since EngineClose and are not asked for `again`.
 const char* EngineWarnings(const struct EngineUse* use, bool again);
 
 // Whether the handle is still open and was looked at in this command.

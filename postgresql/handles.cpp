@@ -37,38 +37,43 @@ class Borrowed {
 }  // namespace
 
 // A file that changes while the handle is opened makes another attempt necessary: the handle could have the old
-// definition, and the stamp of the new one.
+// definition, and the stamp of the new one. Where grid files are is known only when they are open, so a section with grid
+// files is opened a second time, between two looks at them.
 void Handles::Fill(Handle& handle, const Purpose& purpose, SectionFiles& files) {
   constexpr int Attempts = 5;
+  std::array<std::string, 3> known;  // the paths, as of the attempt before
+  std::unique_ptr<const cli::Converter> converter;
   for (int i = 0; i < Attempts; ++i) {
     files.Refresh();
     const std::string& file = files.FileOf(purpose.section);
-    const FileStamp before(file);
+    known[0] = file;
+    const std::array<FileStamp, 3> before = StampsOf(known);
     cli::PointOptions options;
     options.file = file;
     options.section = purpose.section;
     cli::Between between;
     between.shift = purpose.shift;
     between.localGrid = purpose.localGrid;
-    auto converter = std::make_unique<const cli::Converter>(options, between);
+    converter = std::make_unique<const cli::Converter>(options, between);
     const Borrowed object(converter->Handle());
     const std::string datum = *object->GetEllModel();
     const std::string geoid = object->GetGeoid()->fileName;
     const std::array<std::string, 3> paths = {file, Native(datum), Native(geoid)};
-    const std::array<FileStamp, 3> stamps = StampsOf(paths);
-    if (stamps[0] == before) {
+    if (paths == known && StampsOf(paths) == before) {
       handle.purpose = purpose;
       handle.converter = std::move(converter);
       handle.file = file;
       handle.paths = paths;
-      handle.stamps = stamps;
+      handle.stamps = before;
       handle.warnings = files.Warnings(purpose.section, purpose.shift);
+      handle.warned = !warnings_.insert(handle.warnings).second;
       // The object has its grid files open, and a converter that shifts the datum grid a second time.
       handle.openFiles = (datum.empty() ? 0 : purpose.shift ? 2 : 1) + (geoid.empty() ? 0 : 1);
       return;
     }
+    known = paths;
   }
-  throw cli::UsageError(handle.file + ": the file changes all the time");
+  throw cli::UsageError(known[0] + ": the file, or a grid file, changes all the time");
 }
 
 Handle& Handles::FreePlace() {

@@ -4,6 +4,7 @@
 #include <array>
 #include <cstdint>
 #include <memory>
+#include <set>
 #include <string>
 
 #include "converter.h"
@@ -30,7 +31,7 @@ struct Handle {
   std::array<FileStamp, 3> stamps;
   int openFiles = 0;
   std::string warnings;  // of the section, when it was opened
-  bool warned = false;
+  bool warned = false;   // they were returned, of this handle or an earlier one
 };
 
 // At most `Places` handles: the one that was used longest ago is closed for another.
@@ -46,10 +47,11 @@ class Handles {
   int OpenFiles() const;
 
  private:
-  static void Fill(Handle& handle, const Purpose& purpose, SectionFiles& files);
+  void Fill(Handle& handle, const Purpose& purpose, SectionFiles& files);
   Handle& FreePlace();
 
   std::array<Handle, Places> handles_;
+  std::set<std::string> warnings_;  // of all that were opened
   // Of the process: a call site may remember a handle of an earlier object of this class.
   static inline std::uint64_t serials_ = 0;
   std::uint64_t uses_ = 0;
