@@ -40,7 +40,7 @@ class Borrowed {
 // definition, and the stamp of the new one. Where grid files are is known only when they are open, so a section with grid
 // files is opened a second time, between two looks at them.
 void Handles::Fill(Handle& handle, const Purpose& purpose, SectionFiles& files) {
-  constexpr int Attempts = 5;
+  constexpr int Attempts = 10;
   std::array<std::string, 3> known;  // the paths, as of the attempt before
   std::unique_ptr<const cli::Converter> converter;
   for (int i = 0; i < Attempts; ++i) {
