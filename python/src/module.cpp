@@ -2,10 +2,12 @@
 #include <pybind11/numpy.h>
 #include <pybind11/pybind11.h>
 #include <pybind11/stl.h>
+#include <unistd.h>
 
 #include <array>
 #include <cerrno>
 #include <cstring>
+#include <exception>
 #include <string>
 #include <system_error>
 #include <utility>
@@ -45,6 +47,37 @@ py::object Python(const char* function) {
   const py::object raised = error(TextOf(code, function), code, function, index, coordinates);
   PyErr_SetObject(error.ptr(), raised.ptr());
   throw py::error_already_set();
+}
+
+// Takes the interpreter's lock back. From an interpreter that has ended a thread gets the unwinding of pthread_exit,
+// which may pass no Python object: it waits here for the end of the process.
+void TakeLock(PyThreadState* thread) {
+  struct Waiting {
+    bool over = false;
+    ~Waiting() {
+      while (!over) {
+        pause();
+      }
+    }
+  } waiting;
+  PyEval_RestoreThread(thread);
+  waiting.over = true;
+}
+
+// Runs a function without the interpreter's lock.
+template <typename Function>
+void WithoutLock(const Function& function) {
+  PyThreadState* const thread = PyEval_SaveThread();
+  std::exception_ptr thrown;
+  try {
+    function();
+  } catch (const std::exception&) {
+    thrown = std::current_exception();
+  }
+  TakeLock(thread);
+  if (thrown) {
+    std::rethrow_exception(thrown);
+  }
 }
 
 // A number, or false for anything that is not a plain one: the caller then converts arrays.
@@ -87,8 +120,7 @@ py::object Point(Engine& engine, int operation, const py::tuple& inputs, bool wg
       outcome = ConversionOf(which)(handle, options, static_cast<int>(outputs), in.data(), out.data());
     };
     if (handle.HasFiles()) {  // which may take long
-      const py::gil_scoped_release released;
-      convert();
+      WithoutLock(convert);
     } else {
       convert();
     }
@@ -147,8 +179,7 @@ py::tuple Convert(Engine& engine, int operation, const std::vector<py::array>& i
   Summary summary;
   {
     const Engine::Lease lease(engine, threads);
-    const py::gil_scoped_release released;
-    summary = ConvertArrays(which, lease.Handles(), options, arrays, stop);
+    WithoutLock([&] { summary = ConvertArrays(which, lease.Handles(), options, arrays, stop); });
   }
   const Outcome& outcome = summary.outcome;
   py::list doubts;

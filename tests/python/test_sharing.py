@@ -145,6 +145,21 @@ def test_no_object_of_the_library_is_left_at_exit(more):
     assert log.read_text().rstrip().endswith("LATIGO - last instance")
 
 
+ENDLESS = """
+def convert():
+    while True:
+        system.forward([52.0] * 300000, 3.0, threads=2)
+for system in systems:
+    threading.Thread(target=convert, daemon=True).start()
+    system.forward([52.0] * 9000, 3.0)
+"""
+
+
+def test_a_process_ends_while_threads_convert():
+    done = subprocess.run([sys.executable, "-c", PROGRAM + ENDLESS, SYSTEMS], capture_output=True, timeout=60)
+    assert (done.returncode, done.stderr) == (0, b"")
+
+
 def test_objects_leave_no_file_open():
     before = open_grid_files()
     for _ in range(3):
