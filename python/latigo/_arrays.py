@@ -23,13 +23,14 @@ def _float64(value: Any) -> Array:
     if _is_series(value) and value.dtype.kind not in "biuf":
         raise TypeError(f"numbers are needed, not a Series of {value.dtype}")
     if _is_series(value):
-        array = value.to_numpy(dtype=np.float64, na_value=np.nan) if value.hasnans else value.to_numpy()
-    elif isinstance(value, np.ma.MaskedArray):
-        array = np.ma.filled(value.astype(np.float64), np.nan)  # type: ignore[no-untyped-call]
+        plain_type = isinstance(value.dtype, np.dtype)  # else nullable or sparse
+        array = value.to_numpy() if plain_type else value.to_numpy(dtype=np.float64, na_value=np.nan)
     else:
-        array = np.asarray(value)
+        array = value if isinstance(value, np.ma.MaskedArray) else np.asarray(value)
     if array.dtype.kind not in "biuf" or (array.dtype.kind == "f" and array.dtype.itemsize > 8):
         raise TypeError(f"real numbers of at most 64 bits are needed, not {array.dtype}")
+    if isinstance(array, np.ma.MaskedArray):
+        array = np.ma.filled(array.astype(np.float64), np.nan)  # type: ignore[no-untyped-call]
     plain: Array = array if _is_plain(array) else np.array(array, dtype=np.float64)
     return plain
 
@@ -52,19 +53,29 @@ def _common_index(inputs: Sequence[Any]) -> Any:
     return series[0].index if series else None
 
 
+def _overlaps_itself(array: Array) -> bool:
+    """Whether two elements share memory, or lie between each other as in no view that indexing makes."""
+    extent = array.itemsize
+    for stride, length in sorted((abs(stride), length) for stride, length in zip(array.strides, array.shape) if length > 1):
+        if stride < extent:
+            return True
+        extent += stride * (length - 1)
+    return False
+
+
 def _targets(out: Any, shape: tuple[int, ...], count: int) -> tuple[Array, ...]:
     """The arrays of `out`, checked."""
     targets = (out,) if count == 1 and isinstance(out, np.ndarray) else tuple(out)
     if len(targets) != count:
         raise ValueError(f"out needs {count} arrays, not {len(targets)}")
     for i, target in enumerate(targets):
-        if not isinstance(target, np.ndarray) or not _is_plain(target):
-            raise TypeError("out needs arrays of native float64")
+        if not isinstance(target, np.ndarray) or isinstance(target, np.ma.MaskedArray) or not _is_plain(target):
+            raise TypeError("out needs arrays of native float64, without masks")
         if not target.flags.writeable:
             raise ValueError("an array of out is read-only")
         if target.shape != targets[0].shape or np.broadcast_shapes(target.shape, shape) != target.shape:
             raise ValueError(f"inputs of shape {shape} do not broadcast to an array of out of shape {target.shape}")
-        if any(np.shares_memory(target, other) for other in targets[:i]) or (target.size > 1 and 0 in target.strides):
+        if any(np.shares_memory(target, other) for other in targets[:i]) or (target.size > 1 and _overlaps_itself(target)):
             raise ValueError("two results have one place in out")
     return targets
 
@@ -90,10 +101,11 @@ def convert(engine: _core.Engine, operation: int, inputs: tuple[Any, ...], outpu
     shape = np.broadcast_shapes(*(array.shape for array in arrays))
     if index is not None and shape != (len(index),):
         raise ValueError("a Series is combined with numbers and with arrays of its length only")
-    targets: tuple[Array, ...] = ()
+    given: tuple[Array, ...] = ()
     if out is not None:
-        targets = _targets(out, shape, outputs)
-        shape = targets[0].shape
+        given = _targets(out, shape, outputs)
+        shape = given[0].shape
+    targets = tuple(np.asarray(target) for target in given)  # without subclasses: no reshaping flattens a matrix
     # The results are written to `out` at the end if a failure must leave it unchanged, or if it overlaps.
     overlap = any(np.may_share_memory(target, array) for target in targets for array in arrays)
     direct = out is not None and errors != RAISE and not overlap
@@ -115,7 +127,7 @@ def convert(engine: _core.Engine, operation: int, inputs: tuple[Any, ...], outpu
         if not direct:
             for target, result in zip(targets, results):
                 target[...] = result
-        results = targets
+        results = given
     return _returned(results if codes is None else (*results, codes), index, out is not None)
 
 

@@ -89,12 +89,25 @@ def test_out_takes_inputs_of_fewer_dimensions_and_one_array_for_one_result():
     SYSTEM.forward([50, 51, 52], 1, out=(x, y))
     np.testing.assert_array_equal(y[1], SYSTEM.forward([50, 51, 52], 1)[1])
     assert SYSTEM.scale([50, 51, 52], 1, out=x) is x
+    row = np.empty(3)  # with a stride of 0 along the one new axis
+    SYSTEM.scale([[50, 51, 52]], 1, out=row[np.newaxis])
+    np.testing.assert_array_equal(row, x[0])
+
+
+def test_a_matrix_takes_results():
+    latitude, longitude = (values.reshape(2, -1) for values in positions(6000))
+    x, y = (np.zeros((2, 3000)).view(np.matrix) for _ in range(2))
+    found = SYSTEM.forward(latitude, longitude, errors="nan", threads=2, out=(x, y))
+    assert found[0] is x and found[1] is y
+    np.testing.assert_array_equal(found, SYSTEM.forward(latitude, longitude))
 
 
 @pytest.mark.parametrize("out, error", [
     ((np.empty(3),), ValueError), ((np.empty(2), np.empty(2)), ValueError),
     ((np.empty(3, "f4"), np.empty(3)), TypeError), (([0] * 3, [0] * 3), TypeError),
     ((np.empty(3), np.broadcast_to(0.0, 3)), ValueError), ((np.empty(3), np.empty((2, 3))), ValueError),
+    ((np.empty((2, 3)), np.lib.stride_tricks.sliding_window_view(np.empty(4), 3, writeable=True)), ValueError),
+    ((np.empty(3), np.ma.empty(3)), TypeError),
 ])
 def test_an_unusable_out_is_refused(out, error):
     with pytest.raises(error):
@@ -102,7 +115,8 @@ def test_an_unusable_out_is_refused(out, error):
 
 
 @pytest.mark.parametrize("value", ["52", ["52"], [None], 52 + 1j, np.array([52], object), [np.datetime64("2020-01-01")],
-                                   np.longdouble([52]), pd.Series(["52"]), None])
+                                   np.longdouble([52]), pd.Series(["52"]), pd.Series(np.longdouble([52, np.nan])), None,
+                                   *map(np.ma.array, (["52"], [52 + 1j], [np.datetime64("2020-01-01")], np.longdouble([52])))])
 def test_what_is_no_real_number_is_refused(value):
     with pytest.raises(TypeError):
         SYSTEM.forward(value, 1.0)
@@ -122,8 +136,10 @@ def test_series_come_back_as_series_with_their_index():
     x, y = SYSTEM.forward(frame.lat, frame.lon, errors="nan")
     assert list(x.index) == ["a", "b", "c"] and x["b"] == SYSTEM.forward(51, 2)[0] and np.isnan(y["c"])
     assert list(SYSTEM.scale(frame.lat[:2], 1).index) == ["a", "b"]
-    nullable = frame.lat.astype("Float64")
-    np.testing.assert_array_equal(SYSTEM.forward(nullable, 1, errors="codes")[2], [0, 0, latigo.NOT_FINITE])
+    for kind in "Float64", "Int64", "Sparse[float64]":
+        other = frame.lat.astype(kind)
+        np.testing.assert_array_equal(SYSTEM.forward(other, 1, errors="codes")[2], [0, 0, latigo.NOT_FINITE])
+        assert SYSTEM.forward(other[:2], 1)[0].equals(SYSTEM.forward(frame.lat[:2], 1)[0])
     with pytest.raises(ValueError, match="different indexes"):
         SYSTEM.forward(frame.lat, frame.lon[::-1])
     with pytest.raises(ValueError, match="its length"):
