@@ -8,7 +8,7 @@ from collections.abc import Mapping
 from typing import Any
 
 from . import _core, _picture
-from ._errors import GeodesyError
+from ._errors import GeodesyError, printable
 from ._files import has_value
 from ._records import Adjustment, Datum, Ellipsoid, Geoid, Params, Unit
 
@@ -95,7 +95,7 @@ def datum(facts: Facts) -> Datum:
     if facts["datum_grid"]:
         return Datum(facts["datum_grid"], 0, 0, 0, 0, 0, 0, 0)
     x, y, z, scale, *rotations = facts["datum"]
-    return Datum(None, x, y, z, round((scale - 1) * 1e12) / 1e6, *map(_seconds, rotations))
+    return Datum(None, x, y, z, round((scale - 1) * 1e6, 6), *map(_seconds, rotations))
 
 
 def lacks_shift(core: _core.Engine, section: bytes | None) -> bool:
@@ -132,7 +132,7 @@ def _adjustment_text(a: Adjustment) -> str:
 
 def _datum_text(d: Datum) -> str:
     if d.grid is not None:
-        return f"grid {d.grid}"
+        return f"grid {printable(d.grid)}"
     if not any(d[1:]):
         return "no shift to WGS-84"
     return (f"from WGS-84: dX {d.delta_x:.10g}, dY {d.delta_y:.10g}, dZ {d.delta_z:.10g} m, "
@@ -146,7 +146,7 @@ def rows(core: _core.Engine) -> list[tuple[str, str]]:
     facts = core.facts()
     p = params(facts)
     called = {key: value or "without a name" for key, value in names(core)["eng"].items()}
-    geoid_text = f"grid {facts['geoid']}" if facts["geoid"] else "no grid"
+    geoid_text = f"grid {printable(facts['geoid'])}" if facts["geoid"] else "no grid"
     geoid_text += f", constant {facts['geoid_constant']:.10g}"
     if facts["geoid"] or facts["geoid_constant"]:
         geoid_text += ("\nrefers to WGS-84 with wgs84=True, else or with geoid_on_datum=True to the object's ellipsoid")
@@ -177,11 +177,11 @@ def text(core: _core.Engine, title: str) -> str:
                      + [f"  {label:16}" + lines.replace("\n", indent) for label, lines in rows(core)])
 
 
-def html(system: Any, core: _core.Engine, title: str) -> str:
+def html(core: _core.Engine, title: str) -> str:
     if core.closed():
         return f"<p>{escaping.escape(text(core, title))}</p>"
     body = "".join(f"<tr><th style='text-align:left;vertical-align:top'>{label}</th><td style='text-align:left'>"
                    f"{escaping.escape(lines).replace(chr(10), '<br/>')}</td></tr>" for label, lines in rows(core))
     facts = core.facts()
     return (f"<div style='display:flex;flex-wrap:wrap;gap:1em'><table><caption>{escaping.escape(title)}</caption>{body}"
-            f"</table>{_picture.svg(system, facts)}</div>")
+            f"</table>{_picture.svg(core, facts)}</div>")

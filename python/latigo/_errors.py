@@ -1,6 +1,7 @@
 """Failures and warnings."""
 from __future__ import annotations
 
+import os
 import warnings
 from typing import Any
 
@@ -52,6 +53,12 @@ class GeodesyError(ValueError):
 
 class GeodesyWarning(UserWarning):
     """A doubtful result, or a value of a definition that is probably not meant so."""
+
+
+def printable(name: str | bytes | os.PathLike[str]) -> str:
+    """A name of a file or section as text, with escapes for control characters and for bytes that are not UTF-8."""
+    text = os.fsencode(name).decode(errors="backslashreplace")
+    return "".join(each if each.isprintable() else each.encode("unicode_escape").decode() for each in text)
 
 
 def warn(text: str) -> None:

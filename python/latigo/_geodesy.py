@@ -7,7 +7,7 @@ from collections.abc import Mapping
 from typing import Any
 
 from . import _arrays, _core, _describe
-from ._errors import GRID_FILE_CHANGED, GeodesyError, warn
+from ._errors import GRID_FILE_CHANGED, GeodesyError, printable, warn
 from ._files import has_value, section_text, sections
 from ._records import Adjustment, Datum, Ellipsoid, Geoid, Params, Unit
 
@@ -85,12 +85,12 @@ class Geodesy:
         text = section_text(data, os.fsencode(name))
         if text is None:
             more = f" and {len(known) - _SECTIONS_SHOWN} others" if len(known) > _SECTIONS_SHOWN else ""
-            raise GeodesyError(f"{os.fspath(file)}: no section {name}; it has "
-                               f"{', '.join(known[:_SECTIONS_SHOWN]) or 'none'}{more}", 5, "CreateFileGeodesy")
+            raise GeodesyError(f"{printable(file)}: no section {printable(name)}; it has "
+                               f"{', '.join(map(printable, known[:_SECTIONS_SHOWN])) or 'none'}{more}", 5, "CreateFileGeodesy")
         self._settle(("section", os.fspath(file), name, text),
                      {"radians": radians, "errors": errors, "outside_grid": outside_grid, "threads": threads}, path)
         for warning in _core.warnings(os.fsencode(file), data, os.fsencode(name)):
-            warn(os.fsdecode(warning))
+            warn(printable(warning))
 
     @classmethod
     def from_params(cls, kind: str | int, *, semi_major_axis: float, inverse_flattening: float, unit: float = 1.0,
@@ -153,7 +153,7 @@ class Geodesy:
             try:
                 self._core = _core.open_text(text, has_value(text, b"VertUnit"), path, os.fsencode(name))
             except GeodesyError as error:
-                raise GeodesyError(f"{file} [{name}]: {error.text}{_grid_places(text)}", error.code,
+                raise GeodesyError(f"{printable(file)} [{printable(name)}]: {error.text}{_grid_places(text)}", error.code,
                                    error.function) from None
         self._no_geoid = self.geoid == (None, 0)
         self._no_shift = _describe.lacks_shift(self._core, None if definition[0] == "params" else definition[3])
@@ -398,10 +398,11 @@ class Geodesy:
         return _describe.text(self._core, self._title())
 
     def _repr_html_(self) -> str:
-        return _describe.html(self, self._core, self._title())
+        return _describe.html(self._core, self._title())
 
     def _title(self) -> str:
-        return f"[{self._definition[2]}] {self._definition[1]}" if self._definition[0] == "section" else "from parameters"
+        kind, file, name, *_ = self._definition
+        return f"[{printable(name)}] {printable(file)}" if kind == "section" else "from parameters"
 
     def _digest(self, name: str) -> str:
         """The SHA-256 digest of the grid file `name`, "datum" or "geoid"; empty without one."""
@@ -433,7 +434,7 @@ class Geodesy:
 def _grid_places(text: bytes) -> str:
     """Where the grid files of a section are looked for."""
     keys = [key for key in ("DynDatum", "Geoid") if has_value(text, key.encode())]
-    folder = os.environ.get("TWI_BATHYX", "(TWI_BATHYX is not set)")
+    folder = printable(os.environ.get("TWI_BATHYX", "(TWI_BATHYX is not set)"))
     return f"; {' and '.join(keys)} name files in {folder}/datum" if keys else ""
 
 

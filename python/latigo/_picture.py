@@ -8,10 +8,14 @@ from typing import Any
 
 import numpy as np
 
+from . import _core
+
 Array = np.ndarray[Any, Any]
 
 _SIZE, _MARGIN = 260, 44  # pixels
 _STEPS = 32               # of a line
+_FARTHEST = 720           # degrees: of parameters that are angles, not of NaN
+_FORWARD = 0              # the number of the operation in the extension
 _LINES = 6                # about as many in each direction
 _GREY, _BLUE, _ORANGE = "#888", "#2a7fd4", "#d9731a"  # for light and dark pages
 # Half the extent in latitude and longitude around the origin, by the projection's code, where there is no grid file.
@@ -64,16 +68,18 @@ def _label(value: float, letters: str) -> str:
     return f"{abs(value):g}°" + ("" if value in (0, -180) else f" {letters[int(value < 0)]}")
 
 
-def _line(system: Any, south: float, west: float, north: float, east: float) -> Array:
+def _line(core: _core.Engine, south: float, west: float, north: float, east: float) -> Array:
     """Points of a meridian or a parallel in grid coordinates, NaN where the system has none."""
-    return np.column_stack(system.forward(np.linspace(south, north, _STEPS + 1), np.linspace(west, east, _STEPS + 1),
-                                          errors="nan", radians=False))
+    results = [np.empty(_STEPS + 1) for _ in range(2)]
+    positions = [np.linspace(south, north, _STEPS + 1), np.linspace(west, east, _STEPS + 1)]
+    core.convert(_FORWARD, positions, results, None, False, False, False, False, False, 0, 1)  # warns of nothing
+    return np.column_stack(results)
 
 
-def _frame(system: Any, area: _Area) -> list[Array]:
+def _frame(core: _core.Engine, area: _Area) -> list[Array]:
     south, west, north, east = area
-    return [_line(system, south, west, south, east), _line(system, south, east, north, east),
-            _line(system, north, east, north, west), _line(system, north, west, south, west)]
+    return [_line(core, south, west, south, east), _line(core, south, east, north, east),
+            _line(core, north, east, north, west), _line(core, north, west, south, west)]
 
 
 def _path(lines: list[Array], style: str) -> str:
@@ -90,12 +96,14 @@ def _path(lines: list[Array], style: str) -> str:
     return f'<path d="{"".join(moves())}" fill="none" {style}/>'
 
 
-def svg(system: Any, facts: Mapping[str, Any]) -> str:
+def svg(core: _core.Engine, facts: Mapping[str, Any]) -> str:
     area = _area(facts)
+    if not all(abs(side) <= _FARTHEST for side in area):
+        return ""
     meridians, parallels = _round_values(area.west, area.east), _round_values(area.south, area.north)
-    frame = _frame(system, area)
-    east_west = [_line(system, area.south, value, area.north, value) for value in meridians]
-    south_north = [_line(system, value, area.west, value, area.east) for value in parallels]
+    frame = _frame(core, area)
+    east_west = [_line(core, area.south, value, area.north, value) for value in meridians]
+    south_north = [_line(core, value, area.west, value, area.east) for value in parallels]
     every = np.concatenate([*frame, *east_west, *south_north])
     every = every[np.isfinite(every).all(axis=1)]
     if len(every) == 0:
@@ -123,7 +131,7 @@ def svg(system: Any, facts: Mapping[str, Any]) -> str:
     parts = [_path([pixels(line) for line in east_west + south_north], f'stroke="{_GREY}" stroke-opacity=".6"'),
              _path([pixels(line) for line in frame], f'stroke="{_GREY}" stroke-width="1.5"')]
     for i, (label, colour, files) in enumerate(_file_areas(facts)):
-        parts.append(_path([pixels(line) for line in _frame(system, files)], f'stroke="{colour}" stroke-width="2"'))
+        parts.append(_path([pixels(line) for line in _frame(core, files)], f'stroke="{colour}" stroke-width="2"'))
         parts.append(f'<text x="{_MARGIN + 100 * i}" y="14" fill="{colour}">{label}</text>')
     if facts["code"] == "PST":
         parts += rims()

@@ -1,4 +1,6 @@
 """What an object says of itself."""
+import math
+import os
 import re
 import subprocess
 import xml.etree.ElementTree
@@ -6,7 +8,7 @@ import xml.etree.ElementTree
 import pytest
 
 import latigo
-from conftest import EXAMPLES, PROGRAM, ROOT, SYSTEMS
+from conftest import EXAMPLES, FOLDER, PROGRAM, ROOT, SYSTEMS, UTM
 
 FILES = [*EXAMPLES.glob("*.ini"), ROOT / "tests/claims/systems.ini", ROOT / "tests/transcripts/systems.ini", SYSTEMS]
 OTHER_WORDS = {"with --wgs84, else or with --geoid-on-datum to the section": "with wgs84=True, else or with "
@@ -44,6 +46,32 @@ def test_html_has_a_picture_of_every_system():
         assert len(numbers) > 400 and 0 <= min(numbers) and max(numbers) <= max(width, height) <= 400, (file, section)
         colours = len(paths) - 2
         assert colours == {"Grids": 2, "Cut": 1}.get(section, 0)
+
+
+def test_names_that_cannot_be_printed_are_escaped():
+    names = [(b"\x1b[31m", r"\x1b[31m"), (b"lat\xe9", r"lat\xe9"), (b"<b>\xc3\xa9&", "<b>é&")]
+    for name, shown in names:
+        path = os.path.join(os.fsencode(FOLDER), name + b".ini")
+        with open(path, "wb") as file:
+            file.write(b"[" + name + b"]\n" + UTM.encode())
+        for system in latigo.Geodesy(path, name), latigo.Geodesy(os.fsdecode(path), os.fsdecode(name)):
+            first = repr(system).splitlines()[0]
+            assert first == f"latigo.Geodesy [{shown}] {FOLDER}/{shown}.ini"
+            assert xml.etree.ElementTree.fromstring(system._repr_html_()).find("table/caption").text in first
+        with pytest.raises(latigo.GeodesyError, match="no section") as caught:
+            latigo.Geodesy(path, "other")
+        assert str(caught.value).endswith(f"it has {shown}") and f"{shown}.ini" in str(caught.value)
+
+
+@pytest.mark.filterwarnings("error")
+def test_an_object_is_shown_without_a_warning_and_whatever_its_parameters_are():
+    utm = dict(kind="UTM", semi_major_axis=6378137, inverse_flattening=298.257, scale_factor=0.9996, false_easting=500000)
+    wide = latigo.Geodesy.from_params(**utm, datum_grid=FOLDER / "datum/d.dat", central_meridian=-60)
+    assert "<svg" in wide._repr_html_()  # far from the origin
+    for name in "delta_scale", "central_meridian", "ref_latitude", "delta_x":
+        for value in math.nan, math.inf:
+            odd = latigo.Geodesy.from_params(**utm, **{name: value})
+            assert str(value) in repr(odd) and str(value) in odd._repr_html_().split("<svg")[0]
 
 
 def test_properties_have_the_units_of_configuration_files():
