@@ -3,6 +3,7 @@ from __future__ import annotations
 
 import html as escaping
 import math
+import operator
 import os
 from collections.abc import Mapping
 from typing import Any
@@ -41,10 +42,13 @@ def open_params(kind: str | int, radians: bool, given: Mapping[str, Any]) -> _co
         values.update((name, values[name] * math.pi / 648000) for name in ("delta_rx", "delta_ry", "delta_rz"))
         values["adjust_rotation"] = values["adjust_rotation"] * math.pi / 180
     values["delta_scale"] = values["delta_scale"] / 1000000 + 1
+    adjust_type = operator.index(given["adjust_type"])
+    if not 0 <= adjust_type < 1 << 32:
+        raise ValueError(f"adjust_type={adjust_type}: 0 to 2**32 - 1 are possible")
     flags = (_REVERSE_X if given["reverse_x"] else 0) | (_REVERSE_Y if given["reverse_y"] else 0)
     return _core.open_records(
-        number, [values[name] for name in _PARAMS],
-        [values["delta_" + name] for name in ("x", "y", "z", "scale", "rx", "ry", "rz")], given["adjust_type"] | flags,
+        operator.index(number), [values[name] for name in _PARAMS],
+        [values["delta_" + name] for name in ("x", "y", "z", "scale", "rx", "ry", "rz")], adjust_type | flags,
         [values[name] for name in _ADJUST],
         os.fsencode(given["datum_grid"] or ""), os.fsencode(given["geoid"] or ""), values["ortho_h_corr"])
 

@@ -2,6 +2,7 @@
 from __future__ import annotations
 
 import hashlib
+import operator
 import os
 from collections.abc import Mapping
 from typing import Any
@@ -133,7 +134,7 @@ class Geodesy:
         given = {name: value for name, value in locals().items()
                  if name not in ("cls", "kind", *_DEFAULTS) and not name.startswith("__")}
         for name in ("datum_grid", "geoid"):
-            given[name] = None if given[name] is None else os.path.abspath(given[name])
+            given[name] = None if given[name] is None else _absolute(given[name])
         made = cls.__new__(cls)
         made._settle(("params", kind, radians, given),
                      {"radians": radians, "errors": errors, "outside_grid": outside_grid, "threads": threads})
@@ -164,9 +165,9 @@ class Geodesy:
             raise ValueError(f"errors={errors!r}: {', '.join(_arrays.ERRORS)} are known")
         if outside_grid not in _arrays.OUTSIDE:
             raise ValueError(f"outside_grid={outside_grid!r}: {', '.join(_arrays.OUTSIDE)} are known")
-        if not 1 <= threads <= 256:
+        if not 1 <= (count := operator.index(threads)) <= 256:
             raise ValueError(f"threads={threads!r}: 1 to 256 are possible")
-        return bool(radians), _arrays.ERRORS[errors], _arrays.OUTSIDE[outside_grid], int(threads)
+        return bool(radians), _arrays.ERRORS[errors], _arrays.OUTSIDE[outside_grid], count
 
     def _run(self, operation: int, inputs: tuple[Any, ...], outputs: int, call: tuple[Any, ...], out: Any = None,
              height: bool = False, wgs84: bool = False, geoid_on_datum: bool = False) -> Any:
@@ -429,6 +430,13 @@ class Geodesy:
 
     def __reduce__(self) -> tuple[Any, ...]:
         return _blank, (type(self),), self.__getstate__()
+
+
+def _absolute(file: str | os.PathLike[str]) -> str:
+    path = os.path.abspath(file)
+    if "\0" in os.fsdecode(path):  # where the library would end the name
+        raise ValueError("embedded null byte")
+    return path
 
 
 def _grid_places(text: bytes) -> str:

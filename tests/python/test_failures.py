@@ -114,6 +114,8 @@ def test_settings_hold_for_calls_that_do_not_say_otherwise():
             system.forward(0.9, 0.1, **wrong)
         with pytest.raises(ValueError):
             latigo.Geodesy(SYSTEMS, "Grids", **wrong)
+    with pytest.raises(TypeError, match="integer"):
+        system.forward(0.9, 0.1, threads=1.5)
 
 
 def test_a_faulty_definition_says_its_place():
@@ -130,6 +132,11 @@ def test_a_faulty_definition_says_its_place():
     assert error_of(latigo.Geodesy.from_params, "Mercater", semi_major_axis=1, inverse_flattening=300).code == 5
     assert error_of(latigo.Geodesy.from_params, "UTM", semi_major_axis=1, inverse_flattening=0).code == 3
     assert error_of(latigo.Geodesy.from_params, "UTM", semi_major_axis=1, inverse_flattening=300, adjust_scale=0).code == 7
+    for wrong, error, text in [({"datum_grid": FOLDER / "datum/d.dat\0"}, ValueError, "null"), ({"kind": 3.0}, TypeError, "integer"),
+                               ({"geoid": FOLDER / "datum/g.dat\0.old"}, ValueError, "null"),
+                               ({"adjust_type": 1.0}, TypeError, "integer"), ({"adjust_type": -1}, ValueError, "possible")]:
+        with pytest.raises(error, match=text):
+            latigo.Geodesy.from_params(**{"kind": "UTM", "semi_major_axis": 6378137, "inverse_flattening": 298} | wrong)
 
 
 @pytest.mark.parametrize("text", [
