@@ -79,7 +79,8 @@ def _convert(system: Geodesy, method: str, inputs: tuple[Any, ...], names: tuple
         return _columns(_Partition(system, method, names, given), inputs, types)
     block = _Block(system, method, names, given)
     signature = ",".join(["()"] * len(inputs)) + "->" + ",".join(["()"] * len(names))
-    return dask.array.apply_gufunc(block, signature, *inputs, output_dtypes=types if len(types) > 1 else types[0])
+    return dask.array.apply_gufunc(block, signature, *inputs, output_dtypes=types if len(types) > 1 else types[0],
+                                   allow_rechunk=True)  # of inputs with different blocks
 
 
 def _columns(partition: _Partition, inputs: tuple[Any, ...], types: list[Any]) -> Any:

@@ -76,6 +76,9 @@ def test_shapes_follow_the_rules_of_broadcasting(grids):
     for inputs in [(da.from_array(rows, chunks=7), da.from_array(columns, chunks=9)), (da.from_array(rows), columns)]:
         assert [each.tobytes() for each in dask.compute(*latigo.dask.forward(grids, *inputs))] == [
             each.tobytes() for each in right]
+    for other in longitude, da.from_array(longitude, chunks=70):
+        blocks = latigo.dask.forward(grids, da.from_array(latitude, chunks=100), other)
+        assert (blocks[0].compute() == grids.forward(latitude, longitude)[0]).all()
     line = latigo.dask.forward(grids, da.from_array(latitude, chunks=100), 3)
     assert (line[1].compute() == grids.forward(latitude, 3)[1]).all()
     empty = latigo.dask.forward(grids, da.zeros(0, chunks=1), 3)
