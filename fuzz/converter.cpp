@@ -104,6 +104,7 @@ void CheckForward(GeodesyHandle object, const Asked& options, std::string_view l
   const PointLine point = ParsePointLine(line, options.lonlat ? Order::LongitudeLatitude : Order::LatitudeLongitude);
   double latitude = point.first * RadiansPerDegree, longitude = point.second * RadiansPerDegree, wanted[2];
   double height = point.third.value_or(0);
+  if (options.wgs84 && std::fabs(longitude) > Pi) { longitude = std::remainder(longitude, 2 * Pi); }
   REQUIRE(point.fault == nullptr && (!options.wgs84 || WGS84Conv(object, &latitude, &longitude, &height) == 1));
   if (std::fabs(longitude) > Pi) { longitude -= std::copysign(2 * Pi, longitude); }
   REQUIRE(GeoXY(object, &wanted[0], &wanted[1], latitude, longitude) == 1);

@@ -66,9 +66,14 @@ struct Point {
     return WithinPoles(latitude) && (!(std::fabs(longitude) > api::FromDegrees(LargestLongitude)) || Fail(BeyondTurn));
   }
 
-  // False if the point fails because the datum grid has no value there.
+  // False if the point fails because the datum grid has no value there. Brings the longitude within half a turn, where
+  // the library looks it up in a grid.
   bool InDatumGrid() {
-    const std::int32_t code = handle.Area() != nullptr ? handle.Area()->CodeAt(latitude, longitude) : 0;
+    if (handle.Area() == nullptr) {
+      return true;
+    }
+    longitude = Wrapped(longitude);
+    const std::int32_t code = handle.Area()->CodeAt(latitude, longitude);
     Add(cli::Doubt::Unshifted, code != 0);
     return code == 0 || options.unshifted || Fail(code);
   }

@@ -65,7 +65,7 @@ def test_every_call_has_the_bits_of_the_c_function_on_a_million_points(library, 
                     np.testing.assert_array_equal(array.view(np.int64), bits.view(np.int64), f"{function} {section}")
 
 
-@pytest.mark.parametrize("section", ["Plain", "Grids", "Local", "Constant"])
+@pytest.mark.parametrize("section", ["Plain", "Grids", "Local", "Constant", "Turned"])
 @pytest.mark.parametrize("options", [{}, {"wgs84": True}, {"wgs84": True, "geoid_on_datum": True}])
 def test_heights_and_datum_are_those_of_the_program(section, options):
     latitude, longitude = positions(200, seed=2)
@@ -87,8 +87,10 @@ def test_heights_and_datum_are_those_of_the_program(section, options):
         np.testing.assert_allclose(back, np.column_stack((latitude, longitude, height)), rtol=0, atol=3e-4)
 
 
-def test_a_longitude_beyond_half_a_turn_from_the_central_meridian_is_the_same_meridian(national):
-    assert national.forward(52, 359) == pytest.approx(national.forward(52, -1), abs=1e-6)
+def test_a_longitude_beyond_half_a_turn_from_the_central_meridian_is_the_same_meridian(national, grids):
+    for system, options in (national, {}), (grids, {"wgs84": True}):
+        assert system.forward(52, 359, **options) == pytest.approx(system.forward(52, -1, **options), abs=1e-6)
+    assert grids.to_wgs84(52, -357, 10) == pytest.approx(grids.to_wgs84(52, 3, 10), abs=1e-9)
     assert national.distance(10, 179.7, 10, -179.7) == pytest.approx(national.distance(10, -0.3, 10, 0.3), abs=1e-6)
     sphere = latigo.Geodesy.from_params("SMERC", semi_major_axis=6378137, inverse_flattening=298, central_meridian=10)
     assert sphere.forward(0, -179)[0] == pytest.approx(-sphere.forward(0, 179)[0], abs=1e-6)

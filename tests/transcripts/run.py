@@ -64,6 +64,13 @@ if len(sys.argv) == 2:  # grids that a section names lie in the install folder
             assert all(abs(float(a) - b) < 2e-9 for a, b in zip(back.split(), (52, 5, 100))), back
         undulation = run(["undulation", f"{folder}/geoid.ini", "--wgs84"], "52 -355")
         assert undulation == (0, "40.0000\n", ""), undulation
+        assert run(forward, "52 -355 100.0") == run(forward, "52 5 100.0")
+        polar = system.replace("UTM", "PST").replace("Meridian=3", "Meridian=-179") + "RefLatitude=90\n"  # its inverse gives -355 for 5
+        open(f"{folder}/polar.ini", "w").write(f"[Geodesy]{polar}DynDatum=d.dat\nGeoid=g.dat\n")
+        for more in [], ["--wgs84"], ["--wgs84", "--geoid-on-datum"]:
+            exact = run(["forward", f"{folder}/polar.ini", *more, "--precision", "9"], "52 5 100.0")[1]
+            back = run(["inverse", f"{folder}/polar.ini", *more, "--precision", "11"], exact)[1]
+            assert all(abs(float(a) - b) < 2e-9 for a, b in zip(back.split(), (52, 5, 100), strict=True)), (more, exact, back)
         outside = run(forward, "52 5\n90 5\n52 -1"), run([*forward, "--outside-grid", "unshifted"], "60 5\n60 5")
         assert outside[0][0] == 1 and outside[0][1].endswith("\n* *\n* *\n"), outside
         assert outside[0][2].count("outside the datum grid\n") == 2, outside

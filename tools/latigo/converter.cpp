@@ -84,14 +84,14 @@ bool Converter::ToWgs84(Position& position, Result& result) const {
 }
 
 bool Converter::UndulationAt(double latitude, double longitude, double& undulation, Result& result) const {
-  return result.Call(Undulation(Handle(), latitude, longitude, &undulation), "Undulation");
+  return result.Call(Undulation(Handle(), latitude, Wrapped(longitude), &undulation), "Undulation");
 }
 
 bool Converter::ReadUndulation(const PointLine& point, const Position& position, double& undulation,
                                Result& result) const {
-  return GeoidOnWgs84() ? UndulationAt(point.first * RadiansPerDegree, Wrapped(point.second * RadiansPerDegree),
-                                       undulation, result)
-                        : UndulationAt(position.latitude, position.longitude, undulation, result);
+  return GeoidOnWgs84()
+             ? UndulationAt(point.first * RadiansPerDegree, point.second * RadiansPerDegree, undulation, result)
+             : UndulationAt(position.latitude, position.longitude, undulation, result);
 }
 
 bool Converter::ToGridHeight(const PointLine& point, const Position& position, double& height, Result& result) const {
@@ -139,7 +139,7 @@ bool Converter::FromGridHeight(const PointLine& point, Position& position, Resul
     if (!withGeoid || !GeoidOnWgs84()) {
       break;
     }
-    if (!UndulationAt(position.latitude, Wrapped(position.longitude), undulation, result)) {
+    if (!UndulationAt(position.latitude, position.longitude, undulation, result)) {
       return false;
     }
     const double miss = height + undulation - position.h;
@@ -152,10 +152,11 @@ bool Converter::FromGridHeight(const PointLine& point, Position& position, Resul
   return true;
 }
 
-bool Converter::InDatumGrid(double latitude, double longitude, Result& result) const {
+bool Converter::InDatumGrid(double latitude, double& longitude, Result& result) const {
   if (!datumGrid_) {
     return true;
   }
+  longitude = Wrapped(longitude);
   switch (datumGrid_->Lookup(latitude, longitude, nullptr, {}).code()) {
     case 0:
       return true;

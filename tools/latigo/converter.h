@@ -85,8 +85,8 @@ class Converter {
   void WriteGeographic(const Position& position, Result& result) const;
 
   // Whether the datum shift of the steps can be applied at a position on either datum; false if the point fails because
-  // the datum grid has no value there.
-  bool InDatumGrid(double latitude, double longitude, Result& result) const;
+  // the datum grid has no value there. Brings the longitude within half a turn, where the library looks it up.
+  bool InDatumGrid(double latitude, double& longitude, Result& result) const;
 
   // The grid height of a line with a height, in the vertical unit, from the position of ReadGeographic: less the
   // undulation. Returns false if the undulation fails.
