@@ -86,6 +86,7 @@ Engine::Lease::Lease(Engine& engine, int threads) : engine_(engine) {
     throw Failure{ObjectClosed, nullptr};
   }
   engine.DropAfterFork();
+  const std::size_t before = engine.slots_.size();
   try {
     for (int i = 0; i < threads; ++i) {
       Slot& slot = engine.FreeSlot();
@@ -95,6 +96,7 @@ Engine::Lease::Lease(Engine& engine, int threads) : engine_(engine) {
     }
   } catch (...) {
     std::for_each(slots_.begin(), slots_.end(), [](Slot* slot) { --slot->users; });
+    engine.slots_.resize(before);  // without those opened here: files may have run out
     throw;
   }
 }

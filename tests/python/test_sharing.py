@@ -5,6 +5,7 @@ import multiprocessing
 import os
 import pathlib
 import pickle
+import resource
 import subprocess
 import sys
 import threading
@@ -158,6 +159,21 @@ for system in systems:
 def test_a_process_ends_while_threads_convert():
     done = subprocess.run([sys.executable, "-c", PROGRAM + ENDLESS, SYSTEMS], capture_output=True, timeout=60)
     assert (done.returncode, done.stderr) == (0, b"")
+
+
+def test_a_call_without_files_for_all_its_threads_leaves_none_open(grids):
+    before, (soft, hard) = open_grid_files(), resource.getrlimit(resource.RLIMIT_NOFILE)
+    free = [os.dup(0) for _ in range(22)]  # a handle takes four; the geoid of the sixth one finds none
+    for number in free:
+        os.close(number)
+    resource.setrlimit(resource.RLIMIT_NOFILE, (free[-1] + 1, hard))
+    try:
+        with pytest.raises(latigo.GeodesyError, match="geoid"):
+            grids.forward(np.full(100000, 52.0), 3, threads=64)
+    finally:
+        resource.setrlimit(resource.RLIMIT_NOFILE, (soft, hard))
+    assert open_grid_files() == before
+    grids.forward(np.full(5000, 52.0), 3, threads=2)
 
 
 def test_objects_leave_no_file_open():
