@@ -2,6 +2,7 @@
 from __future__ import annotations
 
 import os
+import sys
 import warnings
 from typing import Any
 
@@ -56,8 +57,8 @@ class GeodesyWarning(UserWarning):
 
 
 def printable(name: str | bytes | os.PathLike[str]) -> str:
-    """A name of a file or section as text, with escapes for control characters and for bytes that are not UTF-8."""
-    text = os.fsencode(name).decode(errors="backslashreplace")
+    """A name of a file or section as text, with escapes for control characters and for bytes that are no text."""
+    text = os.fsencode(name).decode(sys.getfilesystemencoding(), "backslashreplace")
     return "".join(each if each.isprintable() else each.encode("unicode_escape").decode() for each in text)
 
 
@@ -65,8 +66,6 @@ def warn(text: str) -> None:
     """Warns of the line outside this package that made the call."""
     level = 2
     try:
-        import sys
-
         while sys._getframe(level - 1).f_globals.get("__package__") == __package__:
             level += 1
     except ValueError:
