@@ -418,7 +418,8 @@ class Geodesy:
 
     def __getstate__(self) -> dict[str, Any]:
         return {"definition": self._definition, "settings": self._settings,
-                "digests": {name: self._digest(name) for name in ("datum", "geoid")}}
+                "digests": {name: self._digest(name) for name in ("datum", "geoid")},
+                "attributes": getattr(self, "__dict__", {})}  # of a subclass
 
     def __setstate__(self, state: dict[str, Any]) -> None:
         self._settle(state["definition"], state["settings"])
@@ -427,6 +428,8 @@ class Geodesy:
                 self.close()
                 raise GeodesyError(f"{self._title()}: the {name} grid file is another than that of the pickled object",
                                    GRID_FILE_CHANGED)
+        for name, value in state["attributes"].items():
+            setattr(self, name, value)
 
     def __reduce__(self) -> tuple[Any, ...]:
         return _blank, (type(self),), self.__getstate__()

@@ -94,6 +94,10 @@ def open_grid_files():
     return sorted(os.readlink(link) for link in links if os.path.islink(link) and os.readlink(link).endswith(".dat"))
 
 
+class Named(latigo.Geodesy):
+    pass
+
+
 def test_a_pickle_has_the_definition_and_the_settings_but_no_handle(grids):
     made = latigo.Geodesy.from_params("UTM", semi_major_axis=6378388, inverse_flattening=297, central_meridian=3,
                                       datum_grid=FOLDER / "datum/d.dat", geoid=FOLDER / "datum/g.dat", errors="nan",
@@ -103,6 +107,10 @@ def test_a_pickle_has_the_definition_and_the_settings_but_no_handle(grids):
             assert repr(again) == repr(system) and again._settings == system._settings
             np.testing.assert_array_equal(again.forward(0.91, 0.05), system.forward(0.91, 0.05))
     assert len(pickle.dumps(grids)) < 2000
+    named = Named(SYSTEMS, "Plain")
+    named.remark = "mine"
+    for again in pickle.loads(pickle.dumps(named)), copy.copy(named):
+        assert type(again) is Named and again.remark == "mine" and again.forward(52, 3) == named.forward(52, 3)
 
 
 def test_an_unpickled_object_refuses_another_grid_file():
