@@ -161,9 +161,7 @@ class Span {
 };
 
 /** The version as 100 * major + minor. */
-inline std::int32_t GetGeodesyVersion() noexcept {
-  return ::GetGeodesyVersion();
-}
+using ::GetGeodesyVersion;
 
 /** One coordinate system. Owns its handle: it can be moved, not copied. An object that was moved from, or could not be
  * created, has no handle, and every call on it returns code 2. Only one thread at a time may use an object with a grid
@@ -379,7 +377,7 @@ class Geodesy {
   static Result<std::string> Path(const char* function, Operation operation) {
     for (std::string text(512, '\0');; text.assign(text.size() * 2, '\0')) {
       const std::int32_t code = Code(operation(text.data(), static_cast<std::int32_t>(text.size() - 1)));
-      const std::size_t length = std::min(text.find('\0'), text.size());
+      const std::size_t length = (std::min)(text.find('\0'), text.size());
       if (length < text.size() - 2) {
         text.resize(length);
         return {std::move(text), code, function};
@@ -415,7 +413,7 @@ class Geodesy {
   static Batch Each(const char* function, Span<const From> from, Span<To> to, Span<std::int32_t> codes,
                     Operation operation) noexcept {
     Batch batch{0, 0, 0, function};
-    const std::size_t count = std::min(from.size(), to.size());
+    const std::size_t count = (std::min)(from.size(), to.size());
     for (std::size_t i = 0; i < count; ++i) {
       const auto result = operation(from[i]);
       to[i] = result.value;
@@ -433,7 +431,7 @@ class Geodesy {
     return batch;
   }
 
-  std::unique_ptr<std::remove_pointer_t<GeodesyHandle>, Destroy> handle_;
+  std::unique_ptr<std::remove_pointer_t<GeodesyHandle>, Destroy> handle_{};
 };
 
 }  // namespace latigo::api

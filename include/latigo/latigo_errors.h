@@ -48,19 +48,20 @@ LATIGO_INLINE const char* LatigoErrorText(int32_t code, const char* function) {
       {LATIGO_ERROR_NO_CONVERGENCE, "XYGeo, Scale", "the latitude iteration reached its limit"},
       {LATIGO_ERROR_NO_SUCH_NAME, "GetLocalName", "the request is unknown, or no name exists"},
       {LATIGO_ERROR_ROW_UNREADABLE, "Undulation", "a row of the grid file cannot be read completely"}};
-  /* NOLINTBEGIN(modernize-use-nullptr): C has none. */
-  const char* general = NULL;
+  /* Neither NULL nor nullptr: compilers can warn of the first in C++, and C has no other. */
+  const char* general = "unknown code";
+  int known = 0;
   size_t i;
   for (i = 0; i < sizeof senses / sizeof senses[0]; ++i) {
     if (senses[i].code == code) {
-      if (function != NULL && *function != '\0' && strstr(senses[i].functions, function) != NULL) {
+      if (function && *function != '\0' && strstr(senses[i].functions, function)) {
         return senses[i].text;
       }
-      general = general != NULL ? general : senses[i].text;
+      general = known ? general : senses[i].text;
+      known = 1;
     }
   }
-  return general != NULL ? general : "unknown code";
-  /* NOLINTEND(modernize-use-nullptr) */
+  return general;
 }
 
 #endif
