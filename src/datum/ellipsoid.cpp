@@ -22,7 +22,8 @@ constexpr int MaxIterations = 20000;
 
 }  // namespace
 
-const Ellipsoid WGS84Ellipsoid(6378137.0, 1 / 298.257223563);
+// Before the static objects of a program that the library is linked into: their constructors may call exports.
+[[gnu::init_priority(101)]] const Ellipsoid WGS84Ellipsoid(6378137.0, 1 / 298.257223563);
 
 Ellipsoid::Ellipsoid(double semiMajorAxis, double flattening)
     : a_(semiMajorAxis), f_(flattening), e2_((flattening + flattening) - flattening * flattening), e_(std::sqrt(e2_)) {}

@@ -7,8 +7,9 @@
 namespace latigo {
 
 namespace {
-errfacility TheFacility;
-}
+// Before the static objects of a program that the library is linked into: their constructors may call exports.
+[[gnu::init_priority(101)]] errfacility TheFacility;
+}  // namespace
 
 constinit errfacility* DefaultFacility = &TheFacility;
 constinit errfacility* GridFacility = &TheFacility;

@@ -1,5 +1,5 @@
-// Initialisation when the library is loaded into a process, or starts with the program that it is linked into. The
-// static facility of errcode.cpp is constructed before any export can run.
+// Initialisation when the library is loaded into a process, or starts with the program that it is linked into: there
+// before the program's static objects, whose constructors may call exports.
 #include <latigo/latigo.h>
 
 #include "errors/last_error.h"
@@ -28,7 +28,7 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE module, DWORD reason, LPVOID) {
 }
 #else
 // No module handle: the string table belongs to the program, or is linked in.
-[[gnu::constructor]] void Loaded() {
+[[gnu::constructor(101)]] void Loaded() {
   LibraryLoaded(nullptr);
 }
 #endif
