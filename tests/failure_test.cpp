@@ -263,6 +263,20 @@ TEST_F(FailureTest, FilesMayHaveTheDescriptorOfStandardInput) {
   dup2(input, 0);
   close(input);
 }
+
+TEST_F(FailureTest, AHostMayCloseAllDescriptors) {
+  Object object = Make(Utm31());
+  const int next = dup(0);
+  close(next);
+  ASSERT_EQ(SetGeoid(object.get(), Write("geoid", Grid{}.Bytes()).c_str(), 1), 1);
+  ASSERT_EQ(close(next), 0) << "the grid's";
+  double value = 0;
+  errno = 1234;
+  EXPECT_EQ(Undulation(object.get(), Rad(50), Rad(10.25), &value), 0);
+  EXPECT_EQ(GetGeodesyError(), 13);
+  object.reset();
+  EXPECT_EQ(errno, 1234) << "errno is the host's";
+}
 #endif
 
 TEST_F(FailureTest, EveryFailedAllocationIsCodeOne) {

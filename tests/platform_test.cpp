@@ -1,6 +1,12 @@
 // The platform layer.
 #include "platform/platform.h"
 
+#if !defined(_WIN32)
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#endif
+
 #include <thread>
 
 #include "frame/install_dir.h"
@@ -56,6 +62,23 @@ TEST_F(PlatformTest, PathsOfGridFilesHaveRoomFor255Characters) {
   EXPECT_FALSE(latigo::GridFilePath("..\\../datum/file", grid)) << "grid files lie in one folder";
   EXPECT_STREQ(grid, "");
   EXPECT_TRUE(latigo::GridFilePath("elsewhere/..\\file", grid)) << "only what follows the last backslash counts";
+}
+#endif
+
+#if !defined(_WIN32)
+TEST_F(PlatformTest, ATerminalThatIsNamedAsAFileDoesNotBecomeThatOfTheProcess) {
+  const int other = posix_openpt(O_RDWR | O_NOCTTY);
+  if (other < 0 || grantpt(other) != 0 || unlockpt(other) != 0) { GTEST_SKIP() << "no terminals"; }
+  const std::string path = ptsname(other);
+  const pid_t child = fork();
+  if (child == 0) {
+    setsid();  // a process without a terminal, which takes the first that it opens
+    _exit(latigo::InputFile().Open(path.c_str()) || open("/dev/tty", O_RDWR) >= 0 ? 1 : 0);
+  }
+  int status = -1;
+  waitpid(child, &status, 0);
+  EXPECT_EQ(status, 0);
+  close(other);
 }
 #endif
 

@@ -1,10 +1,13 @@
 // Configuration files, profile files and the log when system calls fail, are interrupted or transfer less than
 // requested. The linker redirects the library's calls to the functions below.
 #include <fcntl.h>
+#include <pthread.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <algorithm>
+#include <csignal>
 #include <new>
 
 #include "errors/last_error.h"
@@ -219,6 +222,23 @@ TEST_F(SystemCallTest, TheLogIsARegularFileNamedBeforeTheFirstLine) {
   EXPECT_EQ(support::LogQuestions, 1);
 }
 
+TEST(LogTest, ALineBeyondTheLimitOfAFilesSizeIsDroppedAndEndsNoProcess) {
+  const auto log = [](bool pending) {
+    sigset_t host, after;
+    sigemptyset(&host);
+    if (pending) { sigaddset(&host, SIGXFSZ), pthread_sigmask(SIG_SETMASK, &host, nullptr), raise(SIGXFSZ); }
+    const rlimit none = {0, 0};
+    setrlimit(RLIMIT_FSIZE, &none);
+    LogLine("line");
+    pthread_sigmask(SIG_BLOCK, nullptr, &after);
+    const bool kept = sigismember(&after, SIGXFSZ) == int{pending};
+    sigpending(&after);
+    _exit(kept && sigismember(&after, SIGXFSZ) == int{pending} ? 0 : 1);
+  };
+  EXPECT_EXIT(log(false), testing::ExitedWithCode(0), "");
+  EXPECT_EXIT(log(true), testing::ExitedWithCode(0), "") << "a signal of the host's stays pending";
+}
+
 TEST(LogTest, TheDebuggerCheckRunsOncePerSecond) {
   testing::FLAGS_gtest_death_test_style = "threadsafe";  // in a program that has not yet written a line
   const auto log = [] {
@@ -229,6 +249,9 @@ TEST(LogTest, TheDebuggerCheckRunsOncePerSecond) {
     LogLine("unseen");
     Now += 1;
     LogLine("seen");
+    int ends[2];
+    if (pipe(ends) == 0) { dup2(ends[1], STDERR_FILENO), close(ends[0]); }
+    LogLine("into a pipe without a reader");
     _exit(Opens == 2 ? 0 : 1);
   };
   EXPECT_EXIT(log(), testing::ExitedWithCode(0), "^\\[[0-9a-f]+\\] seen\n$");

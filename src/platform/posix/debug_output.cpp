@@ -2,10 +2,12 @@
 // is attached to the process; else nowhere. The file is opened for each line: the host could close a descriptor that
 // stays open, and its number could then belong to one of the host's files.
 #include <fcntl.h>
+#include <pthread.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <atomic>
+#include <csignal>
 #include <cstdint>
 #include <cstdlib>
 #include <cstring>
@@ -69,6 +71,35 @@ int OpenOutput(const char* path) {
   return file;
 }
 
+// While one exists, a line that cannot be written raises no signal, which would end the process: standard error may be
+// a pipe without a reader, the file as long as the process may make it. A signal that the host left pending stays so.
+class WriteSignalsHeld {
+ public:
+  WriteSignalsHeld() {
+    sigset_t pending;
+    sigpending(&pending);
+    sigemptyset(&held_);
+    for (const int each : {SIGPIPE, SIGXFSZ}) {
+      if (sigismember(&pending, each) == 0) {
+        sigaddset(&held_, each);
+      }
+    }
+    pthread_sigmask(SIG_BLOCK, &held_, &host_);
+  }
+  ~WriteSignalsHeld() {
+    constexpr timespec None = {};
+    while (sigtimedwait(&held_, nullptr, &None) > 0) {
+    }
+    pthread_sigmask(SIG_SETMASK, &host_, nullptr);
+  }
+  WriteSignalsHeld(const WriteSignalsHeld&) = delete;
+  WriteSignalsHeld& operator=(const WriteSignalsHeld&) = delete;
+
+ private:
+  sigset_t held_;
+  sigset_t host_;
+};
+
 }  // namespace
 }  // namespace latigo
 
@@ -78,10 +109,12 @@ void OutputDebugStringA(const char* text) {
   if (const char* path = OutputPath(); path != nullptr) {
     const int file = OpenOutput(path);
     if (file >= 0) {
+      const WriteSignalsHeld held;
       WriteAll(file, text);
       close(file);
     }
   } else if (DebuggerAttached()) {
+    const WriteSignalsHeld held;
     WriteAll(STDERR_FILENO, text);
   }
 }

@@ -23,7 +23,7 @@ NativePath::NativePath(const char* path) {
 }
 
 int OpenRegularFile(const NativePath& path) {
-  const int file = Uninterrupted([&] { return open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC); });
+  const int file = Uninterrupted([&] { return open(path.c_str(), O_RDONLY | O_NONBLOCK | O_NOCTTY | O_CLOEXEC); });
   struct stat status;
   if (file >= 0 && (fstat(file, &status) != 0 || !S_ISREG(status.st_mode))) {
     close(file);
@@ -53,6 +53,7 @@ bool InputFile::Open(const char* path) {
 
 void InputFile::Close() {
   if (descriptor_ >= 0) {
+    const KeptErrno kept;
     const CancellationDisabled guard;
     close(descriptor_);
     descriptor_ = -1;

@@ -17,8 +17,8 @@ class NativePath {
   char path_[PATH_MAX];
 };
 
-// Opens a regular file for reading and returns its descriptor, or -1. Directories, devices and pipes are refused, and
-// none of them blocks the caller.
+// Opens a regular file for reading and returns its descriptor, or -1. Directories, devices and pipes are refused; none
+// of them blocks the caller, and no terminal becomes that of the process.
 int OpenRegularFile(const NativePath& path);
 
 // Writes all bytes to a descriptor; returns false if it cannot.
