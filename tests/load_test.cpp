@@ -15,9 +15,14 @@ void* Load() { return dlopen(LATIGO_LIBRARY, RTLD_NOW | RTLD_LOCAL); }
 class LoadTest : public support::Scratch {};
 
 TEST_F(LoadTest, LoadingWritesOneLine) {
-  ASSERT_NE(Load(), nullptr);
+  void* const library = Load();
+  ASSERT_NE(library, nullptr);
   const std::string version = std::to_string(LATIGO_VERSION_MAJOR) + "." + std::to_string(LATIGO_VERSION_MINOR);
   EXPECT_EQ(Log(), support::Lines{"LATIGO ver " + version + " loaded"});
+#if !defined(_WIN32)
+  ASSERT_EQ(dlclose(library), 0);
+  EXPECT_NE(dlopen(LATIGO_LIBRARY, RTLD_NOW | RTLD_NOLOAD), nullptr) << "it stays, for threads inside it";
+#endif
 }
 
 #if defined(_WIN32)
