@@ -41,7 +41,8 @@
  *   latitude from a datum conversion or from earth-centred coordinates keeps to that range.
  * - Longitudes are meant from -pi to pi. Whether one beyond is wrapped depends on the function and, for `GeoXY`, on the
  *   kind.
- * - NaN and infinite arguments never crash or hang: they yield NaN or another meaningless value, or a code.
+ * - NaN and infinite arguments never crash or hang: they yield NaN or another meaningless value, or a code. A program
+ *   that lets floating-point exceptions trap must mask them during calls.
  * - Outside its domain a projection may return meaningless values, infinities or NaN, with code 0. docs/projections.md
  *   has the domain of each kind.
  *
