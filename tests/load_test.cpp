@@ -2,6 +2,7 @@
 
 #if !defined(_WIN32)
 #include <dlfcn.h>
+#include <unistd.h>
 #endif
 
 namespace {
@@ -24,6 +25,24 @@ TEST_F(LoadTest, LoadingWritesOneLine) {
   EXPECT_NE(dlopen(LATIGO_LIBRARY, RTLD_NOW | RTLD_NOLOAD), nullptr) << "it stays, for threads inside it";
 #endif
 }
+
+#if !defined(_WIN32)
+TEST(LoadDeathTest, AFailedCallAtTheHostsExitIsACode) {
+  const auto host = [] {
+    std::atexit([] {
+      void* const library = Load();
+      const auto create = reinterpret_cast<decltype(&CreateGeodesy)>(dlsym(library, "CreateGeodesy"));
+      const auto convert = reinterpret_cast<decltype(&GeoXY)>(dlsym(library, "GeoXY"));
+      const auto error = reinterpret_cast<decltype(&GetGeodesyError)>(dlsym(library, "GetGeodesyError"));
+      const GeodesyParams params = support::Utm31();
+      double x = 0, y = 0;
+      _exit(convert(create(&params), &x, &y, support::HalfPi, 0) + error());
+    });
+    std::exit(Load() == nullptr);  // loaded last, so its destructors run first
+  };
+  EXPECT_EXIT(host(), testing::ExitedWithCode(6), "");
+}
+#endif
 
 #if defined(_WIN32)
 TEST_F(LoadTest, TheVersionResourceHasTheVersion) {

@@ -7,12 +7,21 @@
 namespace latigo {
 
 namespace {
+
+// Never destroyed: functions that a host runs at its exit, and threads that are still running, may call exports.
+union Lasting {
+  errfacility facility;
+  Lasting() : facility() {}
+  ~Lasting() {}  // NOLINT(modernize-use-equals-default): a default one would be deleted
+};
+
 // Before the static objects of a program that the library is linked into: their constructors may call exports.
-[[gnu::init_priority(101)]] errfacility TheFacility;
+[[gnu::init_priority(101)]] Lasting TheOne;
+
 }  // namespace
 
-constinit errfacility* DefaultFacility = &TheFacility;
-constinit errfacility* GridFacility = &TheFacility;
+constinit errfacility* DefaultFacility = &TheOne.facility;
+constinit errfacility* GridFacility = &TheOne.facility;
 
 errcode::errcode(errcode& source) noexcept
     : code_(source.code_),
