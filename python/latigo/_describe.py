@@ -19,6 +19,7 @@ _NAMES = ("unit", "units", "unit_short", "vertical_unit", "vertical_units", "ver
           "first_axis_letter", "second_axis", "second_axis_letter")  # requests 1 to 10 of the library
 _ANGLES = ("central_meridian", "ref_latitude", "north_parallel", "south_parallel", "skew_azimuth")
 _PARAMS = ("semi_major_axis", "inverse_flattening", "unit", "scale_factor", *_ANGLES, "false_easting", "false_northing")
+_DELTA = tuple("delta_" + name for name in ("x", "y", "z", "scale", "rx", "ry", "rz"))
 _ADJUST = ("adjust_orig_x", "adjust_orig_y", "adjust_rotation", "adjust_scale", "adjust_x", "adjust_y")
 _SHIFT = ("DynDatum", "DeltaX", "DeltaY", "DeltaZ", "DeltaScale", "DeltaRX", "DeltaRY", "DeltaRZ")  # keys
 _WGS84 = (6378137.0, 6356752.3142451793)  # semi-axes, metres
@@ -48,7 +49,7 @@ def open_params(kind: str | int, radians: bool, given: Mapping[str, Any]) -> _co
     flags = (_REVERSE_X if given["reverse_x"] else 0) | (_REVERSE_Y if given["reverse_y"] else 0)
     return _core.open_records(
         operator.index(number), [values[name] for name in _PARAMS],
-        [values["delta_" + name] for name in ("x", "y", "z", "scale", "rx", "ry", "rz")], adjust_type | flags,
+        [values[name] for name in _DELTA], adjust_type | flags,
         [values[name] for name in _ADJUST],
         os.fsencode(given["datum_grid"] or ""), os.fsencode(given["geoid"] or ""), values["ortho_h_corr"])
 
@@ -59,11 +60,10 @@ def doubtful_params(core: _core.Engine, kind: str | int, radians: bool, given: M
     lines = ["[Geodesy]", f"Projection={keyword}"]
     lines += [f"AdjustType={given['adjust_type']}", f"ReverseX={int(given['reverse_x'])}",
               f"ReverseY={int(given['reverse_y'])}"]
-    for name in (*_PARAMS, *_ADJUST):
+    for name in (*_PARAMS, *_DELTA, *_ADJUST, "ortho_h_corr"):
         value = float(given[name])
-        if math.isfinite(value):  # else every point fails
-            value = _degrees(value) if radians and name in (*_ANGLES, "adjust_rotation") else value
-            lines.append(f"{_KEYS.get(name, name.title().replace('_', ''))}={value!r}")
+        value = _degrees(value) if radians and name in (*_ANGLES, "adjust_rotation") else value
+        lines.append(f"{_KEYS.get(name, name.title().replace('_', ''))}={value!r}")
     found = _core.warnings(b"", "\n".join(lines).encode(), b"Geodesy")
     return [text.decode().split("warning: ", 1)[1] for text in found]
 

@@ -70,7 +70,8 @@ def test_an_object_is_shown_without_a_warning_and_whatever_its_parameters_are():
     assert "<svg" in wide._repr_html_()  # far from the origin
     for name in "delta_scale", "central_meridian", "ref_latitude", "delta_x":
         for value in math.nan, math.inf:
-            odd = latigo.Geodesy.from_params(**utm, **{name: value})
+            with pytest.warns(latigo.GeodesyWarning, match=f"is read as {value}"):
+                odd = latigo.Geodesy.from_params(**utm, **{name: value})
             assert str(value) in repr(odd) and str(value) in odd._repr_html_().split("<svg")[0]
 
 

@@ -203,6 +203,7 @@ def test_values_that_are_probably_not_read_as_intended_are_a_warning_as_in_the_p
     utm = dict(kind="UTM", semi_major_axis=6378137, inverse_flattening=298.257, scale_factor=0.9996, false_easting=500000)
     for changed, text in [(dict(inverse_flattening=1 / 298.257), "Flattening=0.0033.* the reciprocal flattening 1/f"),
                           (dict(semi_major_axis=6378), "not a semi-major axis of the earth"), (dict(scale_factor=1), "UTM has 0.9996"),
+                          (dict(delta_x=np.inf), "DeltaX=inf is read as inf"),
                           (dict(adjust_x=5), "AdjustX=5.0 is read with AdjustType=1 only"),
                           (dict(central_meridian=3.4, radians=True), r"CentralMeridian=194\.\d+ is not between -180 and 180")]:
         with pytest.warns(latigo.GeodesyWarning, match=text) as caught:
