@@ -49,19 +49,16 @@ py::object Python(const char* function) {
   throw py::error_already_set();
 }
 
-// Takes the interpreter's lock back. From an interpreter that has ended a thread gets the unwinding of pthread_exit,
-// which may pass no Python object: it waits here for the end of the process.
+// Takes the interpreter's lock back. In an interpreter that has ended that is pthread_exit, whose unwinding may pass no
+// Python object: the thread waits here for the end of the process.
 void TakeLock(PyThreadState* thread) {
-  struct Waiting {
-    bool over = false;
-    ~Waiting() {
-      while (!over) {
-        pause();
-      }
+  try {
+    PyEval_RestoreThread(thread);
+  } catch (...) {
+    for (;;) {
+      pause();
     }
-  } waiting;
-  PyEval_RestoreThread(thread);
-  waiting.over = true;
+  }
 }
 
 // Runs a function without the interpreter's lock.
