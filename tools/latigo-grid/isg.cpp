@@ -55,16 +55,26 @@ void Require(const Header& header, const char* key, const char* wanted) {
   }
 }
 
-// The first node: the header's limits are the edges of the cells around the nodes, or the nodes.
+// The first node: the header's limits are the edges of the cells around the nodes, or the nodes. Steps in few digits
+// leave both open where there are many nodes; then a step of whole arc seconds counts, or the nearer one by far.
 double FirstNode(double low, double high, double step, int nodes) {
-  const double steps = (high - low) / step;
-  if (std::fabs(steps - nodes) < 0.01 * nodes) {
-    return low + (high - low) / nodes / 2;
+  const double ofEdges = (high - low) / nodes, ofNodes = (high - low) / (nodes - 1);
+  const auto miss = [&](double each) { return std::fabs(each / step - 1); };
+  const auto fits = [&](double each) { return miss(each) < 0.01; };
+  const auto whole = [](double each) { return std::fabs(each * 3600 - std::round(each * 3600)) < 1e-3; };
+  constexpr double Far = 4;
+  const auto better = [&](double one, double other) {
+    return fits(one) && (!fits(other) || (whole(one) && !whole(other)) ||
+                         (whole(one) == whole(other) && miss(other) > Far * miss(one)));
+  };
+  if (better(ofEdges, ofNodes)) {
+    return low + ofEdges / 2;
   }
-  if (std::fabs(steps - (nodes - 1)) < 0.01 * nodes) {
+  if (better(ofNodes, ofEdges)) {
     return low;
   }
-  throw Refused("its limits, steps and counts contradict each other");
+  throw Refused(fits(ofNodes) ? "its limits may be edges of cells or nodes; more digits of the steps would tell"
+                              : "its limits, steps and counts contradict each other");
 }
 
 }  // namespace

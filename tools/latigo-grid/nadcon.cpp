@@ -16,14 +16,15 @@ std::string Other(const std::string& path) {
   return other;
 }
 
-// A step stands in the header in few digits, 0.01667 for a minute. It is whole arc seconds, and the lattice counts from
-// its south-western node.
+// A step stands in the header in few digits, 0.01667 for a minute. It is taken for whole arc seconds where it is near
+// them, and the lattice counts from its south-western node.
 Layer ReadOne(GDALDataset& dataset, double sign, const SourceOptions& options) {
   Raster raster = RasterOf(dataset, {{1, sign}}, options);
   const double south = raster.north - raster.latStep * (raster.rows - 1);
   for (double* step : {&raster.latStep, &raster.lonStep}) {
-    const double seconds = std::round(*step * 3600);
-    *step = seconds > 0 ? seconds / 3600 : *step;
+    constexpr double Digits = 0.01;  // of the step; 0.0083 for half a minute
+    const double seconds = *step * 3600, whole = std::round(seconds);
+    *step = std::fabs(seconds - whole) < Digits * whole ? whole / 3600 : *step;
   }
   raster.north = south + raster.latStep * (raster.rows - 1);
   return Load(raster, options);
