@@ -3,6 +3,7 @@
 #include <cpl_conv.h>
 #include <cpl_error.h>
 #include <gdal_priv.h>
+#include <ogr_spatialref.h>
 
 #include <algorithm>
 #include <cctype>
@@ -146,11 +147,31 @@ Dataset OpenDataset(const std::string& name) {
   return Dataset(GDALDataset::Open(name.c_str(), GDAL_OF_RASTER | GDAL_OF_READONLY, drivers));
 }
 
+namespace {
+
+// Refuses a raster on a map, or with angles in another unit or from another prime meridian.
+void RequireDegrees(const GDALDataset& dataset) {
+  const OGRSpatialReference* const system = dataset.GetSpatialRef();
+  if (system == nullptr || system->IsEmpty() != 0 || system->IsLocal() != 0) {
+    return;  // a TIFF without one has a local one here
+  }
+  constexpr double Slack = 1e-9;
+  if (system->IsGeographic() == 0 || std::fabs(system->GetAngularUnits(nullptr) / Radians - 1) > Slack ||
+      std::fabs(system->GetPrimeMeridian()) > Slack) {
+    throw Refused(std::string("its system is ") +
+                  (system->GetName() != nullptr ? system->GetName() : "not geographic") +
+                  ", and not of latitudes and longitudes in degrees from Greenwich");
+  }
+}
+
+}  // namespace
+
 Raster RasterOf(GDALDataset& dataset, const std::vector<Band>& bands, const SourceOptions& options) {
   double t[6];
   if (dataset.GetGeoTransform(t) != CE_None || t[2] != 0 || t[4] != 0) {
     throw Refused("not north up, or without a place on earth");
   }
+  RequireDegrees(dataset);
   const int rows = dataset.GetRasterYSize(), cols = dataset.GetRasterXSize();
   const bool fromSouth = t[5] > 0;
   const double firstRow = t[3] + t[5] / 2;
