@@ -67,21 +67,24 @@ std::vector<Band> BandsOf(GDALDataset& dataset, Field& field, std::string type) 
                              : "its TYPE " + type + " is none that a grid file can hold");
 }
 
-// The ellipsoid of the object's datum: that of the source's coordinate system, if the file names it.
-void TakeEllipsoid(GDALDataset& dataset, Field& field) {
+// The ellipsoid of the object's datum: that of the source's coordinate system, if the file names it; of the target's if
+// the file leads from WGS-84.
+void TakeEllipsoid(GDALDataset& dataset, bool reverse, Field& field) {
   OGRSpatialReference source;
-  const std::string wkt = Item(dataset, "source_crs_wkt"), code = Item(dataset, "source_crs_epsg_code");
+  const std::string which = reverse ? "target" : "source";
+  const std::string wkt = Item(dataset, (which + "_crs_wkt").c_str()),
+                    code = Item(dataset, (which + "_crs_epsg_code").c_str());
   const bool named = (!wkt.empty() && source.SetFromUserInput(wkt.c_str()) == OGRERR_NONE) ||
                      (!code.empty() && source.importFromEPSG(std::atoi(code.c_str())) == OGRERR_NONE);
   const OGRSpatialReference* const system = named ? &source : dataset.GetSpatialRef();
-  if (system == nullptr || (field.kind == Kind::Translation && !named)) {
+  if (system == nullptr || ((reverse || field.kind == Kind::Translation) && !named)) {
     return;
   }
   OGRErr failure = OGRERR_NONE;
   const Ellipsoid found{system->GetSemiMajor(&failure), system->GetInvFlattening()};
   if (failure == OGRERR_NONE && found.a > 6e6 && found.a < 7e6 && found.invFlattening > 200) {
     field.ellipsoid = found, field.knowsEllipsoid = true;
-    field.from = system->GetName() != nullptr ? system->GetName() : "";
+    (reverse ? field.to : field.from) = system->GetName() != nullptr ? system->GetName() : "";
   }
 }
 
@@ -121,7 +124,7 @@ Field ReadGeoTiff(GDALDataset& dataset, const SourceOptions& options) {
   if (const std::string method = Item(dataset, "interpolation_method"); !method.empty() && method != "bilinear") {
     field.notes.emplace_back("the file prescribes the interpolation " + method + ", which is not the one used here");
   }
-  TakeEllipsoid(dataset, field);
+  TakeEllipsoid(dataset, options.reverse, field);
   RequireLayers(field, options, known);
   return field;
 }

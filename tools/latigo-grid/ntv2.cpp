@@ -37,8 +37,8 @@ Field ReadNtv2(GDALDataset& dataset, const SourceOptions& options) {
     *name = name->empty() ? Item(dataset, other) : *name;
   }
   const Ellipsoid from = EllipsoidOf(dataset, "MAJOR_F", "MINOR_F"), to = EllipsoidOf(dataset, "MAJOR_T", "MINOR_T");
-  field.inverted = LikeWgs84(from) && to.a > 0 && !LikeWgs84(to);
-  const Ellipsoid& own = field.inverted != options.reverse ? to : from;
+  field.inverted = options.reverse || (LikeWgs84(from) && to.a > 0 && !LikeWgs84(to));
+  const Ellipsoid& own = field.inverted ? to : from;
   if (own.a > 0) {
     field.ellipsoid = own, field.knowsEllipsoid = true;
   }

@@ -59,7 +59,7 @@ Field OpenSource(const std::string& path, const SourceOptions& options) {
     Field field = Read(path, options);
     RequireLayers(field, options, "");
     field.interpolation = options.interpolation;
-    field.inverted = field.inverted != options.reverse;
+    field.inverted = field.inverted || options.reverse;
     field.atWgs84 = options.fromWgs84;
     return field;
   } catch (const Refused& why) {
