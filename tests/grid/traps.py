@@ -74,14 +74,14 @@ def gtg(name, bands, grid, *options, **items):
     return name + ".tif"
 
 
-def ntv2(name, grids):
+def ntv2(name, grids, source=(6378388, 6356911.946), target=(6378137, 6356752.314)):
     """Sub-grids of (name, parent, lattice, shift of latitude, shift of longitude positive east), by GDAL."""
+    axes = [part for end, pair in (("F", source), ("T", target)) for key, axis in zip(("MAJOR", "MINOR"), pair) for part in ("-mo", f"{key}_{end}={axis}")]
     for i, (sub, parent, grid, lat, lon) in enumerate(grids):
         zero = (lambda *_: 0, "", "", "")
-        source = vrt(f"{name}{i}", [(lat, "", "", ""), (lambda *at: -lon(*at), "", "", ""), zero, zero], grid)
+        bands = vrt(f"{name}{i}", [(lat, "", "", ""), (lambda *at: -lon(*at), "", "", ""), zero, zero], grid)
         options = ["-co", "APPEND_SUBDATASET=YES"] if i else []
-        gdal("gdal_translate", "-q", "-of", "NTv2", *options, "-mo", f"SUB_NAME={sub}", "-mo", f"PARENT={parent}", "-mo", "MAJOR_F=6378388",
-             "-mo", "MINOR_F=6356911.946", "-mo", "MAJOR_T=6378137", "-mo", "MINOR_T=6356752.314", source, name)
+        gdal("gdal_translate", "-q", "-of", "NTv2", *options, "-mo", f"SUB_NAME={sub}", "-mo", f"PARENT={parent}", *axes, bands, name)
     return name
 
 
@@ -90,9 +90,18 @@ def pgm(name, rows, cols, value=around, offset=-20.0, scale=0.002):
     return write(name, f"P5\n# Geoid file\n# Offset {offset}\n# Scale {scale}\n# Origin 90N 0E\n{cols} {rows}\n65535\n".encode() + numbers)
 
 
-def isg(name, *fields, factor=1):
-    rows = "\n".join(" ".join(f"{near(*at) / factor:.5f}" for at in row) for row in reversed(lattice(50, 3, 0.5, 0.5, 4, 6)))
-    return write(name, "Remarks\nbegin_of_head ====\nmodel name : x\n" + "\n".join(fields) + f"\nnrows : 4\nncols : 6\nnodata = -9999.0000\nend_of_head ====\n{rows}\n")
+def isg(name, *fields, factor=1, grid=(50, 3, 0.5, 0.5, 4, 6)):
+    rows = "\n".join(" ".join(f"{near(*at) / factor:.5f}" for at in row) for row in reversed(lattice(*grid)))
+    head = "Remarks\nbegin_of_head ====\nmodel name : x\n" + "\n".join(fields) + f"\nnrows : {grid[4]}\nncols : {grid[5]}\n"
+    return write(name, f"{head}nodata = -9999.0000\nend_of_head ====\n{rows}\n")
+
+
+def nadcon(name, south, west, step, rows, cols):
+    for end, value in (("las", D_LAT), ("los", lambda *at: -D_LON(*at))):
+        nodes = b"".join(struct.pack(f"<i{cols}f", 0, *[value(*at) for at in row]) for row in lattice(south, west, step, step, rows, cols))
+        head = struct.pack("<56s8s3i5f", b"NADCON EXTRACTED REGION", b"NADGRD", cols, rows, 1, west, step, south, step, 0)
+        write(f"{name}.{end}", head.ljust(4 * cols + 4, b"\0") + nodes)
+    return name + ".las"
 
 
 EDGES = ("lat min : 49.75", "lat max : 51.75", "lon min : 2.75", "lon max : 5.75", "delta lat : 0.5", "delta lon : 0.5")
@@ -129,6 +138,8 @@ GOOD = [
     ("an offset and a scale in comments", lambda: pgm("scaled.pgm", 19, 36, offset=-100, scale=0.005), ["--tolerance", "12cm"], [around], [(0, 0)], "PGM"),
     ("ISG", lambda: isg("a.isg", "units : meters", *EDGES), [], [near], [(50.2, 3.7), (51.5, 5.5)], "ISG"),
     ("ISG in feet, minutes and seconds", lambda: isg("f.isg", "data units : feet", "data ordering : N-to-S, W-to-E", *NODES, factor=0.3048), ["--area", "50.1,3.1,51,5"], [near], [(50.2, 3.7), (50.1, 4)], "ISG"),
+    ("ISG of so many nodes that edges are as near the steps", lambda: isg("n.isg", "lat min : 0", "lat max : 60", "lon min : 3", "lon max : 63", "delta lat : 0.5", "delta lon : 0.5", grid=(0, 3, 0.5, 0.5, 121, 121)), [], [near], [(50.2, 3.7)], "0 to 60 north, 3 to 63 east, 121 x 121 nodes, 1800"),
+    ("ISG of many cells, steps of few digits", lambda: isg("m.isg", "lat min : 49.991667", "lat max : 60.008333", "lon min : 2.991667", "lon max : 5.008333", "delta lat : 0.0167", "delta lon : 0.0167", grid=(50, 3, 1 / 60, 1 / 60, 601, 121)), [], [near], [(50.2, 3.7)], "601 x 121 nodes, 60\" x 60\""),
     ("BYN", lambda: byn("a.byn"), [], [near], [(50.2, 3.7), (51.9999, 6.4999)], "BYN"),
     ("text in any order", lambda: write("a.txt", "# lat lon N\n" + "\n".join(f"{lat}, {lon}; {near(lat, lon)}" for row in lattice(50, 3, 0.5, 0.25, 4, 9)[::-1] for lat, lon in row[::-1])), [], [near], [(50.2, 3.7)], "text"),
     ("text, longitude first", lambda: write("b.txt", "\n".join(f"{lon} {lat} {near(lat, lon)}" for row in lattice(50, 3, 0.5, 0.25, 4, 9) for lat, lon in row)), ["--lonlat"], [near], [(50.2, 3.7)], "text"),
@@ -136,6 +147,9 @@ GOOD = [
     ("NTv2: the finer one chosen", lambda: "two.gsb", ["--sub-grid", "FINE"], [lambda *at: D_LAT(*at) + 1, D_LON], [(50.1, 3.3)], "50 to 51 north, 3 to 5 east"),
     ("NTv2: both, from WGS-84", lambda: ntv2("same.gsb", [("COARSE", "NONE", (48, 2, 0.5, 9, 13), D_LAT, D_LON), ("FINE", "COARSE", G, D_LAT, D_LON)]), ["--exact", "from"], [D_LAT, D_LON], [(48.2, 2.3), (50.5, 4)], "sub-grid FINE"),
     ("NADCON: west positive", lambda: f"{here}/stgeorge.las", [], None, [(56.5, -170)], "60\" x 60\""),
+    ("NADCON: steps of 7.5 seconds", lambda: nadcon("h", 40, -100, 7.5 / 3600, 61, 41), [], [D_LAT, D_LON], [(40.1, -99.95)], "40 to 40.125 north, -100 to -99.916667 east"),
+    ("NTv2 from WGS-84", lambda: ntv2("from.gsb", [("A", "NONE", G, D_LAT, D_LON)], (6378137, 6356752.314), (6378388, 6356911.946)), [], [lambda *at: -D_LAT(*at), lambda *at: -D_LON(*at)], [(50.1, 3.3)], "SemiMajorAxis=6378388"),
+    ("NTv2 from WGS-84, and so it is said", lambda: "from.gsb", ["--reverse"], [lambda *at: -D_LAT(*at), lambda *at: -D_LON(*at)], [(50.1, 3.3)], "SemiMajorAxis=6378388"),
     ("GeoTIFF of pixels", lambda: gtg("p", SHIFT, G, TYPE="HORIZONTAL_OFFSET", AREA_OR_POINT="Area"), [], [D_LAT, D_LON], [(50, 3), (50.9, 4.7)], "50 to 51 north, 3 to 5 east"),
     ("GeoTIFF of points", lambda: gtg("q", SHIFT, G, TYPE="HORIZONTAL_OFFSET", AREA_OR_POINT="Point"), [], [D_LAT, D_LON], [(50, 3), (50.9, 4.7)], "50 to 51 north, 3 to 5 east"),
     ("GeoTIFF: bands changed, degrees, west positive", lambda: gtg("u", [(lambda *at: -D_LON(*at) / 3600, "longitude_offset", "degree", "west"), SHIFT[0]], G, TYPE="HORIZONTAL_OFFSET"), [], [D_LAT, D_LON], [(50, 3), (50.9, 4.7)], "GeoTIFF"),
@@ -143,6 +157,7 @@ GOOD = [
     ("GeoTIFF: translations to WGS-84", lambda: gtg("x", [(X, "x_translation", "metre", ""), (Y, "y_translation", "metre", ""), (Z, "z_translation", "metre", "")], G, TYPE="GEOCENTRIC_TRANSLATION"), [], [lambda *at: -X(*at), lambda *at: -Y(*at), lambda *at: -Z(*at)], [(50, 3), (50.9, 4.7)], "translation"),
     ("GeoTIFF: translations from WGS-84", lambda: "x.tif", ["--reverse"], [X, Y, Z], [(50.9, 4.7)], "translation"),
     ("shifts from WGS-84", lambda: "p.tif", ["--reverse"], [lambda *at: -D_LAT(*at), lambda *at: -D_LON(*at)], [(50.9, 4.7)], ""),
+    ("shifts from WGS-84 to a datum that the file names", lambda: gtg("z", SHIFT, G, TYPE="HORIZONTAL_OFFSET", source_crs_epsg_code=4326, target_crs_epsg_code=4277), ["--reverse"], [lambda *at: -D_LAT(*at), lambda *at: -D_LON(*at)], [(50.9, 4.7)], "SemiMajorAxis=6377563.396"),
     ("smooth interpolation", lambda: "a.gtx", ["--interpolation", "bicubic"], [near], [(50.9, 5.3)], ""),
 ]
 for name, source, arguments, functions, positions, printed in GOOD:
@@ -170,6 +185,9 @@ ours, theirs = [[float(number) for number in subprocess.run(command, input=text,
 assert len(ours) == 3 and math.dist(ours, theirs) < 2e-3, (ours, theirs)
 
 gsb = open("same.gsb", "rb").read()
+border = ntv2("border0.gsb", [("COARSE", "NONE", (48, 2, 1, 11, 11), D_LAT, D_LON), ("FINE", "COARSE", (50, 3, 1 / 120, 3, 3), lambda *at: D_LAT(*at) + 0.3, D_LON)])
+for system in (4807, 32632):
+    gdal("gdal_translate", "-q", "-a_srs", f"EPSG:{system}", "a.asc", f"in{system}.tif")
 las = open(f"{here}/stgeorge.las", "rb").read()
 # Name, content, arguments, part of the one line.
 BAD = [
@@ -202,6 +220,8 @@ BAD = [
     ("small.gtx", open("a.gtx", "rb").read(), ["--tolerance", "1mm", "--max-size", "2kB"], "1 mm takes"),
     ("away.gtx", open("a.gtx", "rb").read(), ["--area", "10,10,11,11"], "nothing of the source"),
     ("area.gtx", open("a.gtx", "rb").read(), ["--area", "51,3,50,4"], "S less than N"),
+    ("border.gsb", open(border, "rb").read(), ["--points", "1000"], "difference would be 9."),
+    ("grads.tif", open("in4807.tif", "rb").read(), [], "NTF (Paris), and not of latitudes"), ("map.tif", open("in32632.tif", "rb").read(), [], "zone 32N, and not of latitudes"),
     ("unit.gtx", open("a.gtx", "rb").read(), ["--tolerance", "3 miles"], "no length"),
 ]
 write("other.los", open(f"{here}/stgeorge.los", "rb").read().replace(struct.pack("<f", 56), struct.pack("<f", 55), 1))

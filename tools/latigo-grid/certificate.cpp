@@ -109,6 +109,40 @@ std::vector<Point> SteepPoints(const Field& source, const Lattice& lattice, std:
   return points;
 }
 
+std::vector<Point> BorderPoints(const Field& source, const Lattice& lattice, std::size_t count) {
+  const Area limits = lattice.Limits();
+  // A hundredth of a cell, where the blend is nearly the border's own value, but more than rounding counts as inside.
+  const double north = std::max(lattice.latStep / 3.6e5, 2 * FloatRounding),
+               east = std::max(lattice.lonStep / 3.6e5, 2 * FloatRounding);
+  std::vector<Point> points;
+  const auto add = [&](double latitude, double longitude) {
+    const double at = limits.west + EastOf(limits.west, longitude);
+    Values ignored{};
+    if (limits.south <= latitude && latitude <= limits.north && limits.west <= at && at <= limits.east &&
+        source.At(latitude, at, ignored)) {
+      points.push_back({latitude, at});
+    }
+  };
+  for (const Layer& layer : source.layers) {
+    if (source.layers.size() == 1 || layer.periodic) {
+      continue;
+    }
+    const Axis &lat = layer.latitude, &lon = layer.longitude;
+    const auto along = [&](const Axis& axis, double step, const auto& at) {
+      const double length = axis.End() - axis.start;
+      const auto sides = static_cast<std::size_t>(std::clamp(length * 3600 / step, 2.0, static_cast<double>(count)));
+      for (std::size_t i = 0; i <= sides; ++i) {
+        at(axis.start + length * static_cast<double>(i) / static_cast<double>(sides));
+      }
+    };
+    along(lon, lattice.lonStep,
+          [&](double longitude) { add(lat.start - north, longitude), add(lat.End() + north, longitude); });
+    along(lat, lattice.latStep,
+          [&](double latitude) { add(latitude, lon.start - east), add(latitude, lon.End() + east); });
+  }
+  return points;
+}
+
 Statistics Measure(const Surface& one, const Surface& other, std::vector<Point> points) {
   Sort(points);
   Gatherer gatherer;

@@ -31,6 +31,10 @@ std::vector<Point> RandomPoints(const Area& area, std::size_t count, std::uint64
 // Points where the blend of the library differs most from a straight line, in the steepest of random cells.
 std::vector<Point> SteepPoints(const Field& source, const Lattice& lattice, std::size_t count, std::uint64_t seed);
 
+// Points just outside the sub-grids, at most `count` along a side: there the library blends the nodes of both, and the
+// source has only the coarser. None if the source has one lattice.
+std::vector<Point> BorderPoints(const Field& source, const Lattice& lattice, std::size_t count);
+
 Statistics Measure(const Surface& one, const Surface& other, std::vector<Point> points);
 
 // The other direction of a datum grid. Where the file holds the exact answers for positions on one datum, the library

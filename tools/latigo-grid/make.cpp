@@ -45,16 +45,19 @@ bool ToWgs84IsOther(const Field& field) {
 }
 
 struct Certificate {
-  Statistics random, steep, other;
+  Statistics random, steep, borders, other;
 
-  double Maximum() const { return std::max(random.maximum, steep.maximum); }
+  double Maximum() const { return std::max({random.maximum, steep.maximum, borders.maximum}); }
 
   std::string Text(const Plan& plan, const Field& field, const Options& options) const {
     std::string text = "difference from the source at random points (seed " + std::to_string(options.seed) + "), " +
                        random.Text() + "\n";
     text += "at the steepest cells, " + steep.Text() + "\n";
-    text +=
-        std::string(plan.aligned ? "nowhere more than " : "expected nowhere more than ") + LengthUp(plan.bound) + "\n";
+    if (borders.points > 0) {
+      text += "at the borders of sub-grids, " + borders.Text() + "\n";
+    }
+    text += std::string(plan.aligned && borders.points == 0 ? "nowhere more than " : "expected nowhere more than ") +
+            LengthUp(std::max(plan.bound, borders.maximum)) + "\n";
     if (field.kind != Kind::Geoid) {
       text += std::string(ToWgs84IsOther(field) ? "to" : "from") + " WGS-84, where the library does not iterate, " +
               other.Text() + "\n";
@@ -67,8 +70,10 @@ Certificate Certify(const Field& field, const Lattice& lattice, const std::strin
   const LibraryGrid library(file, lattice, field.ellipsoid);
   const std::vector<Point> random = RandomPoints(library.Limits(), options.points, options.seed);
   const std::size_t steep = std::max<std::size_t>(options.points / 20, 40);
-  Certificate certificate{
-      Measure(library, field, random), Measure(library, field, SteepPoints(field, lattice, steep, options.seed)), {}};
+  Certificate certificate{Measure(library, field, random),
+                          Measure(library, field, SteepPoints(field, lattice, steep, options.seed)),
+                          Measure(library, field, BorderPoints(field, lattice, steep)),
+                          {}};
   if (field.kind != Kind::Geoid) {
     certificate.other = MeasureOther(library, field, ToWgs84IsOther(field), random);
   }
