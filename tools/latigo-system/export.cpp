@@ -312,19 +312,40 @@ Exported Export(const Database& database, const std::string& file, const std::st
   if (object.params.Kind == LATIGO_KIND_AZIMUTHAL_EQUIDISTANT) {
     exported.approximation = "PROJ's azimuthal equidistant is exact, and kind 8 a series";
   }
-  if (const std::optional<Absorbed> absorbed = Absorb(object, grid)) {
-    exported.crs = CrsString(object, *absorbed);
-    exported.wkt = Wkt(database, exported.crs, section);
-  } else {
-    exported.noCrs = "its local grid rotates, scales, shifts or reverses the projection as no system of PROJ does";
-  }
+  const auto measure = [&](PJ* transformation) {
+    const bool counted = object.params.Kind != LATIGO_KIND_MERCATOR_ON_SPHERE;  // that one from Greenwich
+    return MeasurePipeline(object.geodesy, transformation, object.params.RefLatitude / Degree,
+                           counted ? object.params.CentralMeridian / Degree : 0, object.ProjectionUnit() / grid.scale);
+  };
   const Pj pipeline(proj_create(database.Context(), exported.pipeline.c_str()));
   if (!pipeline) {
     throw Refused("PROJ refuses " + exported.pipeline + ": " + database.Complaint("no reason"));
   }
-  exported.largestDifference =
-      MeasurePipeline(object.geodesy, pipeline.get(), object.params.RefLatitude / Degree,
-                      object.params.CentralMeridian / Degree, object.ProjectionUnit() / grid.scale);
+  exported.largestDifference = measure(pipeline.get());
+  if (!std::isfinite(exported.largestDifference)) {
+    throw Refused("not every position within two degrees of its origin converts, so nothing can be said of the export");
+  }
+  constexpr double Wrong = 1;  // metre; the way from WGS 84 by +towgs84 is within centimetres
+  if (exported.largestDifference > Wrong && exported.approximation.empty()) {
+    throw Refused("PROJ would be " + Length(exported.largestDifference) + " from it");
+  }
+  const std::optional<Absorbed> absorbed = Absorb(object, grid);
+  if (!absorbed) {
+    exported.noCrs = "its local grid rotates, scales, shifts or reverses the projection as no system of PROJ does";
+    return exported;
+  }
+  exported.crs = CrsString(object, *absorbed);
+  exported.wkt = Wkt(database, exported.crs, section);
+  // A system has no words for some of what a section has, and PROJ drops some of those that it has.
+  for (const std::string& text : {exported.crs, exported.wkt}) {
+    const Pj system(proj_create_crs_to_crs(database.Context(), "EPSG:4326", text.c_str(), nullptr));
+    const double difference = system ? measure(system.get()) : HUGE_VAL;
+    if (!(difference < exported.largestDifference + Wrong)) {
+      exported.noCrs = (std::isfinite(difference) ? "a system of PROJ would be " + Length(difference) + " from it"
+                                                  : std::string("PROJ does not convert to a system of it")) +
+                       "; the pipeline does as the section";
+    }
+  }
   return exported;
 }
 

@@ -165,7 +165,7 @@ Difference MeasureProjection(const Database& database, const Crs& crs, const Sec
 Difference MeasureShift(const Database&, const Crs& crs, const Section& section, PJ* operation, int points) {
   api::Geodesy ours = Open(section);
   const double greenwich = crs.primeMeridian * Degree;
-  const Axes wgs84 = {Axis{false, false, Degree, "", ""}, Axis{true, false, Degree, "", ""}};
+  const Axes wgs84 = {Axis{false, false, Degree, "north", "", ""}, Axis{true, false, Degree, "east", "", ""}};
   Difference difference;
   RandomPositions positions(crs.area);
   for (difference.points = 0; difference.points < points; ++difference.points) {
@@ -199,10 +199,11 @@ double MeasurePipeline(api::Geodesy& ours, PJ* pipeline, double latitude, double
     const PJ_COORD theirs =
         proj_trans(pipeline, PJ_FWD, proj_coord(at.latitude / Degree, at.longitude / Degree, 0, HUGE_VAL));
     const auto moved = ours.WGS84Conv({at.latitude, at.longitude, 0});
-    const auto grid = ours.GeoXY({moved->latitude, moved->longitude});
+    // The near side of the central meridian, where a kind does not wrap longitudes by itself.
+    const double meridian = longitude * Degree;
+    const auto grid = ours.GeoXY({moved->latitude, meridian + Wrapped(moved->longitude - meridian)});
     if (!moved || !grid || !Finite(grid->x, grid->y) || !Finite(theirs.v[0], theirs.v[1])) {
-      throw Refused(
-          "not every position within two degrees of its origin converts, so nothing can be said of the export");
+      return HUGE_VAL;
     }
     largest = std::max(largest, std::hypot(grid->x - theirs.v[0], grid->y - theirs.v[1]) * std::abs(unit));
   }

@@ -32,7 +32,7 @@ Difference MeasureProjection(const Database& database, const Crs& crs, const Sec
 Difference MeasureShift(const Database& database, const Crs& crs, const Section& section, PJ* operation, int points);
 
 // The largest distance on the map between the library and a pipeline from WGS 84 to grid units, at random points within
-// two degrees of a position (degrees); `unit` is metres per grid unit. Throws if one of the points does not convert.
+// two degrees of a position (degrees); `unit` is metres per grid unit. Infinite if one of the points does not convert.
 double MeasurePipeline(api::Geodesy& ours, PJ* pipeline, double latitude, double longitude, double unit);
 
 }  // namespace latigo::system
