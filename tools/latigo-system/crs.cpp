@@ -9,7 +9,9 @@
 #include <iostream>
 #include <iterator>
 #include <numbers>
+#include <utility>
 
+#include "methods.h"
 #include "section.h"
 
 namespace latigo::system {
@@ -31,6 +33,7 @@ Axis AxisOf(const Database& database, const PJ* system, int index) {
   axis.name = Text(name);
   axis.unitName = Text(unit);
   const std::string towards = Text(direction);
+  axis.direction = towards;
   axis.reversed = towards == "west" || towards == "south";
   axis.first = towards == "east" || towards == "west";
   return axis;
@@ -43,6 +46,9 @@ void OrderPolarAxes(Axes& axes) {
     return;
   }
   const auto has = [](const Axis& axis, std::string_view word) { return axis.name.find(word) != std::string::npos; };
+  if (axes[0].direction != axes[1].direction) {
+    throw Refused("its axes run " + axes[0].direction + " and " + axes[1].direction);
+  }
   const bool swapped = has(axes[0], "orthing") || has(axes[1], "asting");
   axes[0].first = !swapped;
   axes[1].first = swapped;
@@ -56,6 +62,12 @@ Axes AxesOf(const Database& database, const PJ* crs, double* third) {
     throw Refused("it has no two axes");
   }
   Axes axes = {AxisOf(database, system.get(), 0), AxisOf(database, system.get(), 1)};
+  for (const Axis& axis : axes) {
+    constexpr std::array<std::string_view, 5> Directions = {"north", "south", "east", "west", "unspecified"};
+    if (std::find(Directions.begin(), Directions.end(), axis.direction) == Directions.end()) {
+      throw Refused("an axis runs " + axis.direction + ", and not to the north, south, east or west");
+    }
+  }
   OrderPolarAxes(axes);
   if (axes[0].unit != axes[1].unit) {
     throw Refused("its axes have different units");
@@ -126,9 +138,16 @@ Pj ProjectedPart(const Database& database, Pj object, Crs& crs) {
         object.reset(proj_get_source_crs(context, object.get()));
         break;
       case PJ_TYPE_COMPOUND_CRS: {
-        const Pj heights(proj_crs_get_sub_crs(context, object.get(), 1));
-        const Pj system(heights ? proj_crs_get_coordinate_system(context, heights.get()) : nullptr);
-        crs.verticalUnit = system ? AxisOf(database, system.get(), 0).unit : 0;
+        Pj heights(proj_crs_get_sub_crs(context, object.get(), 1));
+        if (heights && proj_get_type(heights.get()) == PJ_TYPE_BOUND_CRS) {
+          heights.reset(proj_get_source_crs(context, heights.get()));
+        }
+        if (const Pj system(heights ? proj_crs_get_coordinate_system(context, heights.get()) : nullptr); system) {
+          crs.verticalUnit = AxisOf(database, system.get(), 0).unit;
+          const std::string name = Text(proj_get_name(heights.get()));
+          crs.heights = name == "unknown" ? "heights without a name" : name;
+          crs.depths = AxisOf(database, system.get(), 0).direction == "down";
+        }
         object.reset(proj_crs_get_sub_crs(context, object.get(), 0));
         break;
       }
@@ -140,6 +159,23 @@ Pj ProjectedPart(const Database& database, Pj object, Crs& crs) {
         throw Refused("it is no projected system");
     }
   }
+}
+
+// Whether a code has that base and conversion: a definition may name a code and be another system. True if the code is
+// not known.
+bool IsSystemOf(const Database& database, const std::string& id, const PJ* geodetic, const PJ* conversion) {
+  PJ_CONTEXT* const context = database.Context();
+  Pj object(proj_create(context, id.c_str()));
+  if (!object) {
+    return true;
+  }
+  Crs unused;
+  const Pj named = ProjectedPart(database, std::move(object), unused);
+  const Pj base(proj_crs_get_geodetic_crs(context, named.get()));
+  const Pj own(proj_crs_get_coordoperation(context, named.get()));
+  return base && own &&
+         proj_is_equivalent_to(geodetic, base.get(), PJ_COMP_EQUIVALENT_EXCEPT_AXIS_ORDER_GEOGCRS) != 0 &&
+         proj_is_equivalent_to(conversion, own.get(), PJ_COMP_EQUIVALENT) != 0;
 }
 
 }  // namespace
@@ -202,7 +238,7 @@ const Parameter& Method::Find(int wanted) const {
     // WKT leaves out what is 0, or 1 of a scale factor.
     static const Parameter Zero{0, "", 0, 1, "degree"};
     static const Parameter One{0, "", 1, 1, ""};
-    constexpr std::array<int, 4> Zeros = {8801, 8802, 8806, 8807};
+    constexpr std::array<int, 11> Zeros = {8801, 8802, 8806, 8807, 8816, 8817, 8821, 8822, 8826, 8827, 8833};
     if (std::find(Zeros.begin(), Zeros.end(), wanted) != Zeros.end()) {
       return Zero;
     }
@@ -214,6 +250,64 @@ const Parameter& Method::Find(int wanted) const {
   return *found;
 }
 
+namespace {
+
+// WKT2 need not have codes. The names of the EPSG data set, and those that it had before.
+struct Coded {
+  int code;
+  const char* name;
+};
+constexpr Coded Names[] = {
+    {8801, "Latitude of natural origin"},
+    {8802, "Longitude of natural origin"},
+    {8805, "Scale factor at natural origin"},
+    {8806, "False easting"},
+    {8807, "False northing"},
+    {8811, "Latitude of projection centre"},
+    {8812, "Longitude of projection centre"},
+    {8813, "Azimuth of initial line"},
+    {8813, "Azimuth at projection centre"},
+    {8814, "Angle from Rectified to Skew Grid"},
+    {8815, "Scale factor on initial line"},
+    {8815, "Scale factor at projection centre"},
+    {8816, "Easting at projection centre"},
+    {8817, "Northing at projection centre"},
+    {8821, "Latitude of false origin"},
+    {8822, "Longitude of false origin"},
+    {8823, "Latitude of 1st standard parallel"},
+    {8824, "Latitude of 2nd standard parallel"},
+    {8826, "Easting at false origin"},
+    {8827, "Northing at false origin"},
+    {8832, "Latitude of standard parallel"},
+    {8833, "Longitude of origin"},
+    {1038, "Ellipsoid scaling factor"},
+    {8605, "X-axis translation"},
+    {8606, "Y-axis translation"},
+    {8607, "Z-axis translation"},
+    {8608, "X-axis rotation"},
+    {8609, "Y-axis rotation"},
+    {8610, "Z-axis rotation"},
+    {8611, "Scale difference"},
+    {8617, "Ordinate 1 of evaluation point"},
+    {8618, "Ordinate 2 of evaluation point"},
+    {8667, "Ordinate 3 of evaluation point"},
+    {9603, "Geocentric translations (geog2D domain)"},
+    {9606, "Position Vector transformation (geog2D domain)"},
+    {9607, "Coordinate Frame rotation (geog2D domain)"},
+};
+
+// By the identifier, or else by the name; 0 for neither.
+int CodeOf(const char* authority, const char* code, const std::string& name) {
+  if (authority != nullptr && *authority != '\0') {
+    return Text(authority) == "EPSG" ? std::atoi(Text(code).c_str()) : 0;
+  }
+  const auto* const found =
+      std::find_if(std::begin(Names), std::end(Names), [&](const Coded& each) { return SameName(each.name, name); });
+  return found != std::end(Names) ? found->code : CodeOfMethod(name);
+}
+
+}  // namespace
+
 Method MethodOf(const Database& database, const PJ* operation) {
   PJ_CONTEXT* const context = database.Context();
   const char* name = nullptr;
@@ -222,15 +316,15 @@ Method MethodOf(const Database& database, const PJ* operation) {
   Method method;
   proj_coordoperation_get_method_info(context, operation, &name, &authority, &code);
   method.name = Text(name);
-  method.code = Text(authority) == "EPSG" ? std::atoi(Text(code).c_str()) : 0;
+  method.code = CodeOf(authority, code, method.name);
   const int count = proj_coordoperation_get_param_count(context, operation);
   for (int i = 0; i < count; ++i) {
     Parameter each{};
     const char* unit = nullptr;
     if (proj_coordoperation_get_param(context, operation, i, &name, &authority, &code, &each.value, nullptr,
                                       &each.factor, &unit, nullptr, nullptr, nullptr) != 0) {
-      each.code = Text(authority) == "EPSG" ? std::atoi(Text(code).c_str()) : 0;
       each.name = Text(name);
+      each.code = CodeOf(authority, code, each.name);
       each.unit = Text(unit);
       method.parameters.push_back(each);
     }
@@ -255,7 +349,7 @@ bool Area::Holds(double latitude, double longitude) const {
 
 std::string Area::Limits() const {
   const auto angle = [](double value, char positive, char negative) {
-    const double shown = value > 180 ? value - 360 : value;
+    const double shown = value > 180 ? value - 360 : value < -180 ? value + 360 : value;
     char text[32];
     std::snprintf(text, sizeof text, "%.2f %c", std::fabs(shown), shown < 0 ? negative : positive);
     return std::string(text);
@@ -287,6 +381,10 @@ Crs ReadCrs(const Database& database, const std::string& text) {
   if (!crs.geodetic || !conversion || !ellipsoid || !meridian) {
     throw Refused(database.Complaint("its definition is not complete"));
   }
+  if (!crs.id.empty() && !IsSystemOf(database, crs.id, crs.geodetic.get(), conversion.get())) {
+    crs.otherId = std::exchange(crs.id, "");
+    crs.source.clear();
+  }
   if (const std::string body = Text(proj_get_celestial_body_name(context, crs.geodetic.get()));
       !body.empty() && body != "Earth") {
     throw Refused("it belongs to " + body);
@@ -312,9 +410,21 @@ Crs ReadCrs(const Database& database, const std::string& text) {
   return crs;
 }
 
+namespace {
+
+// Without the mark of UTF-8 and blanks, which editors leave at the ends of a file.
+std::string Trimmed(std::string text) {
+  constexpr std::string_view Mark = "\xEF\xBB\xBF", Blanks = " \t\r\n";
+  text.erase(0, text.starts_with(Mark) ? Mark.size() : 0);
+  text.erase(text.find_last_not_of(Blanks) + 1);
+  return text.erase(0, text.find_first_not_of(Blanks));
+}
+
+}  // namespace
+
 std::string TextOrFile(const std::string& text) {
   if (text == "-") {
-    return {std::istreambuf_iterator<char>(std::cin), {}};
+    return Trimmed({std::istreambuf_iterator<char>(std::cin), {}});
   }
   std::error_code ignored;
   if (!std::filesystem::is_regular_file(text, ignored)) {
@@ -325,7 +435,7 @@ std::string TextOrFile(const std::string& text) {
   if (!file) {
     throw Refused("the file cannot be read");
   }
-  return content;
+  return Trimmed(std::move(content));
 }
 
 }  // namespace latigo::system

@@ -48,6 +48,7 @@ struct Axis {
   bool first = true;      // of our order: longitude, or easting; false for latitude and northing
   bool reversed = false;  // positive to the west or south
   double unit = 1;        // radians or metres
+  std::string direction;  // "north", "south", "east", "west"
   std::string name;       // "Easting"
   std::string unitName;
 };
@@ -64,9 +65,10 @@ struct Area {
 };
 
 struct Crs {
-  std::string id;      // "EPSG:27700"; empty for one without a code
-  std::string name;    // "OSGB36 / British National Grid"
-  std::string source;  // version of the data, empty for one that is not from the database
+  std::string id;       // "EPSG:27700"; empty for one without a code
+  std::string otherId;  // the code that the definition names, though it is another system; empty for none
+  std::string name;     // "OSGB36 / British National Grid"
+  std::string source;   // version of the data, empty for one that is not from the database
   bool deprecated = false;
   Pj projected;
   Pj geodetic;    // its base
@@ -80,6 +82,8 @@ struct Crs {
   Axes mapAxes;
   Axes groundAxes;
   double verticalUnit = 0;  // metres; 0 if there is no height
+  std::string heights;      // name of the vertical system; empty for none
+  bool depths = false;      // it counts downwards
   Area area;
 
   const Axis& MapAxis(bool first) const { return mapAxes[0].first == first ? mapAxes[0] : mapAxes[1]; }

@@ -12,6 +12,7 @@ namespace latigo::system {
 namespace {
 
 constexpr double ArcSecond = std::numbers::pi / 648000;
+constexpr std::string_view NullGrid = "null";  // PROJ's name: latitudes and longitudes stay as they are
 
 // Parameters of transformations, by the codes that the EPSG data set gives them.
 enum ParameterCode {
@@ -177,7 +178,11 @@ void ReadStep(const Database& database, const PJ* step, Similarity& sum, Operati
   for (int i = 0; i < grids; ++i) {
     const char* name = nullptr;
     proj_coordoperation_get_grid_used(context, step, i, &name, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr);
-    operation.grids.push_back(Text(name));
+    const std::string grid = Text(name);
+    operation.grids.push_back(grid.starts_with('@') ? grid.substr(1) : grid);  // @: may be missing
+    if (OneLine(grid) != grid) {
+      operation.reason = "the name of its grid is no file name";
+    }
   }
   if (grids == 0) {
     operation.reason += AddStep(database, step, sum);
@@ -203,9 +208,10 @@ void ReadSteps(const Database& database, Operation& operation) {
   if (grid && operation.reason.empty() && (operation.grids.size() > 1 || !operation.parameters.IsNull())) {
     operation.reason = "a section has one grid, and no parameters beside it";
   }
-  operation.form = !operation.reason.empty() ? Operation::Form::NotExpressible
-                   : grid                    ? Operation::Form::Grid
-                                             : Operation::Form::Parameters;
+  operation.form = !operation.reason.empty()        ? Operation::Form::NotExpressible
+                   : !grid                          ? Operation::Form::Parameters
+                   : operation.grids[0] == NullGrid ? Operation::Form::Unshifted
+                                                    : Operation::Form::Grid;
 }
 
 Operation ReadOperation(const Database& database, Pj object) {
@@ -246,9 +252,10 @@ Factory MakeFactory(const Database& database, const Area& area) {
   return factory;
 }
 
-// The file that a section names for a grid of the public formats.
+// The file that a section names for a grid of the public formats; without its folder.
 std::string GridFile(const std::string& source) {
-  return source.substr(0, source.rfind('.')) + ".dat";
+  const std::string file = source.substr(source.find_last_of("/\\") + 1);
+  return file.substr(0, file.rfind('.')) + ".dat";
 }
 
 }  // namespace
@@ -274,6 +281,8 @@ std::string Operation::Summary() const {
         text += " " + grid;
       }
       return text;
+    case Form::Unshifted:
+      return text + "; null grid";
     default:
       break;
   }
@@ -331,8 +340,8 @@ std::string List(const std::vector<Operation>& operations) {
   std::string text;
   for (std::size_t i = 0; i < operations.size(); ++i) {
     const Operation& each = operations[i];
-    text += std::to_string(i + 1) + "  " + (each.id.empty() ? "" : each.id + "  ") + each.name + "\n     " +
-            each.Summary() + "\n     " + each.area.name + "\n";
+    text += std::to_string(i + 1) + "  " + (each.id.empty() ? "" : each.id + "  ") + OneLine(each.name) + "\n     " +
+            OneLine(each.Summary()) + "\n     " + each.area.name + "\n";
   }
   return text;
 }
@@ -393,6 +402,10 @@ void SetShift(const Crs& crs, const Operation& operation, Section& section) {
     const std::string source = operation.grids.front();
     section.Comment("  The grid file is made by: latigo-grid make " + source + " -o " + GridFile(source));
     section.Set("DynDatum", GridFile(source));
+    return;
+  }
+  if (operation.form == Operation::Form::Unshifted) {
+    section.Comment("  It has the null grid: latitudes and longitudes stay as they are.");
     return;
   }
   const SevenParameters& ours = operation.parameters;

@@ -21,7 +21,7 @@ struct SevenParameters {
 };
 
 struct Operation {
-  enum class Form { Parameters, Grid, NotExpressible };
+  enum class Form { Parameters, Grid, Unshifted, NotExpressible };  // unshifted: by the null grid
 
   std::string id;    // "EPSG:1314"; empty for a chain that PROJ has made
   std::string name;  // "OSGB36 to WGS 84 (6)"

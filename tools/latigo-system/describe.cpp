@@ -14,7 +14,8 @@ std::string ProjVersion() {
 
 void DescribeSource(const Crs& crs, Section& section) {
   section.Comment(crs.name + (crs.deprecated ? " (deprecated)" : ""));
-  section.Comment((crs.id.empty() ? "no code" : crs.id) + (crs.source.empty() ? "" : ", " + crs.source) + "; method " +
+  const std::string code = crs.otherId.empty() ? "no code" : "no code, and not " + crs.otherId + " as it says";
+  section.Comment((crs.id.empty() ? code : crs.id) + (crs.source.empty() ? "" : ", " + crs.source) + "; method " +
                   crs.method.Label() + "; ellipsoid " + crs.ellipsoid);
   section.Comment("Area: " + (crs.area.name.empty() ? "not known; assumed about the origin" : crs.area.name) + "; " +
                   crs.area.Limits());
@@ -29,6 +30,10 @@ void DescribeAxes(const Crs& crs, Section& section) {
   if (crs.primeMeridian != 0) {
     section.Comment("Prime meridian: " + crs.primeMeridianName + ", " + Digits(crs.primeMeridian) +
                     " degrees from Greenwich. CentralMeridian and all longitudes here count from Greenwich.");
+  }
+  if (!crs.heights.empty()) {
+    section.Comment("Heights: the source has " + crs.heights + (crs.depths ? ", downwards" : "") +
+                    "; here they go up from the ellipsoid, or from the geoid of the key Geoid.");
   }
   if (const double unit = section.Number("Unit"); unit != 0 && unit != crs.Unit()) {
     section.Comment("Unit: " + crs.mapAxes[0].unitName + ", " + Digits(crs.Unit()) +
@@ -90,8 +95,11 @@ Described Describe(const Database& database, const Crs& crs, const std::vector<O
       const Difference shift = MeasureShift(database, crs, section, operation->object.get(), points);
       constexpr double Wrong = 0.1;  // metres; the way to WGS 84 is PROJ's own formula
       if (!(shift.inverse < Wrong) || shift.failures > 0) {
-        throw Refused("as a section, " + operation->id + " " + operation->name + " would be " + Length(shift.inverse) +
-                      " from " + ProjVersion() + "; --no-datum makes one without it");
+        throw Refused("as a section, " + (operation->id.empty() ? "" : operation->id + " ") + operation->name +
+                      (shift.failures > 0 ? " fails at " + std::to_string(shift.failures) + " of " +
+                                                std::to_string(shift.points) + " points"
+                                          : " would be " + Length(shift.inverse) + " from " + ProjVersion()) +
+                      "; --no-datum makes one without it");
       }
       section.Comment("  Largest difference from " + ProjVersion() + ": " + shift.Sentence() + ".");
     }
@@ -99,7 +107,7 @@ Described Describe(const Database& database, const Crs& crs, const std::vector<O
       section.Comment("  " + better->id + " " + better->name + ", " + better->Accuracy() + ", needs the grid " +
                       better->grids.front() + ".");
     }
-  } else if (IsWgs84(database, crs)) {
+  } else if (operations.empty() && IsWgs84(database, crs)) {
     section.Comment("Datum: WGS 84 itself.");
   } else if (operations.empty()) {
     section.Comment("Datum: the database has no operation to WGS 84, so nothing is shifted.");
@@ -107,7 +115,15 @@ Described Describe(const Database& database, const Crs& crs, const std::vector<O
       made.notes.emplace_back("the database has no operation to WGS 84, so nothing is shifted");
     }
   } else {
-    section.Comment("Datum: nothing is shifted; latigo-system operations lists what leads to WGS 84.");
+    const Operation& first = operations.front();
+    const std::string why = choice.none
+                                ? ""
+                                : ", since a section cannot express " + (first.id.empty() ? "" : first.id + " ") +
+                                      first.name + ": " + first.reason;
+    section.Comment("Datum: nothing is shifted" + why + "; latigo-system operations lists what leads to WGS 84.");
+    if (!choice.none) {
+      made.notes.push_back("nothing is shifted" + why);
+    }
   }
   return made;
 }

@@ -44,11 +44,12 @@ void RunImport(const Arguments& arguments) {
   WithSystem(arguments, [&](const Database& database, const Crs& crs) {
     const std::vector<Operation> operations = OperationsToWgs84(database, crs);
     try {
-      const std::string name = !arguments.name.empty() ? arguments.name : !crs.id.empty() ? crs.id : crs.name;
+      const std::string own = !crs.id.empty() ? crs.id : !crs.name.empty() ? crs.name : arguments.section;
+      const std::string name = !arguments.name.empty() ? arguments.name : own;
       const latigo::system::Described made = Describe(database, crs, operations, arguments.choice, arguments.points);
       std::cout << made.section.Write(name);
       for (const std::string& note : made.notes) {
-        std::cerr << "latigo-system: note: " << note << '\n';
+        std::cerr << "latigo-system: note: " << latigo::system::OneLine(note) << '\n';
       }
     } catch (const latigo::system::Ambiguous&) {
       std::cerr << List(operations);

@@ -1,6 +1,7 @@
 #include "methods.h"
 
 #include <algorithm>
+#include <cctype>
 #include <cmath>
 #include <iterator>
 #include <numbers>
@@ -59,7 +60,7 @@ struct Mapping {
   // The longitude of the data counts from the prime meridian, that of the section from Greenwich.
   void Meridian(double longitude) const {
     const double east = Clean(longitude + crs.primeMeridian);
-    section.Set("CentralMeridian", east > 180 ? east - 360 : east);
+    section.Set("CentralMeridian", east > 180 ? east - 360 : east < -180 ? east + 360 : east);
   }
   void Meridian(ParameterCode code) const { Meridian(Degrees(code)); }
   void Latitude(double degrees) const { section.Set("RefLatitude", degrees); }
@@ -240,6 +241,10 @@ void PolarStereographicC(const Mapping& map) {
 void Hotine(const Mapping& map, double east, double north) {
   const double alpha = map.Degrees(AzimuthOfInitialLine);
   const double gamma = map.Degrees(AngleRectifiedToSkew);
+  if (std::cos(alpha * Degree) < -1e-12) {
+    // asin(sin(alpha) / D) is the line of 180 degrees less alpha then.
+    throw Refused("its azimuth of " + Digits(alpha) + " degrees is more than 90 from north");
+  }
   map.Projection("HOM");
   map.Scale(map.Factor(ScaleOnInitialLine));
   map.Meridian(LongitudeOfCentre);
@@ -258,26 +263,35 @@ void Hotine(const Mapping& map, double east, double north) {
   }
 }
 
-// 9812: the false origin is the natural origin, as in kind 6.
-void HotineA(const Mapping& map) {
-  Hotine(map, map.Length(FalseEasting), map.Length(FalseNorthing));
-}
-
 // 9815 with alpha_c = gamma_c = 90 degrees: its sphere is the one of Gauss, and the initial line is the great circle
 // about which kind 5 is drawn. Kind 6 would have its natural origin a quarter turn away, where its inverse ends.
-void ObliqueCylindrical(const Mapping& map) {
+bool IsObliqueCylindrical(const Mapping& map) {
+  return map.Degrees(AzimuthOfInitialLine) == 90 && map.Degrees(AngleRectifiedToSkew) == 90;
+}
+
+void ObliqueCylindrical(const Mapping& map, ParameterCode east, ParameterCode north) {
   map.Projection("OCY");
   map.Scale(map.Factor(ScaleOnInitialLine));
   map.Meridian(LongitudeOfCentre);
   map.Latitude(map.Degrees(LatitudeOfCentre));
-  map.FalseOrigin(EastingAtCentre, NorthingAtCentre);
+  map.FalseOrigin(east, north);
+}
+
+// 9812: the false origin is the natural origin, as in kind 6. With 90 degrees that is a quarter turn away, and
+// definitions that have them mean the centre: older ones of the Swiss grid.
+void HotineA(const Mapping& map) {
+  if (IsObliqueCylindrical(map)) {
+    ObliqueCylindrical(map, FalseEasting, FalseNorthing);
+    return;
+  }
+  Hotine(map, map.Length(FalseEasting), map.Length(FalseNorthing));
 }
 
 // 9815: the false origin is the centre, u_c along the initial line from the natural origin:
 // u_c = (A / B) atan(sqrt(D^2 - 1) / cos(alpha_c)), with the sign of phi_c.
 void HotineB(const Mapping& map) {
-  if (map.Degrees(AzimuthOfInitialLine) == 90 && map.Degrees(AngleRectifiedToSkew) == 90) {
-    ObliqueCylindrical(map);
+  if (IsObliqueCylindrical(map)) {
+    ObliqueCylindrical(map, EastingAtCentre, NorthingAtCentre);
     return;
   }
   const double e2 = map.SquaredEccentricity();
@@ -387,6 +401,11 @@ Section Express(const Crs& crs) {
   if (row == nullptr) {
     throw Refused("no kind expresses its method, " + crs.method.Label());
   }
+  for (const Parameter& each : crs.method.parameters) {
+    if (each.code == 0 && each.value != 0) {
+      throw Refused("its parameter " + each.name + " is none of " + crs.method.Label());
+    }
+  }
   Section section;
   const Mapping map{crs, section, row->metres};
   section.Set("SemiMajorAxis", crs.semiMajorAxis);
@@ -403,6 +422,25 @@ Section Express(const Crs& crs) {
 
 bool IsExpressible(const std::string& methodName) {
   return std::any_of(std::begin(Methods), std::end(Methods), [&](const Row& row) { return row.name == methodName; });
+}
+
+bool SameName(std::string_view one, std::string_view other) {
+  const auto letters = [](std::string_view name) {
+    std::string kept;
+    for (const char each : name) {
+      if (std::isalnum(static_cast<unsigned char>(each)) != 0) {
+        kept += static_cast<char>(std::tolower(static_cast<unsigned char>(each)));
+      }
+    }
+    return kept;
+  };
+  return letters(one) == letters(other);
+}
+
+int CodeOfMethod(const std::string& name) {
+  const auto* const found =
+      std::find_if(std::begin(Methods), std::end(Methods), [&](const Row& row) { return SameName(row.name, name); });
+  return found != std::end(Methods) ? found->code : 0;
 }
 
 std::string ApproximationOf(int method) {

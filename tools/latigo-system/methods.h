@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "crs.h"
 #include "section.h"
@@ -13,6 +14,12 @@ Section Express(const Crs& crs);
 
 // Whether some kind expresses the method of that name, as the database's list of systems has it.
 bool IsExpressible(const std::string& methodName);
+
+// Whether two names of methods or parameters differ in capitals, blanks and signs alone.
+bool SameName(std::string_view one, std::string_view other);
+
+// The code of a method by its name; 0 if no kind expresses it.
+int CodeOfMethod(const std::string& name);
 
 // How far from the method the section is by intention; empty where it is the method.
 std::string ApproximationOf(int method);

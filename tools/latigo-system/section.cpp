@@ -48,9 +48,9 @@ std::string OneLine(std::string_view text) {
 void Section::Set(std::string_view key, std::string_view value) {
   const auto found = std::find_if(keys_.begin(), keys_.end(), [&](const auto& pair) { return pair.first == key; });
   if (found != keys_.end()) {
-    found->second = value;
+    found->second = OneLine(value);
   } else {
-    keys_.emplace_back(key, value);
+    keys_.emplace_back(key, OneLine(value));
   }
 }
 
