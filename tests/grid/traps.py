@@ -191,9 +191,9 @@ for system in (4807, 32632):
 las = open(f"{here}/stgeorge.las", "rb").read()
 # Name, content, arguments, part of the one line.
 BAD = [
-    ("cut.gtx", open("a.gtx", "rb").read()[:-9], [], "cannot be read"),
+    ("cut.gtx", open("a.gtx", "rb").read()[:-9], [], "size is not"),
     ("head.gtx", open("a.gtx", "rb").read()[:30], [], "no grid format"),
-    ("huge.gtx", struct.pack(">4d2i", 0, 0, 1e-3, 1e-3, 90000, 180000) + bytes(100), [], "memory"),
+    ("huge.gtx", struct.pack(">4d2i", 0, 0, 1e-3, 1e-3, 90000, 180000) + bytes(100), [], "size is not"),
     ("huge2.gtx", struct.pack(">4d2i", 0, 0, 1e-3, 1e-3, 9000, 18000) + bytes(100), [], ""),
     ("nanstep.gtx", struct.pack(">4d2i", 50, 3, math.nan, 1, 5, 5) + bytes(100), [], ""),
     ("poles.gtx", struct.pack(">4d2i", 85, 3, 2, 1, 5, 5) + bytes(100), [], "beyond the poles"),
@@ -220,6 +220,11 @@ BAD = [
     ("small.gtx", open("a.gtx", "rb").read(), ["--tolerance", "1mm", "--max-size", "2kB"], "1 mm takes"),
     ("away.gtx", open("a.gtx", "rb").read(), ["--area", "10,10,11,11"], "nothing of the source"),
     ("area.gtx", open("a.gtx", "rb").read(), ["--area", "51,3,50,4"], "S less than N"),
+    ("narrow.gtx", struct.pack(">4d2i25f", 50, 3, 1, 1, 5, 4, *range(25)), [], "size is not that of 20 values"),
+    ("narrow.asc", b"ncols 4\nnrows 2\nxllcenter 3\nyllcenter 50\ncellsize 1\nNODATA_value -9\n1 2 3 4 5\n6 7 8 9 nan\n", [], "size is not that of 8 values"),
+    ("more.isg", open("a.isg", "rb").read() + b"1\n", [], "more values than"), ("east.isg", open("a.isg", "rb").read().replace(b"5.75", b"365.75"), [], "its lon max 365.75: "),
+    ("turned.pgm", open("world.pgm", "rb").read().replace(b"90N 0E", b"90N 180W"), [], "its Origin is 90N 180W"),
+    ("nines.gtx", struct.pack(">4d2i25f", 50, 3, 1, 1, 5, 5, *[0] * 24, -9999), [], "--nodata -9999"),
     ("border.gsb", open(border, "rb").read(), ["--points", "1000"], "difference would be 9."),
     ("grads.tif", open("in4807.tif", "rb").read(), [], "NTF (Paris), and not of latitudes"), ("map.tif", open("in32632.tif", "rb").read(), [], "zone 32N, and not of latitudes"),
     ("unit.gtx", open("a.gtx", "rb").read(), ["--tolerance", "3 miles"], "no length"),

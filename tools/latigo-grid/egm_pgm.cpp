@@ -14,7 +14,8 @@ namespace {
 struct Header {
   int cols = 0, rows = 0, most = 0;
   double offset = std::numeric_limits<double>::quiet_NaN(), scale = offset;
-  std::streamoff data = 0;  // where the numbers begin
+  std::string latitude = "90N", longitude = "0E";  // of the first node
+  std::streamoff data = 0;                         // where the numbers begin
 };
 
 Header ReadHeader(std::istream& file) {
@@ -32,6 +33,8 @@ Header ReadHeader(std::istream& file) {
         words >> header.offset;
       } else if (word == "Scale") {
         words >> header.scale;
+      } else if (word == "Origin") {
+        words >> header.latitude >> header.longitude;
       }
       continue;
     }
@@ -53,6 +56,9 @@ Field ReadPgm(const std::string& path, const SourceOptions& options) {
   }
   if (!std::isfinite(header.offset) || !std::isfinite(header.scale)) {
     throw Refused("its comments have no Offset and Scale");
+  }
+  if (header.latitude != "90N" || header.longitude != "0E") {
+    throw Refused("its Origin is " + header.latitude + " " + header.longitude + ", and only 90N 0E is read");
   }
   file->seekg(0, std::ios::end);
   const std::streamoff wanted = std::streamoff{2} * header.cols * header.rows, there = file->tellg() - header.data;

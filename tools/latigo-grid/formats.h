@@ -8,7 +8,7 @@
 namespace latigo::grids {
 
 // GTX, BYN, NGS geoid files and Arc/Info ASCII: one band of undulations.
-Field ReadGeoidRaster(GDALDataset& dataset, const SourceOptions& options);
+Field ReadGeoidRaster(const std::string& path, GDALDataset& dataset, const SourceOptions& options);
 
 // ISG, versions 1 and 2: text with a header that names unit, order, and degrees or degrees, minutes and seconds.
 Field ReadIsg(const std::string& path, const SourceOptions& options);

@@ -40,9 +40,12 @@ Header ReadHeader(std::istream& file) {
 // Degrees, or degrees, minutes and seconds.
 double Number(const Header& header, const char* key) {
   const auto found = header.find(key);
-  const cli::Parsed parsed = cli::ParseAngle(found == header.end() ? "" : found->second, cli::Axis::Longitude);
-  if (parsed.fault != nullptr) {
+  if (found == header.end()) {
     throw Refused(std::string("its header has no ") + key);
+  }
+  const cli::Parsed parsed = cli::ParseAngle(found->second, cli::Axis::Longitude);
+  if (parsed.fault != nullptr) {
+    throw Refused(std::string("its ") + key + " " + found->second + ": " + parsed.fault);
   }
   return parsed.value;
 }
@@ -116,6 +119,9 @@ Field ReadIsg(const std::string& path, const SourceOptions& options) {
     }
     const bool missing = (none.fault == nullptr && value == none.value) || (options.noData && value == *options.noData);
     all.push_back(missing ? std::numeric_limits<float>::quiet_NaN() : static_cast<float>(value * factor));
+  }
+  if (std::string more; file >> more) {
+    throw Refused("has more values than nrows and ncols say");
   }
   raster.read = [&](int row, float* values) { std::copy_n(&all[static_cast<std::size_t>(row) * cols], cols, values); };
   Field field;

@@ -18,7 +18,10 @@ namespace {
 
 constexpr std::int64_t MaxValues = std::int64_t{1} << 30;  // in memory; 4 GiB
 constexpr float None = std::numeric_limits<float>::quiet_NaN();
-constexpr double MostPlausible = 20000;  // metres or arc seconds; beyond it a value marks that there is none
+// Metres or arc seconds; beyond it a value marks that there is none. No undulation reaches 110 metres.
+constexpr double MostPlausible(int depth) {
+  return depth == 1 ? 500 : 5000;
+}
 
 // The columns or rows of an axis that an area needs, with two more nodes for the interpolation.
 void Cut(int& first, int& last, int nodes, double from, double to) {
@@ -122,7 +125,7 @@ Layer Load(const Raster& raster, const SourceOptions& options) {
   }
   for (float& value : layer.values) {
     value = std::isfinite(value) ? value : None;
-    if (std::fabs(value) > MostPlausible) {
+    if (std::fabs(value) > MostPlausible(raster.depth)) {
       throw Refused("the value " + std::to_string(value) + " is none; if it marks nodes without a value, --nodata " +
                     std::to_string(value));
     }

@@ -43,7 +43,7 @@ Field Read(const std::string& path, const SourceOptions& options) {
   if (driver == "LOSLAS") {
     return ReadNadcon(path, options);
   }
-  return driver == "GTiff" ? ReadGeoTiff(*dataset, options) : ReadGeoidRaster(*dataset, options);
+  return driver == "GTiff" ? ReadGeoTiff(*dataset, options) : ReadGeoidRaster(path, *dataset, options);
 }
 
 }  // namespace
