@@ -375,7 +375,8 @@ const Operation* Choose(const std::vector<Operation>& operations, const Choice& 
   const Operation* best = nullptr;
   std::size_t fits = 0;
   for (const Operation& each : operations) {
-    const bool here = !choice.position || each.area.Holds((*choice.position)[0], (*choice.position)[1]);
+    const bool here = !choice.position || each.area.name.empty() ||  // not known, as in a definition's own
+                      each.area.Holds((*choice.position)[0], (*choice.position)[1]);
     if (here && each.form != Operation::Form::NotExpressible) {
       ++fits;
       best = best == nullptr || (best->form == Operation::Form::Grid && each.form == Operation::Form::Parameters)
