@@ -48,6 +48,17 @@ for data, line in (b"\n\r52.0 5.0", "\\x0D52.0 5.0"), (b"\r\n52.0 5.0 a\rb", "52
     assert status == 1 and output.split()[:4] == [b"637294", b"5762927", b"*", b"*"] and output.endswith(b"\n637294 5762927\r\n"), output
     assert messages.startswith(f'latigo: standard input:2: "{line}": a carriage return inside the line') and messages.count("\n") == 1, messages
 
+# Carriage returns alone hide lines behind a comment or a header too, in every command that reads lines.
+for options, first in ([], b"# a"), (["--columns", "1,2"], b"lat,lon"), (["--columns", "1,2", "--header", "no"], b"52.0,5.0,a"):
+    for last in b"", b"\n":
+        status, output, messages = run(["forward", "survey.ini", "-s", "UTM31", *options], first + b"\r52.0,5.0,b\r53.0,5.0,c" + last)
+        assert status == 1 and output.endswith(b"\r53.0,5.0,c\n") and b"easting" not in output and ":1: " in messages, (first, output, messages)
+for command, row in ("fit", b"1,2,3,4,A"), ("map --points -", b"52.0,5.0,A"), ("map --columns 1,2,3 --points -", b"52.0,5.0,A"):
+    first, *options = command.split()
+    for text in row + b"\r" + row + b"\n" + row, b"# a\r" + row + b"\n" + row + b"\n" + row:
+        status, output, messages = run([first, "survey.ini", "-s", "UTM31", "--separator", "comma", *options], text)
+        assert status and "standard input:1: " in messages and "a carriage return inside the line" in messages, (command, text, messages)
+
 # A carriage return ends a line with a line feed only; and in the header, as in other records.
 FORWARD = ["forward", "survey.ini", "-s", "UTM31"]
 GOOD = b"637294.3659 5762926.8129"

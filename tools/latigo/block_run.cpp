@@ -16,15 +16,6 @@ constexpr int SecondPrecision = 6;   // 0.03 mm
 constexpr int ScalePrecision = 10;
 constexpr int AnglePrecision = 8;      // of convergence and distortion, degrees
 constexpr int ArcSecondPrecision = 4;  // a centimetre at 200 km
-// Whether a carriage return is neither at the end nor before a line feed.
-bool HasReturnInside(std::string_view text) {
-  for (std::size_t at = text.find('\r'); at < text.size(); at = text.find('\r', at + 1)) {
-    if (at + 1 < text.size() && text[at + 1] != '\n') {
-      return true;
-    }
-  }
-  return false;
-}
 
 // Whether a row of a table has empty fields only, as spreadsheets write below the last one.
 bool IsEmptyRow(std::string_view line, char separator) {
@@ -53,13 +44,18 @@ void BlockRun::Run(const Block& block) {
 }
 
 void BlockRun::RunLine(std::string_view line) {
-  if (form_ != nullptr && line_ == form_->layout.headerLine) {
-    WriteHeader(line);
-    return;
-  }
-  if (IsComment(line)) {
-    output_.text.Text(line);
-    WriteEnd();
+  const bool header = form_ != nullptr && line_ == form_->layout.headerLine;
+  if (header || IsComment(line)) {
+    const bool hidesLines = returnInside_ && HasReturnInside(line);
+    if (hidesLines) {
+      Tell({ReturnInside, 0, line});
+    }
+    if (header && !hidesLines) {
+      WriteHeader(line);
+    } else {
+      output_.text.Text(line);
+      WriteEnd();
+    }
     return;
   }
   const PointLine point = ReadLine(line);
@@ -81,7 +77,7 @@ void BlockRun::RunLine(std::string_view line) {
 PointLine BlockRun::ReadLine(std::string_view line) {
   PointLine point = form_ != nullptr ? ReadRow(line) : ReadPlain(line);
   if (returnInside_ && (HasReturnInside(line) || line.ends_with('\r'))) {
-    point.fault = "a carriage return inside the line: its end must be LF or CRLF";
+    point.fault = ReturnInside;
     point.faultColumn = 0;
     point.faultText = line;
   }
@@ -182,8 +178,12 @@ bool BlockRun::Accept(std::string_view line, const PointLine& point, unsigned do
   return true;
 }
 
-void BlockRun::Fail(std::string_view line, const PointLine& point, const Fault& fault) {
+void BlockRun::Tell(const Fault& fault) {
   output_.messages += "latigo: " + Visible(file_) + ":" + std::to_string(line_) + ": " + FaultText(fault) + "\n";
+}
+
+void BlockRun::Fail(std::string_view line, const PointLine& point, const Fault& fault) {
+  Tell(fault);
   const int values = command_.values + (command_.third == Third::Height && point.third ? command_.heightValues : 0);
   WriteLine(line, point, {nullptr, form_ != nullptr ? form_->names.size() : static_cast<std::size_t>(values)});
 }

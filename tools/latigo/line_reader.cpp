@@ -47,6 +47,17 @@ bool NextLine(std::string_view& text, std::string_view& line) {
   return NextLine(text, line, end);
 }
 
+bool HasReturnInside(std::string_view text) {
+  for (std::size_t at = text.find('\r'); at < text.size(); at = text.find('\r', at + 1)) {
+    if (at + 1 < text.size() && text[at + 1] != '\n') {
+      return true;
+    }
+  }
+  return false;
+}
+
+const char* const ReturnInside = "a carriage return inside the line: its end must be LF or CRLF";
+
 bool BlockLines::Next(std::string_view& line, std::string_view& end) {
   number_ = following_;
   if (!NextLine(left_, line, end)) {

@@ -27,6 +27,11 @@ bool NextLine(std::string_view& text, std::string_view& line, std::string_view& 
 // empty.
 bool NextLine(std::string_view& text, std::string_view& line);
 
+// Whether the text has a carriage return that is neither at its end nor before a line feed, as in files whose lines end
+// with carriage returns only; and the message about it.
+bool HasReturnInside(std::string_view text);
+extern const char* const ReturnInside;
+
 // Iterates over the lines of a block. The number of a line with line feeds inside is that of its first part.
 class BlockLines {
  public:

@@ -106,11 +106,12 @@ Points PointsOfLines(const MapOptions& options, const Converter& converter) {
     std::string_view text = block.bytes;
     std::size_t number = block.firstLine;
     for (std::string_view line; NextLine(text, line); ++number) {
-      if (IsComment(line)) {
+      const bool returns = HasReturnInside(line);  // also of a comment, which would hide lines
+      if (IsComment(line) && !returns) {
         continue;
       }
       const PointLine point = ParsePointLine(line, order, options.table.separation);
-      std::string fault = point.fault != nullptr && !point.badThird ? point.fault : "";
+      std::string fault = returns ? ReturnInside : point.fault != nullptr && !point.badThird ? point.fault : "";
       if (fault.empty()) {
         fault = AddPoint(options, converter, point.first, point.second, NameOf(point), read.points);
       }

@@ -399,6 +399,10 @@ Table ReadTable(const std::string& path, const TableOptions& options, std::span<
       continue;
     }
     for (std::string_view line, end; lines.Next(line, end);) {
+      if (HasReturnInside(line)) {  // also of a comment, which would hide lines
+        fail(FaultText({ReturnInside, 0, line}));
+        continue;
+      }
       if (lines.Number() == layout.headerLine || IsComment(line)) {
         continue;
       }
