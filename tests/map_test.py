@@ -241,7 +241,7 @@ for columns, rows, west, width, south, height, used in [(7, 7, 0, 15, -90, 30, T
                                                         (7, 1, 0, 15, 50, 1, False), (1, 7, 9, 1, 50, 1, False)]:
     head = (b" " * 64 + struct.pack("<3i4fi", columns, rows, 1, west, width, south, height, 0)).ljust(max(96, columns * 4 + 4))
     open(f"{folder.name}/datum/wide.dat", "wb").write(head.ljust(4 * columns + 4) + (b"lead" + b"".join(struct.pack("<f", 40 + 0.0003 * i) for i in range(columns))) * (rows + 30))
-    wide = Map(folder.name + "/geoid.ini", "-s", "Geodesy")
+    wide = Map(folder.name + "/geoid.ini", "-s", "Geodesy", messages=1)  # of narrow rows
     assert ("of the geoid grid" in wide.texts[1]) == used != ("around the projection's origin" in wide.texts[1]), wide.texts[1]
     assert len(wide.panels) == 4 and (not used or (wide.south, wide.north, wide.west, wide.east) == (-90, 90, 0, 90)), wide.texts[1]
     assert not used or len(wide.classes[wide.panel("Geoid")]) > 1, wide.classes

@@ -4,12 +4,13 @@ import glob, os, re, select, struct, subprocess, sys, tempfile, time
 program = [*sys.argv[1:-1], os.path.realpath(sys.argv[-1])]
 os.chdir(os.path.dirname(os.path.realpath(__file__)))
 
-# Faulty grid files: a header without its last byte, a header of zeros, and 2 rows of 3 nodes whose last row is truncated.
+# Faulty grid files: a header without its last byte, a header of zeros, and 2 rows of 3 nodes, truncated and complete, whose records
+# are shorter than the header.
 install = tempfile.TemporaryDirectory()
 os.environ["TWI_BATHYX"] = install.name
 os.mkdir(install.name + "/datum")
 header = struct.pack("<64s3i4f4x", b"", 3, 2, 3, 0, 1, 0, 1)
-for name, content in (("short", header[:95]), ("zero", bytes(96)), ("cut", header + bytes(20))):
+for name, content in (("short", header[:95]), ("zero", bytes(96)), ("cut", header + bytes(20)), ("narrow", header + bytes(24))):
     open(f"{install.name}/datum/{name}.dat", "wb").write(content)
 
 
@@ -46,8 +47,8 @@ if len(sys.argv) == 2:  # grids that a section names lie in the install folder
         os.mkdir(folder + "/datum")
         for name, nz, rows in ("d", 3, 5), ("short", 3, 3), ("g", 1, 5):
             node = struct.pack(f"<{nz}f", *((0, 0, 100) if nz == 3 else (40,)))
-            bytes_ = (b" " * 64 + struct.pack("<3i4fi", 10, 5, nz, 0, 1, 50, 1, 0)).ljust(10 * nz * 4 + 4)
-            open(f"{folder}/datum/{name}.dat", "wb").write(bytes_ + (b"lead" + node * 10) * rows)
+            bytes_ = (b" " * 64 + struct.pack("<3i4fi", 30, 5, nz, 0, 1, 50, 1, 0)).ljust(30 * nz * 4 + 4)
+            open(f"{folder}/datum/{name}.dat", "wb").write(bytes_ + (b"lead" + node * 30) * rows)
         system = open("systems.ini").read().split("[")[1].split("]")[1]
         for name, more in ("grids", "Geoid=g.dat\nVertUnit=0.5\nDynDatum=d.dat"), ("short", "DynDatum=short.dat"), ("geoid", "Geoid=g.dat\nDeltaX=1"):
             open(f"{folder}/{name}.ini", "w").write(f"[Geodesy]{system}{more}\n")

@@ -133,11 +133,17 @@ std::string CheckGridFile(std::string_view name) {
     }
     return static_cast<double>(static_cast<std::int32_t>(value));
   };
-  const double needed = (count(64) * count(72) * 4 + 4) * (count(68) + 1);
-  if (static_cast<double>(size) >= needed) {
-    return {};
+  const double record = count(64) * count(72) * 4 + 4;
+  const double needed = record * (count(68) + 1);
+  if (static_cast<double>(size) < needed) {
+    return std::string(path) + " has " + std::to_string(size) + " bytes, but its header describes " +
+           ShortNumber(needed);
   }
-  return std::string(path) + " has " + std::to_string(size) + " bytes, but its header describes " + ShortNumber(needed);
+  if (record > 4 && record < sizeof header) {  // with nodes
+    return std::string(path) + " has records of " + ShortNumber(record) +
+           " bytes, fewer than its header's 96: the first rows are read from the header";
+  }
+  return {};
 }
 
 }  // namespace

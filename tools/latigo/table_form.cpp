@@ -40,7 +40,8 @@ TableForm::TableForm(const PointCommand& command, Layout found, bool append)
   if ((command.third == Third::Height || command.third == Third::Undecided) && !height) {
     names.resize(static_cast<std::size_t>(command.values));
   }
-  inPlace = !append && names.size() == layout.Columns().size();
+  // Results do not take the place of the parts of an angle, of which a row without a height would keep some.
+  inPlace = !append && names.size() == layout.Columns().size() && layout.Columns().size() == layout.Values();
   std::iota(order.begin(), order.end(), 0);
   std::sort(order.begin(), order.end(),
             [this](std::size_t one, std::size_t two) { return layout.Columns()[one] < layout.Columns()[two]; });
