@@ -154,7 +154,8 @@ kept = content("new.txt")
 for arguments in ["points.txt", "nothing.txt"], ["new.txt"], ["points.txt", "./new.txt"], ["points.txt", "--strict", "-s", "No"]:
     status, text, messages = run("forward", "template.ini", *arguments, "--output", "new.txt")
     assert status == 2 and not text and content("new.txt") == kept and len(os.listdir()) == before + 1, (arguments, messages)
-assert "template.ini: is read by this command" in run("list", "template.ini", "-o", "template.ini")[2]
+for place in "template.ini", ".":
+    assert "template.ini: is read by this command" in run("list", place, "-o", "template.ini")[2]
 write("pairs.txt", "0 500000 0 0 A\n1 500001 0 1 B\n")
 for command in ["fit", "template.ini", "pairs.txt"], ["map", "template.ini", "--points", "pairs.txt"]:
     assert "pairs.txt: is read by this command" in run(*command, "-o", "pairs.txt")[2], command
@@ -176,6 +177,10 @@ if len(program) == 1:  # with the mode of the older file, through a link, withou
     with open("points.txt") as same:
         done = subprocess.run([*program, "forward", "template.ini", "-o", "points.txt"], stdin=same, capture_output=True)
     assert done.returncode == 2 and b"is read by this command" in done.stderr and content("points.txt") == line
+    for arguments in ["points.txt"], ["-"], []:  # nor with >>, which would not end
+        with open("points.txt") as same, open("points.txt", "a") as end:
+            done = subprocess.run([*program, "forward", "template.ini", *arguments], stdin=same, stdout=end, stderr=-1, timeout=60)
+        assert done.returncode == 2 and b"is the output of this command too" in done.stderr and content("points.txt") == line
     assert run("forward", "template.ini", "points.txt", "-o", "/dev/full")[2] == "latigo: /dev/full: No space left on device\n"
     done = subprocess.run(["sh", "-c", 'ulimit -f 8; exec "$@"', "sh", *program, "forward", "template.ini", "-o", "new.txt"],
                           input=line.encode() * 60000, capture_output=True)
@@ -208,6 +213,8 @@ if len(program) == 1:  # as the grid of run.py: 5 x 10 nodes from 0 E 50 N, with
     system = "Projection=UTM\nSemiMajorAxis=6378137\nFlattening=298.257223563\nScaleFactor=0.9996\nFalseEasting=500000\n"
     write("pair.ini", f"[Grid]\n{system}CentralMeridian=3\nDynDatum=d.dat\n[Same]\n{system}CentralMeridian=0\nDynDatum=d.dat\n"
                       f"[Seven]\n{system}CentralMeridian=0\nDeltaX=50\nDeltaRZ=3\n")
+    for command in ["forward", "pair.ini", "-s", "Grid"], ["convert", "template.ini", "--to", "pair.ini", "--to-section", "Same"], ["info", "pair.ini"]:
+        assert "d.dat: is read by this command" in run(*command, "-o", "datum/d.dat")[2], command
     rows = "".join(f"{270000 + 15 * i} {5600000 + 11 * i} {i / 7:.4f} p{i}\n" for i in range(20000))
     digits = ["--precision", "12"]
     there = run("inverse", "pair.ini", "-s", "Grid", "--wgs84", *digits, text=rows)

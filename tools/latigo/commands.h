@@ -118,6 +118,9 @@ int RunMap(const MapOptions& options);
 // Describes the section, or every section of the file.
 int RunInfo(const InfoOptions& options);
 
+// The files whose sections are listed.
+std::vector<std::string> ListedFiles(const ListOptions& options);
+
 // Lists sections with their descriptions: 0, or 1 if none has the words.
 int RunList(const ListOptions& options);
 

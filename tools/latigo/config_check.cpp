@@ -107,8 +107,8 @@ bool IsLocalGrid(std::int32_t value) {
   return value == 0 || (type >= LATIGO_ADJUST_SIMILARITY && type <= LATIGO_ADJUST_CHAINS_16);
 }
 
-// Compares the size of a grid file with the lattice of its header; empty if they fit or the file has no header.
-std::string CheckGridFile(std::string_view name) {
+// The path of a grid file, as the library opens it; empty if it opens none of this name.
+std::string PathOfGrid(std::string_view name) {
   char path[256];
   if (!GridFilePath(std::string(name).c_str(), path)) {
     return {};
@@ -116,12 +116,18 @@ std::string CheckGridFile(std::string_view name) {
 #if !defined(_WIN32)
   std::replace(path, path + std::strlen(path), '\\', '/');
 #endif
+  return path;
+}
+
+// Compares the size of a grid file with the lattice of its header; empty if they fit or the file has no header.
+std::string CheckGridFile(std::string_view name) {
+  const std::string path = PathOfGrid(name);
   std::error_code failure;
   if (!std::filesystem::is_regular_file(path, failure)) {
     return {};
   }
   const std::uintmax_t size = std::filesystem::file_size(path, failure);
-  const File file(std::fopen(path, "rb"), std::fclose);
+  const File file(std::fopen(path.c_str(), "rb"), std::fclose);
   unsigned char header[96];
   if (failure || !file || std::fread(header, 1, sizeof header, file.get()) != sizeof header) {
     return {};
@@ -136,11 +142,10 @@ std::string CheckGridFile(std::string_view name) {
   const double record = count(64) * count(72) * 4 + 4;
   const double needed = record * (count(68) + 1);
   if (static_cast<double>(size) < needed) {
-    return std::string(path) + " has " + std::to_string(size) + " bytes, but its header describes " +
-           ShortNumber(needed);
+    return path + " has " + std::to_string(size) + " bytes, but its header describes " + ShortNumber(needed);
   }
   if (record > 4 && record < sizeof header) {  // with nodes
-    return std::string(path) + " has records of " + ShortNumber(record) +
+    return path + " has records of " + ShortNumber(record) +
            " bytes, fewer than its header's 96: the first rows are read from the header";
   }
   return {};
@@ -212,6 +217,19 @@ bool ConfigFile::HasShift(std::string_view section) const {
   constexpr const char* Keys[] = {"DynDatum",   "DeltaX",  "DeltaY",  "DeltaZ",
                                   "DeltaScale", "DeltaRX", "DeltaRY", "DeltaRZ"};
   return std::any_of(std::begin(Keys), std::end(Keys), [&](const char* key) { return HasValue(section, key); });
+}
+
+std::vector<std::string> ConfigFile::GridFiles() const {
+  std::vector<std::string> paths;
+  for (const Section& section : sections_) {
+    for (const char* key : {"Geoid", "DynDatum"}) {
+      const std::string path = PathOfGrid(ValueOf(section, key));
+      if (!path.empty() && std::find(paths.begin(), paths.end(), path) == paths.end()) {
+        paths.push_back(path);
+      }
+    }
+  }
+  return paths;
 }
 
 double ConfigFile::NumberOf(const Section& section, std::string_view key) const {

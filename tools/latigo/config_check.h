@@ -36,6 +36,9 @@ class ConfigFile {
   // Whether a section has a datum shift, also one of zero.
   bool HasShift(std::string_view section) const;
 
+  // The paths of the grid files that its sections name.
+  std::vector<std::string> GridFiles() const;
+
   // A name as it compares: without blanks around it, in small letters.
   static std::string Folded(std::string_view name);
 

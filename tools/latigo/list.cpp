@@ -79,17 +79,27 @@ std::vector<std::string> FilesOf(const std::filesystem::path& folder) {
   return files;
 }
 
+std::filesystem::path PlaceOf(const ListOptions& options) {
+  return options.file.empty() ? ExamplesFolder() : NativePath(options.file);
+}
+
 }  // namespace
 
+std::vector<std::string> ListedFiles(const ListOptions& options) {
+  std::error_code failure;
+  return std::filesystem::is_directory(PlaceOf(options), failure) ? FilesOf(PlaceOf(options))
+                                                                  : std::vector<std::string>{options.file};
+}
+
 int RunList(const ListOptions& options) {
-  const std::filesystem::path place = options.file.empty() ? ExamplesFolder() : NativePath(options.file);
+  const std::filesystem::path place = PlaceOf(options);
   std::error_code failure;
   const bool folder = std::filesystem::is_directory(place, failure);
   if (options.file.empty() && !folder) {
     throw UsageError("no examples are installed in " + Utf8(place) + "; latigo list FILE lists the sections of a file");
   }
   std::size_t found = 0;
-  for (const std::string& file : folder ? FilesOf(place) : std::vector<std::string>{options.file}) {
+  for (const std::string& file : ListedFiles(options)) {
     found += ListFile(file, options.words, folder);
   }
   if (found == 0) {

@@ -156,29 +156,40 @@ std::vector<std::string> InputsOf(const OutputOptions&) {
   return {};
 }
 std::vector<std::string> InputsOf(const ListOptions& options) {
-  return {options.file};
+  return ListedFiles(options);
+}
+std::vector<std::string> InputsOfSections(const std::string& file) {
+  std::vector<std::string> files = ConfigFile(file).GridFiles();
+  files.push_back(file);
+  return files;
 }
 std::vector<std::string> InputsOf(const Options& options) {
-  return {options.file};
+  return InputsOfSections(options.file);
+}
+std::vector<std::string> Joined(std::vector<std::string> files, const std::vector<std::string>& more) {
+  files.insert(files.end(), more.begin(), more.end());
+  return files;
 }
 std::vector<std::string> InputsOf(const FitOptions& options) {
-  return {options.file, options.points == "-" ? "/dev/stdin" : options.points};
+  return Joined(InputsOfSections(options.file), {options.points == "-" ? "/dev/stdin" : options.points});
 }
 std::vector<std::string> InputsOf(const MapOptions& options) {
-  return {options.file, options.points == "-" ? "/dev/stdin" : options.points};
+  return Joined(InputsOfSections(options.file), {options.points == "-" ? "/dev/stdin" : options.points});
 }
-std::vector<std::string> InputsOf(const PointOptions& options) {
-  std::vector<std::string> files = {options.file};
+std::vector<std::string> PointFilesOf(const PointOptions& options) {
+  std::vector<std::string> files;
   const std::vector<std::string> standardInput = {"-"};
   for (const std::string& path : options.points.empty() ? standardInput : options.points) {
     files.push_back(path == "-" ? "/dev/stdin" : path);
   }
   return files;
 }
+std::vector<std::string> InputsOf(const PointOptions& options) {
+  return Joined(InputsOfSections(options.file), PointFilesOf(options));
+}
 std::vector<std::string> InputsOf(const ConvertOptions& options) {
-  std::vector<std::string> files = InputsOf(static_cast<const PointOptions&>(options));
-  files.push_back(options.to);
-  return files;
+  const std::vector<std::string> files = InputsOf(static_cast<const PointOptions&>(options));
+  return options.to.empty() ? files : Joined(files, InputsOfSections(options.to));
 }
 
 // Runs a command, with its output to a file if that is asked for.
@@ -188,6 +199,9 @@ int RunWith(OptionsOfIt& options, int (*run)(const OptionsOfIt&)) {
     ChooseSection(options);
   }
   if (options.output.empty() || options.output == "-" || options.output == "/dev/stdout") {
+    if constexpr (std::is_base_of_v<PointOptions, OptionsOfIt>) {
+      RequireOtherOutput(PointFilesOf(options));
+    }
     return run(options);
   }
   OutputFile output(options.output, InputsOf(options));

@@ -124,6 +124,21 @@ fs::path NewPath(const fs::path& target) {
 
 }  // namespace
 
+#if defined(_WIN32)
+void RequireOtherOutput(const std::vector<std::string>&) {}  // which has no path
+#else
+void RequireOtherOutput(const std::vector<std::string>& inputs) {
+  constexpr const char* StandardOutput = "/dev/stdout";
+  std::error_code failure;
+  for (const std::string& input : inputs) {
+    if (fs::is_regular_file(StandardOutput, failure) && fs::equivalent(StandardOutput, input, failure)) {
+      throw UsageError((input == "/dev/stdin" ? "standard input" : input) +
+                       ": is the output of this command too; choose another output");
+    }
+  }
+}
+#endif
+
 OutputFile::OutputFile(const std::string& path, const std::vector<std::string>& inputs) : name_(path) {
   std::error_code failure;
   Target = NativePath(path);

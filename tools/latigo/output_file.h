@@ -6,6 +6,9 @@
 
 namespace latigo::cli {
 
+// Throws UsageError if standard output is one of the files, as with >>: it would be read as long as it grows.
+void RequireOtherOutput(const std::vector<std::string>& inputs);
+
 class OutputFile {
  public:
   // Standard output goes to a new file in the folder of `path`. A signal that ends the program removes it. A path that
