@@ -123,14 +123,14 @@ assert "enclose 0.100 km2" in report and "scale           1.5000000000, +500000.
 odd = "[Odd]\r\n; a comment\r\nprojection=TransMerc\r\nSemiMajorAxis=6377563.396\r\nFlattening = 299.3249646\r\nScaleFactor=0.9996\r\n" \
       "CentralMeridian=-2\r\nScaleFactor=3\r\nadjusttype=0\r\nREVERSEX=yes\r\nRemark\r\nAdjustX=77\r\nDeltaX=\r\nGeoid=\"a b.dat\"\r\n; the next\r\n[Next]\r\n"
 open("odd.ini", "w", newline="").write(odd)
-section = fit(lines(square(1234567.4, 7654321.4, 1.1, 20)), base=["odd.ini", "-s", "Odd"])[0]
+section = fit(lines(square(123456.4, 7654321.4, 1.1, 20)), base=["odd.ini", "-s", "Odd"])[0]
 body = [line for line in section.splitlines() if not line.startswith(";")]
 assert body == ["[Odd_local]", "projection=TransMerc", "SemiMajorAxis=6377563.396", "Flattening = 299.3249646", "ScaleFactor=0.9996",
                 "CentralMeridian=-2", 'Geoid="a b.dat"', "AdjustType=1"] + body[-6:], body
 assert [line.split("=")[0] for line in body[-6:]] == [f"Adjust{name}" for name in ("Rotation", "Scale", "X", "Y", "OrigX", "OrigY")], body
 values = [float(line.split("=")[1]) for line in body[-6:]]
 q, p = 1.1 * math.cos(math.radians(20)), 1.1 * math.sin(math.radians(20))
-for value, expected in zip(values, (20, 1.1, 1000 - 0.4 * (q + p), 2000 - 0.4 * (q - p), 1234567, 7654321)):
+for value, expected in zip(values, (20, 1.1, 1000 - 0.4 * (q + p), 2000 - 0.4 * (q - p), 123456, 7654321)):
     assert abs(value - expected) < 2e-6, (body, expected)
 
 # Axes: mirrored is found, reported, and accepted when it is asked for; with two points it cannot be found.
@@ -187,6 +187,23 @@ The section, opened by the library, converts the points so.
 report = fit(lines(square(530000, 180000, noise=(0.02, -0.02, 0.02, -0.02))), "--sigma", str(0.02 / 3))[3]
 assert re.search(r"weight 0.0200, 3.00 times the one given(.*\n)+  largest standardised residual: -?4.24.*\n(.*\n)+.* found from 0.039 on", report), report
 
+open("wgs84.ini", "w").write("[W]\nProjection=UTM\nScaleFactor=0.9996\nFalseEasting=500000\nSemiMajorAxis=6378137\nFlattening=298.257223563\n")
+# Columns in the order northing, easting in both systems fit as well, but the projection does not return such points; 7 degrees from
+# its meridian it does, with an error of some centimetres.
+report = fit(lines([(y, x, b, a) for x, y, a, b in square(530000, 5760000)]), base=["wgs84.ini"], status=2)[3]
+assert "the control point of line 1 is too far from the projection's origin" in report and "order easting, northing?" in report, report
+assert re.search(r"its round-trip error is up to 0\.[01]\d\d\d m", fit(lines(square(900000, 5760000)), base=["wgs84.ini"])[3])
+# Of three points on a line the middle one, wrong by 0.02, is not told from the ends; of four points in a square the wrong one is.
+report = fit("530000 180000 0 0 P\n530100 180000 100.02 0 Q\n530200 180000 200 0 R\n")[3]
+assert re.search(r"is probably wrong by -?0\.0[24]0 m, or else X of [PQR] \(line \d\) or X of [PQR] \(line \d\): the points do not tell which;", report), report
+assert "or else" not in fit(lines(square(530000, 180000, noise=(1, 0, 0, 0))), "--sigma", "0.1")[3]
+# Copies of lines; a check point or one with other values is none.
+rows = lines(square(530000, 180000, noise=(0.01, 0, 0, 0)), " 1")
+for more, text in (rows[:rows.index("\n") + 1], "standard input:5: the coordinates are those of line 1: copies"), (rows, "of line 1, and 3 more lines"):
+    assert text in fit(rows + more, "--weights")[3], more
+for more in "529500 180500 0 0 1 P\n", rows.replace(" 1 P", " 0 P"):
+    assert "copies" not in fit(rows + more, "--weights")[3], more
+
 # The seven parameters of the National Grid, from positions converted by PROJ: cct +proj=pipeline +step +proj=cart
 # +ellps=WGS84 +step +proj=helmert +x=-446.448 +y=125.157 +z=-542.060 +s=20.4894 +rx=0.1502 +ry=0.2470 +rz=0.8421
 # +convention=coordinate_frame +step +inv +proj=cart +a=6377563.396 +rf=299.3249646
@@ -213,7 +230,6 @@ there = run("forward", *GRID, text="\n".join(" ".join(line.split()[3:]) for line
 for one, two in zip(here.split(), there.split()):
     assert abs(float(one) - float(two)) < 3e-4, (one, two)
 # Cartesian pairs are the same, in other columns.
-open("wgs84.ini", "w").write("[W]\nProjection=UTM\nScaleFactor=0.9996\nFalseEasting=500000\nSemiMajorAxis=6378137\nFlattening=298.257223563\n")
 ecef = lambda base, first: run("ecef", *base, "--precision", "6", text="\n".join(" ".join(line.split()[first:first + 3]) for line in pairs.splitlines()))[0].splitlines()
 cartesian = "".join(f"{two};{one}\n".replace(" ", ";") for one, two in zip(ecef(["wgs84.ini"], 0), ecef(GRID, 3)))
 section, again, _, report = fit(cartesian, "--datum", "cartesian", "--columns", "4,5,6,1,2,3")
@@ -226,6 +242,9 @@ assert keys["DeltaScale"] == "0" and "redundancy 12" in report, report
 report = fit(pairs.replace("130", "130.4"), "--datum", "geographic")[3]
 assert re.search(r"standard input:3: up of line 3 is probably wrong by -0.40\d m", report), report
 assert re.search(r"\n    line  point +vn +ve +vu +wn +we +wu +rn +re +ru\n", report), report
+# Latitude and longitude in the wrong order on both datums are a fit too, far from the projection's origin.
+assert "order?" not in report and "standard input:1: too far from the projection's origin: are the columns in the right order?" in fit(
+    re.sub(r"(\S+) (\S+) (\S+)( |$)", r"\2 \1 \3\4", pairs, flags=re.M), "--datum", "geographic")[3]
 # Longitudes of the other sign make no sense of a datum.
 assert "a rotation exceeds 20 arc seconds: are the columns in the right order?" in fit(re.sub(r"^(\S+ )(\S+ )(\S+ )", r"\g<1>-\g<2>\g<3>", pairs, flags=re.M).replace("--", ""), "--datum", "geographic")[3]
 

@@ -8,6 +8,7 @@
 #include <type_traits>
 #include <vector>
 
+#include "angle.h"
 #include "commands.h"
 #include "coordinate_system.h"
 #include "error_text.h"
@@ -25,6 +26,11 @@ using namespace latigo::cli;
 // The variable of a script may not be set.
 std::string IsGiven(const std::string& name) {
   return name.empty() ? "the name is empty" : "";
+}
+
+std::string IsPositive(const std::string& text) {
+  const Parsed parsed = ParseNumber(text);
+  return parsed.fault == nullptr && parsed.value > 0 ? "" : text + " is not a positive number";
 }
 
 void Add(CLI::App& command, Options& options) {
@@ -135,7 +141,7 @@ void Add(CLI::App& command, FitOptions& options) {
       ->each([&options](const std::string& axes) { options.reversed = ReversedBy(axes); })
       ->excludes("--datum");
   command.add_flag_callback("--fix-scale", [&options] { options.fixedScale = 1; });
-  command.add_option("--sigma", options.sigma)->check(CLI::PositiveNumber);
+  command.add_option("--sigma", options.sigma)->check(IsPositive);
   command.add_flag("--weights", options.weights);
   command.add_flag("--deviations", options.deviations)->excludes("--weights")->excludes("--sigma");
   command.add_option("--name", options.name)->check(IsGiven);

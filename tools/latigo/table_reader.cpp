@@ -386,6 +386,8 @@ bool TableReader::Decide(std::string_view line, std::size_t number) {
 
 Table ReadTable(const std::string& path, const TableOptions& options, std::span<const Wanted> wanted) {
   TableReader reader(path, options, wanted);
+  const bool angles = options.columns.empty() && !options.dmsColumns &&
+                      std::any_of(wanted.begin(), wanted.end(), [](const Wanted& w) { return w.IsAngle(); });
   Table table;
   Row row;
   for (Block block; reader.Next(block);) {
@@ -408,6 +410,10 @@ Table ReadTable(const std::string& path, const TableOptions& options, std::span<
       }
       if (!layout.Read(line, row)) {
         fail(FaultText(row.fault));
+        continue;
+      }
+      if (angles && layout.Separator() == ' ' && CouldHaveParts(line)) {
+        fail(PartsInFields);
         continue;
       }
       Record& record = table.records.emplace_back();

@@ -1,5 +1,7 @@
 #include "fit/control_points.h"
 
+#include <cmath>
+
 #include "error_text.h"
 #include "table_reader.h"
 #include "visible.h"
@@ -60,7 +62,7 @@ std::vector<ControlPoint> ReadControlPoints(const FitOptions& options) {
     std::copy_n(record.values.begin(), coordinates, point.values.begin());
     if (options.weights || options.deviations) {
       const double given = record.values[coordinates];
-      if (!(options.weights ? given >= 0 : given > 0)) {
+      if (!(options.weights ? given >= 0 : given > 0 && std::isfinite(1 / (given * given)))) {
         faults.push_back(PlaceOf(options, point) + ": " + record.texts[coordinates] +
                          (options.weights ? ": a weight is 0 or positive" : ": a standard deviation is positive"));
       }

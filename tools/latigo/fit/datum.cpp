@@ -5,6 +5,7 @@
 #include <cmath>
 #include <numbers>
 
+#include "doubts.h"
 #include "error_text.h"
 #include "fit/outcome.h"
 #include "fit/seven_parameters.h"
@@ -118,6 +119,23 @@ void DescribeArea(FitOutcome& outcome, const std::vector<Geographic>& positions)
   outcome.area.emplace_back("may differ by metres and convert these points alike.");
 }
 
+// The index of the first position that the section's projection does not return within a metre, as with latitude and
+// longitude in the wrong order; -1 for none.
+int FirstFarOff(const std::vector<Geographic>& positions, GeodesyHandle base) {
+  const RoundTrip roundTrip(base);
+  for (std::size_t i = 0; i < positions.size(); ++i) {
+    const double longitude = roundTrip.CentralMeridian() +
+                             std::remainder(positions[i].longitude - roundTrip.CentralMeridian(), 2 * std::numbers::pi);
+    double x = 0;
+    double y = 0;
+    if (GeoXY(base, &x, &y, positions[i].latitude, longitude) == 0 ||
+        !roundTrip.HoldsForward(positions[i].latitude, longitude, x, y)) {
+      return static_cast<int>(i);
+    }
+  }
+  return -1;
+}
+
 }  // namespace
 
 FitOutcome FitDatum(const FitOptions& options, const std::vector<ControlPoint>& points, GeodesyHandle base) {
@@ -160,6 +178,10 @@ FitOutcome FitDatum(const FitOptions& options, const std::vector<ControlPoint>& 
   if (!(fitted.parameters.rotation.cwiseAbs().maxCoeff() <= LargeRotation)) {
     outcome.warnings.push_back(
         Formatted("a rotation exceeds %.0f arc seconds: are the columns in the right order?", LargeRotation));
+  }
+  if (const int far = FirstFarOff(positions, base); far >= 0) {
+    outcome.warnings.push_back(PlaceOf(options, points[outcome.used[static_cast<std::size_t>(far)]]) +
+                               ": too far from the projection's origin: are the columns in the right order?");
   }
   return outcome;
 }

@@ -16,6 +16,7 @@ constexpr double Significance = 0.001;    // of the test of one observation
 constexpr double NormalLimit = 3.2905;    // of the normal distribution, for this significance
 constexpr int ManyDegrees = 10000;        // of freedom: Student's distribution is the normal one, within 0.0015
 constexpr double LeastRedundancy = 1e-6;  // an observation with less is not checked by the others
+constexpr double EqualSquares = 1e-4;     // relative difference of squares that rounding can make
 constexpr double LeastSigma = 1e-6;       // residuals of rounding are no sign of a blunder; units of the observations
 
 // The probability that |t| stays below a limit, by Abramowitz and Stegun (26.7.3) and (26.7.4).
@@ -109,6 +110,14 @@ BlunderTest TestForBlunders(const Adjusted& adjusted, const Eigen::VectorXd& p, 
     }
   }
   if (test.largest >= 0) {
+    const auto square = [&](Eigen::Index i) {
+      return adjusted.r(i) > LeastRedundancy ? p(i) * adjusted.v(i) * adjusted.v(i) / adjusted.r(i) : 0;
+    };
+    for (Eigen::Index i = 0; i < count; ++i) {
+      if (i != test.largest && square(i) > (1 - EqualSquares) * square(test.largest)) {
+        test.equal.push_back(static_cast<int>(i));
+      }
+    }
     test.blunder = largest > test.critical;
     test.size = -adjusted.v(test.largest) / adjusted.r(test.largest);
   }

@@ -28,13 +28,14 @@ Adjusted Adjust(const Eigen::MatrixXd& a, const Eigen::VectorXd& l, const Eigen:
 // observation under test, so that a blunder does not hide itself, and w has Student's distribution with one degree of
 // freedom less than the redundancy.
 struct BlunderTest {
-  std::vector<double> w;  // NaN where nothing checks the observation
-  double critical = 0;    // a larger |w| occurs once in 1000 observations without a blunder; infinite without a test
-  int freedom = 0;        // of Student's distribution; 0 for the normal one
-  int largest = -1;       // the observation with the largest |w|; -1 if none is checked
-  bool blunder = false;   // that |w| is larger than the critical value
-  double without = 0;     // the standard error of unit weight without that observation
-  double size = 0;        // of that observation's error, estimated as -v / r: the observation less its true value
+  std::vector<double> w;   // NaN where nothing checks the observation
+  double critical = 0;     // a larger |w| occurs once in 1000 observations without a blunder; infinite without a test
+  int freedom = 0;         // of Student's distribution; 0 for the normal one
+  int largest = -1;        // the observation with the largest |w|; -1 if none is checked
+  std::vector<int> equal;  // further observations with this |w|, which the test does not tell apart from it
+  bool blunder = false;    // that |w| is larger than the critical value
+  double without = 0;      // the standard error of unit weight without that observation
+  double size = 0;         // of that observation's error, estimated as -v / r: the observation less its true value
 };
 
 // A sigma of 0 is unknown.

@@ -15,7 +15,9 @@ constexpr double SecondsPerDegree = 3600;
 constexpr int DegreeDecimals = 13;
 constexpr int ScaleDecimals = 14;
 constexpr int LengthDecimals = 7;
-constexpr double SameUnit = 0.01;  // the largest difference of a scale from 1 if both grids have the same unit
+constexpr double LargestRoundTrip = 1;   // of the projection at a control point, metres
+constexpr double NotedRoundTrip = 1e-3;  // metres
+constexpr double SameUnit = 0.01;        // the largest difference of a scale from 1 if both grids have the same unit
 
 // The similarity that the keys of a section describe.
 fit::Similarity Written(const FitOutcome& outcome) {
@@ -124,6 +126,37 @@ void Warn(FitOutcome& outcome, const fit::SimilarityFit& fitted, const FitOption
   }
 }
 
+// Refuses control points that the projection does not return, as with columns in the order northing, easting: the
+// section made would not convert them so.
+void CheckRoundTrip(FitOutcome& outcome, const std::vector<ControlPoint>& points, GeodesyHandle base,
+                    double metresPerUnit) {
+  double largest = 0;
+  for (const ControlPoint& point : points) {
+    double latitude = 0;
+    double longitude = 0;
+    double x = 0;
+    double y = 0;
+    const std::string place = "the control point of line " + std::to_string(point.line) + " is ";
+    if (XYGeo(base, point.values[0], point.values[1], &latitude, &longitude) == 0 ||
+        GeoXY(base, &x, &y, latitude, longitude) == 0) {
+      throw UsageError(place + "outside the section's projection: " + ErrorText(GetGeodesyError(), "XYGeo"));
+    }
+    const double error = std::hypot(x - point.values[0], y - point.values[1]) * metresPerUnit;
+    if (!(error <= LargestRoundTrip)) {
+      throw UsageError(place +
+                       "too far from the projection's origin: the round-trip error exceeds one metre. Are the " +
+                       "columns in the order easting, northing?");
+    }
+    largest = std::max(largest, error);
+  }
+  if (largest > NotedRoundTrip) {
+    outcome.warnings.push_back(
+        Formatted("the control points are far from the projection's origin: its round-trip error is up to %.4f m, by "
+                  "which the section converts them differently",
+                  largest));
+  }
+}
+
 }  // namespace
 
 FitOutcome FitLocalGrid(const FitOptions& options, const std::vector<ControlPoint>& points, GeodesyHandle base) {
@@ -175,6 +208,7 @@ FitOutcome FitLocalGrid(const FitOptions& options, const std::vector<ControlPoin
   Describe(outcome, fitted, options, points);
   DescribeArea(outcome, fitted, hull, metresPerUnit);
   Warn(outcome, fitted, options);
+  CheckRoundTrip(outcome, points, base, metresPerUnit);
   return outcome;
 }
 
@@ -190,10 +224,8 @@ double DifferenceOfLocalGrid(const FitOutcome& outcome, const std::vector<Contro
     double baseY = 0;
     double madeX = 0;
     double madeY = 0;
-    if (XYGeo(base, x, y, &latitude, &longitude) == 0 || GeoXY(base, &baseX, &baseY, latitude, longitude) == 0) {
-      throw UsageError("the control point of line " + std::to_string(point.line) +
-                       " is outside the section's projection: " + ErrorText(GetGeodesyError(), "XYGeo"));
-    }
+    XYGeo(base, x, y, &latitude, &longitude);
+    GeoXY(base, &baseX, &baseY, latitude, longitude);
     GeoXY(made, &madeX, &madeY, latitude, longitude);
     written.Map(baseX, baseY);
     largest = std::max(largest, std::hypot(madeX - baseX, madeY - baseY));

@@ -180,8 +180,13 @@ std::vector<std::string> LargestResidual(const FitOutcome& outcome, const FitOpt
 std::string BlunderWarning(const FitOutcome& outcome, const FitOptions& options,
                            const std::vector<ControlPoint>& points) {
   const Observed observed = ObservedAt(outcome, outcome.test.largest);
+  std::string others;
+  for (const int index : outcome.test.equal) {
+    others += (others.empty() ? ", or else " : " or ") + NameOf(outcome, points, ObservedAt(outcome, index));
+  }
   return PlaceOf(options, points[observed.point]) + ": " + outcome.axes[observed.axis] + " of " +
          points[observed.point].name + Formatted(" is probably wrong by %.3f ", outcome.test.size) + outcome.unit +
+         others + (others.empty() ? "" : ": the points do not tell which") +
          Formatted("; without it the standard error of unit weight is %.4f. # before the line leaves the point out",
                    outcome.test.without);
 }

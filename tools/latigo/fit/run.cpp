@@ -1,5 +1,7 @@
 // The command fit.
+#include <array>
 #include <cstdio>
+#include <map>
 
 #include "coordinate_system.h"
 #include "fit/outcome.h"
@@ -35,6 +37,24 @@ api::Geodesy OpenBase(const FitOptions& options) {
   return std::move(base.object);
 }
 
+// Copies of a line would count as independent observations.
+void WarnOfCopies(FitOutcome& outcome, const FitOptions& options, const std::vector<ControlPoint>& points) {
+  std::map<std::array<double, 6>, std::size_t> lines;
+  std::string first;
+  std::size_t count = 0;
+  for (const std::size_t i : outcome.used) {
+    const auto [original, isNew] = lines.emplace(points[i].values, points[i].line);
+    if (!isNew && count++ == 0) {
+      first = PlaceOf(options, points[i]) + ": the coordinates are those of line " + std::to_string(original->second);
+    }
+  }
+  if (count > 0) {
+    outcome.warnings.push_back(first +
+                               (count > 1 ? ", and " + std::to_string(count - 1) + " more lines are copies" : "") +
+                               ": copies make standard deviations too small. # before a line leaves it out");
+  }
+}
+
 }  // namespace
 
 int RunFit(const FitOptions& options) {
@@ -50,6 +70,7 @@ int RunFit(const FitOptions& options) {
     outcome.warnings.push_back(options.file + " has a section " + name +
                                " already, and of two in one file the first counts");
   }
+  WarnOfCopies(outcome, options, points);
   if (outcome.test.blunder) {
     outcome.warnings.push_back(BlunderWarning(outcome, options, points));
   }
