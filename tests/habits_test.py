@@ -73,6 +73,11 @@ write("keys.ini", "[A]\nProjection=MER\nSemiMajorAxis=6378137\nFlattening=298\nS
 nearest = re.findall(r"the key (\w+) is unknown; the nearest known key is (\w+)\n", run("check", "keys.ini", "--strict")[2] + run("info", "keys.ini")[2])
 assert nearest == [("ScaleFacto", "ScaleFactor"), ("Azimuth", "SkewAzimuth"), ("NorthParalel", "NorthParallel"), ("Vertical", "VertUnit")], nearest
 
+# A known key above the first section belongs to none, which is said once.
+write("above.ini", "Version=2\nunit=0.3048\n[A]\nProjection=MER\nSemiMajorAxis=6378137\nFlattening=298\n[B]\nProjection=SMERC\nFlattening=298\n")
+assert run("info", "above.ini")[2] == "latigo: above.ini:2 [A]: warning: the key unit is not read: it is above the first section\n"
+assert run("check", "above.ini", "-s", "A")[0] == 2 and run("check", "above.ini", "-s", "B")[0] == 0
+
 assert run("info", "keys.ini", "--strict", "-o", "info.txt")[0] == 2 and not os.path.exists("info.txt")
 
 write("plain.ini", "[A]\nProjection=MER\nSemiMajorAxis=6377397.155\nFlattening=299.1528128\nCentralMeridian=5\n")

@@ -149,7 +149,8 @@ bool BlockRun::ConvertPoint(std::string_view line, const PointLine& point, Resul
     return fail(
         (place + (result.function != nullptr ? ErrorText(result.code, result.function) : result.fault)).c_str());
   }
-  if (point.third && command_.third == Third::Height) {
+  const bool usesHeight = command_.third == Third::Used && command_.parse == ParsePointLine;
+  if (point.third && (command_.third == Third::Height || usesHeight)) {
     if (point.wholeThird && *point.third != 0) {
       result.Add(Doubt::WholeHeight);
     } else {

@@ -174,6 +174,8 @@ ConfigFile::ConfigFile(std::string path, std::string bytes) : path_(std::move(pa
       } else {
         sections_[place->second].again.push_back(number);
       }
+    } else if (line.is == ProfileLine::Is::Key && sections_.empty()) {
+      before_.push_back({line.name, line.value, number});
     } else if (line.is == ProfileLine::Is::Key && current != SIZE_MAX) {
       sections_[current].keys.push_back({line.name, line.value, number});
     } else if (const std::string_view text = Bytes().substr(line.begin, line.end - line.begin);
@@ -353,6 +355,11 @@ std::vector<std::string> ConfigFile::Warnings(std::string_view name, bool shift)
   const auto warn = [&](std::size_t line, const std::string& text) {
     warnings.push_back(path_ + ":" + std::to_string(line) + " [" + std::string(section.name) + "]: warning: " + text);
   };
+  for (const Key& key : before_) {
+    if (found->second == 0 && FindKey(key.name) != ConfigKeys().end()) {
+      warn(key.line, "the key " + std::string(key.name) + " is not read: it is above the first section");
+    }
+  }
   std::unordered_map<std::string, std::size_t> seen;
   for (const Key& key : section.keys) {
     const auto [first, isNew] = seen.emplace(Folded(key.name), key.line);

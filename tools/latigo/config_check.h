@@ -69,6 +69,7 @@ class ConfigFile {
   std::string path_;
   std::string bytes_;
   std::vector<Section> sections_;
+  std::vector<Key> before_;  // keys above the first section, which belong to none
   std::unordered_map<std::string, std::size_t> index_;
 };
 

@@ -9,7 +9,7 @@ namespace latigo::cli {
 const std::array<const char*, Doubts> DoubtTexts = {
     "outside the datum grid or in rows that cannot be read, so converted without a shift",
     "too far from the projection's origin: the round-trip error exceeds one metre",
-    "a whole number in the third field is read as a height; --no-height copies it",
+    "a whole number in the third field is read as a height; --no-height copies it (for ecef: --columns 1,2)",
     "near a pole or a limit of the projection: the error of the factors exceeds 1e-9",
     "too long for the mid-latitude formulas: the error of the distance can exceed 2 cm",
     "almost along a parallel: rounding errors of the distance can exceed 2 cm",

@@ -14,6 +14,9 @@ namespace {
 constexpr std::size_t LongestValue = 80;  // bytes of a number or angle; longer texts are none
 constexpr std::size_t LongestShown = 60;  // bytes of a text in a message
 
+constexpr const char* LoneHemisphere =
+    "a hemisphere letter in a column of its own, which is not read: choose it too, with --dms-columns";
+
 constexpr bool IsDigit(char c) {
   return c >= '0' && c <= '9';
 }
@@ -152,6 +155,7 @@ bool Layout::ReadValue(std::size_t wanted, std::size_t place, Row& row) const {
 
 bool Layout::ReadFields(std::string_view line, Row& row) const {
   row.fault = {};
+  row.besideValues = false;
   std::fill_n(row.fields.begin(), columns_.size(), Field());
   row.texts.fill({});
   row.values.fill(NAN);
@@ -168,8 +172,7 @@ bool Layout::ReadFields(std::string_view line, Row& row) const {
       row.fields[static_cast<std::size_t>(place.chosen)] = field;  // NOLINT(bugprone-signed-char-misuse): a number
     } else if ((place.besideLatitude && IsHemisphere(field.text, Axis::Latitude)) ||
                (place.besideLongitude && IsHemisphere(field.text, Axis::Longitude))) {
-      row.fault = {"a hemisphere letter in a column of its own, which is not read: choose it too, with --dms-columns",
-                   column + 1, field.bytes};
+      row.fault = {LoneHemisphere, column + 1, field.bytes};
     }
   }
   row.columns = column;
@@ -182,17 +185,21 @@ bool Layout::ReadFields(std::string_view line, Row& row) const {
 }
 
 bool Layout::Read(std::string_view line, Row& row) const {
-  if (!ReadFields(line, row)) {
+  const bool reads = ReadFields(line, row);
+  if (!reads && row.fault.reason != LoneHemisphere) {
     return false;
   }
+  const Fault beside = row.fault;
   std::size_t place = 0;
   for (std::size_t wanted = 0; wanted < values_; ++wanted) {
     if (!ReadValue(wanted, place, row)) {
+      row.fault = reads ? row.fault : beside;
       return false;
     }
     place += wanted_[wanted].IsAngle() ? perAngle_ : 1;
   }
-  return true;
+  row.besideValues = !reads;
+  return reads;
 }
 
 }  // namespace latigo::cli

@@ -53,6 +53,7 @@ struct Row {
   std::array<std::string_view, MostWanted> texts;  // without quotes and blanks; of angles in several columns the first
   std::size_t columns = 0;                         // in the whole line
   Fault fault;
+  bool besideValues = false;  // the fault is a hemisphere letter beside values that can be read
 
   bool Has(std::size_t wanted) const { return !texts[wanted].empty(); }
 };

@@ -358,7 +358,9 @@ bool TableReader::Decide(std::string_view line, std::size_t number) {
     }
     Layout layout = LayoutOf(candidate, options_.decimalComma, line);
     const std::size_t count = layout.Columns().size();
-    if (!layout.Read(line, layout_ ? other : found)) {
+    Row& row = layout_ ? other : found;
+    // Blanks inside angles can make a point of a line that is refused with its own separator for a hemisphere letter.
+    if (!layout.Read(line, row) && !row.besideValues) {
       continue;
     }
     if (!layout_) {
