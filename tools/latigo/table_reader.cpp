@@ -281,7 +281,7 @@ bool TableReader::TakeHeader(std::string_view line, std::size_t number) {
 
 // Replaces the names by the columns of the header; candidates without them are dropped. False for a comment.
 bool TableReader::FindNames(std::string_view line, std::size_t number) {
-  std::string missing;
+  std::size_t missing = 0;  // of the names, with the separator that finds most of them
   std::vector<Candidate> found;
   for (Candidate candidate : candidates_) {
     const std::vector<std::string_view> texts = TextsOf(line, candidate.separator);
@@ -292,7 +292,7 @@ bool TableReader::FindNames(std::string_view line, std::size_t number) {
       const auto place = std::find_if(texts.begin(), texts.end(), is);
       complete = column.has_value() || place != texts.end();
       if (!complete) {
-        missing = missing.empty() ? names_[i] : missing;
+        missing = std::max(missing, i);
       } else if (!column && std::find_if(place + 1, texts.end(), is) != texts.end()) {
         Refuse(number, "the header has the name " + Visible(names_[i]) + " twice");
       } else {
@@ -308,7 +308,8 @@ bool TableReader::FindNames(std::string_view line, std::size_t number) {
     if (IsComment(line)) {
       return false;
     }
-    Refuse(number, "the header has no column " + Visible(missing) + ": \"" + Visible(line.substr(0, 200)) + '"');
+    Refuse(number,
+           "the header has no column " + Visible(names_[missing]) + ": \"" + Visible(line.substr(0, 200)) + '"');
   }
   candidates_ = std::move(found);
   return true;
