@@ -74,6 +74,8 @@ Differences::Differences(GeodesyHandle handle) : handle_(handle), metresPerUnit_
   a_ = params.SemiMajorAxis;
   e2_ = f * (2 - f);
   centralMeridian_ = params.CentralMeridian;
+  fromSine_ = params.Kind != LATIGO_KIND_TRANSVERSE_MERCATOR && params.Kind != LATIGO_KIND_CASSINI &&
+              params.Kind != LATIGO_KIND_AZIMUTHAL_EQUIDISTANT && params.Kind != LATIGO_KIND_POLAR_STEREOGRAPHIC;
   Adjustment local{};
   GetAdjustment(handle, &local);
   if ((local.AdjustType & LATIGO_ADJUST_TYPE) == LATIGO_ADJUST_SIMILARITY) {  // the only type that reads the flags
@@ -88,10 +90,10 @@ double Differences::MeanRadius(double latitude) const {
 }
 
 // The derivative of grid coordinates, in grid metres for `metres` on the ground, of a function that writes x and y and
-// returns true. Its argument stays between the limits.
+// returns true. Its argument, which has an error of `rounding`, stays between the limits.
 template <typename Function>
-Differences::Slope Differences::SlopeOf(const Function& at, double middle, double low, double high,
-                                        double metres) const {
+Differences::Slope Differences::SlopeOf(const Function& at, double middle, double low, double high, double metres,
+                                        double rounding) const {
   Slope best{0, 0, std::numeric_limits<double>::infinity()};
   double step = LargestStep;
   for (int i = 0; i < Steps && !(best.error <= GoodError); ++i, step *= StepRatio) {
@@ -121,7 +123,8 @@ Differences::Slope Differences::SlopeOf(const Function& at, double middle, doubl
     const double noise = NoiseUnits * std::numeric_limits<double>::epsilon() * largest * weights;
     const double scale = metresPerUnit_ / (spacing * metres);
     const double error =  // relative
-        (std::hypot(fine.x - coarse.x, fine.y - coarse.y) + noise) / std::hypot(fine.x, fine.y);
+        (std::hypot(fine.x - coarse.x, fine.y - coarse.y) + noise) / std::hypot(fine.x, fine.y) +
+        rounding * weights / step;
     if (error < best.error) {
       best = {fine.x * scale, fine.y * scale, error};
     }
@@ -140,10 +143,10 @@ bool Differences::JacobianAt(double latitude, double longitude, Jacobian& jacobi
   const double M = N * (1 - e2_) / W;
   const Slope north =
       SlopeOf([&](double phi, double& x, double& y) { return GeoXY(handle_, &x, &y, phi, longitude) != 0; }, latitude,
-              -Pi / 2, Pi / 2, M);
+              -Pi / 2, Pi / 2, M, fromSine_ ? std::numeric_limits<double>::epsilon() / 2 / c : 0);
   const Slope east =
       SlopeOf([&](double lambda, double& x, double& y) { return GeoXY(handle_, &x, &y, latitude, lambda) != 0; },
-              longitude, centralMeridian_ - Pi, centralMeridian_ + Pi, N * c);
+              longitude, centralMeridian_ - Pi, centralMeridian_ + Pi, N * c, 0);
   jacobian = {east.x * signX_, east.y * signY_, north.x * signX_, north.y * signY_, east.error, north.error};
   return std::isfinite(east.error) && std::isfinite(north.error);
 }

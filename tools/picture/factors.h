@@ -48,11 +48,12 @@ class Differences {
 
   bool JacobianAt(double latitude, double longitude, Jacobian& jacobian) const;
   template <typename Function>
-  Slope SlopeOf(const Function& at, double middle, double low, double high, double metres) const;
+  Slope SlopeOf(const Function& at, double middle, double low, double high, double metres, double rounding) const;
 
   GeodesyHandle handle_;
   double a_, e2_, centralMeridian_;
   double metresPerUnit_ = 1;
+  bool fromSine_ = false;  // coordinates are of the latitude's sine, which is rounded: near a pole by a large angle
   double signX_ = 1, signY_ = 1;  // -1 for an axis that the local grid reverses
 };
 
