@@ -43,6 +43,7 @@ struct Reach {
 };
 
 constexpr double Everywhere = 20.1e6;  // slightly more than half a meridian
+constexpr int Halvings = 6;            // of the limits
 constexpr double PartOfWay = 0.9;      // to the pole, since the grid can be shorter than the ground
 
 constexpr Reach ReachOf(std::int32_t kind) {
@@ -95,6 +96,28 @@ RoundTrip::RoundTrip(GeodesyHandle object) : object_(object) {
   if (GeoXY(object, &originX_, &originY_, params.RefLatitude, params.CentralMeridian) == 0) {
     originX_ = originY_ = NAN;  // so that every point is checked
   }
+  if (params.Kind == LATIGO_KIND_HOTINE || params.Kind == LATIGO_KIND_RSO) {
+    KeepToNaturalOrigin();
+  }
+}
+
+// The inverse of the oblique Mercator is lost beyond 90 degrees from the natural origin along the central line, which
+// can be near the centre. That is beyond a straight line of the grid, so not within the limits if their corners return.
+void RoundTrip::KeepToNaturalOrigin() {
+  const auto returns = [this](double x, double y) {
+    double latitude = 0;
+    double longitude = 0;
+    return XYGeo(object_, x, y, &latitude, &longitude) != 0 && ReturnsToGrid(x, y, latitude, longitude);
+  };
+  for (int i = 0; i < Halvings; ++i) {
+    if (returns(originX_ - nearX_, originY_ - nearY_) && returns(originX_ - nearX_, originY_ + nearY_) &&
+        returns(originX_ + nearX_, originY_ - nearY_) && returns(originX_ + nearX_, originY_ + nearY_)) {
+      return;
+    }
+    nearX_ /= 2;
+    nearY_ /= 2;
+  }
+  nearX_ = nearY_ = -1;  // so that every point is checked
 }
 
 bool RoundTrip::ReturnsToPosition(double latitude, double longitude, double x, double y) const {

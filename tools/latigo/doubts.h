@@ -45,6 +45,7 @@ class RoundTrip {
     return std::fabs(longitude - centralMeridian_) <= nearLongitude_ && std::fabs(x - originX_) <= nearX_ &&
            std::fabs(y - originY_) <= nearY_;
   }
+  void KeepToNaturalOrigin();
   bool ReturnsToPosition(double latitude, double longitude, double x, double y) const;
   bool ReturnsToGrid(double x, double y, double latitude, double longitude) const;
 
