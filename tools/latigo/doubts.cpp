@@ -43,6 +43,7 @@ struct Reach {
 };
 
 constexpr double Everywhere = 20.1e6;  // slightly more than half a meridian
+constexpr double Seam = 1e-7;          // of the meridian opposite to the central one, radians
 constexpr int Halvings = 6;            // of the limits
 constexpr double PartOfWay = 0.9;      // to the pole, since the grid can be shorter than the ground
 
@@ -132,6 +133,10 @@ bool RoundTrip::ReturnsToPosition(double latitude, double longitude, double x, d
 bool RoundTrip::ReturnsToGrid(double x, double y, double latitude, double longitude) const {
   double backX = 0;
   double backY = 0;
+  // Beyond half a turn, in the gap between the edges of a cone, the meridian is that of another place.
+  if (std::fabs(longitude - centralMeridian_) > TwoPi / 2 + Seam) {
+    longitude = centralMeridian_ + std::remainder(longitude - centralMeridian_, TwoPi);
+  }
   const bool there = GeoXY(object_, &backX, &backY, latitude, longitude) != 0;
   return there && std::hypot(backX - x, backY - y) * metresPerUnit_ <= RoundTripLimit;
 }
