@@ -127,51 +127,49 @@ void AddPoints(CLI::App& command, int& points) {
 }
 
 void AddCommands(CLI::App& app, Arguments& arguments, std::function<void()>& run) {
-  CLI::App* import = app.add_subcommand("import", "Writes a section of a configuration file for a projected system.");
-  AddSystem(*import, arguments);
-  import->add_option("--name", arguments.name, "name of the section; its code or name if there is none");
-  auto* operation = import->add_option("--operation", arguments.choice.operation,
-                                       "operation to WGS 84, by its number in the list or its code");
-  AddPlace(*import, arguments, "take the best operation for that place; degrees");
-  auto* none = import->add_flag("--no-datum", arguments.choice.none, "leave the datum shift out");
+  CLI::App* importing =
+      app.add_subcommand("import", "Writes a section of a configuration file for a projected system.");
+  AddSystem(*importing, arguments);
+  importing->add_option("--name", arguments.name, "name of the section; its code or name if there is none");
+  auto* operation = importing->add_option("--operation", arguments.choice.operation,
+                                          "operation to WGS 84, by its number in the list or its code");
+  AddPlace(*importing, arguments, "take the best operation for that place; degrees");
+  auto* none = importing->add_flag("--no-datum", arguments.choice.none, "leave the datum shift out");
   operation->excludes("--area");
   none->excludes("--area")->excludes(operation);
-  AddPoints(*import, arguments.points);
-  import->callback([&] { run = [&] { RunImport(arguments);
-};
-}  // namespace
-);
+  AddPoints(*importing, arguments.points);
+  importing->callback([&] { run = [&] { RunImport(arguments); }; });
 
-CLI::App* operations = app.add_subcommand("operations", "Lists the operations from the datum of a system to WGS 84.");
-AddSystem(*operations, arguments);
-operations->callback([&] { run = [&] { RunOperations(arguments); }; });
+  CLI::App* operations = app.add_subcommand("operations", "Lists the operations from the datum of a system to WGS 84.");
+  AddSystem(*operations, arguments);
+  operations->callback([&] { run = [&] { RunOperations(arguments); }; });
 
-CLI::App* exporting = app.add_subcommand(
-    "export",
-    "Writes a section as a PROJ pipeline from WGS 84 (latitude, longitude in degrees), as a PROJ string of a system, "
-    "and as WKT2.");
-exporting->add_option("FILE", arguments.file, "configuration file")->required();
-exporting->add_option("-s,--section", arguments.section, "section of the file")->capture_default_str();
-exporting->add_option("--format", arguments.format, "what to write")
-    ->option_text("all|pipeline|proj|wkt")
-    ->check(CLI::IsMember({"all", "pipeline", "proj", "wkt"}));
-exporting->callback([&] { run = [&] { RunExport(arguments); }; });
+  CLI::App* exporting = app.add_subcommand(
+      "export",
+      "Writes a section as a PROJ pipeline from WGS 84 (latitude, longitude in degrees), as a PROJ string of a system, "
+      "and as WKT2.");
+  exporting->add_option("FILE", arguments.file, "configuration file")->required();
+  exporting->add_option("-s,--section", arguments.section, "section of the file")->capture_default_str();
+  exporting->add_option("--format", arguments.format, "what to write")
+      ->option_text("all|pipeline|proj|wkt")
+      ->check(CLI::IsMember({"all", "pipeline", "proj", "wkt"}));
+  exporting->callback([&] { run = [&] { RunExport(arguments); }; });
 
-CLI::App* search = app.add_subcommand("search", "Lists projected systems: code, name and area, by tabulators.");
-search->add_option("TEXT", arguments.search.words, "words of code, name or area; all must occur");
-AddPlace(*search, arguments, "whose area holds that place; degrees");
-search->callback([&] { run = [&] { RunSearch(arguments); }; });
+  CLI::App* search = app.add_subcommand("search", "Lists projected systems: code, name and area, by tabulators.");
+  search->add_option("TEXT", arguments.search.words, "words of code, name or area; all must occur");
+  AddPlace(*search, arguments, "whose area holds that place; degrees");
+  search->callback([&] { run = [&] { RunSearch(arguments); }; });
 
-CLI::App* pack = app.add_subcommand(
-    "pack",
-    "Writes a section for every projected system of the database that can be expressed, with the datum shift if there "
-    "is but one and it needs no file, and lists the others with method and reason.");
-pack->add_option("--authority", arguments.pack.authority, "whose systems")->capture_default_str();
-pack->add_option("--report", arguments.pack.report, "file for a line a system: code, method, differences or reason");
-pack->add_option("--jobs", arguments.pack.jobs, "threads; one for each processor without it")
-    ->check(CLI::Range(1, 256));
-AddPoints(*pack, arguments.pack.points);
-pack->callback([&] { run = [&] { Pack(Database(), arguments.pack); }; });
+  CLI::App* pack = app.add_subcommand("pack",
+                                      "Writes a section for every projected system of the database that can be "
+                                      "expressed, with the datum shift if there "
+                                      "is but one and it needs no file, and lists the others with method and reason.");
+  pack->add_option("--authority", arguments.pack.authority, "whose systems")->capture_default_str();
+  pack->add_option("--report", arguments.pack.report, "file for a line a system: code, method, differences or reason");
+  pack->add_option("--jobs", arguments.pack.jobs, "threads; one for each processor without it")
+      ->check(CLI::Range(1, 256));
+  AddPoints(*pack, arguments.pack.points);
+  pack->callback([&] { run = [&] { Pack(Database(), arguments.pack); }; });
 }
 
 int Run(int argc, char** argv) {
