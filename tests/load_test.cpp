@@ -33,10 +33,14 @@ TEST(LoadDeathTest, AFailedCallAtTheHostsExitIsACode) {
       void* const library = Load();
       const auto create = reinterpret_cast<decltype(&CreateGeodesy)>(dlsym(library, "CreateGeodesy"));
       const auto convert = reinterpret_cast<decltype(&GeoXY)>(dlsym(library, "GeoXY"));
+      const auto destroy = reinterpret_cast<decltype(&DestroyGeodesy)>(dlsym(library, "DestroyGeodesy"));
       const auto error = reinterpret_cast<decltype(&GetGeodesyError)>(dlsym(library, "GetGeodesyError"));
       const GeodesyParams params = support::Utm31();
       double x = 0, y = 0;
-      _exit(convert(create(&params), &x, &y, support::HalfPi, 0) + error());
+      GeodesyHandle const grid = create(&params);
+      const int code = convert(grid, &x, &y, support::HalfPi, 0) + error();
+      destroy(grid);
+      _exit(code);
     });
     std::exit(Load() == nullptr);  // loaded last, so its destructors run first
   };
