@@ -82,7 +82,7 @@ DECLARE failed int := 0;
 BEGIN
   FOR n IN 1..2000 LOOP
     BEGIN
-      PERFORM latigo_forward('Shifted', 45, 8 + n, true);
+      PERFORM latigo_forward('Shifted', 45, 20 + n / 100.0, true);
     EXCEPTION WHEN numeric_value_out_of_range THEN
       failed := failed + 1;
     END;
