@@ -138,7 +138,7 @@ GOOD = [
     ("an offset and a scale in comments", lambda: pgm("scaled.pgm", 19, 36, offset=-100, scale=0.005), ["--tolerance", "12cm"], [around], [(0, 0)], "PGM"),
     ("ISG", lambda: isg("a.isg", "units : meters", *EDGES), [], [near], [(50.2, 3.7), (51.5, 5.5)], "ISG"),
     ("ISG in feet, minutes and seconds", lambda: isg("f.isg", "data units : feet", "data ordering : N-to-S, W-to-E", *NODES, factor=0.3048), ["--area", "50.1,3.1,51,5"], [near], [(50.2, 3.7), (50.1, 4)], "ISG"),
-    ("ISG of so many nodes that edges are as near the steps", lambda: isg("n.isg", "lat min : 0", "lat max : 60", "lon min : 3", "lon max : 63", "delta lat : 0.5", "delta lon : 0.5", grid=(0, 3, 0.5, 0.5, 121, 121)), [], [near], [(50.2, 3.7)], "0 to 60 north, 3 to 63 east, 121 x 121 nodes, 1800"),
+    ("ISG with nodes so close that edges fit the steps as well", lambda: isg("n.isg", "lat min : 0", "lat max : 60", "lon min : 3", "lon max : 63", "delta lat : 0.5", "delta lon : 0.5", grid=(0, 3, 0.5, 0.5, 121, 121)), [], [near], [(50.2, 3.7)], "0 to 60 north, 3 to 63 east, 121 x 121 nodes, 1800"),
     ("ISG of many cells, steps of few digits", lambda: isg("m.isg", "lat min : 49.991667", "lat max : 60.008333", "lon min : 2.991667", "lon max : 5.008333", "delta lat : 0.0167", "delta lon : 0.0167", grid=(50, 3, 1 / 60, 1 / 60, 601, 121)), [], [near], [(50.2, 3.7)], "601 x 121 nodes, 60\" x 60\""),
     ("BYN", lambda: byn("a.byn"), [], [near], [(50.2, 3.7), (51.9999, 6.4999)], "BYN"),
     ("text in any order", lambda: write("a.txt", "# lat lon N\n" + "\n".join(f"{lat}, {lon}; {near(lat, lon)}" for row in lattice(50, 3, 0.5, 0.25, 4, 9)[::-1] for lat, lon in row[::-1])), [], [near], [(50.2, 3.7)], "text"),

@@ -76,7 +76,7 @@ double FirstNode(double low, double high, double step, int nodes) {
   if (better(ofNodes, ofEdges)) {
     return low;
   }
-  throw Refused(fits(ofNodes) ? "its limits may be edges of cells or nodes; more digits of the steps would tell"
+  throw Refused(fits(ofNodes) ? "its limits may be edges of cells or nodes; more digits of the steps would show which"
                               : "its limits, steps and counts contradict each other");
 }
 

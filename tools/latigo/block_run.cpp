@@ -48,7 +48,7 @@ void BlockRun::RunLine(std::string_view line) {
   if (header || IsComment(line)) {
     const bool hidesLines = returnInside_ && HasReturnInside(line);
     if (hidesLines) {
-      Tell({ReturnInside, 0, line});
+      AddMessage({ReturnInside, 0, line});
     }
     if (header && !hidesLines) {
       WriteHeader(line);
@@ -179,12 +179,12 @@ bool BlockRun::Accept(std::string_view line, const PointLine& point, unsigned do
   return true;
 }
 
-void BlockRun::Tell(const Fault& fault) {
+void BlockRun::AddMessage(const Fault& fault) {
   output_.messages += "latigo: " + Visible(file_) + ":" + std::to_string(line_) + ": " + FaultText(fault) + "\n";
 }
 
 void BlockRun::Fail(std::string_view line, const PointLine& point, const Fault& fault) {
-  Tell(fault);
+  AddMessage(fault);
   const int values = command_.values + (command_.third == Third::Height && point.third ? command_.heightValues : 0);
   WriteLine(line, point, {nullptr, form_ != nullptr ? form_->names.size() : static_cast<std::size_t>(values)});
 }

@@ -35,7 +35,7 @@ class BlockRun {
   PointLine ReadRow(std::string_view line);
   bool ConvertPoint(std::string_view line, const PointLine& point, Result& result);
   bool Accept(std::string_view line, const PointLine& point, unsigned doubts);
-  void Tell(const Fault& fault);
+  void AddMessage(const Fault& fault);
   void Fail(std::string_view line, const PointLine& point, const Fault& fault);
 
   void WriteLine(std::string_view line, const PointLine& point, const Items& items);

@@ -11,6 +11,7 @@
 #include <filesystem>
 #include <memory>
 #include <numeric>
+#include <set>
 #include <utility>
 
 #include "error_text.h"
@@ -222,16 +223,15 @@ bool ConfigFile::HasShift(std::string_view section) const {
 }
 
 std::vector<std::string> ConfigFile::GridFiles() const {
-  std::vector<std::string> paths;
+  std::set<std::string> paths;
   for (const Section& section : sections_) {
     for (const char* key : {"Geoid", "DynDatum"}) {
-      const std::string path = PathOfGrid(ValueOf(section, key));
-      if (!path.empty() && std::find(paths.begin(), paths.end(), path) == paths.end()) {
-        paths.push_back(path);
+      if (std::string path = PathOfGrid(ValueOf(section, key)); !path.empty()) {
+        paths.insert(std::move(path));
       }
     }
   }
-  return paths;
+  return {paths.begin(), paths.end()};
 }
 
 double ConfigFile::NumberOf(const Section& section, std::string_view key) const {

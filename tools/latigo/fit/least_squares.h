@@ -32,7 +32,7 @@ struct BlunderTest {
   double critical = 0;     // a larger |w| occurs once in 1000 observations without a blunder; infinite without a test
   int freedom = 0;         // of Student's distribution; 0 for the normal one
   int largest = -1;        // the observation with the largest |w|; -1 if none is checked
-  std::vector<int> equal;  // further observations with this |w|, which the test does not tell apart from it
+  std::vector<int> equal;  // further observations with this |w|, which the test does not distinguish from it
   bool blunder = false;    // that |w| is larger than the critical value
   double without = 0;      // the standard error of unit weight without that observation
   double size = 0;         // of that observation's error, estimated as -v / r: the observation less its true value

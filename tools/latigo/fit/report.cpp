@@ -186,7 +186,7 @@ std::string BlunderWarning(const FitOutcome& outcome, const FitOptions& options,
   }
   return PlaceOf(options, points[observed.point]) + ": " + outcome.axes[observed.axis] + " of " +
          points[observed.point].name + Formatted(" is probably wrong by %.3f ", outcome.test.size) + outcome.unit +
-         others + (others.empty() ? "" : ": the points do not tell which") +
+         others + (others.empty() ? "" : ": the points do not show which") +
          Formatted("; without it the standard error of unit weight is %.4f. # before the line leaves the point out",
                    outcome.test.without);
 }
