@@ -98,9 +98,13 @@ auto FindKey(std::string_view name) {
                       [&](const ConfigKey& one) { return EqualIgnoringCase(one.name, name); });
 }
 
-bool InRange(double factor) {
-  return 0.5 <= factor && factor <= 2;
-}
+// Factors of real projections are near 1; a local grid may have another unit, such as feet.
+struct Range {
+  double least, largest;
+  bool Has(double factor) const { return least <= factor && factor <= largest; }
+};
+constexpr Range ProjectionFactors = {0.5, 2};
+constexpr Range LocalFactors = {0.1, 10};
 
 // Whether a value of AdjustType is the number of a local grid, or of none.
 bool IsLocalGrid(std::int32_t value) {
@@ -314,8 +318,9 @@ std::string ConfigFile::CheckUse(const Section& section, const Key& key) const {
     return entry + " is not read by the projection " + ProjectionName(kind);
   }
   const double factor = changesUnit && known->record == Record::Adjust ? number * NumberOf(section, "Unit") : number;
-  if (known->kind == ValueKind::Factor && !(InRange(number) || InRange(factor))) {
-    return entry + " is not between 0.5 and 2";
+  const Range range = known->record == Record::Adjust ? LocalFactors : ProjectionFactors;
+  if (known->kind == ValueKind::Factor && !(range.Has(number) || range.Has(factor))) {
+    return entry + " is not between " + (known->record == Record::Adjust ? "0.1 and 10" : "0.5 and 2");
   }
   if (kind == LATIGO_KIND_POLAR_STEREOGRAPHIC && EqualIgnoringCase(key.name, "ScaleFactor") &&
       std::fabs(std::fabs(NumberOf(section, "RefLatitude")) - 90) > NearPole) {
