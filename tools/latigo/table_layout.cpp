@@ -153,6 +153,14 @@ bool Layout::ReadValue(std::size_t wanted, std::size_t place, Row& row) const {
   return parsed.fault == nullptr || fail(parsed.fault);
 }
 
+std::size_t Layout::ColumnOf(std::size_t wanted) const {
+  std::size_t place = 0;
+  for (std::size_t i = 0; i < wanted; ++i) {
+    place += wanted_[i].IsAngle() ? perAngle_ : 1;
+  }
+  return columns_[place] + 1;
+}
+
 bool Layout::ReadFields(std::string_view line, Row& row) const {
   row.fault = {};
   row.besideValues = false;

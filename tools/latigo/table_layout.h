@@ -78,6 +78,8 @@ class Layout {
   // Number of wanted values that are read, among them texts.
   std::size_t Values() const { return values_; }
   const std::vector<std::size_t>& Columns() const { return columns_; }
+  // The column of a wanted value that is read, from 1; of an angle its first one.
+  std::size_t ColumnOf(std::size_t wanted) const;
 
   // The header: the number of its line, 0 without one, and of its columns. A line with more columns than it is refused.
   std::size_t headerLine = 0;

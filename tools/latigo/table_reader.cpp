@@ -395,6 +395,9 @@ Table ReadTable(const std::string& path, const TableOptions& options, std::span<
   Row row;
   for (Block block; reader.Next(block);) {
     const Layout& layout = reader.Found();
+    for (std::size_t i = table.columns.size(); i < layout.Values(); ++i) {
+      table.columns.push_back(layout.ColumnOf(i));
+    }
     BlockLines lines(block);
     const auto fail = [&](const std::string& reason) {
       table.faults.push_back(reader.Name() + ":" + std::to_string(lines.Number()) + ": " + reason);

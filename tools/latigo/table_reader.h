@@ -77,7 +77,8 @@ struct Record {
 
 struct Table {
   std::vector<Record> records;
-  std::vector<std::string> faults;  // "FILE:LINE: column 2: ..." for each line that is neither a point nor a comment
+  std::vector<std::size_t> columns;  // of each wanted value that is read, for messages; of an angle the first one
+  std::vector<std::string> faults;   // "FILE:LINE: column 2: ..." for each line that is neither a point nor a comment
 };
 
 // Reads a whole file. Throws UsageError as TableReader.
