@@ -25,7 +25,7 @@ TEST(FitSevenParameters, PublishedParametersOfWgs72) {
       {{3980000.5, -12000.25, 4966800.75}, {3980001.403851, -11989.562871, 4966806.337729}},
       {{3130000.25, 600000.5, 5500000.25}, {3129999.323948, 600009.038169, 5500005.954500}},
       {{4200000, 900000, 4700000}, {4199998.502518, 900011.477747, 4700005.529300}}};
-  const SevenParametersFit fit = FitSevenParameters(pairs, false, 0);
+  const SevenParametersFit fit = FitSevenParameters(pairs, {});
   ASSERT_EQ(fit.refused, nullptr);
   EXPECT_LT((fit.parameters.delta - Vector3d(0, 0, 4.5)).norm(), 2e-5);
   EXPECT_NEAR(fit.parameters.ppm, 0.219, 2e-6);
@@ -44,7 +44,7 @@ TEST(FitSevenParameters, PublishedParametersAboutAPointOfRotation) {
       {{2467352.1, -5812020.4, 889120.3}, {2467080.307759, -5811902.502088, 888759.764796}},
       {{2300144.7, -5850313.9, 1012760.8}, {2299874.062071, -5850197.032874, 1012399.659050}},
       {{2688010.2, -5694870.6, 1001344.5}, {2687739.306284, -5694758.712843, 1000985.057914}}};
-  const SevenParametersFit fit = FitSevenParameters(pairs, false, 0);
+  const SevenParametersFit fit = FitSevenParameters(pairs, {});
   ASSERT_EQ(fit.refused, nullptr);
   EXPECT_NEAR(fit.parameters.ppm, -5.109, 1e-5);
   EXPECT_LT((fit.parameters.rotation - Vector3d(-5.266, -1.238, 2.381)).norm(), 5e-6);
@@ -118,7 +118,7 @@ TEST(FitSevenParameters, SimulatedNetworksAreRecoveredWithinTheirDeviations) {
   int alarms = 0;
   for (int i = 0; i < Networks; ++i) {
     const std::vector<SpatialPair> pairs = network.Draw();
-    const SevenParametersFit fit = FitSevenParameters(pairs, false, 0);
+    const SevenParametersFit fit = FitSevenParameters(pairs, {});
     ASSERT_EQ(fit.refused, nullptr);
     Eigen::Matrix<double, 7, 1> errors;
     errors << (fit.parameters.delta - network.truth.delta).cwiseQuotient(fit.deviations.delta),
@@ -153,18 +153,17 @@ TEST(FitSevenParameters, ABlunderIsFoundAlongItsAxis) {
     const int point = i % 10;
     SpatialPair& wrong = pairs[static_cast<std::size_t>(point)];
     wrong.to += 0.3 * wrong.axes.row(axis).transpose();
-    const BlunderTest test = FitSevenParameters(pairs, false, Network::Sigma).test;
+    const BlunderTest test = FitSevenParameters(pairs, {.fixedScale = {}, .sigma = Network::Sigma}).test;
     found += test.blunder && test.largest == 3 * point + axis && std::fabs(test.size - 0.3) < 0.15 ? 1 : 0;
   }
   EXPECT_GT(found, 95);
 }
 
-TEST(FitSevenParameters, AFixedScaleIsOne) {
+TEST(FitSevenParameters, AFixedScaleRemains) {
   Network network;
-  network.truth.ppm = 0;
-  const SevenParametersFit fit = FitSevenParameters(network.Draw(), true, 0);
+  const SevenParametersFit fit = FitSevenParameters(network.Draw(), {.fixedScale = 1.0000204894});
   ASSERT_EQ(fit.refused, nullptr);
-  EXPECT_EQ(fit.parameters.ppm, 0);
+  EXPECT_NEAR(fit.parameters.ppm, 20.4894, 1e-9);
   EXPECT_EQ(fit.deviations.ppm, 0);
   EXPECT_EQ(fit.adjusted.redundancy, 24 - 6);
   for (int i = 0; i < 3; ++i) {
@@ -176,18 +175,18 @@ TEST(FitSevenParameters, AFixedScaleIsOne) {
 TEST(FitSevenParameters, WhatDeterminesNothingIsRefused) {
   Network network;
   std::vector<SpatialPair> pairs = network.Draw(3);
-  EXPECT_EQ(FitSevenParameters(pairs, false, 0).refused, nullptr);
-  EXPECT_EQ(FitSevenParameters(pairs, false, 0).adjusted.redundancy, 2);
+  EXPECT_EQ(FitSevenParameters(pairs, {}).refused, nullptr);
+  EXPECT_EQ(FitSevenParameters(pairs, {}).adjusted.redundancy, 2);
   pairs[2].weight = 0;
-  EXPECT_STREQ(FitSevenParameters(pairs, false, 0).refused,
+  EXPECT_STREQ(FitSevenParameters(pairs, {}).refused,
                "a seven-parameter transformation needs at least three control points");
   pairs[2].weight = 1;
   // On a line, but for one metre in 300 km.
   pairs[2].from = 2 * pairs[1].from - pairs[0].from + Vector3d(0, 1, 0);
   pairs[2].to = network.truth.Map(pairs[2].from);
-  EXPECT_STREQ(FitSevenParameters(pairs, false, 0).refused,
+  EXPECT_STREQ(FitSevenParameters(pairs, {}).refused,
                "the control points lie on a line: the rotation about it is not determined");
-  EXPECT_STREQ(FitSevenParameters({pairs[0], pairs[0], pairs[0], pairs[0]}, false, 0).refused,
+  EXPECT_STREQ(FitSevenParameters({pairs[0], pairs[0], pairs[0], pairs[0]}, {}).refused,
                "the control points lie on a line: the rotation about it is not determined");
 }
 
@@ -199,7 +198,7 @@ TEST(FitSevenParameters, FlatnessIsTheWidthDividedByTheLength) {
          {Vector3d(length, 0, 0), Vector3d(-length, 0, 0), Vector3d(0, width, 0), Vector3d(0, -width, 0)}) {
       pairs.push_back({Vector3d(4e6, 1e6, 5e6) + d, Vector3d(4e6, 1e6, 5e6) + d});
     }
-    const SevenParametersFit fit = FitSevenParameters(pairs, false, 0);
+    const SevenParametersFit fit = FitSevenParameters(pairs, {});
     EXPECT_EQ(fit.refused, nullptr) << width;
     EXPECT_NEAR(fit.flatness, width / length, 1e-9);
   }
@@ -225,7 +224,7 @@ TEST(FitSevenParameters, DeviationsByAlgebra) {
     const Vector3d from = centre + (i % 2 == 0 ? A : -A) * Vector3d::Unit(i / 2);
     pairs.push_back({from, truth.Map(from) + Vector3d(0, 0, i < 2 ? E : i < 4 ? -E : 0)});
   }
-  const SevenParametersFit fit = FitSevenParameters(pairs, false, 0);
+  const SevenParametersFit fit = FitSevenParameters(pairs, {});
   ASSERT_EQ(fit.refused, nullptr);
   const double s0 = std::sqrt(4 * E * E / 11);
   EXPECT_NEAR(fit.adjusted.s0, s0, 1e-6 * s0);

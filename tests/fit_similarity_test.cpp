@@ -175,12 +175,35 @@ std::vector<PlanePair> Rhombus(double a, double b, double p, double q) {
   return {{a, 0, p * a, 0}, {-a, 0, -p * a, 0}, {0, b, 0, q * b}, {0, -b, 0, -q * b}};
 }
 
-TEST(FitSimilarity, TheHandIsKnownFromThreeTimesTheErrorAndAMillimetreOn) {
-  EXPECT_TRUE(FitSimilarity(Rhombus(100, 100, 1, 0.55), {}).handKnown);
-  EXPECT_FALSE(FitSimilarity(Rhombus(100, 100, 1, 0.5), {}).handKnown);
-  EXPECT_FALSE(FitSimilarity(Rhombus(100, 100, 1, 0.45), {}).handKnown);
-  EXPECT_TRUE(FitSimilarity(Rhombus(1.5e-3, 1.5e-3, 1, 1), {}).handKnown);
-  EXPECT_FALSE(FitSimilarity(Rhombus(1e-2, 5e-4, 1, 1), {}).handKnown);
+// The tables' percentile of F for 4 and 4 degrees of freedom is 76.1 at 0.05 %, 8.72^2. For 76 and 76 it is 2.15, less
+// than three times the error.
+TEST(FitSimilarity, TheHandIsKnownFromALimitOfTheErrorsAndAMillimetreOn) {
+  EXPECT_TRUE(FitSimilarity(Rhombus(100, 100, 1, 0.796), {}).handKnown);
+  EXPECT_FALSE(FitSimilarity(Rhombus(100, 100, 1, 0.793), {}).handKnown);
+  for (const double q : {0.55, 0.45}) {
+    std::vector<PlanePair> many;
+    for (int i = 0; i < 10; ++i) {
+      for (const PlanePair& pair : Rhombus(100, 100, 1, q)) { many.push_back(pair); }
+    }
+    EXPECT_EQ(FitSimilarity(many, {}).handKnown, q > 0.5);
+  }
+  // In a unit of 2 m the same lengths are twice as long.
+  for (const double metres : {1.0, 2.0}) {
+    SimilarityOptions options;
+    options.metresPerUnit = metres;
+    EXPECT_TRUE(FitSimilarity(Rhombus(1.5e-3 / metres, 1.5e-3 / metres, 1, 1), options).handKnown);
+    EXPECT_FALSE(FitSimilarity(Rhombus(1e-2 / metres, 5e-4 / metres, 1, 1), options).handKnown);
+  }
+  // Of a flat one, fitted exactly by one hand, the other leaves squares of 8 b^2: 25 sqrt(2) sigma^2 for b = 2.102 sigma.
+  // The weight of a fixed point changes nothing.
+  for (const double b : {0.0206, 0.0214}) {
+    std::vector<PlanePair> flat = Rhombus(100, b, 1, 1);
+    EXPECT_EQ(FitSimilarity(flat, {.fixedScale = {}, .sigma = 0.01}).handKnown, b > 0.021);
+    EXPECT_FALSE(FitSimilarity(flat, {.fixedScale = {}, .localRounding = 0.01}).handKnown);
+    flat = Rhombus(100, 100, 1, 1);
+    flat[0].weight = 1e14;
+    EXPECT_TRUE(FitSimilarity(flat, {}).handKnown);
+  }
 }
 
 TEST(FitSimilarity, BothAxesAreReversedIfTheyAreThenWithin45Degrees) {
@@ -217,6 +240,9 @@ TEST(FitSimilarity, WhatDeterminesNothingIsRefused) {
   EXPECT_STREQ(FitSimilarity(two(1, 1e-3), {}).refused,
                "all control points coincide in the local grid: they determine neither rotation nor scale");
   EXPECT_EQ(FitSimilarity(two(1.5e-3, 1.5e-3), {}).refused, nullptr);
+  EXPECT_EQ(FitSimilarity(two(0.75e-3, 0.75e-3), {.fixedScale = {}, .metresPerUnit = 2}).refused, nullptr);
+  EXPECT_STREQ(FitSimilarity({{-1, 0, 0, 0}, {1, 0, 1e160, 0}, {0, 1, 2, 4}}, {}).refused,
+               "the control points do not determine the parameters: the equations are singular");
   EXPECT_STREQ(FitSimilarity(two(1, 1), {1e-3, Reversed::Auto, 0}).refused,
                "the two sets of coordinates do not match: the scale would be 0");
 }
@@ -235,6 +261,14 @@ TEST(FitSimilarity, Weights) {
   EXPECT_NEAR(one.similarity.localX, two.similarity.localX, 1e-8);
   EXPECT_NEAR(one.adjusted.s0 * one.adjusted.s0 * 6, two.adjusted.s0 * two.adjusted.s0 * 4, 1e-10);
   EXPECT_NEAR(two.adjusted.r.sum(), 4, 1e-12);
+  // A fixed point is the centre; the distances of the others are the sides of the square and its diagonal: 200, 200 and 200 sqrt(2).
+  std::vector<PlanePair> fixed = Square().pairs;
+  fixed[0].weight = 1e14;
+  const SimilarityFit about = FitSimilarity(fixed, {});
+  ASSERT_EQ(about.refused, nullptr);
+  EXPECT_NEAR(about.spread, std::sqrt((4e4 + 8e4 + 4e4) / 4), 1e-9);
+  EXPECT_NEAR(about.localSpread, Square::S * std::sqrt(2e4), 0.01);
+  EXPECT_NEAR(about.growth, about.adjusted.s0 / std::sqrt(16e4), 1e-9);
   for (PlanePair& pair : heavy) { pair.weight /= 1e4; }
   EXPECT_NEAR(FitSimilarity(heavy, {}).adjusted.s0, two.adjusted.s0 / 100, 1e-12);
 }
@@ -352,16 +386,16 @@ TEST(LeastSquares, StraightLinesByAlgebra) {
   const double cosine = 3 / std::sqrt(15);
   EXPECT_NEAR(three.condition, std::sqrt((1 + cosine) / (1 - cosine)), 1e-12);
   const Eigen::VectorXd ones = Eigen::VectorXd::Ones(3);
-  const BlunderTest untested = TestForBlunders(three, ones, 0);
+  const BlunderTest untested = TestForBlunders(three, ones, 0, 0);
   EXPECT_TRUE(untested.largest == -1 && untested.freedom == 0 && std::isinf(untested.critical));
-  EXPECT_NEAR(TestForBlunders(three, ones, 0.1).w[1], std::sqrt(1.5) / 0.1, 1e-12);
-  EXPECT_EQ(TestForBlunders(three, ones, 0.1).without, 0);
+  EXPECT_NEAR(TestForBlunders(three, ones, 0.1, 0).w[1], std::sqrt(1.5) / 0.1, 1e-12);
+  EXPECT_EQ(TestForBlunders(three, ones, 0.1, 0).without, 0);
   // The residual of 1.1 at an end of four points, where r is 0.3, is the largest; v'Pv is 4 * 4.2.
   std::vector<double> y = {0.9, -0.7, -1.3, 1.1};
   for (const int end : {3, 0}) {
     const Adjusted four = StraightLine(y, 4);
     for (const double sigma : {0.0, 0.5, 10.0}) {
-      const BlunderTest test = TestForBlunders(four, Eigen::VectorXd::Constant(4, 4), sigma);
+      const BlunderTest test = TestForBlunders(four, Eigen::VectorXd::Constant(4, 4), sigma, 0);
       EXPECT_EQ(test.largest, end);
       EXPECT_EQ(test.freedom, sigma > 0 ? 0 : 1);
       EXPECT_NEAR(test.critical, sigma > 0 ? 3.29053 : 636.619, sigma > 0 ? 5e-5 : 6e-4);
@@ -381,14 +415,68 @@ TEST(LeastSquares, LimitsOfTheTestForBlunders) {
   adjusted.r = Eigen::Vector4d(1, 1e-6, 1, 1.5e-6);
   for (const int redundancy : {10000, 10001}) {
     adjusted.redundancy = redundancy;
-    EXPECT_EQ(TestForBlunders(adjusted, Eigen::VectorXd::Constant(4, 4), 0).freedom, redundancy == 10000 ? 9999 : 0);
+    EXPECT_EQ(TestForBlunders(adjusted, Eigen::VectorXd::Constant(4, 4), 0, 0).freedom, redundancy == 10000 ? 9999 : 0);
   }
   // Residuals of rounding are compared with a millionth; a redundancy number of a millionth is none.
-  const BlunderTest test = TestForBlunders(adjusted, Eigen::VectorXd::Constant(4, 4), 1e-9);
+  const BlunderTest test = TestForBlunders(adjusted, Eigen::VectorXd::Constant(4, 4), 1e-9, 0);
   EXPECT_NEAR(test.w[0], 3, 1e-12);
   EXPECT_TRUE(std::isnan(test.w[1]));
   EXPECT_FALSE(std::isnan(test.w[3]));
   EXPECT_EQ(test.largest, 0);  // the first of equals
+}
+
+// Ends and middle of three points on a line have residuals of 1 : -2 : 1, whichever is wrong. Of four points the test of
+// the second has the correlations -0.8729, -0.2857 and -0.2182 with the others, by algebra. If it is wrong, w without the
+// first is w sqrt(1 - 0.8729^2): below the critical value for w < 6.744, which is sqrt(0.7 * 4) / sigma.
+TEST(LeastSquares, ObservationsThatAreNearlyAsLikelyWrongAreNamed) {
+  const auto alternatives = [](const std::vector<double>& y, double sigma) {
+    const Adjusted adjusted = StraightLine(y, 4);
+    const BlunderTest test = TestForBlunders(adjusted, Eigen::VectorXd::Constant(adjusted.v.size(), 4), sigma, 0);
+    EXPECT_TRUE(test.blunder);
+    std::vector<int> all = test.alternatives;
+    all.push_back(test.largest);
+    std::sort(all.begin(), all.end());
+    return all;
+  };
+  EXPECT_EQ(alternatives({0, 1, 0}, 0.01), (std::vector<int>{0, 1, 2}));
+  EXPECT_EQ(alternatives({0, 1, 0, 0}, 0.2475), (std::vector<int>{1}));
+  EXPECT_EQ(alternatives({0, 1, 0, 0}, 0.2485), (std::vector<int>{0, 1}));
+}
+
+// The wrong one is among those named, but for one in a thousand or so.
+TEST(LeastSquares, TheWrongObservationIsAmongThoseNamed) {
+  std::mt19937_64 random{20261};
+  std::normal_distribution<double> noise{0, 1};
+  int named = 0;
+  int alone = 0;
+  int blunders = 0;
+  for (int i = 0; i < 4000; ++i) {
+    std::vector<double> y(5);
+    for (double& one : y) { one = noise(random); }
+    const int wrong = i % 5;
+    y[static_cast<std::size_t>(wrong)] += 8;
+    for (const double sigma : {1.0, 0.0}) {
+      const BlunderTest test = TestForBlunders(StraightLine(y, 1), Eigen::VectorXd::Ones(5), sigma, 0);
+      if (test.blunder) {
+        ++blunders;
+        named += test.largest == wrong || std::count(test.alternatives.begin(), test.alternatives.end(), wrong) > 0;
+        alone += test.alternatives.empty() ? 1 : 0;
+      }
+    }
+  }
+  EXPECT_GT(blunders, 4000);
+  EXPECT_GT(named, 0.998 * blunders);
+  EXPECT_GT(alone, blunders / 4);
+}
+
+// A residual of the rounding's size is no blunder though the others are 0.
+TEST(LeastSquares, TheStandardErrorIsAtLeastThatOfRounding) {
+  const Adjusted adjusted = StraightLine({0, 0, 0.001, 0, 0, 0}, 4);
+  const Eigen::VectorXd p = Eigen::VectorXd::Constant(6, 4);
+  EXPECT_TRUE(TestForBlunders(adjusted, p, 0, 0).blunder);
+  const BlunderTest test = TestForBlunders(adjusted, p, 0, 0.0003);
+  EXPECT_FALSE(test.blunder);
+  EXPECT_NEAR(test.w[2], adjusted.v(2) / std::sqrt(adjusted.r(2)) / 0.0003, 1e-9);
 }
 
 TEST(LeastSquares, SingularEquationsAreRecognised) {

@@ -194,7 +194,7 @@ report = fit(lines([(y, x, b, a) for x, y, a, b in square(530000, 5760000)]), ba
 assert "the control point of line 1 is too far from the projection's origin" in report and "order easting, northing?" in report, report
 assert re.search(r"its round-trip error is up to 0\.[01]\d\d\d m", fit(lines(square(900000, 5760000)), base=["wgs84.ini"])[3])
 # Of three points on a line the middle one, wrong by 0.02, cannot be distinguished from the ends; of four points in a square the wrong one is.
-report = fit("530000 180000 0 0 P\n530100 180000 100.02 0 Q\n530200 180000 200 0 R\n")[3]
+report = fit("530000 180000 0 0 P\n530100 180000 100.02000 0 Q\n530200 180000 200 0 R\n")[3]
 assert re.search(r"is probably wrong by -?0\.0[24]0 m, or else X of [PQR] \(line \d\) or X of [PQR] \(line \d\): the points do not show which;", report), report
 assert "or else" not in fit(lines(square(530000, 180000, noise=(1, 0, 0, 0))), "--sigma", "0.1")[3]
 # Copies of lines; a check point or one with other values is none.

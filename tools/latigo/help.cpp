@@ -228,7 +228,7 @@ Options:
   --strict              every warning is a failure, and no section is printed
   --datum geographic|cartesian
                         fit the seven parameters; a position is latitude, longitude and ellipsoidal height, or X, Y, Z
-  --fix-scale           the scale is 1
+  --fix-scale[=NUMBER]  the scale is 1, or the number
   --reverse none|x|y|both
                         axes of the local grid that are reversed; default: found from the points
   --sigma NUMBER        standard deviation of a coordinate of weight 1, for Baarda's test; default: estimated

@@ -140,7 +140,10 @@ void Add(CLI::App& command, FitOptions& options) {
       ->check(CLI::IsMember({"none", "x", "y", "both"}))
       ->each([&options](const std::string& axes) { options.reversed = ReversedBy(axes); })
       ->excludes("--datum");
-  command.add_flag_callback("--fix-scale", [&options] { options.fixedScale = 1; });
+  // --fix-scale=NUMBER; a word after it is not its value.
+  command.add_flag("--fix-scale{1}")->check(IsPositive)->each([&options](const std::string& scale) {
+    options.fixedScale = ParseNumber(scale).value;
+  });
   command.add_option("--sigma", options.sigma)->check(IsPositive);
   command.add_flag("--weights", options.weights);
   command.add_flag("--deviations", options.deviations)->excludes("--weights")->excludes("--sigma");

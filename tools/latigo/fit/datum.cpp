@@ -22,6 +22,10 @@ constexpr int PpmDecimals = 9;
 constexpr int SecondDecimals = 9;
 // Rotations for which the transformation, linear in them, scales by more than 5e-9, 3 cm on the earth: arc seconds.
 constexpr double LargeRotation = 20;
+// Beyond the shifts of real datums, of which the largest are about 1100 m, and their scales, in parts per million: of two
+// positions in the wrong order the difference of the ellipsoids doubles, 79 ppm for the International Ellipsoid.
+constexpr double LargestShift = 1500;
+constexpr double LargestPpm = 60;
 // Points that are nearly on a line: their rotation about it is poorly determined.
 constexpr double SmallFlatness = 0.02;
 
@@ -138,11 +142,13 @@ int FirstFarOff(const std::vector<Geographic>& positions, GeodesyHandle base) {
 
 }  // namespace
 
-FitOutcome FitDatum(const FitOptions& options, const std::vector<ControlPoint>& points, GeodesyHandle base) {
+FitOutcome FitDatum(const FitOptions& options, const ControlPoints& given, GeodesyHandle base) {
+  const std::vector<ControlPoint>& points = given.points;
   const auto made = api::Geodesy::CreateGeodesy(Wgs84);
   GeodesyHandle wgs84 = made.value.Handle();
   const std::vector<fit::SpatialPair> pairs = PairsFrom(options, points, wgs84, base);
-  const fit::SevenParametersFit fitted = FitSevenParameters(pairs, options.fixedScale.has_value(), options.Sigma());
+  const fit::SevenParametersFit fitted = FitSevenParameters(
+      pairs, {options.fixedScale, options.Sigma(), std::hypot(given.fromRounding, given.toRounding)});
   if (fitted.refused != nullptr) {
     throw UsageError(std::string("no fit: ") + fitted.refused);
   }
@@ -178,6 +184,13 @@ FitOutcome FitDatum(const FitOptions& options, const std::vector<ControlPoint>& 
   if (!(fitted.parameters.rotation.cwiseAbs().maxCoeff() <= LargeRotation)) {
     outcome.warnings.push_back(
         Formatted("a rotation exceeds %.0f arc seconds: are the columns in the right order?", LargeRotation));
+  }
+  const double ppm = std::fabs(fitted.parameters.ppm) - 3 * fitted.deviations.ppm;
+  if (ppm > LargestPpm || fitted.shift.norm() > LargestShift) {
+    outcome.warnings.push_back(
+        Formatted("a shift of %.0f m with a scale difference of %.0f ppm is larger than those of datums: are the two "
+                  "positions in the right order, and is the section's ellipsoid that of the second?",
+                  fitted.shift.norm(), fitted.parameters.ppm));
   }
   if (const int far = FirstFarOff(positions, base); far >= 0) {
     outcome.warnings.push_back(PlaceOf(options, points[outcome.used[static_cast<std::size_t>(far)]]) +

@@ -16,8 +16,11 @@ constexpr double Significance = 0.001;    // of the test of one observation
 constexpr double NormalLimit = 3.2905;    // of the normal distribution, for this significance
 constexpr int ManyDegrees = 10000;        // of freedom: Student's distribution is the normal one, within 0.0015
 constexpr double LeastRedundancy = 1e-6;  // an observation with less is not checked by the others
-constexpr double EqualSquares = 1e-4;     // relative difference of squares that rounding can make
 constexpr double LeastSigma = 1e-6;       // residuals of rounding are no sign of a blunder; units of the observations
+// Two tests with 1 - rho^2 below this are one: only a w of 30 000 and more would distinguish their observations.
+constexpr double SameTest = 1e-8;
+constexpr double Certain = 0.0027;  // of a difference of two w, three standard deviations of the normal distribution
+constexpr double CertainLimit = 3;  // of the normal distribution, for this significance
 
 // The probability that |t| stays below a limit, by Abramowitz and Stegun (26.7.3) and (26.7.4).
 double StudentProbability(double t, int freedom) {
@@ -32,6 +35,48 @@ double StudentProbability(double t, int freedom) {
   }
   sum *= std::sin(theta);
   return odd ? 2 / std::numbers::pi * (theta + sum) : sum;
+}
+
+// Observations that are nearly as likely wrong as that of the largest w. The tests of i and j have the correlation
+//   rho = (Qv)ij / sqrt((Qv)ii (Qv)jj), with weighted residuals Qv = I - U U'.
+// An error of j gives w_i the expectation rho w_j. So j is one of them if |w_i| - |w_j| is within the limit of its
+// standard deviation, sqrt(2 (1 - |rho|)), and if i passes the test once j is left out:
+//   w_i without j = (w_i - rho w_j) / sqrt(1 - rho^2).
+std::vector<int> AlternativesOf(const Adjusted& adjusted, const Eigen::VectorXd& p, double sigma,
+                                const BlunderTest& test, double least) {
+  std::vector<int> alternatives;
+  const Eigen::Index i = test.largest;
+  const auto root = [&](Eigen::Index k) { return std::sqrt(p(k) / adjusted.r(k)) * adjusted.v(k); };
+  const auto estimate = [&](double squares, int freedom) {
+    const double known = sigma > 0 ? sigma : freedom > 0 ? std::sqrt(std::max(squares, 0.0) / freedom) : 0;
+    return std::max(known, least * std::sqrt(p(i)));
+  };
+  const double squares = p.dot(adjusted.v.cwiseAbs2());
+  const double ownI = root(i);
+  const int left = adjusted.redundancy - 2;  // degrees of freedom without i and j
+  const double difference = test.freedom > 0 ? StudentLimit(Certain, test.freedom) : CertainLimit;
+  const bool normal = sigma > 0 || left > ManyDegrees;
+  const double critical = normal ? NormalLimit : left > 0 ? StudentLimit(Significance, left) : Infinite;
+  const double withoutI = estimate(squares - ownI * ownI, adjusted.redundancy - 1);
+  const Eigen::VectorXd products = adjusted.u * adjusted.u.row(i).transpose();
+  for (Eigen::Index j = 0; j < adjusted.v.size(); ++j) {
+    if (j == i || !(adjusted.r(j) > LeastRedundancy)) {
+      continue;
+    }
+    const double ownJ = root(j);
+    const double rho = -products(j) / std::sqrt(adjusted.r(i) * adjusted.r(j));
+    const double apart = 1 - rho * rho;
+    if (apart > SameTest) {
+      const double part = std::fabs(ownI - rho * ownJ) / std::sqrt(apart);
+      const double withoutBoth = estimate(squares - ownJ * ownJ - part * part, left);
+      if (std::fabs(ownI) - std::fabs(ownJ) > difference * std::sqrt(2 * (1 - std::fabs(rho))) * withoutI ||
+          part > critical * withoutBoth) {
+        continue;
+      }
+    }
+    alternatives.push_back(static_cast<int>(j));
+  }
+  return alternatives;
 }
 
 }  // namespace
@@ -59,12 +104,13 @@ Adjusted Adjust(const Eigen::MatrixXd& a, const Eigen::VectorXd& l, const Eigen:
   const Eigen::MatrixXd v = length.cwiseInverse().asDiagonal() * svd.matrixV() * s.cwiseInverse().asDiagonal();
   result.x = v * (svd.matrixU().transpose() * root.cwiseProduct(l));
   result.v = a * result.x - l;
+  result.u = svd.matrixU();
   result.q = v * v.transpose();
   if (result.redundancy == 0) {
     result.r = Eigen::VectorXd::Zero(a.rows());
     return result;
   }
-  result.r = Eigen::VectorXd::Ones(a.rows()) - svd.matrixU().rowwise().squaredNorm();
+  result.r = Eigen::VectorXd::Ones(a.rows()) - result.u.rowwise().squaredNorm();
   result.s0 = std::sqrt(p.dot(result.v.cwiseAbs2()) / result.redundancy);
   return result;
 }
@@ -82,10 +128,11 @@ double StudentLimit(double probability, int freedom) {
   return above;
 }
 
-BlunderTest TestForBlunders(const Adjusted& adjusted, const Eigen::VectorXd& p, double sigma) {
+BlunderTest TestForBlunders(const Adjusted& adjusted, const Eigen::VectorXd& p, double sigma, double rounding) {
   BlunderTest test;
   const Eigen::Index count = adjusted.v.size();
   const bool known = sigma > 0;
+  const double least = known ? LeastSigma : std::max(LeastSigma, rounding);
   test.freedom = known || adjusted.redundancy > ManyDegrees ? 0 : std::max(adjusted.redundancy - 1, 0);
   const bool testable = adjusted.redundancy >= (known ? 1 : 2);
   test.critical = !testable ? Infinite : test.freedom > 0 ? StudentLimit(Significance, test.freedom) : NormalLimit;
@@ -101,7 +148,7 @@ BlunderTest TestForBlunders(const Adjusted& adjusted, const Eigen::VectorXd& p, 
     const double without =
         adjusted.redundancy > 1 ? std::sqrt(std::max(squares - own, 0.0) / (adjusted.redundancy - 1)) : 0;
     const double estimate = known ? sigma : without;
-    const double w = std::copysign(std::sqrt(own), adjusted.v(i)) / std::max(estimate, LeastSigma * std::sqrt(p(i)));
+    const double w = std::copysign(std::sqrt(own), adjusted.v(i)) / std::max(estimate, least * std::sqrt(p(i)));
     test.w[static_cast<std::size_t>(i)] = w;
     if (std::fabs(w) > largest) {
       largest = std::fabs(w);
@@ -110,16 +157,11 @@ BlunderTest TestForBlunders(const Adjusted& adjusted, const Eigen::VectorXd& p, 
     }
   }
   if (test.largest >= 0) {
-    const auto square = [&](Eigen::Index i) {
-      return adjusted.r(i) > LeastRedundancy ? p(i) * adjusted.v(i) * adjusted.v(i) / adjusted.r(i) : 0;
-    };
-    for (Eigen::Index i = 0; i < count; ++i) {
-      if (i != test.largest && square(i) > (1 - EqualSquares) * square(test.largest)) {
-        test.equal.push_back(static_cast<int>(i));
-      }
-    }
     test.blunder = largest > test.critical;
     test.size = -adjusted.v(test.largest) / adjusted.r(test.largest);
+    if (test.blunder) {
+      test.alternatives = AlternativesOf(adjusted, p, sigma, test, least);
+    }
   }
   return test;
 }

@@ -14,6 +14,7 @@ struct Adjusted {
   Eigen::VectorXd v;   // residuals, A x - l
   Eigen::MatrixXd q;   // cofactors of the unknowns, (A'PA)^-1
   Eigen::VectorXd r;   // redundancy numbers, 0 to 1; they add up to the redundancy
+  Eigen::MatrixXd u;   // columns of length 1 at right angles; I - U U' are the cofactors of the weighted residuals
   int redundancy = 0;  // number of observations less that of unknowns
   double s0 = 0;       // standard error of unit weight, sqrt(v'Pv / redundancy); 0 without redundancy
   double condition =
@@ -28,18 +29,18 @@ Adjusted Adjust(const Eigen::MatrixXd& a, const Eigen::VectorXd& l, const Eigen:
 // observation under test, so that a blunder does not hide itself, and w has Student's distribution with one degree of
 // freedom less than the redundancy.
 struct BlunderTest {
-  std::vector<double> w;   // NaN where nothing checks the observation
-  double critical = 0;     // a larger |w| occurs once in 1000 observations without a blunder; infinite without a test
-  int freedom = 0;         // of Student's distribution; 0 for the normal one
-  int largest = -1;        // the observation with the largest |w|; -1 if none is checked
-  std::vector<int> equal;  // further observations with this |w|, which the test does not distinguish from it
-  bool blunder = false;    // that |w| is larger than the critical value
-  double without = 0;      // the standard error of unit weight without that observation
-  double size = 0;         // of that observation's error, estimated as -v / r: the observation less its true value
+  std::vector<double> w;  // NaN where nothing checks the observation
+  double critical = 0;    // a larger |w| occurs once in 1000 observations without a blunder; infinite without a test
+  int freedom = 0;        // of Student's distribution; 0 for the normal one
+  int largest = -1;       // the observation with the largest |w|; -1 if none is checked
+  bool blunder = false;   // that |w| is larger than the critical value
+  std::vector<int> alternatives;  // of a blunder: further observations, one of which may be wrong instead
+  double without = 0;             // the standard error of unit weight without that observation
+  double size = 0;  // of that observation's error, estimated as -v / r: the observation less its true value
 };
 
-// A sigma of 0 is unknown.
-BlunderTest TestForBlunders(const Adjusted& adjusted, const Eigen::VectorXd& p, double sigma);
+// A sigma of 0 is unknown; then the estimate is at least the standard deviation of the rounding of an observation.
+BlunderTest TestForBlunders(const Adjusted& adjusted, const Eigen::VectorXd& p, double sigma, double rounding);
 
 // The value that |t| of Student's distribution exceeds with a probability; a positive number of degrees of freedom.
 double StudentLimit(double probability, int freedom);

@@ -18,6 +18,9 @@ constexpr int LengthDecimals = 7;
 constexpr double LargestRoundTrip = 1;   // of the projection at a control point, metres
 constexpr double NotedRoundTrip = 1e-3;  // metres
 constexpr double SameUnit = 0.01;        // the largest difference of a scale from 1 if both grids have the same unit
+constexpr double LeastScale = 0.9;       // beyond these scales another unit is more probable than another surface
+constexpr double LargestScale = 1.1;
+constexpr double LargestMisfit = 0.01;  // of a coordinate, in distances of the points from their centre
 
 // The similarity that the keys of a section describe.
 fit::Similarity Written(const FitOutcome& outcome) {
@@ -73,8 +76,8 @@ void Describe(FitOutcome& outcome, const fit::SimilarityFit& fitted, const FitOp
                   deviation(fitted.rotationDeviation * SecondsPerDegree, "%.2f arc seconds"));
   facts.push_back(Formatted("scale           %.10f, %+.3f ppm", s.scale, Unsigned((s.scale - 1) * 1e6, 3)) +
                   (options.fixedScale ? std::string("  fixed") : deviation(fitted.scaleDeviation * 1e6, "%.3f ppm")));
-  facts.push_back(Formatted("AdjustX         %.4f", s.localX) + deviation(fitted.localXDeviation, "%.4f"));
-  facts.push_back(Formatted("AdjustY         %.4f", s.localY) + deviation(fitted.localYDeviation, "%.4f"));
+  facts.push_back(Formatted("AdjustX         %.4f", Unsigned(s.localX, 4)) + deviation(fitted.localXDeviation, "%.4f"));
+  facts.push_back(Formatted("AdjustY         %.4f", Unsigned(s.localY, 4)) + deviation(fitted.localYDeviation, "%.4f"));
   facts.push_back(Formatted("origin          x %.0f, y %.0f, the centre of the points, rounded", s.originX, s.originY));
   facts.push_back(std::string("axes            ") + AxesText(s) +
                   (fitted.handKnown && !exact
@@ -88,7 +91,7 @@ void Describe(FitOutcome& outcome, const fit::SimilarityFit& fitted, const FitOp
 }
 
 void DescribeArea(FitOutcome& outcome, const fit::SimilarityFit& fitted, const std::vector<fit::PlanePoint>& hull,
-                  double metresPerUnit) {
+                  const FitOptions& options, double metresPerUnit) {
   const auto [west, east] =
       std::minmax_element(hull.begin(), hull.end(), [](const auto& a, const auto& b) { return a.x < b.x; });
   const auto [south, north] =
@@ -101,8 +104,13 @@ void DescribeArea(FitOutcome& outcome, const fit::SimilarityFit& fitted, const s
     outcome.area.emplace_back("Beyond it the errors of the points grow with the distance.");
     return;
   }
-  const auto deviation = [&](double times) { return fitted.pointDeviation * std::sqrt(1 + times * times); };
-  outcome.area.emplace_back("Beyond it errors grow with the distance from the centre. The standard deviation is");
+  const auto deviation = [&](double times) {
+    return std::hypot(fitted.pointDeviation, fitted.growth * times * fitted.spread);
+  };
+  outcome.area.emplace_back(
+      options.fixedScale ? "Beyond it errors across the direction to the centre grow with the distance. The standard "
+                           "deviation is"
+                         : "Beyond it errors grow with the distance from the centre. The standard deviation is");
   outcome.area.push_back(Formatted("%.4f %s at %.0f, %.4f at %.0f and %.4f at %.0f.", deviation(1),
                                    outcome.unit.c_str(), fitted.spread, deviation(3), 3 * fitted.spread, deviation(10),
                                    10 * fitted.spread));
@@ -113,7 +121,17 @@ void Warn(FitOutcome& outcome, const fit::SimilarityFit& fitted, const FitOption
     outcome.warnings.emplace_back(
         "the points fit exactly, whatever errors they have: nothing checks them, and there are no standard deviations");
   }
+  if (fitted.misfit > LargestMisfit * fitted.localSpread) {
+    outcome.warnings.push_back(
+        Formatted("the two sets of coordinates do not match: the residuals, %.3g %s, exceed 1 %% of the points' "
+                  "distances from their centre. Are the columns right?",
+                  fitted.misfit, outcome.unit.c_str()));
+  }
   const fit::Similarity& s = fitted.similarity;
+  if (!options.fixedScale && !(LeastScale <= s.scale && s.scale <= LargestScale)) {
+    outcome.warnings.push_back(
+        Formatted("the scale is %.6g: the local grid seems to have another unit than the section's grid", s.scale));
+  }
   if (options.reversed == fit::Reversed::Auto && !fitted.handKnown) {
     outcome.warnings.emplace_back(
         "the points do not show whether an axis is reversed, and none is assumed to be; --reverse x or y says so");
@@ -159,7 +177,8 @@ void CheckRoundTrip(FitOutcome& outcome, const std::vector<ControlPoint>& points
 
 }  // namespace
 
-FitOutcome FitLocalGrid(const FitOptions& options, const std::vector<ControlPoint>& points, GeodesyHandle base) {
+FitOutcome FitLocalGrid(const FitOptions& options, const ControlPoints& given, GeodesyHandle base) {
+  const std::vector<ControlPoint>& points = given.points;
   Adjustment adjustment;
   GetAdjustment(base, &adjustment);
   if ((adjustment.AdjustType & LATIGO_ADJUST_TYPE) != LATIGO_ADJUST_NONE) {
@@ -178,7 +197,10 @@ FitOutcome FitLocalGrid(const FitOptions& options, const std::vector<ControlPoin
       outcome.used.push_back(i);
     }
   }
-  const fit::SimilarityFit fitted = fit::FitSimilarity(pairs, {options.fixedScale, options.reversed, options.Sigma()});
+  double metresPerUnit = 1;
+  HConvert(base, &metresPerUnit, LATIGO_TO_METRES);
+  const fit::SimilarityFit fitted = fit::FitSimilarity(pairs, {options.fixedScale, options.reversed, options.Sigma(),
+                                                               given.fromRounding, given.toRounding, metresPerUnit});
   if (fitted.refused != nullptr) {
     throw UsageError(std::string("no fit: ") + fitted.refused);
   }
@@ -187,6 +209,7 @@ FitOutcome FitLocalGrid(const FitOptions& options, const std::vector<ControlPoin
   outcome.method = options.fixedScale ? "similarity transformation with a fixed scale" : "similarity transformation";
   // A local grid may have another unit, which its scale includes.
   outcome.unit = std::fabs(fitted.similarity.scale - 1) < SameUnit ? unit : "local units";
+  outcome.metresPerUnit = metresPerUnit / fitted.similarity.scale;
   outcome.axes = {"X", "Y"};
   outcome.adjusted = fitted.adjusted;
   outcome.test = fitted.test;
@@ -203,10 +226,8 @@ FitOutcome FitLocalGrid(const FitOptions& options, const std::vector<ControlPoin
     outcome.points.push_back(point);
   }
   SetReliability(outcome, 2);
-  double metresPerUnit = 1;
-  HConvert(base, &metresPerUnit, LATIGO_TO_METRES);
   Describe(outcome, fitted, options, points);
-  DescribeArea(outcome, fitted, hull, metresPerUnit);
+  DescribeArea(outcome, fitted, hull, options, metresPerUnit);
   Warn(outcome, fitted, options);
   CheckRoundTrip(outcome, points, base, metresPerUnit);
   return outcome;

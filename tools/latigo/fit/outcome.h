@@ -25,6 +25,7 @@ struct FitOutcome {
   const char* method = "";
   std::vector<std::string> axes;                          // names of the residuals of a point
   std::string unit;                                       // of the residuals
+  double metresPerUnit = 1;                               // of the residuals
   std::vector<PointResult> points;                        // one for each control point
   std::vector<std::string> facts;                         // lines of the report
   std::vector<std::string> area;                          // lines of the report and of the section
@@ -36,8 +37,8 @@ struct FitOutcome {
 };
 
 // Fit the parameters. Throw UsageError if the points do not determine them.
-FitOutcome FitLocalGrid(const FitOptions& options, const std::vector<ControlPoint>& points, GeodesyHandle base);
-FitOutcome FitDatum(const FitOptions& options, const std::vector<ControlPoint>& points, GeodesyHandle base);
+FitOutcome FitLocalGrid(const FitOptions& options, const ControlPoints& given, GeodesyHandle base);
+FitOutcome FitDatum(const FitOptions& options, const ControlPoints& given, GeodesyHandle base);
 
 // The largest difference between the fit and what the section made does with the points, in units of the residuals; the
 // round-trip error of the projection does not count. Both objects are of the section, before and after.

@@ -19,6 +19,9 @@ constexpr double FoundFrom = 4.13;
 
 constexpr std::size_t NameWidth = 16;
 
+// Of more residuals than these one may well exceed the critical value by chance.
+constexpr std::size_t ManyTested = 200;
+
 std::string Padded(std::string text, std::size_t width) {
   // Continuation bytes of UTF-8 take no place.
   const auto shown = static_cast<std::size_t>(
@@ -164,14 +167,15 @@ std::vector<std::string> LargestResidual(const FitOutcome& outcome, const FitOpt
     return {"no residual can be tested: the redundancy is too small"};
   }
   std::vector<std::string> lines = {
-      Formatted("largest standardised residual: %.2f, ", test.w[static_cast<std::size_t>(test.largest)]) +
+      Formatted("largest standardised residual: %.2f, ", Unsigned(test.w[static_cast<std::size_t>(test.largest)], 2)) +
       NameOf(outcome, points, ObservedAt(outcome, test.largest)) + ", " + (test.blunder ? "a blunder" : "no blunder")};
   if (options.Sigma() > 0) {
     lines.push_back(
         Formatted("critical value: %.2f at 0.1 %%, of Baarda's w with the standard deviation given", test.critical));
   } else {
-    lines.push_back(Formatted("critical value: %.2f at 0.1 %%, of Student's distribution with %d degrees of freedom;",
-                              test.critical, test.freedom));
+    lines.push_back(Formatted("critical value: %.2f at 0.1 %%, of ", test.critical) +
+                    (test.freedom > 0 ? Formatted("Student's distribution with %d degrees of freedom;", test.freedom)
+                                      : "the normal distribution;"));
     lines.emplace_back("  the standard error is estimated without the observation under test");
   }
   return lines;
@@ -181,12 +185,24 @@ std::string BlunderWarning(const FitOutcome& outcome, const FitOptions& options,
                            const std::vector<ControlPoint>& points) {
   const Observed observed = ObservedAt(outcome, outcome.test.largest);
   std::string others;
-  for (const int index : outcome.test.equal) {
+  for (const int index : outcome.test.alternatives) {
     others += (others.empty() ? ", or else " : " or ") + NameOf(outcome, points, ObservedAt(outcome, index));
   }
+  // One in a thousand exceeds the critical value by chance: of many that is no rare event.
+  std::string chance;
+  const auto tested = static_cast<std::size_t>(
+      std::count_if(outcome.test.w.begin(), outcome.test.w.end(), [](double w) { return !std::isnan(w); }));
+  if (tested > ManyTested) {
+    const auto beyond = std::count_if(outcome.test.w.begin(), outcome.test.w.end(),
+                                      [&](double w) { return std::fabs(w) > outcome.test.critical; });
+    chance =
+        Formatted("; %ld of %lu residuals exceed the critical value, %.1f are expected to by chance",
+                  static_cast<long>(beyond), static_cast<unsigned long>(tested), 0.001 * static_cast<double>(tested));
+  }
   return PlaceOf(options, points[observed.point]) + ": " + outcome.axes[observed.axis] + " of " +
-         points[observed.point].name + Formatted(" is probably wrong by %.3f ", outcome.test.size) + outcome.unit +
-         others + (others.empty() ? "" : ": the points do not show which") +
+         points[observed.point].name + (chance.empty() ? " is probably" : " may be") +
+         Formatted(" wrong by %.3f ", outcome.test.size) + outcome.unit + others +
+         (others.empty() ? "" : ": the points do not show which") + chance +
          Formatted("; without it the standard error of unit weight is %.4f. # before the line leaves the point out",
                    outcome.test.without);
 }

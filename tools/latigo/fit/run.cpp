@@ -1,4 +1,5 @@
 // The command fit.
+#include <algorithm>
 #include <array>
 #include <cstdio>
 #include <map>
@@ -7,13 +8,14 @@
 #include "fit/outcome.h"
 #include "fit/report.h"
 #include "streams.h"
+#include "table_layout.h"
 #include "visible.h"
 
 namespace latigo::cli {
 
 namespace {
 
-// The section, read back by the library, differs from the fit by less: units of the residuals. With a datum each of two
+// The section, read back by the library, differs from the fit by less: metres. With a datum each of two
 // geographic positions, made from X, Y and Z by the library, has an error of up to 4e-5 m.
 constexpr double LargestDifference = 1e-4;
 
@@ -55,6 +57,19 @@ void WarnOfCopies(FitOutcome& outcome, const FitOptions& options, const std::vec
   }
 }
 
+// The name is the word after the coordinates, so of a file with more columns it can be a value. Points can be numbered as
+// 12.3, with one decimal.
+void WarnOfNames(FitOutcome& outcome, const FitOptions& options, const std::vector<ControlPoint>& points) {
+  const auto isValue = [](const ControlPoint& point) {
+    const std::size_t mark = point.name.find_first_of(".,");
+    return point.named && LooksLikeNumber(point.name) && mark != std::string::npos && point.name.size() > mark + 2;
+  };
+  if (std::all_of(points.begin(), points.end(), isValue)) {
+    outcome.warnings.push_back(PlaceOf(options, points.front()) + ": the name of the point is " + points.front().name +
+                               ", and all names are numbers with decimals: are the columns right?");
+  }
+}
+
 }  // namespace
 
 int RunFit(const FitOptions& options) {
@@ -63,14 +78,16 @@ int RunFit(const FitOptions& options) {
   CheckName(name);
   const ConfigFile config(options.file);
   const api::Geodesy base = OpenBase(options);
-  const std::vector<ControlPoint> points = ReadControlPoints(options);
+  const ControlPoints given = ReadControlPoints(options);
+  const std::vector<ControlPoint>& points = given.points;
   const bool local = options.pairs == PairsOf::LocalGrid;
-  FitOutcome outcome = (local ? FitLocalGrid : FitDatum)(options, points, base.Handle());
+  FitOutcome outcome = (local ? FitLocalGrid : FitDatum)(options, given, base.Handle());
   if (config.Has(name)) {
     outcome.warnings.push_back(options.file + " has a section " + name +
                                " already, and of two in one file the first counts");
   }
   WarnOfCopies(outcome, options, points);
+  WarnOfNames(outcome, options, points);
   if (outcome.test.blunder) {
     outcome.warnings.push_back(BlunderWarning(outcome, options, points));
   }
@@ -82,7 +99,7 @@ int RunFit(const FitOptions& options) {
   }
   const double difference = local ? DifferenceOfLocalGrid(outcome, points, base.Handle(), made.object.Handle())
                                   : DifferenceOfDatum(outcome, options, points, made.object.Handle());
-  if (!(difference <= LargestDifference)) {
+  if (!(difference * outcome.metresPerUnit <= LargestDifference)) {
     throw UsageError(Formatted("the section made converts a control point %.3g %s from where it should be", difference,
                                outcome.unit.c_str()));
   }

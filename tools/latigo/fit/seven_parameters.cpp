@@ -53,7 +53,7 @@ Eigen::Matrix3d NorthEastUp(double latitude, double longitude) {
   return axes;
 }
 
-SevenParametersFit FitSevenParameters(const std::vector<SpatialPair>& pairs, bool fixScale, double sigma) {
+SevenParametersFit FitSevenParameters(const std::vector<SpatialPair>& pairs, const SevenParametersOptions& options) {
   std::vector<SpatialPair> used;
   double weight = 0;
   for (const SpatialPair& pair : pairs) {
@@ -73,6 +73,7 @@ SevenParametersFit FitSevenParameters(const std::vector<SpatialPair>& pairs, boo
     centre += pair.from * (pair.weight / weight);
     shift += (pair.to - pair.from) * (pair.weight / weight);
   }
+  fit.shift = shift;
   fit.flatness = FlatnessOf(used, centre);
   if (!(fit.flatness > LeastFlatness)) {
     fit.refused = "the control points lie on a line: the rotation about it is not determined";
@@ -81,7 +82,8 @@ SevenParametersFit FitSevenParameters(const std::vector<SpatialPair>& pairs, boo
 
   // Linear in t, m = s - 1 and s rX, s rY, s rZ, about the centre:
   //   to - from - shift = t + m d + ByRotations(d) (s rX, s rY, s rZ),  d = from - centre.
-  const int unknowns = fixScale ? Unknowns - 1 : Unknowns;
+  const double fixedM = options.fixedScale.value_or(1) - 1;
+  const int unknowns = options.fixedScale ? Unknowns - 1 : Unknowns;
   const auto rows = static_cast<Eigen::Index>(3 * used.size());
   Eigen::MatrixXd a(rows, unknowns);
   Eigen::VectorXd l(rows);
@@ -92,7 +94,7 @@ SevenParametersFit FitSevenParameters(const std::vector<SpatialPair>& pairs, boo
     Eigen::Matrix<double, 3, Unknowns> equations;
     equations << Eigen::Matrix3d::Identity(), ByRotations(d), d;
     a.middleRows<3>(i) = (pair.axes * equations).leftCols(unknowns);
-    l.segment<3>(i) = pair.axes * (pair.to - pair.from - shift);
+    l.segment<3>(i) = pair.axes * (pair.to - pair.from - shift - fixedM * d);
     p.segment<3>(i).setConstant(pair.weight);
     i += 3;
   }
@@ -103,7 +105,7 @@ SevenParametersFit FitSevenParameters(const std::vector<SpatialPair>& pairs, boo
   }
 
   const Eigen::VectorXd& x = fit.adjusted.x;
-  const double m = fixScale ? 0 : x(6);
+  const double m = options.fixedScale ? fixedM : x(6);
   const double s = 1 + m;
   const Eigen::Vector3d scaled = x.segment<3>(3);
   fit.parameters.delta = x.head<3>() + shift - (m * centre + ByRotations(centre) * scaled);
@@ -124,7 +126,7 @@ SevenParametersFit FitSevenParameters(const std::vector<SpatialPair>& pairs, boo
   fit.deviations.rotation = s0 * cofactors.segment<3>(3).cwiseSqrt() / RadiansPerSecond;
   fit.deviations.ppm = s0 * std::sqrt(cofactors(6)) * Million;
   fit.shiftDeviation = s0 * fit.adjusted.q.diagonal().head<3>().cwiseSqrt();
-  fit.test = TestForBlunders(fit.adjusted, p, sigma);
+  fit.test = TestForBlunders(fit.adjusted, p, options.sigma, options.rounding);
   return fit;
 }
 

@@ -9,6 +9,7 @@
 #pragma once
 
 #include <Eigen/Core>
+#include <optional>
 #include <vector>
 
 #include "least_squares.h"
@@ -38,13 +39,19 @@ struct SevenParametersFit {
   SevenParameters parameters;
   SevenParameters deviations;                                // standard deviations
   Eigen::Vector3d shiftDeviation = Eigen::Vector3d::Zero();  // of the translation at the centre of the points, metres
+  Eigen::Vector3d shift = Eigen::Vector3d::Zero();           // that translation, metres
   double flatness = 0;  // extent of the points across their longest direction, divided by that along it
   Adjusted adjusted;    // observations: three of each point with a weight, along its axes
   BlunderTest test;
 };
 
-// Fixes the scale at 1 if fixScale is set. A sigma of a coordinate of weight 1 of 0 is unknown.
-SevenParametersFit FitSevenParameters(const std::vector<SpatialPair>& pairs, bool fixScale, double sigma);
+struct SevenParametersOptions {
+  std::optional<double> fixedScale;  // s
+  double sigma = 0;                  // of a coordinate of weight 1, known beforehand; 0 for unknown
+  double rounding = 0;               // standard deviation of the rounding of a residual
+};
+
+SevenParametersFit FitSevenParameters(const std::vector<SpatialPair>& pairs, const SevenParametersOptions& options);
 
 // Rows north, east and up at a geographic position, radians.
 Eigen::Matrix3d NorthEastUp(double latitude, double longitude);

@@ -9,18 +9,44 @@ namespace latigo::fit {
 namespace {
 
 constexpr double RadiansPerDegree = std::numbers::pi / 180;
-constexpr double LeastSpread = 1e-3;  // mean distance from the centre below which points coincide; grid units
-constexpr double HandRatio = 3;       // of the two standard errors, from which the handedness counts as known
-constexpr double HandMisfit = 1e-3;   // and the least misfit of the other handedness; grid units
-constexpr double AlongAxes = 45;      // a local grid within this angle of the grid's axes has flags; degrees
+constexpr double LeastSpread = 1e-3;  // root mean square distance from the centre below which points coincide; metres
+constexpr double HandRatio = 3;       // of the two standard errors, below which the handedness is not known
+constexpr double HandMisfit = 1e-3;   // and the least misfit of the other handedness; metres
+constexpr double HandSignificance = 0.001;  // of the test whether the two standard errors differ
+constexpr double AlongAxes = 45;            // a local grid within this angle of the grid's axes has flags; degrees
+
+// The least difference of the squares of the two hands, in sigma^2. For points at the distances k from a line, without
+// errors, it is 4 sum k (k + e), and the wrong hand is better by 25 sigma^2 only if sum k e / sqrt(sum k^2) exceeds
+// five sigma. For points on a line whose k are errors too it is 4 sum k e, with a deviation of 4 sigma^2 sqrt(n - 2).
+constexpr double HandSquares = 25;
 
 // Weighted means of the control points, and sums of products about them.
 struct Moments {
   double weight = 0;
   double x = 0, y = 0, localX = 0, localY = 0;
-  double xx = 0;       // of x^2 + y^2
-  double localXX = 0;  // of X^2 + Y^2
+  double xx = 0;  // of x^2 + y^2
 };
+
+// The root mean square distance from a centre, whatever the weights are: that of (x, y), or of (X, Y).
+double SpreadOf(const std::vector<PlanePair>& pairs, double PlanePair::*x, double PlanePair::*y, double centreX,
+                double centreY) {
+  double sum = 0;
+  for (const PlanePair& pair : pairs) {
+    sum += std::pow(pair.*x - centreX, 2) + std::pow(pair.*y - centreY, 2);
+  }
+  return std::sqrt(sum / static_cast<double>(pairs.size()));
+}
+
+// That from the mean of the points.
+double ExtentOf(const std::vector<PlanePair>& pairs, double PlanePair::*x, double PlanePair::*y) {
+  double meanX = 0;
+  double meanY = 0;
+  for (const PlanePair& pair : pairs) {
+    meanX += (pair.*x - pairs.front().*x) / static_cast<double>(pairs.size());
+    meanY += (pair.*y - pairs.front().*y) / static_cast<double>(pairs.size());
+  }
+  return SpreadOf(pairs, x, y, pairs.front().*x + meanX, pairs.front().*y + meanY);
+}
 
 Moments MomentsOf(const std::vector<PlanePair>& pairs) {
   Moments m;
@@ -39,7 +65,6 @@ Moments MomentsOf(const std::vector<PlanePair>& pairs) {
   m.localY = o.localY + m.localY / m.weight;
   for (const PlanePair& pair : pairs) {
     m.xx += pair.weight * (std::pow(pair.x - m.x, 2) + std::pow(pair.y - m.y, 2));
-    m.localXX += pair.weight * (std::pow(pair.localX - m.localX, 2) + std::pow(pair.localY - m.localY, 2));
   }
   return m;
 }
@@ -47,6 +72,7 @@ Moments MomentsOf(const std::vector<PlanePair>& pairs) {
 struct Trial {
   Similarity similarity;
   double squares = 0;  // weighted, of the residuals
+  double misfit = 0;   // root mean square of the distances between given and mapped points, whatever the weights are
 };
 
 // The least squares solution for given flags. With q = s cos r, p = s sin r:
@@ -86,8 +112,11 @@ Trial Solve(const std::vector<PlanePair>& pairs, const Moments& m, bool reverseX
     double x = pair.x;
     double y = pair.y;
     s.Map(x, y);
-    trial.squares += pair.weight * (std::pow(x - pair.localX, 2) + std::pow(y - pair.localY, 2));
+    const double square = std::pow(x - pair.localX, 2) + std::pow(y - pair.localY, 2);
+    trial.squares += pair.weight * square;
+    trial.misfit += square / static_cast<double>(pairs.size());
   }
+  trial.misfit = std::sqrt(trial.misfit);
   return trial;
 }
 
@@ -140,6 +169,33 @@ double StandardError(double squares, int redundancy) {
   return redundancy > 0 ? std::sqrt(squares / redundancy) : 0;
 }
 
+int RedundancyOf(std::size_t points, const SimilarityOptions& options) {
+  return 2 * static_cast<int>(points) - (options.fixedScale ? 3 : 4);
+}
+
+// The standard deviation of the rounding of a local coordinate and of that mapped to it.
+double RoundingOf(const Trial& trial, const SimilarityOptions& options) {
+  return std::hypot(options.localRounding, trial.similarity.scale * options.gridRounding);
+}
+
+// Whether the points show which of the two hands it is. Points on a line have the same residuals with both, but for
+// their errors.
+bool HandIsKnown(const Trial& better, const Trial& worse, std::size_t points, const SimilarityOptions& options) {
+  if (points < 3) {
+    return false;
+  }
+  const int redundancy = RedundancyOf(points, options);
+  // F is the square of t / sqrt(f) + sqrt(t^2 / f + 1) if both sums have f degrees of freedom.
+  const double t = StudentLimit(HandSignificance, redundancy) / std::sqrt(redundancy);
+  const double ratio = std::max(HandRatio, t + std::sqrt(t * t + 1));
+  if (!(worse.misfit * options.metresPerUnit > HandMisfit && worse.misfit > ratio * RoundingOf(better, options))) {
+    return false;
+  }
+  return options.sigma > 0 ? worse.squares - better.squares > HandSquares * options.sigma * options.sigma *
+                                                                  std::sqrt(static_cast<double>(points) - 2)
+                           : worse.squares > ratio * ratio * better.squares;
+}
+
 }  // namespace
 
 void Similarity::Map(double& x, double& y) const {
@@ -166,26 +222,26 @@ SimilarityFit FitSimilarity(const std::vector<PlanePair>& pairs, const Similarit
     return fit;
   }
   const Moments m = MomentsOf(used);
-  fit.spread = std::sqrt(m.xx / m.weight);
-  if (!(fit.spread > LeastSpread)) {
+  if (!(ExtentOf(used, &PlanePair::x, &PlanePair::y) * options.metresPerUnit > LeastSpread)) {
     fit.refused = "all control points coincide in the section's grid: they determine neither rotation nor scale";
     return fit;
   }
-  if (!(std::sqrt(m.localXX / m.weight) > LeastSpread)) {
+  fit.localSpread = ExtentOf(used, &PlanePair::localX, &PlanePair::localY);
+  if (!(fit.localSpread * options.metresPerUnit > LeastSpread)) {
     fit.refused = "all control points coincide in the local grid: they determine neither rotation nor scale";
     return fit;
   }
+  fit.spread = SpreadOf(used, &PlanePair::x, &PlanePair::y, m.x, m.y);
   const Trial plain = SolveHand(used, m, false, options);
   const Trial mirrored = SolveHand(used, m, true, options);
-  const double larger = std::max(plain.squares, mirrored.squares);
-  fit.handKnown = used.size() > 2 && larger > HandRatio * HandRatio * std::min(plain.squares, mirrored.squares) &&
-                  std::sqrt(larger / m.weight) > HandMisfit;
+  const bool plainIsBetter = plain.squares <= mirrored.squares;
+  fit.handKnown = HandIsKnown(plainIsBetter ? plain : mirrored, plainIsBetter ? mirrored : plain, used.size(), options);
   // Without flags if the points do not show which axes are reversed.
   const Trial chosen = options.reversed != Reversed::Auto || !fit.handKnown ? SolveReversed(used, m, options)
-                       : mirrored.squares < plain.squares                   ? mirrored
-                                                                            : plain;
+                       : plainIsBetter                                      ? plain
+                                                                            : mirrored;
   fit.similarity = chosen.similarity;
-  if (!(fit.similarity.scale * fit.spread > LeastSpread)) {
+  if (!(fit.similarity.scale * fit.spread * options.metresPerUnit > LeastSpread)) {
     fit.refused = "the two sets of coordinates do not match: the scale would be 0";
     return fit;
   }
@@ -194,6 +250,10 @@ SimilarityFit FitSimilarity(const std::vector<PlanePair>& pairs, const Similarit
   Eigen::VectorXd weights;
   Linearise(used, fit.similarity, options.fixedScale.has_value(), a, l, weights);
   fit.adjusted = Adjust(a, l, weights);
+  if (!std::isfinite(fit.adjusted.condition)) {
+    fit.refused = "the control points do not determine the parameters: the equations are singular";
+    return fit;
+  }
   const double s0 = fit.adjusted.s0;
   const auto deviation = [&](Eigen::Index i) { return s0 * std::sqrt(fit.adjusted.q(i, i)); };
   fit.localXDeviation = deviation(0);
@@ -201,9 +261,13 @@ SimilarityFit FitSimilarity(const std::vector<PlanePair>& pairs, const Similarit
   fit.rotationDeviation = deviation(2) / RadiansPerDegree;
   fit.scaleDeviation = options.fixedScale ? 0 : deviation(3);
   fit.pointDeviation = s0 / std::sqrt(m.weight);
+  fit.growth = s0 / std::sqrt(m.xx);
+  fit.misfit = fit.adjusted.redundancy > 0
+                   ? chosen.misfit * std::sqrt(static_cast<double>(used.size()) / fit.adjusted.redundancy)
+                   : 0;
   const bool isMirrored = fit.similarity.reverseX != fit.similarity.reverseY;
   fit.otherHand = StandardError((isMirrored ? plain : mirrored).squares, fit.adjusted.redundancy);
-  fit.test = TestForBlunders(fit.adjusted, weights, options.sigma);
+  fit.test = TestForBlunders(fit.adjusted, weights, options.sigma, RoundingOf(chosen, options));
   return fit;
 }
 

@@ -35,6 +35,9 @@ struct SimilarityOptions {
   std::optional<double> fixedScale;
   Reversed reversed = Reversed::Auto;  // Auto: both handednesses are tried
   double sigma = 0;                    // of a local coordinate of weight 1, known beforehand; 0 for unknown
+  double gridRounding = 0;             // standard deviations of the rounding of the coordinates: of x and y,
+  double localRounding = 0;            // of X and Y
+  double metresPerUnit = 1;
 };
 
 struct SimilarityFit {
@@ -43,7 +46,10 @@ struct SimilarityFit {
   double rotationDeviation = 0, scaleDeviation = 0;  // standard deviations: degrees, none,
   double localXDeviation = 0, localYDeviation = 0;   // grid units
   double pointDeviation = 0;                         // of X or Y of a converted point, at the centre of the points
-  double spread = 0;  // at this distance from the centre the part of rotation and scale is equal
+  double growth = 0;                                 // of rotation and scale, each, for a distance of 1 from the centre
+  double spread = 0;                                 // root mean square distance of the points from the centre
+  double localSpread = 0;                            // that of X and Y, from their mean
+  double misfit = 0;  // standard deviation of a local coordinate by the residuals, whatever the weights are
   Adjusted adjusted;  // observations: X and Y of each point with a weight
   BlunderTest test;
   double otherHand = 0;    // standard error of unit weight with the other handedness
