@@ -22,8 +22,8 @@ constexpr int PpmDecimals = 9;
 constexpr int SecondDecimals = 9;
 // Rotations for which the transformation, linear in them, scales by more than 5e-9, 3 cm on the earth: arc seconds.
 constexpr double LargeRotation = 20;
-// Beyond the shifts of real datums, of which the largest are about 1100 m, and their scales, in parts per million: of two
-// positions in the wrong order the difference of the ellipsoids doubles, 79 ppm for the International Ellipsoid.
+// Beyond the shifts of real datums, of which the largest are about 1100 m, and their scales, in parts per million: of
+// two positions in the wrong order the difference of the ellipsoids doubles, 79 ppm for the International Ellipsoid.
 constexpr double LargestShift = 1500;
 constexpr double LargestPpm = 60;
 // Points that are nearly on a line: their rotation about it is poorly determined.

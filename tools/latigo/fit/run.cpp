@@ -57,8 +57,8 @@ void WarnOfCopies(FitOutcome& outcome, const FitOptions& options, const std::vec
   }
 }
 
-// The name is the word after the coordinates, so of a file with more columns it can be a value. Points can be numbered as
-// 12.3, with one decimal.
+// The name is the word after the coordinates, so of a file with more columns it can be a value. Points can be numbered
+// as 12.3, with one decimal.
 void WarnOfNames(FitOutcome& outcome, const FitOptions& options, const std::vector<ControlPoint>& points) {
   const auto isValue = [](const ControlPoint& point) {
     const std::size_t mark = point.name.find_first_of(".,");
