@@ -1,7 +1,9 @@
 #include "angle.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cmath>
+#include <iterator>
 #include <system_error>
 
 namespace latigo::cli {
@@ -62,17 +64,20 @@ void SkipBlanks(std::string_view& text) {
   }
 }
 
-// The marks after degrees, minutes and seconds. The bytes are the degree sign and the ordinal of Windows-1252.
+// The marks after degrees, minutes and seconds. Single bytes are those of Windows-1252.
+constexpr std::string_view DegreeMarks[] = {"\u00B0", "\u00BA", "deg", "d", "D", "\xB0", "\xBA"};
 bool TakeDegreeMark(std::string_view& text) {
-  return Take(text, "\u00B0", "\u00BA", "d", "D", "\xB0", "\xBA");
-}
-bool TakeMinuteMark(std::string_view& text) {
-  return !text.starts_with("''") && !text.starts_with("\u2019\u2019") &&
-         Take(text, "'", "\u2032", "\u2019", "\u02B9", "\u00B4", "m", "M");
+  return std::any_of(std::begin(DegreeMarks), std::end(DegreeMarks), [&](std::string_view m) { return Take(text, m); });
 }
 bool TakeSecondMark(std::string_view& text) {
   // A doubled quote is one inside quotes.
-  return Take(text, "\"\"", "\"", "\u2033", "\u201D", "\u02BA", "''", "\u2019\u2019", "\u2032\u2032");
+  return Take(text, "\"\"", "\"", "\u2033", "\u201D", "\u02BA", "''", "\u2019\u2019", "\u2032\u2032", "\u00B4\u00B4",
+              "\x94", "\x92\x92", "\xB4\xB4", "sec");
+}
+bool TakeMinuteMark(std::string_view& text) {
+  std::string_view ahead = text;
+  return !TakeSecondMark(ahead) &&
+         Take(text, "'", "\u2032", "\u2019", "\u02B9", "\u00B4", "\x92", "\xB4", "min", "m", "M");
 }
 
 // How the parts of an angle are separated.
@@ -99,12 +104,22 @@ Between TakeBetween(std::string_view& text, TakeMark takeMark) {
   return Between::Blank;
 }
 
-// An S after seconds that are marked by letters: the mark of the seconds, or the hemisphere.
-const char* TakeSecondLetter(std::string_view& text, bool latitude) {
-  if (text.starts_with('S') && text.size() == 1 && latitude) {
-    return "S could be seconds or south: write 52d30m00s, and S after it for south";
+// An S after parts that are marked by letters: the mark of the seconds, or the hemisphere.
+constexpr const char* SecondsOrSouth = "S could be seconds or south: write 52d30m00s, and S after it for south";
+
+bool IsLetterMark(std::string_view text, char letter) {
+  SkipBlanks(text);
+  return !text.empty() && Upper(text.front()) == letter;
+}
+
+// The S after the digits of seconds.
+const char* TakeSecondLetter(std::string_view& text, bool letters, bool latitude) {
+  if (latitude && ((letters && text == "S") || (!letters && text.starts_with('s')))) {
+    return SecondsOrSouth;
   }
-  Take(text, "s", "S");
+  if (letters) {
+    Take(text, "s", "S");
+  }
   return nullptr;
 }
 
@@ -117,7 +132,7 @@ const char* TakeSexagesimal(std::string_view& text, Axis axis, double& degrees) 
   if (text.empty()) {
     return nullptr;
   }
-  const bool letters = text.front() == 'd' || text.front() == 'D';
+  bool letters = IsLetterMark(text, 'D');
   const Between first = TakeBetween(text, TakeDegreeMark);
   if (!StartsWithDigit(text)) {
     return first == Between::Colon ? NoNumber : nullptr;
@@ -128,21 +143,24 @@ const char* TakeSexagesimal(std::string_view& text, Axis axis, double& degrees) 
     return NoAngle;
   }
   double seconds = 0;
+  const bool secondLetter = letters && IsLetterMark(text, 'S');
+  letters = letters || IsLetterMark(text, 'M');
   const Between second = TakeBetween(text, TakeMinuteMark);
   if (StartsWithDigit(text)) {
     bool any = false;
-    if (second != first || !wholeMinutes || !TakeDigits(text, seconds, any)) {
+    const bool marks = first >= Between::Blank && second >= Between::Blank;  // of which some may be missing
+    if ((second != first && !marks) || !wholeMinutes || !TakeDigits(text, seconds, any)) {
       return NoAngle;
     }
     std::string_view ahead = text;
     SkipBlanks(ahead);
     if (TakeSecondMark(ahead)) {
       text = ahead;
-    } else if (letters) {
-      if (const char* fault = TakeSecondLetter(text, axis == Axis::Latitude); fault != nullptr) {
-        return fault;
-      }
+    } else if (const char* fault = TakeSecondLetter(text, letters, axis == Axis::Latitude); fault != nullptr) {
+      return fault;
     }
+  } else if (secondLetter && axis == Axis::Latitude) {
+    return SecondsOrSouth;
   } else if (second == Between::Colon) {
     return NoNumber;
   }
@@ -182,8 +200,9 @@ const char* NoAngleOf(std::string_view text, Axis axis) {
 }  // namespace
 
 Parsed ParseNumber(std::string_view text) {
-  // A typographic minus.
-  const bool minus = text.starts_with("\u2212") && (StartsWithDigit(text.substr(3)) || text.substr(3).starts_with('.'));
+  // A typographic minus, or the dash that a word processor makes of one.
+  const bool minus = (text.starts_with("\u2212") || text.starts_with("\u2013")) &&
+                     (StartsWithDigit(text.substr(3)) || text.substr(3).starts_with('.'));
   text.remove_prefix(minus ? 3 : 0);
   double value = 0;
   if (text.starts_with('+') && !text.starts_with("+-")) {
@@ -199,6 +218,15 @@ Parsed ParseNumber(std::string_view text) {
   return {minus ? -value : value, nullptr};
 }
 
+std::string_view WithoutDegreeMark(std::string_view text) {
+  for (const std::string_view mark : DegreeMarks) {
+    if (text.ends_with(mark)) {
+      return text.substr(0, text.size() - mark.size());
+    }
+  }
+  return text;
+}
+
 Parsed ParseAngle(std::string_view text, Axis axis) {
   const double limit = axis == Axis::Latitude ? 90 : 360;
   if (StartsWithDigit(text)) {  // the ordinary case first
@@ -209,7 +237,7 @@ Parsed ParseAngle(std::string_view text, Axis axis) {
       return {decimal, nullptr};
     }
   }
-  const bool minus = Take(text, "-", "\u2212");
+  const bool minus = Take(text, "-", "\u2212", "\u2013");
   const bool hasSign = minus || Take(text, "+");
   const int before = StartsWithDigit(text) ? 0 : TakeHemisphere(text, axis);
   const std::string_view unsignedText = text;

@@ -17,9 +17,12 @@ struct Parsed {
 Parsed ParseNumber(std::string_view text);
 
 // Decimal degrees, or degrees, minutes and seconds: 52.5, -1.5, 1e-05, 52:30:00N, 52:30.5, 52-30-00N, 52 30 00 N,
-// 52d30m00s, 52°30'00"N, also with typographic marks. Either a sign before it, or a hemisphere letter
+// 52d30m00s, 52 deg 30 min, 52°30'00"N, also with typographic marks. Either a sign before it, or a hemisphere letter
 // before or after it, with or without blanks. Latitudes up to 90 degrees, longitudes up to 360.
 Parsed ParseAngle(std::string_view text, Axis axis);
+
+// The text without a degree mark at its end.
+std::string_view WithoutDegreeMark(std::string_view text);
 
 // Writes an angle of at most 360 degrees as D:MM:SS.sss, with a hemisphere letter except for azimuths. It is rounded as
 // a whole, so 60 seconds do not occur. Returns the end of the text; a buffer of 64 characters is enough.

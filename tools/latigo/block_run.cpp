@@ -98,6 +98,18 @@ PointLine BlockRun::ReadPlain(std::string_view line) const {
   return point;
 }
 
+// The part of the row from the first of the chosen fields to the last, for messages.
+std::string_view BlockRun::ChosenPart() const {
+  const char* begin = nullptr;
+  const char* end = nullptr;
+  for (const std::size_t place : form_->order) {
+    const std::string_view bytes = row_.fields[place].bytes;
+    begin = begin == nullptr ? bytes.data() : begin;
+    end = bytes.data() == nullptr ? end : bytes.data() + bytes.size();
+  }
+  return {begin, static_cast<std::size_t>(end - begin)};
+}
+
 PointLine BlockRun::ReadRow(std::string_view line) {
   PointLine point;
   const bool reads = form_->layout.Read(line, row_);
@@ -112,9 +124,9 @@ PointLine BlockRun::ReadRow(std::string_view line) {
     point.third = values[2];
     point.wholeThird = row_.texts[2].find_first_not_of("0123456789") == std::string_view::npos;
   }
-  point.coordinates = row_.fields[0].bytes;
+  point.coordinates = ChosenPart();
   const bool angles = command_.order != Order::Grid && options_.table.columns.empty() && !options_.table.dmsColumns;
-  if (reads && angles && form_->layout.Separator() == ' ' && CouldHaveParts(line)) {
+  if (reads && angles && CouldHaveParts(line, static_cast<Separation>(form_->layout.Separator()))) {
     point.fault = PartsInFields;
     point.faultColumn = 1;
     point.faultText = point.coordinates;
@@ -140,8 +152,10 @@ bool BlockRun::ConvertPoint(std::string_view line, const PointLine& point, Resul
     return false;
   };
   if (command_.third == Third::Undecided && point.third) {
-    throw UsageError(file_ + ":" + std::to_string(line_) + ": the third field may be a height; choose --heights " +
-                     "geoid or ellipsoidal, or --no-height, which copies it");
+    const std::size_t column = form_ == nullptr ? 3 : form_->layout.Columns()[2] + 1;
+    throw UsageError(file_ + ":" + std::to_string(line_) + ": column " + std::to_string(column) + " of \"" +
+                     Visible(line.substr(0, 200)) + "\" may be a height; choose --heights geoid or ellipsoidal, or " +
+                     "--no-height, which copies it");
   }
   command_.convert(converter_, point, result);
   if (result.function != nullptr || result.fault != nullptr) {
@@ -193,6 +207,9 @@ void BlockRun::WriteLine(std::string_view line, const PointLine& point, const It
   if (form_ != nullptr) {
     form_->inPlace ? WriteInPlace(line, items) : WriteAppended(line, items);
   } else {
+    const char* const begin = point.coordinates.data();
+    output_.text.Text(begin == nullptr ? ""
+                                       : std::string_view(line.data(), static_cast<std::size_t>(begin - line.data())));
     for (std::size_t i = 0; i < items.count; ++i) {
       if (i > 0) {
         output_.text.Char(point.separator);
@@ -204,24 +221,30 @@ void BlockRun::WriteLine(std::string_view line, const PointLine& point, const It
   WriteEnd();
 }
 
-// The line with the items in place of the chosen fields, inside their quotes. Empty fields of failed points remain; if
-// there is none but empty ones, * precedes the line.
+// The line with the items in place of the chosen fields, inside their quotes. Empty fields of failed points remain,
+// unless there are no others; if the line has none of the fields, * precedes it.
 void BlockRun::WriteInPlace(std::string_view line, const Items& items) {
   const auto isEmpty = [this](std::size_t place) { return row_.fields[place].bytes.empty(); };
-  if (items.result == nullptr && std::all_of(form_->order.begin(), form_->order.end(), isEmpty)) {
+  const auto isMissing = [this](std::size_t place) { return row_.fields[place].bytes.data() == nullptr; };
+  const bool allEmpty = std::all_of(form_->order.begin(), form_->order.end(), isEmpty);
+  if (items.result == nullptr && std::all_of(form_->order.begin(), form_->order.end(), isMissing)) {
     output_.text.Char('*');
     output_.text.Char(form_->layout.Separator());
   }
+  // Where commas separate the fields, a number with a decimal comma needs quotes.
+  const bool commas = items.result != nullptr && form_->layout.Separator() == ',' && form_->layout.DecimalComma();
   const char* done = line.data();
   for (const std::size_t place : form_->order) {
     const Field& field = row_.fields[place];
-    if (place >= items.count || field.bytes.data() == nullptr || (items.result == nullptr && field.bytes.empty())) {
+    if (place >= items.count || field.bytes.data() == nullptr ||
+        (items.result == nullptr && field.bytes.empty() && !allEmpty)) {
       continue;
     }
+    const std::string_view quote = field.quoted || commas ? "\"" : "";
     output_.text.Text({done, field.bytes.data()});
-    output_.text.Text(field.quoted ? "\"" : "");
+    output_.text.Text(quote);
     WriteItem(items, place);
-    output_.text.Text(field.quoted ? "\"" : "");
+    output_.text.Text(quote);
     done = field.bytes.data() + field.bytes.size();
   }
   output_.text.Text({done, line.data() + line.size()});

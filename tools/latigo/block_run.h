@@ -33,6 +33,7 @@ class BlockRun {
   PointLine ReadLine(std::string_view line);
   PointLine ReadPlain(std::string_view line) const;
   PointLine ReadRow(std::string_view line);
+  std::string_view ChosenPart() const;
   bool ConvertPoint(std::string_view line, const PointLine& point, Result& result);
   bool Accept(std::string_view line, const PointLine& point, unsigned doubts);
   void AddMessage(const Fault& fault);

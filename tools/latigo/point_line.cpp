@@ -78,6 +78,10 @@ constexpr const char* Semicolon = "a semicolon: --separator semicolon reads it a
 
 constexpr const char* PartsOrDecimalComma =
     "degrees and minutes, or two numbers with decimal commas: --separator comma or --decimal-comma decides";
+constexpr const char* NumbersOrDecimalComma =
+    "two numbers, or a decimal comma in the first: --separator comma or --decimal-comma decides";
+constexpr const char* EmptyOrAligned =
+    "an empty field, or several tabs between two fields: --separator tab or --separator blank decides";
 
 // Whether a field begins with two numbers and a blank between them.
 bool HasParts(std::string_view field) {
@@ -104,24 +108,71 @@ void RefuseField(PointLine& point, const char* fault, std::size_t column, std::s
   Refuse(point, IsAnyHemisphere(field) ? LoneHemisphere : semicolon ? Semicolon : fault, column, field);
 }
 
-// Minutes or seconds: below 60.
-bool IsPart(std::string_view field) {
-  const Parsed parsed = ParseNumber(field);
-  return parsed.fault == nullptr && parsed.value >= 0 && parsed.value < 60;
+bool HasFraction(std::string_view field) {
+  return field.find_first_of(".,") != std::string_view::npos;
 }
 
-// Seconds with a hemisphere letter, or seconds and another angle in three fields, after two whole numbers.
-bool CouldBeSeconds(std::string_view field, Fields following) {
-  if (!field.empty() && IsAnyHemisphere(field.substr(field.size() - 1))) {
-    return IsPart(field.substr(0, field.size() - 1));
+// Minutes or seconds: below 60. The decimal mark may be a comma.
+bool IsPart(std::string_view field) {
+  const std::size_t mark = std::min(field.find_first_of(".,"), field.size());
+  const std::string_view whole = field.substr(0, mark);
+  const std::string_view fraction = field.substr(std::min(mark + 1, field.size()));
+  return IsWhole(whole) && whole.find_first_of("+-") == std::string_view::npos && ParseNumber(whole).value < 60 &&
+         (fraction.empty() || fraction.find_first_not_of("0123456789") == std::string_view::npos);
+}
+
+// The number of a field without the hemisphere letter beside it and the degree mark after it.
+std::string_view Unmarked(std::string_view field) {
+  if (!field.empty() && IsAnyHemisphere(field.substr(0, 1))) {
+    field.remove_prefix(1);
+  } else if (!field.empty() && IsAnyHemisphere(field.substr(field.size() - 1))) {
+    field.remove_suffix(1);
   }
-  const std::string_view next = following.Next();
-  return IsPart(field) &&
-         (IsAnyHemisphere(next) || (IsWhole(next) && IsPart(following.Next()) && IsPart(following.Next())));
+  return WithoutDegreeMark(field);
+}
+
+// Whole degrees with a mark, such as E003 or 3\u00B0.
+bool IsMarkedDegrees(std::string_view field) {
+  const std::string_view number = Unmarked(field);
+  return number.size() < field.size() && IsWhole(number);
+}
+
+// Whether fields that begin with whole degrees and minutes could go on with the parts of two angles.
+bool CouldBeParts(Fields fields) {
+  const std::string_view degrees = Unmarked(fields.Next());
+  const std::string_view minutes = fields.Next();
+  if (!IsWhole(degrees) || !IsPart(minutes)) {
+    return false;
+  }
+  const std::string_view third = fields.Next();
+  const std::string_view fourth = fields.Next();
+  if (IsMarkedDegrees(third)) {  // N52 30.5 E003
+    return true;
+  }
+  if (HasFraction(minutes)) {  // 52 30.5 3 10.2
+    return IsWhole(third) && IsPart(fourth) && HasFraction(fourth);
+  }
+  if (!third.empty() && IsAnyHemisphere(third.substr(third.size() - 1))) {  // 52 30 00N
+    return IsPart(third.substr(0, third.size() - 1));
+  }
+  return IsPart(third) && (IsAnyHemisphere(fourth) || IsMarkedDegrees(fourth) ||
+                           (IsWhole(fourth) && IsPart(fields.Next()) && IsPart(fields.Next())));
+}
+
+// Whether fields separated by blanks have two tabs with no text between them, or a tab before the first.
+bool HasEmptyField(std::string_view text) {
+  bool afterTab = true;
+  for (const char c : text) {
+    if (c == '\t' && afterTab) {
+      return true;
+    }
+    afterTab = c == '\t' || (afterTab && c == ' ');
+  }
+  return false;
 }
 
 // Reads a height, if the next field is one. Refuses what could be a part of an angle.
-void ParseThird(Fields& fields, Order order, bool wholeDegrees, PointLine& point) {
+void ParseThird(Fields& fields, Order order, const Fields& whole, PointLine& point) {
   Fields ahead = fields;
   const std::string_view field = ahead.Next();
   if (order != Order::Grid) {
@@ -131,7 +182,7 @@ void ParseThird(Fields& fields, Order order, bool wholeDegrees, PointLine& point
       Refuse(point, LoneHemisphere, third ? 3 : 4, third ? field : next);
       return;
     }
-    if (wholeDegrees && CouldBeSeconds(field, ahead)) {
+    if (!field.empty() && CouldBeParts(whole)) {
       Refuse(point, PartsInFields, 1, point.coordinates);
       return;
     }
@@ -157,13 +208,13 @@ bool IsComment(std::string_view line) {
 const char* const PartsInFields =
     "degrees, minutes and seconds in fields of their own, or whole degrees: --dms-columns or --columns decides";
 
-bool CouldHaveParts(std::string_view line) {
-  Fields fields(line, Separation::Blank);
-  return IsWhole(fields.Next()) && IsWhole(fields.Next()) && CouldBeSeconds(fields.Next(), fields);
+bool CouldHaveParts(std::string_view line, Separation separation) {
+  return CouldBeParts(Fields(line, separation));
 }
 
 PointLine ParsePointLine(std::string_view line, Order order, Separation separation) {
-  Fields fields(line, separation);
+  const Fields whole(line, separation);
+  Fields fields = whole;
   const std::string_view first = fields.Next();
   const bool tight =
       separation == Separation::Auto && fields.Left().starts_with(',') && !fields.Left().starts_with(", ");
@@ -185,7 +236,7 @@ PointLine ParsePointLine(std::string_view line, Order order, Separation separati
     return point;
   }
   if (separation == Separation::Auto && point.separator == ',' && HasParts(second)) {  // the first has no blanks
-    Refuse(point, PartsOrDecimalComma, 2, second);
+    Refuse(point, order == Order::Grid ? NumbersOrDecimalComma : PartsOrDecimalComma, 2, second);
     return point;
   }
   Parsed one;
@@ -216,8 +267,12 @@ PointLine ParsePointLine(std::string_view line, Order order, Separation separati
     }
     return point;
   }
-  ParseThird(fields, order, IsWhole(first) && IsWhole(second), point);
+  ParseThird(fields, order, whole, point);
   point.rest = fields.Left();
+  if (separation == Separation::Auto && point.separator == '\t' &&
+      HasEmptyField({line.data(), static_cast<std::size_t>(point.rest.data() - line.data())})) {
+    Refuse(point, EmptyOrAligned, 1, point.coordinates);
+  }
   return point;
 }
 

@@ -33,9 +33,9 @@ struct PointLine {
 // Blank lines and lines that begin with # are comments.
 bool IsComment(std::string_view line);
 
-// Whether the fields at the front of a line with blanks could be parts of angles, as 52 30 00N 5 0 0E or 52 30 0 5 0 0;
-// and the message about them.
-bool CouldHaveParts(std::string_view line);
+// Whether the fields at the front of a line could be parts of angles, as 52 30 00N 5 0 0E, N52 30.5 E5 10.2 or
+// 52 30 0 5 0 0; and the message about them.
+bool CouldHaveParts(std::string_view line, Separation separation);
 extern const char* const PartsInFields;
 
 // Separation::Auto: blanks, or commas with optional blanks around them. A comma directly between two whole numbers

@@ -37,7 +37,8 @@ TableForm::TableForm(const PointCommand& command, Layout found, bool append)
     throw UsageError("this command reads no columns");
   }
   const bool height = layout.Values() > 2 && command.third == Third::Height;
-  if ((command.third == Third::Height || command.third == Third::Undecided) && !height) {
+  const bool noResult = command.third == Third::Ignored || command.third == Third::Undecided;
+  if (noResult || (command.third == Third::Height && !height)) {
     names.resize(static_cast<std::size_t>(command.values));
   }
   // Results do not take the place of the parts of an angle, of which a row without a height would keep some.

@@ -15,7 +15,7 @@ constexpr std::size_t LongestValue = 80;  // bytes of a number or angle; longer 
 constexpr std::size_t LongestShown = 60;  // bytes of a text in a message
 
 constexpr const char* LoneHemisphere =
-    "a hemisphere letter in a column of its own, which is not read: choose it too, with --dms-columns";
+    "a hemisphere in a column of its own, which is not read: choose it too, as a letter, with --dms-columns";
 
 constexpr bool IsDigit(char c) {
   return c >= '0' && c <= '9';
@@ -23,6 +23,27 @@ constexpr bool IsDigit(char c) {
 
 constexpr bool IsLetter(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || static_cast<unsigned char>(c) >= 0x80;
+}
+
+bool IsWhole(std::string_view text) {
+  return !text.empty() && text.find_first_not_of("+-0123456789") == std::string_view::npos;
+}
+
+constexpr std::size_t LongestHemisphere = 5;  // bytes of the words below
+
+// A hemisphere letter, or its word in some languages.
+bool IsHemisphereWord(std::string_view text, Axis axis) {
+  constexpr std::string_view Latitudes[] = {"n", "s", "north", "south", "nord", "sud", "s\u00FCd", "norte", "sur"};
+  constexpr std::string_view Longitudes[] = {"e", "w", "east", "west", "ost", "est", "ouest", "este", "oeste"};
+  const std::span<const std::string_view> words = axis == Axis::Latitude ? Latitudes : Longitudes;
+  return std::any_of(words.begin(), words.end(),
+                     [text](std::string_view word) { return EqualIgnoringCase(text, word); });
+}
+
+// Whether a part of an angle could not be minutes, seconds or a hemisphere.
+bool IsNoPart(std::string_view text) {
+  const std::size_t digits = std::min(text.find_first_not_of("0123456789"), text.size());
+  return digits == 0 ? text.size() != 1 : digits > 2 || ParseNumber(text.substr(0, digits)).value >= 60;
 }
 
 // The text with the decimal comma as a point, in the buffer; false for a text that also has a point.
@@ -58,6 +79,17 @@ bool LooksLikeNumber(std::string_view text) {
          is("nan") || is("inf") || is("-inf") || is("infinity");
 }
 
+bool CouldBeDecimalComma(const Row& row, std::size_t columns) {
+  for (std::size_t i = 0; i + 1 < columns; ++i) {
+    const std::string_view one = row.fields[i].bytes;
+    const std::string_view two = row.fields[i + 1].bytes;
+    if (IsWhole(one) && IsWhole(two) && one.data() + one.size() + 1 == two.data()) {
+      return true;
+    }
+  }
+  return false;
+}
+
 bool IsWord(std::string_view text) {
   for (const std::string_view missing : {"nan", "inf", "infinity", "na", "n/a", "null", "none", "nil"}) {
     if (EqualIgnoringCase(text, missing)) {
@@ -80,7 +112,7 @@ Layout::Layout(char separator, bool decimalComma, std::span<const Wanted> wanted
     : separator_(separator), decimalComma_(decimalComma), perAngle_(perAngle), columns_(std::move(columns)) {
   std::copy(wanted.begin(), wanted.end(), wanted_.begin());
   places_.resize(*std::max_element(columns_.begin(), columns_.end()) + 2);
-  const bool angles = std::any_of(wanted.begin(), wanted.end(), [](const Wanted& value) { return value.IsAngle(); });
+  angles_ = std::any_of(wanted.begin(), wanted.end(), [](const Wanted& value) { return value.IsAngle(); });
   std::size_t place = 0;
   for (; place < columns_.size(); ++values_) {
     const Wanted& value = wanted[values_];
@@ -89,8 +121,8 @@ Layout::Layout(char separator, bool decimalComma, std::span<const Wanted> wanted
       places_[column].chosen = static_cast<std::int8_t>(place++);
       for (const std::size_t beside : {column - std::min<std::size_t>(column, 1), column + 1}) {
         // Blanks could also separate the parts of an angle, so any letter beside any value could be one.
-        places_[beside].besideLatitude |= value.role == Role::Latitude || (angles && separator == ' ');
-        places_[beside].besideLongitude |= value.role == Role::Longitude || (angles && separator == ' ');
+        places_[beside].besideLatitude |= value.role == Role::Latitude || (angles_ && separator == ' ');
+        places_[beside].besideLongitude |= value.role == Role::Longitude || (angles_ && separator == ' ');
       }
     }
   }
@@ -150,7 +182,28 @@ bool Layout::ReadValue(std::size_t wanted, std::size_t place, Row& row) const {
                         : value.role == Role::Longitude ? ParseAngle(text, Axis::Longitude)
                                                         : ParseNumber(text);
   row.values[wanted] = parsed.value;
-  return parsed.fault == nullptr || fail(parsed.fault);
+  if (parsed.fault == nullptr) {
+    return true;
+  }
+  std::size_t part = 1;
+  while (part < parts && !IsNoPart(fields[part].text)) {
+    ++part;
+  }
+  return fail(parsed.fault, part < parts ? part : 0);
+}
+
+// Why a line has too many or too few fields, of which `filled` is the last that is not empty.
+const char* Layout::CountFault(std::size_t filled, const Row& row) const {
+  if (headerColumns != 0 && filled > headerColumns) {
+    return "the line has more fields than the header";
+  }
+  if (wantsAll && filled < headerColumns) {
+    return "the line has fewer fields than the header, and blanks do not show which; --columns by number decides";
+  }
+  if (pointColumns != 0 && row.columns > pointColumns && CouldBeDecimalComma(row, columns_.size())) {
+    return "the comma could be a separator or a decimal comma; --separator comma or --decimal-comma decides";
+  }
+  return nullptr;
 }
 
 std::size_t Layout::ColumnOf(std::size_t wanted) const {
@@ -170,24 +223,35 @@ bool Layout::ReadFields(std::string_view line, Row& row) const {
   FieldScanner scanner(line, separator_);
   std::size_t column = 0;
   std::size_t filled = 0;  // columns up to the last that is not empty
+  bool northOrSouth = false;
+  bool eastOrWest = false;
   for (Field field; scanner.Next(field); ++column) {
     filled = field.bytes.empty() ? filled : column + 1;
-    if (column >= places_.size()) {
-      continue;
-    }
-    const Place& place = places_[column];
+    const Place place = column < places_.size() ? places_[column] : Place();
     if (place.chosen != None) {
       row.fields[static_cast<std::size_t>(place.chosen)] = field;  // NOLINT(bugprone-signed-char-misuse): a number
-    } else if ((place.besideLatitude && IsHemisphere(field.text, Axis::Latitude)) ||
-               (place.besideLongitude && IsHemisphere(field.text, Axis::Longitude))) {
-      row.fault = {LoneHemisphere, column + 1, field.bytes};
+    } else if (angles_ && !field.text.empty() && field.text.size() <= LongestHemisphere) {
+      const bool ofLatitude = IsHemisphereWord(field.text, Axis::Latitude);
+      const bool ofLongitude = IsHemisphereWord(field.text, Axis::Longitude);
+      northOrSouth |= ofLatitude;
+      eastOrWest |= ofLongitude;
+      if (row.fault.reason != nullptr) {
+        continue;
+      }
+      if ((place.besideLatitude && IsHemisphere(field.text, Axis::Latitude)) ||
+          (place.besideLongitude && IsHemisphere(field.text, Axis::Longitude)) ||
+          (northOrSouth && eastOrWest && (ofLatitude || ofLongitude))) {
+        row.fault = {LoneHemisphere, column + 1, field.bytes};
+      }
     }
   }
   row.columns = column;
   if (scanner.Fault() != nullptr) {
     row.fault = {scanner.Fault(), column + 1, {}};
-  } else if (headerColumns != 0 && filled > headerColumns) {
-    row.fault = {"the line has more fields than the header", filled, {}};
+  } else if (const char* fault = CountFault(filled, row); fault != nullptr && row.fault.reason == nullptr) {
+    // Which fields are the chosen ones is not known.
+    std::fill_n(row.fields.begin(), columns_.size(), Field());
+    row.fault = {fault, 0, line};
   }
   return row.fault.reason == nullptr;
 }

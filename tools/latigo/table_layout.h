@@ -84,15 +84,22 @@ class Layout {
   // The header: the number of its line, 0 without one, and of its columns. A line with more columns than it is refused.
   std::size_t headerLine = 0;
   std::size_t headerColumns = 0;
+  // A line with fewer fields than the header is refused: between blanks an empty field is not seen.
+  bool wantsAll = false;
+  // The fields of a line in which no comma is a decimal one; 0 if that is not in question. In a line with more, a comma
+  // between whole numbers could be one.
+  std::size_t pointColumns = 0;
 
  private:
   bool ReadValue(std::size_t wanted, std::size_t place, Row& row) const;
+  const char* CountFault(std::size_t filled, const Row& row) const;
   bool Join(const Field* fields, std::string_view& text, char* buffer) const;
 
   char separator_;
   bool decimalComma_;
   std::size_t perAngle_;
   std::size_t values_ = 0;
+  bool angles_ = false;  // some wanted values are angles
   std::array<Wanted, MostWanted> wanted_{};
   std::vector<std::size_t> columns_;
   // For each column up to the one after the last chosen: its place among the chosen ones or None, and the roles of the
@@ -108,6 +115,9 @@ class Layout {
 
 // Text in place of a number: not empty, has a letter, and is not a number, angle or word for a missing value.
 bool IsWord(std::string_view text);
+
+// Whether the values of the row have neighbouring fields that are whole numbers with only a comma between them.
+bool CouldBeDecimalComma(const Row& row, std::size_t columns);
 
 // A text that was probably intended as a number, but is not one.
 bool LooksLikeNumber(std::string_view text);

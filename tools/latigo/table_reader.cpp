@@ -82,25 +82,19 @@ std::size_t RecordEndOf(std::string_view text, std::size_t feed, char separator)
   return quotes ? RecordEnd(text.substr(0, LongestRecord), separator, text.size() <= LongestRecord) : feed;
 }
 
+// Whether a row of a table has empty fields only, as spreadsheets write above the first one.
+bool IsEmptyRow(std::string_view line) {
+  return line.find_first_not_of(" \t;,\"") == std::string_view::npos;
+}
+
+// Whether tabs alone make fields of all columns, some of which may be empty.
+bool TabsSeparate(std::string_view line, const std::vector<std::size_t>& columns) {
+  return TextsOf(line, '\t').size() > *std::max_element(columns.begin(), columns.end());
+}
+
 bool SameFields(const Row& one, const Row& two, std::size_t count) {
   return std::equal(one.fields.begin(), one.fields.begin() + static_cast<std::ptrdiff_t>(count), two.fields.begin(),
                     [](const Field& a, const Field& b) { return a.bytes == b.bytes; });
-}
-
-bool IsWhole(std::string_view field) {
-  return !field.empty() && field.find_first_not_of("+-0123456789") == std::string_view::npos;
-}
-
-// Whether the line has neighbouring fields that are whole numbers with only a comma between them.
-bool CouldBeDecimalComma(const Row& row, std::size_t count) {
-  for (std::size_t i = 0; i + 1 < count; ++i) {
-    const std::string_view one = row.fields[i].bytes;
-    const std::string_view two = row.fields[i + 1].bytes;
-    if (IsWhole(one) && IsWhole(two) && one.data() + one.size() + 1 == two.data()) {
-      return true;
-    }
-  }
-  return false;
 }
 
 }  // namespace
@@ -108,11 +102,13 @@ bool CouldBeDecimalComma(const Row& row, std::size_t count) {
 TableReader::TableReader(const std::string& path, const TableOptions& options, std::span<const Wanted> wanted)
     : options_(options), wanted_(wanted), reader_(path) {
   std::vector<std::size_t> columns;
-  for (const std::string_view text : TextsOf(options.columns, ',')) {
-    if (!text.empty()) {
+  if (!options.columns.empty()) {
+    for (const std::string_view text : TextsOf(options.columns, ',')) {
+      if (text.empty()) {
+        throw UsageError("--columns: a name is empty: " + options.columns);
+      }
       names_.emplace_back(text);
-      const std::optional<std::size_t> number = ColumnNumber(text);
-      columns.push_back(number.value_or(0));
+      columns.push_back(ColumnNumber(text).value_or(0));
     }
   }
   const auto isNumber = [](const std::string& name) { return ColumnNumber(name).has_value(); };
@@ -224,7 +220,7 @@ bool TableReader::Find(std::string_view text, std::size_t firstLine, bool atEnd)
   for (std::string_view line; TakeRecord(text, line, atEnd);) {
     const std::size_t number = following;
     following += 1 + static_cast<std::size_t>(std::count(line.begin(), line.end(), '\n'));
-    if (IsComment(line) && (!Named() || headerDecided_)) {
+    if ((IsComment(line) && (!Named() || headerDecided_)) || IsEmptyRow(line)) {
       continue;
     }
     if (!headerDecided_ && TakeHeader(line, number)) {
@@ -242,6 +238,9 @@ bool TableReader::Find(std::string_view text, std::size_t firstLine, bool atEnd)
   Row row;
   std::ptrdiff_t most = -1;
   for (const Candidate& candidate : candidates_) {
+    if (candidate.separator == ',' && options_.decimalComma && candidates_.size() > 1) {
+      continue;
+    }
     Layout layout = LayoutOf(candidate, options_.decimalComma, first);
     layout.ReadFields(first, row);
     const auto count =
@@ -262,17 +261,28 @@ bool TableReader::TakeHeader(std::string_view line, std::size_t number) {
     return true;
   }
   std::vector<Candidate> kept;
+  const bool stated = options_.header == HeaderLine::Yes || Named();
+  bool hasNumber = false;
   for (Candidate candidate : candidates_) {
     const std::vector<std::string_view> texts = TextsOf(line, candidate.separator);
-    const auto isWord = [&texts](std::size_t column) { return column < texts.size() && IsWord(texts[column]); };
-    if (options_.header == HeaderLine::Yes || Named() ||
-        std::all_of(candidate.columns.begin(), candidate.columns.end(), isWord)) {
+    const auto isName = [&texts](std::size_t column) {
+      return column < texts.size() && (texts[column].empty() || IsWord(texts[column]));
+    };
+    const auto isWord = [&texts](std::size_t column) { return !texts[column].empty(); };
+    const std::vector<std::size_t>& columns = candidate.columns;
+    if (stated ||
+        (std::all_of(columns.begin(), columns.end(), isName) && std::any_of(columns.begin(), columns.end(), isWord))) {
+      hasNumber = hasNumber || (!HasReturnInside(line) && std::any_of(texts.begin(), texts.end(), LooksLikeNumber));
       candidate.headerColumns = texts.size();
       kept.push_back(std::move(candidate));
     }
   }
   if (kept.empty()) {
     return false;
+  }
+  if (hasNumber && !stated) {
+    Refuse(number, "the header, or a point without coordinates; --header yes or no decides: \"" +
+                       Visible(line.substr(0, 200)) + '"');
   }
   candidates_ = std::move(kept);
   headerLine_ = number;
@@ -338,6 +348,7 @@ Layout TableReader::LayoutOf(const Candidate& candidate, bool decimalComma, std:
   Layout layout(candidate.separator, decimalComma, wanted_, std::move(columns), perAngle_);
   layout.headerLine = headerLine_;
   layout.headerColumns = candidate.headerColumns;
+  layout.wantsAll = Named() && candidate.separator == ' ';
   return layout;
 }
 
@@ -354,7 +365,7 @@ bool TableReader::Decide(std::string_view line, std::size_t number) {
   }
   const bool hasTab = line.find('\t') != std::string_view::npos;
   for (const Candidate& candidate : candidates_) {
-    if (candidate.separator == ' ' && hasTab && layout_) {
+    if (candidate.separator == ' ' && hasTab && (layout_ || TabsSeparate(line, candidate.columns))) {
       continue;
     }
     Layout layout = LayoutOf(candidate, options_.decimalComma, line);
@@ -379,6 +390,7 @@ bool TableReader::Decide(std::string_view line, std::size_t number) {
   for (const Candidate& candidate : candidates_) {
     decimalComma = decimalComma || (candidate.separator != ',' && LayoutOf(candidate, true, line).Read(line, other));
   }
+  layout_->pointColumns = layout_->headerColumns == 0 ? found.columns : 0;
   if (decimalComma) {
     Refuse(number,
            "the comma could be a separator or a decimal comma; --separator comma or --decimal-comma decides: \"" +
@@ -418,7 +430,7 @@ Table ReadTable(const std::string& path, const TableOptions& options, std::span<
         fail(FaultText(row.fault));
         continue;
       }
-      if (angles && layout.Separator() == ' ' && CouldHaveParts(line)) {
+      if (angles && CouldHaveParts(line, static_cast<Separation>(layout.Separator()))) {
         fail(PartsInFields);
         continue;
       }
