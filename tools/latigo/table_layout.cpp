@@ -193,17 +193,18 @@ bool Layout::ReadValue(std::size_t wanted, std::size_t place, Row& row) const {
 }
 
 // Why a line has too many or too few fields, of which `filled` is the last that is not empty.
-const char* Layout::CountFault(std::size_t filled, const Row& row) const {
+Fault Layout::CountFault(std::string_view line, std::size_t filled, const Row& row) const {
   if (headerColumns != 0 && filled > headerColumns) {
-    return "the line has more fields than the header";
+    return {"the line has more fields than the header", filled, {}};
   }
   if (wantsAll && filled < headerColumns) {
-    return "the line has fewer fields than the header, and blanks do not show which; --columns by number decides";
+    return {"the line has fewer fields than the header, and blanks do not show which; --columns by number decides", 0,
+            line};
   }
   if (pointColumns != 0 && row.columns > pointColumns && CouldBeDecimalComma(row, columns_.size())) {
-    return "the comma could be a separator or a decimal comma; --separator comma or --decimal-comma decides";
+    return {"the comma could be a separator or a decimal comma; --separator comma or --decimal-comma decides", 0, line};
   }
-  return nullptr;
+  return {};
 }
 
 std::size_t Layout::ColumnOf(std::size_t wanted) const {
@@ -248,10 +249,11 @@ bool Layout::ReadFields(std::string_view line, Row& row) const {
   row.columns = column;
   if (scanner.Fault() != nullptr) {
     row.fault = {scanner.Fault(), column + 1, {}};
-  } else if (const char* fault = CountFault(filled, row); fault != nullptr && row.fault.reason == nullptr) {
+  } else if (const Fault fault = CountFault(line, filled, row);
+             fault.reason != nullptr && row.fault.reason == nullptr) {
     // Which fields are the chosen ones is not known.
     std::fill_n(row.fields.begin(), columns_.size(), Field());
-    row.fault = {fault, 0, line};
+    row.fault = fault;
   }
   return row.fault.reason == nullptr;
 }

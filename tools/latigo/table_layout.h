@@ -92,7 +92,7 @@ class Layout {
 
  private:
   bool ReadValue(std::size_t wanted, std::size_t place, Row& row) const;
-  const char* CountFault(std::size_t filled, const Row& row) const;
+  Fault CountFault(std::string_view line, std::size_t filled, const Row& row) const;
   bool Join(const Field* fields, std::string_view& text, char* buffer) const;
 
   char separator_;
