@@ -29,7 +29,11 @@ bool IsWhole(std::string_view text) {
   return !text.empty() && text.find_first_not_of("+-0123456789") == std::string_view::npos;
 }
 
-constexpr std::size_t LongestHemisphere = 5;  // bytes of the words below
+// Whether a text could be one of the words below; most others are excluded by their length or first letter.
+bool CouldBeHemisphere(std::string_view text) {
+  return !text.empty() && text.size() <= 5 &&
+         std::string_view("NSEWOnsewo").find(text.front()) != std::string_view::npos;
+}
 
 // A hemisphere letter, or its word in some languages.
 bool IsHemisphereWord(std::string_view text, Axis axis) {
@@ -231,14 +235,11 @@ bool Layout::ReadFields(std::string_view line, Row& row) const {
     const Place place = column < places_.size() ? places_[column] : Place();
     if (place.chosen != None) {
       row.fields[static_cast<std::size_t>(place.chosen)] = field;  // NOLINT(bugprone-signed-char-misuse): a number
-    } else if (angles_ && !field.text.empty() && field.text.size() <= LongestHemisphere) {
+    } else if (angles_ && row.fault.reason == nullptr && CouldBeHemisphere(field.text)) {
       const bool ofLatitude = IsHemisphereWord(field.text, Axis::Latitude);
       const bool ofLongitude = IsHemisphereWord(field.text, Axis::Longitude);
       northOrSouth |= ofLatitude;
       eastOrWest |= ofLongitude;
-      if (row.fault.reason != nullptr) {
-        continue;
-      }
       if ((place.besideLatitude && IsHemisphere(field.text, Axis::Latitude)) ||
           (place.besideLongitude && IsHemisphere(field.text, Axis::Longitude)) ||
           (northOrSouth && eastOrWest && (ofLatitude || ofLongitude))) {
