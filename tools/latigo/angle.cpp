@@ -277,6 +277,11 @@ char* WriteDms(char* buffer, double degrees, Axis axis, int precision) {
   const double seconds = (units - wholeMinutes * 60 * scale) / scale;
   const int minutes = static_cast<int>(std::fmod(wholeMinutes, 60));
 
+  const bool negative = degrees < 0 && units > 0;
+
+  if (negative && axis == Axis::Azimuth) {
+    *buffer++ = '-';
+  }
   char* out = std::to_chars(buffer, buffer + 8, static_cast<int>(wholeMinutes / 60)).ptr;
   *out++ = ':';
   *out++ = static_cast<char>('0' + minutes / 10);
@@ -285,9 +290,9 @@ char* WriteDms(char* buffer, double degrees, Axis axis, int precision) {
   if (seconds < 10) {
     *out++ = '0';
   }
-  out = std::to_chars(out, buffer + 62, seconds, std::chars_format::fixed, precision).ptr;
+  out = std::to_chars(out, buffer + 61, seconds, std::chars_format::fixed, precision).ptr;
   if (axis != Axis::Azimuth) {
-    *out++ = degrees < 0 && units > 0 ? negativeLetter : positiveLetter;
+    *out++ = negative ? negativeLetter : positiveLetter;
   }
   return out;
 }

@@ -311,11 +311,11 @@ void BlockRun::WriteItem(const Items& items, std::size_t index) {
 
 void BlockRun::WriteValue(const Value& value) {
   const auto precision = [this](int own) { return options_.precision >= 0 ? options_.precision : own; };
-  const auto angle = [&](Axis axis) {
+  const auto angle = [&](Axis axis, int decimals = DegreePrecision) {
     if (options_.dms) {
       output_.text.Dms(value.value, axis, precision(SecondPrecision));
     } else {
-      output_.text.Number(value.value, precision(DegreePrecision));
+      output_.text.Number(value.value, precision(decimals));
     }
   };
   switch (value.quantity) {
@@ -330,7 +330,7 @@ void BlockRun::WriteValue(const Value& value) {
     case Quantity::Azimuth:
       return angle(Axis::Azimuth);
     case Quantity::Angle:
-      return output_.text.Number(value.value, precision(AnglePrecision));
+      return angle(Axis::Azimuth, AnglePrecision);
     case Quantity::ArcSeconds:
       return output_.text.Number(value.value, precision(ArcSecondPrecision));
   }

@@ -283,7 +283,7 @@ Options of all commands that read points:
   --precision DIGITS    number of decimals, 0 to 15
   -o, --output FILE     write to a file, which is replaced only when the output is complete
   --jobs THREADS        number of threads, 1 to 256; the order of the lines is kept
-  --dms                 write angles as degrees, minutes and seconds
+  --dms                 write angles as degrees, minutes and seconds; convergence with a sign
   --separator auto|comma|semicolon|tab|blank
                         field separator; auto is blanks or commas, and with the options below whichever makes the
                         first line a point. With comma 391390,5817855 is a point
