@@ -59,6 +59,11 @@ void DistanceAndArcToChord(const Converter& converter, const PointLine& line, Re
   }
   converter.CheckForward(from, fromX, fromY, result);
   converter.CheckForward(to, toX, toY, result);
+  if (result.values[0].value == 0) {  // a line without a direction
+    result.Add(0, Quantity::ArcSeconds);
+    result.Add(0, Quantity::ArcSeconds);
+    return;
+  }
   const picture::Differences differences(converter.Handle());
   const auto add = [&](const Position& at, const Position& other, double x, double y) {
     double angle = 0;
