@@ -95,9 +95,11 @@ void Add(CLI::App& command, ConvertOptions& options) {
   command.add_flag("--from-geographic", options.fromGeographic);
   command.add_flag("--to-geographic", options.toGeographic);
   command.add_flag("--same-datum", options.sameDatum);
-  CLI::Option* const heights = command.add_option("--heights", options.heights)
-                                   ->transform(CLI::CheckedTransformer(std::map<std::string, Heights>{
-                                       {"geoid", Heights::Geoid}, {"ellipsoidal", Heights::Ellipsoidal}}));
+  CLI::Option* const heights = command.add_option("--heights")
+                                   ->check(CLI::IsMember({"geoid", "ellipsoidal"}))
+                                   ->each([&options](const std::string& above) {
+                                     options.heights = above == "geoid" ? Heights::Geoid : Heights::Ellipsoidal;
+                                   });
   command.add_flag("--no-height", options.noHeight)->excludes(heights);
 }
 
