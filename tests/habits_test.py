@@ -237,7 +237,7 @@ if len(program) == 1:  # as the grid of run.py: 5 x 10 nodes from 0 E 50 N, with
     assert run("convert", "pair.ini", "-s", "Grid", "--to-section", "Same", "--no-height", text=rows)[::2] == (0, "")
     status, text, messages = run("convert", "pair.ini", "-s", "Grid", "--to-section", "Seven", "--no-height", "--outside-grid",
                                  "unshifted", text=rows)
-    assert status == 0 and "points: outside the datum grid" in messages and "*" not in text, messages
+    assert status == 0 and "points: pair.ini [Grid]: outside the datum grid" in messages and "*" not in text, messages
     assert run("convert", "pair.ini", "-s", "Grid", "--to-section", "Same", "--no-height", "--to-geographic", text=rows)[::2] == (0, "")
     # Each thread has a grid file of its own: in a grid whose nodes differ, points in any order are those of one thread.
     with open("datum/d.dat", "wb") as file:

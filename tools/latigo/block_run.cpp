@@ -179,12 +179,12 @@ bool BlockRun::ConvertPoint(std::string_view line, const PointLine& point, Resul
 
 // Records the doubts of a point; returns false if it fails because of them.
 bool BlockRun::Accept(std::string_view line, const PointLine& point, unsigned doubts) {
-  for (std::size_t i = 0; i < Doubts; ++i) {
+  for (std::size_t i = 0; i < AllDoubts; ++i) {
     if ((doubts >> i & 1U) == 0) {
       continue;
     }
     if (options_.strict) {
-      Fail(line, point, {DoubtTexts[i], 0, point.coordinates});
+      Fail(line, point, {converter_.TextOf(i).c_str(), 0, point.coordinates});
       return false;
     }
     Doubtful& doubtful = output_.doubtful[i];

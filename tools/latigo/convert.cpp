@@ -99,8 +99,8 @@ void RequireGeoid(const Side& side, const Converter& converter) {
 }
 
 // Adds the failure and the doubts of a step.
-bool Succeeded(const Result& step, const Converter& converter, Result& result) {
-  result.doubts |= step.doubts;
+bool Succeeded(const Result& step, const Converter& converter, int firstDoubt, Result& result) {
+  result.doubts |= step.doubts << firstDoubt;
   if (step.function == nullptr && step.fault == nullptr && FaultOf(step) == nullptr) {
     return true;
   }
@@ -145,7 +145,7 @@ void Convert(const Converter& source, const PointLine& point, Result& result) {
   const Converter& target = *source.Target();
   Result first;
   ToPosition(source, point, fromGeographic, first);
-  if (!Succeeded(first, source, result)) {
+  if (!Succeeded(first, source, 0, result)) {
     return;
   }
   PointLine between;
@@ -156,7 +156,7 @@ void Convert(const Converter& source, const PointLine& point, Result& result) {
   }
   Result second;
   FromPosition(target, between, toGeographic, second);
-  if (Succeeded(second, target, result)) {
+  if (Succeeded(second, target, Doubts, result)) {
     for (int i = 0; i < second.count; ++i) {
       result.Add(second.values[i].value, second.values[i].quantity);
     }

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "platform/ascii.h"
+#include "visible.h"
 
 namespace latigo::cli {
 
@@ -53,6 +54,12 @@ Converter::Converter(const PointOptions& options, const Between& between)
 }
 
 bool Converter::ReadGeographic(const PointLine& point, Position& position, Result& result) const {
+std::string Converter::TextOf(std::size_t doubt) const {
+  const bool ofSystem = target_ && (1U << doubt) != static_cast<unsigned>(Doubt::WholeHeight);
+  const Converter& system = doubt < Doubts ? *this : *target_;
+  return (ofSystem ? Visible(system.Name()) + ": " : "") + DoubtTexts[doubt % Doubts];
+}
+
   auto& [latitude, longitude, h] = position;
   latitude = point.first * RadiansPerDegree;
   longitude = point.second * RadiansPerDegree;

@@ -20,6 +20,9 @@ namespace latigo::cli {
 // The type of an output value.
 enum class Quantity { Length, Latitude, Longitude, Azimuth, Factor, Angle, ArcSeconds };
 
+// Of a result: those of both systems.
+inline constexpr int AllDoubts = 2 * Doubts;
+
 struct Value {
   double value;
   Quantity quantity;
@@ -39,7 +42,7 @@ struct Result {
   std::int32_t code = 0;           // of the library call that failed
   const char* function = nullptr;  // that call; null if all succeeded
   const char* fault = nullptr;     // why the point fails without a failed call
-  unsigned doubts = 0;
+  unsigned doubts = 0;     // the bits of each system; those of the second, if a command has two, follow the first's
   std::string_view place;  // the system that failed, if a command has two
 
   void Add(double value, Quantity quantity) { values[count++] = {value, quantity}; }
@@ -79,6 +82,9 @@ class Converter {
   void SetTarget(std::unique_ptr<const Converter> target) { target_ = std::move(target); }
 
   // The position of a line on the object's datum; false if the datum shift fails, or outside its grid.
+  // The text of a doubt of a result, by its bit: with the system in which it arises if the command has two.
+  std::string TextOf(std::size_t doubt) const;
+
   bool ReadGeographic(const PointLine& point, Position& position, Result& result) const;
   // Converts a position on the object's datum to WGS-84 if the steps have the shift; false if that fails.
   bool ToWgs84(Position& position, Result& result) const;

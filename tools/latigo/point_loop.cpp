@@ -27,7 +27,7 @@ int RunPoints(const PointOptions& options, const PointCommand& command) {
   }
   const std::vector<std::string> standardInput = {"-"};
   const std::vector<std::string>& files = options.points.empty() ? standardInput : options.points;
-  Report report(files);
+  Report report(files, *converters.front());
   std::unique_ptr<PrintQueue> queue;
   if (converters.size() > 1) {
     queue = std::make_unique<PrintQueue>(report, converters.size());

@@ -1,5 +1,6 @@
 #include "report.h"
 
+#include <bit>
 #include <cstdio>
 
 #include "streams.h"
@@ -9,7 +10,7 @@ namespace latigo::cli {
 
 namespace {
 
-constexpr int WholeHeightIndex = 2;
+constexpr int WholeHeightIndex = std::countr_zero(static_cast<unsigned>(Doubt::WholeHeight));
 
 }  // namespace
 
@@ -21,12 +22,12 @@ void Report::Print(const Output& output) {
   }
   failed_ = failed_ || !output.messages.empty();
   otherHeights_ = otherHeights_ || output.otherHeights;
-  for (std::size_t i = 0; i < Doubts; ++i) {
+  for (std::size_t i = 0; i < AllDoubts; ++i) {
     if (totals_[i] == 0 && output.doubtful[i].count > 0) {
       places_[i] = output.file + ":" + std::to_string(output.doubtful[i].firstLine);
       if (i != WholeHeightIndex) {
         progress_.Erase();
-        Message(places_[i] + ": warning: " + DoubtTexts[i]);
+        Message(places_[i] + ": warning: " + converter_.TextOf(i));
       }
     }
     totals_[i] += output.doubtful[i].count;
@@ -37,11 +38,11 @@ void Report::Print(const Output& output) {
 int Report::Finish() {
   progress_.Erase();
   if (totals_[WholeHeightIndex] > 0 && !otherHeights_) {
-    Message(places_[WholeHeightIndex] + ": warning: " + DoubtTexts[WholeHeightIndex]);
+    Message(places_[WholeHeightIndex] + ": warning: " + converter_.TextOf(WholeHeightIndex));
   }
-  for (std::size_t i = 0; i < Doubts; ++i) {
+  for (std::size_t i = 0; i < AllDoubts; ++i) {
     if (totals_[i] > 0 && i != WholeHeightIndex) {
-      Message(std::to_string(totals_[i]) + " points: " + DoubtTexts[i]);
+      Message(std::to_string(totals_[i]) + " points: " + converter_.TextOf(i));
     }
   }
   return failed_ ? 1 : 0;

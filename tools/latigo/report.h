@@ -25,14 +25,15 @@ struct Output {
   std::string file;
   std::size_t bytes = 0;  // of input
   std::size_t rows = 0;
-  std::array<Doubtful, Doubts> doubtful{};
+  std::array<Doubtful, AllDoubts> doubtful{};
   bool otherHeights = false;  // with a decimal point or a sign, or 0: so the third field is not a name
 };
 
 // Prints blocks in order, and the summary of warnings.
 class Report {
  public:
-  explicit Report(const std::vector<std::string>& files) : progress_(files) {}
+  // The converter has the texts of the doubts.
+  Report(const std::vector<std::string>& files, const Converter& converter) : converter_(converter), progress_(files) {}
 
   void Print(const Output& output);
 
@@ -40,11 +41,12 @@ class Report {
   int Finish();
 
  private:
+  const Converter& converter_;
   Progress progress_;
   bool failed_ = false;
   bool otherHeights_ = false;
-  std::array<std::size_t, Doubts> totals_{};
-  std::array<std::string, Doubts> places_;  // the first point of each doubt
+  std::array<std::size_t, AllDoubts> totals_{};
+  std::array<std::string, AllDoubts> places_;  // the first point of each doubt
 };
 
 }  // namespace latigo::cli
