@@ -5,12 +5,13 @@ program = [*sys.argv[1:-1], os.path.realpath(sys.argv[-1])]
 os.chdir(os.path.dirname(os.path.realpath(__file__)))
 
 # Faulty grid files: a header without its last byte, a header of zeros, and 2 rows of 3 nodes, truncated and complete, whose records
-# are shorter than the header.
+# are shorter than the header. And a good one, of zeros for latitude and longitude.
 install = tempfile.TemporaryDirectory()
 os.environ["TWI_BATHYX"] = install.name
 os.mkdir(install.name + "/datum")
 header = struct.pack("<64s3i4f4x", b"", 3, 2, 3, 0, 1, 0, 1)
-for name, content in (("short", header[:95]), ("zero", bytes(96)), ("cut", header + bytes(20)), ("narrow", header + bytes(24))):
+for name, content in (("short", header[:95]), ("zero", bytes(96)), ("cut", header + bytes(20)), ("narrow", header + bytes(24)),
+                      ("flat", struct.pack("<64s3i4f8x", b"", 12, 2, 2, 0, 1, 0, 1) + bytes(200))):
     open(f"{install.name}/datum/{name}.dat", "wb").write(content)
 
 

@@ -13,10 +13,12 @@
 #include "converter.h"
 #include "coordinate_system.h"
 #include "error_text.h"
+#include "grid/interp_file.h"
 #include "operations.h"
 #include "point_loop.h"
 #include "semi_axes.h"
 #include "streams.h"
+#include "visible.h"
 
 namespace latigo::cli {
 
@@ -45,9 +47,13 @@ SemiAxes EllipsoidOf(GeodesyHandle handle) {
   return SemiAxesOf(params.SemiMajorAxis, params.InvFlattening);
 }
 
+bool HasShift(const Side& side) {
+  return ConfigFile(side.options.file).HasShift(side.options.section);
+}
+
 // Whether the section says how its datum lies to WGS-84: by a shift, also one of zero, or by the ellipsoid itself.
 bool HasDatum(const Side& side, GeodesyHandle handle) {
-  if (ConfigFile(side.options.file).HasShift(side.options.section)) {
+  if (HasShift(side)) {
     return true;
   }
   GeodesyParams params;
@@ -55,30 +61,37 @@ bool HasDatum(const Side& side, GeodesyHandle handle) {
   return params.SemiMajorAxis == Wgs84Axis && std::fabs(params.InvFlattening - Wgs84Flattening) < FlatteningTolerance;
 }
 
-// Whether the shifts are one and the same, so that none is needed between the systems.
-bool SameShift(GeodesyHandle one, GeodesyHandle other) {
-  constexpr int PathSize = 512;
-  const SemiAxes first = EllipsoidOf(one);
-  const SemiAxes second = EllipsoidOf(other);
-  EllDiff d;
-  EllDiff e;
-  char grid[PathSize] = "";
-  char otherGrid[PathSize] = "";
-  return first.a == second.a && first.b == second.b && GetEllDiff(one, &d) != 0 && GetEllDiff(other, &e) != 0 &&
-         d.DeltaX == e.DeltaX && d.DeltaY == e.DeltaY && d.DeltaZ == e.DeltaZ && d.DeltaScale == e.DeltaScale &&
-         d.DeltaRX == e.DeltaRX && d.DeltaRY == e.DeltaRY && d.DeltaRZ == e.DeltaRZ &&
-         GetEllModel(one, grid, sizeof grid) != 0 && GetEllModel(other, otherGrid, sizeof otherGrid) != 0 &&
-         std::string(grid) == otherGrid;
+// The path of the datum grid; empty without one.
+std::string GridOf(GeodesyHandle handle) {
+  char path[512] = "";
+  return GetEllModel(handle, path, sizeof path) != 0 ? path : "";
 }
 
-// Whether positions go through WGS-84. Throws UsageError if the datums are not known well enough.
-bool ThroughWgs84(const ConvertOptions& options, const Side& from, const Converter& source, const Side& to,
-                  const Converter& target) {
+bool SameShift(GeodesyHandle one, GeodesyHandle other) {
+  EllDiff d;
+  EllDiff e;
+  return GetEllDiff(one, &d) != 0 && GetEllDiff(other, &e) != 0 &&  //
+         d.DeltaX == e.DeltaX && d.DeltaY == e.DeltaY && d.DeltaZ == e.DeltaZ && d.DeltaScale == e.DeltaScale &&
+         d.DeltaRX == e.DeltaRX && d.DeltaRY == e.DeltaRY && d.DeltaRZ == e.DeltaRZ && GridOf(one) == GridOf(other);
+}
+
+// Whether no shift is needed between the systems. Throws UsageError if the datums are not known well enough.
+bool SameDatum(const ConvertOptions& options, const Side& from, const Converter& source, const Side& to,
+               const Converter& target) {
+  const SemiAxes first = EllipsoidOf(source.Handle());
+  const SemiAxes second = EllipsoidOf(target.Handle());
+  const bool sameShift = SameShift(source.Handle(), target.Handle());
   if (options.sameDatum) {
-    if (!Agree(EllipsoidOf(source.Handle()), EllipsoidOf(target.Handle()))) {
-      throw UsageError(from.Name() + " and " + to.Name() + ": the ellipsoids differ, so the datum is not the same");
+    const std::string names = from.Name() + " and " + to.Name();
+    if (!Agree(first, second)) {
+      throw UsageError(names + ": the ellipsoids differ, so the datum is not the same");
     }
-    return false;
+    if (!sameShift && HasShift(from) && HasShift(to)) {
+      throw UsageError(names +
+                       ": the datum shifts differ, so the datum is not the same; --same-datum is for a section " +
+                       "without a datum shift");
+    }
+    return true;
   }
   for (const auto& [side, handle] : {std::pair(&from, source.Handle()), std::pair(&to, target.Handle())}) {
     if (!HasDatum(*side, handle)) {
@@ -86,10 +99,40 @@ bool ThroughWgs84(const ConvertOptions& options, const Side& from, const Convert
                        "--same-datum; if this one is WGS-84, add the key DeltaX=0");
     }
   }
-  // A geoid above WGS-84 relates ellipsoidal heights to it, so they go through it.
-  const bool heightsOnWgs84 =
-      options.heights == Heights::Geoid && !options.geoidOnDatum && (from.geographic || to.geographic);
-  return heightsOnWgs84 || !SameShift(source.Handle(), target.Handle());
+  return sameShift && first.a == second.a && first.b == second.b;
+}
+
+// Decides what goes through WGS-84: positions and heights between different datums; ellipsoidal heights of one datum if
+// they lead to or from a geoid above WGS-84. Throws UsageError if the datums are not known well enough.
+void SetShift(const ConvertOptions& options, Side& from, const Converter& source, Side& to, const Converter& target) {
+  const bool shift = !SameDatum(options, from, source, to, target);
+  const bool geoidOnWgs84 = !options.geoidOnDatum && (!options.sameDatum || (HasShift(from) && HasShift(to)));
+  for (Side* const side : {&from, &to}) {
+    side->between.shift = shift;
+    side->between.heightShift = !shift && geoidOnWgs84 && options.heights == Heights::Geoid && !side->geographic &&
+                                from.geographic != to.geographic;
+  }
+}
+
+// Whether ellipsoidal heights on a side's datum pass a grid of the shifts of latitude and longitude.
+bool PassHeightsByGrid(const ConvertOptions& options, const Side& side, const Converter& converter) {
+  constexpr int LatitudeAndLongitude = 2;  // values per node
+  const bool ellipsoidal = options.heights == Heights::Ellipsoidal ||
+                           (options.heights == Heights::Geoid && (side.geographic || options.geoidOnDatum));
+  const std::string grid = GridOf(converter.Handle());
+  return (side.between.heightShift || (side.between.shift && ellipsoidal)) && !grid.empty() &&
+         InterpFile(grid.c_str(), false).Depth() == LatitudeAndLongitude;
+}
+
+// Prints a warning of them. Throws UsageError if the options are strict.
+void CheckHeights(const ConvertOptions& options, const Side& side, const Converter& converter) {
+  if (PassHeightsByGrid(options, side, converter)) {
+    Message(side.Name() + ": warning: the datum grid does not change heights, so those above the ellipsoid of this " +
+            "section are not known");
+    if (options.strict) {
+      throw UsageError(side.Name() + ": refused because of its warnings");
+    }
+  }
 }
 
 void RequireGeoid(const Side& side, const Converter& converter) {
@@ -111,7 +154,8 @@ bool Succeeded(const Result& step, const Converter& converter, int firstDoubt, R
   return false;
 }
 
-// The first system's coordinates to a position between the systems, in degrees, and an ellipsoidal height.
+// The first system's coordinates to a position between the systems, in degrees, and an ellipsoidal height: on WGS-84, or
+// on the datum of both.
 void ToPosition(const Converter& source, const PointLine& point, bool geographic, Result& result) {
   if (!geographic) {
     Inverse(source, point, result);
@@ -189,7 +233,9 @@ int RunConvert(const ConvertOptions& options) {
     RequireGeoid(from, source);
     RequireGeoid(to, target);
   }
-  from.between.shift = to.between.shift = ThroughWgs84(options, from, source, to, target);
+  SetShift(options, from, source, to, target);
+  CheckHeights(options, from, source);
+  CheckHeights(options, to, target);
   const Order geographic = options.lonlat ? Order::LongitudeLatitude : Order::LatitudeLongitude;
   const Third third = options.noHeight                        ? Third::Ignored
                       : options.heights == Heights::Undecided ? Third::Undecided

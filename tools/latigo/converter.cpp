@@ -48,18 +48,19 @@ Converter::Converter(const PointOptions& options, const Between& between)
   GetGeoid(Handle(), path, sizeof path, &constant);
   hasGeoid_ = !between.noGeoid && (path[0] != '\0' || constant != 0);
   hasVerticalUnit_ = ConfigFile(options.file).HasValue(options.section, "VertUnit");
-  if (char grid[PathSize] = ""; between.shift && GetEllModel(Handle(), grid, sizeof grid) != 0 && grid[0] != '\0') {
+  const bool shifts = between.shift || between.heightShift;
+  if (char grid[PathSize] = ""; shifts && GetEllModel(Handle(), grid, sizeof grid) != 0 && grid[0] != '\0') {
     datumGrid_ = std::make_unique<InterpFile>(grid, false);
   }
 }
 
-bool Converter::ReadGeographic(const PointLine& point, Position& position, Result& result) const {
 std::string Converter::TextOf(std::size_t doubt) const {
   const bool ofSystem = target_ && (1U << doubt) != static_cast<unsigned>(Doubt::WholeHeight);
   const Converter& system = doubt < Doubts ? *this : *target_;
   return (ofSystem ? Visible(system.Name()) + ": " : "") + DoubtTexts[doubt % Doubts];
 }
 
+bool Converter::ReadGeographic(const PointLine& point, Position& position, Result& result) const {
   auto& [latitude, longitude, h] = position;
   latitude = point.first * RadiansPerDegree;
   longitude = point.second * RadiansPerDegree;
@@ -85,9 +86,12 @@ void Converter::WriteGeographic(const Position& position, Result& result) const 
 }
 
 bool Converter::ToWgs84(Position& position, Result& result) const {
-  return !between_.shift ||
-         (InDatumGrid(position.latitude, position.longitude, result) &&
-          result.Call(InvWGS84Conv(Handle(), &position.latitude, &position.longitude, &position.h), "InvWGS84Conv"));
+  return !between_.shift || OwnToWgs84(position, result);
+}
+
+bool Converter::OwnToWgs84(Position& position, Result& result) const {
+  return InDatumGrid(position.latitude, position.longitude, result) &&
+         result.Call(InvWGS84Conv(Handle(), &position.latitude, &position.longitude, &position.h), "InvWGS84Conv");
 }
 
 bool Converter::UndulationAt(double latitude, double longitude, double& undulation, Result& result) const {
@@ -103,11 +107,19 @@ bool Converter::ReadUndulation(const PointLine& point, const Position& position,
 
 bool Converter::ToGridHeight(const PointLine& point, const Position& position, double& height, Result& result) const {
   double undulation = 0;
-  if (hasGeoid_ && !ReadUndulation(point, position, undulation, result)) {
-    return false;
+  if (between_.heightShift) {
+    Position wgs84 = position;
+    if (!OwnToWgs84(wgs84, result) || !UndulationAt(wgs84.latitude, wgs84.longitude, undulation, result)) {
+      return false;
+    }
+    height = wgs84.h - undulation;
+  } else {
+    if (hasGeoid_ && !ReadUndulation(point, position, undulation, result)) {
+      return false;
+    }
+    // The undulation above WGS-84 is subtracted from the height above WGS-84, before the shift.
+    height = (hasGeoid_ && GeoidOnWgs84() ? *point.third : position.h) - undulation;
   }
-  // The undulation above WGS-84 is subtracted from the height above WGS-84, before the shift.
-  height = (hasGeoid_ && GeoidOnWgs84() ? *point.third : position.h) - undulation;
   return !hasVerticalUnit_ || result.Call(VConvert(Handle(), &height, LATIGO_FROM_METRES), "VConvert");
 }
 
@@ -118,7 +130,7 @@ bool Converter::FromGridHeight(const PointLine& point, Position& position, Resul
   }
   const bool withGeoid = hasGeoid_ && point.third;
   double undulation = 0;
-  if (!between_.shift) {
+  if (!between_.shift && !(between_.heightShift && withGeoid)) {
     if (withGeoid && !UndulationAt(position.latitude, position.longitude, undulation, result)) {
       return false;
     }
@@ -155,6 +167,9 @@ bool Converter::FromGridHeight(const PointLine& point, Position& position, Resul
       break;
     }
     own.h += miss;
+  }
+  if (between_.heightShift) {
+    position = own;
   }
   return true;
 }

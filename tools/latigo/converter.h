@@ -66,6 +66,7 @@ struct Between {
   bool geoidOnDatum = false;  // undulations refer to the section's own ellipsoid, also for WGS-84 positions
   bool localGrid = true;      // the local grid of the section is applied
   bool noGeoid = false;       // heights are ellipsoidal, also with a geoid
+  bool heightShift = false;   // without the shift of positions: heights with a geoid above WGS-84 go through it
 };
 
 // Contains one object, so only one thread at a time may use it.
@@ -81,10 +82,10 @@ class Converter {
   const Converter* Target() const { return target_.get(); }
   void SetTarget(std::unique_ptr<const Converter> target) { target_ = std::move(target); }
 
-  // The position of a line on the object's datum; false if the datum shift fails, or outside its grid.
   // The text of a doubt of a result, by its bit: with the system in which it arises if the command has two.
   std::string TextOf(std::size_t doubt) const;
 
+  // The position of a line on the object's datum; false if the datum shift fails, or outside its grid.
   bool ReadGeographic(const PointLine& point, Position& position, Result& result) const;
   // Converts a position on the object's datum to WGS-84 if the steps have the shift; false if that fails.
   bool ToWgs84(Position& position, Result& result) const;
@@ -95,14 +96,14 @@ class Converter {
   bool InDatumGrid(double latitude, double& longitude, Result& result) const;
 
   // The grid height of a line with a height, in the vertical unit, from the position of ReadGeographic: less the
-  // undulation. Returns false if the undulation fails.
+  // undulation. Returns false if that or the datum shift of heights fails.
   bool ToGridHeight(const PointLine& point, const Position& position, double& height, Result& result) const;
-  // Converts a position on the object's datum and the line's grid height to the output position, with --wgs84 on
+  // Converts a position on the object's datum and the line's grid height to the output position, with the shift on
   // WGS-84. Returns false if a call fails.
   bool FromGridHeight(const PointLine& point, Position& position, Result& result) const;
 
   bool HasGeoid() const { return hasGeoid_; }
-  bool GeoidOnWgs84() const { return between_.shift && !between_.geoidOnDatum; }
+  bool GeoidOnWgs84() const { return (between_.shift && !between_.geoidOnDatum) || between_.heightShift; }
   // The undulation at a position of the line, converted by ReadGeographic to the object's datum.
   bool ReadUndulation(const PointLine& point, const Position& position, double& undulation, Result& result) const;
 
@@ -119,6 +120,7 @@ class Converter {
   }
 
  private:
+  bool OwnToWgs84(Position& position, Result& result) const;
   bool UndulationAt(double latitude, double longitude, double& undulation, Result& result) const;
   const Between between_;
   const bool lonlat_;  // longitude is written before latitude
@@ -128,7 +130,7 @@ class Converter {
   std::unique_ptr<const Converter> target_;
   bool hasGeoid_ = false;
   bool hasVerticalUnit_ = false;
-  std::unique_ptr<InterpFile> datumGrid_;  // with --wgs84: the datum grid, to find points outside it
+  std::unique_ptr<InterpFile> datumGrid_;  // with a shift: the datum grid, to find points outside it
 };
 
 }  // namespace latigo::cli

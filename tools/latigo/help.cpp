@@ -125,11 +125,12 @@ Options of this command:
   --to-section NAME     section of the second system; default Geodesy, or the only one
   --from-geographic     the input is latitude and longitude
   --to-geographic       the output is latitude and longitude
-  --same-datum          both systems have the same datum: nothing is shifted
+  --same-datum          both systems have the same datum, though one has no datum shift: nothing is shifted
   --heights geoid|ellipsoidal
                         heights with grid coordinates are above the geoids of both sections, or above their ellipsoids;
                         with latitude and longitude they are ellipsoidal. Without this option and --no-height, a
-                        number in the third field is an error
+                        number in the third field is an error. Where an ellipsoidal height would pass a datum grid,
+                        which does not change it, a warning says so
   --no-height           the third field is copied
   --outside-grid fail|unshifted
                         a point outside a datum grid, or in rows that cannot be read, fails (default), or is
