@@ -25,8 +25,8 @@ Parsed ParseAngle(std::string_view text, Axis axis);
 std::string_view WithoutDegreeMark(std::string_view text);
 
 // Writes an angle of at most 360 degrees as D:MM:SS.sss, with a hemisphere letter; azimuths have none, but a minus sign
-// if they are negative. It is rounded as a whole, so 60 seconds do not occur. Returns the end of the text; a buffer of 64
-// characters is enough.
+// if they are negative. It is rounded as a whole, so 60 seconds do not occur. Returns the end of the text; a buffer of
+// 64 characters is enough.
 char* WriteDms(char* buffer, double degrees, Axis axis, int precision);
 
 }  // namespace latigo::cli

@@ -154,8 +154,8 @@ bool Succeeded(const Result& step, const Converter& converter, int firstDoubt, R
   return false;
 }
 
-// The first system's coordinates to a position between the systems, in degrees, and an ellipsoidal height: on WGS-84, or
-// on the datum of both.
+// The first system's coordinates to a position between the systems, in degrees, and an ellipsoidal height: on WGS-84,
+// or on the datum of both.
 void ToPosition(const Converter& source, const PointLine& point, bool geographic, Result& result) {
   if (!geographic) {
     Inverse(source, point, result);
