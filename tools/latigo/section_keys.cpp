@@ -18,7 +18,7 @@ constexpr ExampleSection Systems[] = {
      "6378245", "298.3", "1", nullptr, "51", "42", nullptr, nullptr, nullptr, "0", "0"},
     {LATIGO_KIND_TRANSVERSE_MERCATOR, "TME", "NationalGrid", "OSGB36 / British National Grid",
      "6377563.396", "299.3249646", "1", "0.9996012717", "-2", "49", nullptr, nullptr, nullptr, "400000", "-100000"},
-    {LATIGO_KIND_OBLIQUE_STEREOGRAPHIC, "OST", "RD", "Amersfoort / RD Old, Netherlands",
+    {LATIGO_KIND_OBLIQUE_STEREOGRAPHIC, "OST", "RD", "Amersfoort / RD New, Netherlands",
      "6377397.155", "299.1528128", nullptr, "0.9999079", "5.387638888888889", "52.156160555555556",
      nullptr, nullptr, nullptr, "155000", "463000"},
     {LATIGO_KIND_OBLIQUE_CYLINDRICAL, "OCY", "LV95", "CH1903+ / LV95, Switzerland",

@@ -18,7 +18,7 @@ const std::array<System, 12> Systems = {{
     {"transverse Mercator", "WGS 84 / UTM zone 31N",
      {6378137, 298.257223563, LATIGO_KIND_TRANSVERSE_MERCATOR, 1, 0.9996, 3, 0, 0, 0, 0, 500000, 0},
      {-80, 80, -7, 13}, From::Meridian, {0, 3}, "the central meridian"},
-    {"oblique stereographic", "Amersfoort / RD Old",
+    {"oblique stereographic", "Amersfoort / RD New",
      {6377397.155, 299.1528128, LATIGO_KIND_OBLIQUE_STEREOGRAPHIC, 1, 0.9999079, 5.387638888888889,
       52.156160555555556, 0, 0, 0, 155000, 463000},
      {32, 72, -35, 45}, From::Point, {52.156160555555556, 5.387638888888889}, "the origin"},
