@@ -10,6 +10,10 @@ os.mkdir(folder.name + "/datum")
 CELL, COLUMNS = 4, 72
 
 
+# The scale factor along the meridian or parallel of Albers' projection, whichever is farther from 1, by pyproj 3.7.
+FARTHER = {29.5: 1.00002205, 45.5: 1.00002736, 35: 1.00850883, 40: 1.00911987, 47: 1.0045867}
+
+
 def run(*arguments, text=b""):
     done = subprocess.run([*program, "map", *arguments], input=text, capture_output=True)
     return done.returncode, done.stdout.decode(), done.stderr.decode().replace("\r\n", "\n")
@@ -52,12 +56,33 @@ class Map:
         assert heads == [(16, 26), (16, 46), (16, 64)], heads
         corners = [(min(x for x, _ in cells), min(y for _, y in cells)) for cells in self.panels.values()]
         rows = self.rows = len(cells) // len(self.panels) // COLUMNS
-        assert corners == [((62, 540)[i % 2], 108 + i // 2 * (rows * CELL + 84)) for i in range(len(corners))], corners
-        assert (self.width, self.height) == (1010, corners[-1][1] + rows * CELL + 50)
-        used = [(float(e.get("x")) + 62, float(e.get("y")) + 108) for tag, e in elements if tag == "use"]
+        lefts = self.lefts = [corners[0][0], corners[1][0]]
+        assert lefts[0] >= 62 and lefts[1] >= lefts[0] + 482 and self.width >= lefts[1] + 470, (lefts, self.width)
+        assert corners == [(lefts[i % 2], 108 + i // 2 * (rows * CELL + 84)) for i in range(len(corners))], corners
+        assert self.height == corners[-1][1] + rows * CELL + 50
+        self.clear([e for tag, e in elements if tag == "text"], 6.9, 0, self.width)
+        self.clear([e for e in over.iter() if e.tag.endswith("text")], 5.6, lefts[0], lefts[0] + CELL * COLUMNS)
+        used = [(float(e.get("x")) + lefts[0], float(e.get("y")) + 108) for tag, e in elements if tag == "use"]
         assert used == corners, used
         limits = [float(v.replace("−", "-")) for v in re.findall(r"([−\d.]+)°", self.texts[1])]
         self.south, self.north, self.west, self.east = limits
+
+    @staticmethod
+    def clear(texts, letter, left, right):
+        """No text is beyond the limits or covers another one; the width of a letter is about that of a font without serifs."""
+        boxes = []
+        for e in texts:
+            if e.get("transform"):
+                x, y = map(int, re.findall(r"\d+", e.get("transform"))[:2])
+                boxes.append((x - 9, y - 24, x + 3, y + 24, e.text))
+                continue
+            x, y, width = float(e.get("x")), float(e.get("y")), len(e.text) * letter
+            x -= {"middle": width / 2, "end": width}.get(e.get("text-anchor"), 0)
+            boxes.append((x, y - 9, x + width, y + 2, e.text))
+        for i, a in enumerate(boxes):
+            assert a[0] >= left and a[2] <= right, (a, left, right)
+            for b in boxes[:i]:
+                assert a[0] >= b[2] or b[0] >= a[2] or a[1] >= b[3] or b[1] >= a[3], (a, b)
 
     def panel(self, begin):
         return next(title for title in self.panels if title.startswith(begin))
@@ -100,7 +125,7 @@ south.holds("Point scale", -37.951, 144.4248, 230.6)
 assert utm.said("Closure", 40, -75) == "below 0.001 mm" and utm.said("Closure", 40, -72.1) in ("below 1 mm", "below 10 mm")
 utm = Map("factors.ini", "-s", "UTM18", "--area", "30,-76.5,50,-73.5")
 x, _ = utm.pixel(40, -75)
-assert sum(abs(each - x) < 0.2 for each, _ in utm.lines) > 50 and "500\u2009000" in utm.names, "the line of 500 000"
+assert sum(abs(each - x) < 0.2 for each, _ in utm.lines) > 50 and "500\u2009000 E" in utm.names, "the line of 500 000"
 assert utm.texts[2] == "Grid lines: every 100\u2009000 m of easting, 500\u2009000 m of northing.", utm.texts[2]
 # Cells about square on the ground, within limits: 8 degrees of latitude are as long as 16 of longitude at 60 degrees.
 for area, rows in ("56,11,64,27", 72), ("84,4,90,34", 72), ("0,0,1,20", 48):
@@ -121,6 +146,13 @@ open(folder.name + "/large.ini", "w").write(system + "ScaleFactor=1.0200005\n")
 assert Map(folder.name + "/large.ini", "--area", "0,-0.02,0.04,0.02").said("Point scale", 0.02, 0.01) == "10 000 to 100 000"
 open(folder.name + "/large.ini", "w").write(system + "Unit=1000\n")
 assert "every 1 units of easting, 1 units of northing" in Map(folder.name + "/large.ini", "--area", "0,0,0.04,0.04").texts[2]
+# Steps below a unit have their decimals: 0.01 degrees are 1.1 km. A side of 0.01 degrees is one also with rounding errors.
+small = Map(folder.name + "/large.ini", "--area", "0,-9,0.01,-8.99")
+assert "every 0.5 units of easting, 0.5 units of northing" in small.texts[2] and "0.5 N" in small.names, (small.texts[2], small.names)
+assert small.texts[1].startswith("0° to 0.01° north, −9° to −8.99° east"), small.texts[1]
+# Wide labels of latitudes widen the margin; those of longitudes are at larger steps.
+small = Map("factors.ini", "-s", "MGA55", "--area", "-37.02,144.42,-37,144.44")
+assert small.lefts[0] > 80 and {"−37.005°", "144.425°"} <= set(small.texts) and "144.422°" not in small.texts, small.texts
 for section, limits in ("UTM18", (0, 84, -78.5, -71.5)), ("MGA55", (-80, 0, 143.5, 150.5)):
     default = Map("factors.ini", "-s", section)
     assert (default.south, default.north, default.west, default.east) == limits, default.texts[1]
@@ -130,13 +162,20 @@ conic = Map(folder.name + "/conic.ini")  # as much beyond the parallels as lies 
 assert (conic.south, conic.north) == (41.5, 51.5) and abs(conic.east - 3 - 7.5 / math.cos(math.radians(46.5))) < 0.01, conic.texts[1]
 heights = [b for a, b in utm.lines if abs(a - x) < 0.2]
 assert min(heights) == utm.pixel(50, -75)[1] and max(heights) == utm.pixel(30, -75)[1], (min(heights), max(heights))
-assert abs(utm.names["500\u2009000"][0] - x) < 1
+assert abs(utm.names["500\u2009000 E"][0] - x) < 1
 # The meridian arc to 40.6556 degrees is 4 502 116 m and the northing 4 500 315 m: there is the line of 4 500 000.
 _, y = utm.pixel(40.6556, -75)
 assert any(abs(a - x) < CELL and abs(b - y) < 2.5 for a, b in utm.lines) and utm.lines, y
 
 # Kinds without a Scale of their own; constant convergence is one class; longitudes across 180 degrees.
 assert Map("factors.ini", "-s", "Swiss").said("Point scale", 46.95, 7.44).startswith("0 to ")
+# Equal areas: at 38 degrees k is less than 1 by 12 200 parts per million and h more, as in factors.txt; both are near 1 on the parallels.
+open(folder.name + "/albers.ini", "w").write("[A]\nProjection=ALA\nSemiMajorAxis=6378206.4\nFlattening=294.9786982\nRefLatitude=23\n"
+                                             "CentralMeridian=-96\nNorthParallel=29.5\nSouthParallel=45.5\n")
+albers = Map(folder.name + "/albers.ini", "--area", "28,-100,47,-90")
+assert albers.panel("Scale h or k").endswith("parts per million")
+for latitude in (29.5, 45.5, 35, 40, 47):
+    albers.holds("Scale h or k", latitude - 0.01, -95, 1e6 * (FARTHER[latitude] - 1))
 mercator = Map("factors.ini", "-s", "Mercator", "--area", "-60,170,60,190")
 assert list(mercator.classes[mercator.panel("Convergence")].values()) == ["about 0.000000"]
 assert "−170°" in mercator.texts and "180°" in mercator.texts, mercator.texts
@@ -152,7 +191,7 @@ assert (poles.south, poles.north) == (-90, 90) and Map("factors.ini", "-s", "Mer
 
 # Beyond the domain there are gaps with their reason; nowhere a value, a refusal.
 wide = Map("factors.ini", "-s", "UTM18", "--area", "-80,-165,80,15")
-assert wide.said("Closure", 70, -160) == "code 10" and wide.said("Closure", 0, -75) == "below 0.001 mm"
+assert all(wide.said(theme, 70, -160) == "code 10" for theme in ("Closure", "Point scale", "Convergence")) and wide.said("Closure", 0, -75) == "below 0.001 mm"
 code, svg, errors = run("factors.ini", "-s", "UTM18", "--area", "5,10,15,14")
 assert code == 2 and not svg and "no position of the area" in errors, errors
 
@@ -166,26 +205,39 @@ assert abs(german.west - (7 - 6.25 / 7)) < 0.01 and abs(german.north - (53.55 + 
 for place, (latitude, longitude) in zip(german.circles, [(52.5, 13.25), (53.55, 10), (48.1, 11.6)]):
     assert all(abs(a - b) < 1 for a, b in zip(place, german.pixel(latitude, longitude))), (place, latitude, longitude)
 assert {"Berlin", "<Hamburg & 'H'>", "7", "K?ln"} <= german.names.keys(), german.names
-german = Map(folder.name + "/german.ini", "--area", "52,12,54,14", "--points", "-", text=points, messages=1)
+german = Map(folder.name + "/german.ini", "--area", "52,12,54,14", "--points", "-", text=points, messages=2)
 assert len(german.circles) == 1 and "Berlin" in german.names
 german = Map(folder.name + "/german.ini", "--points", "-", text=b"52.5 13.25 A\nno point\n", messages=1, status=1)
 assert len(german.circles) == 1
-# Quotes and other columns are not of the name, which is cut after 40 letters.
+outside = [folder.name + "/german.ini", "--area", "52,12,54,14", "--points", "-"]
+messages = "latigo: standard input:3: {}outside the area: \"<Hamburg & 'H'>\"\nlatigo: 4 points: outside the area\n"
+assert run(*outside, text=points)[::2] == (0, messages.format("warning: "))
+assert run(*outside, "--strict", text=points)[::2] == (1, messages.format(""))
+# Names stay inside the frame, off the numbers of grid lines, and are counted if there is no room.
+crowd = b"".join(b"52.%d 12.99 Station %d\n" % (i, i) for i in range(50, 90))
+drawn = [name for name in Map(*outside, text=crowd, messages=1).names if name.startswith("Station")]
+assert 5 < len(drawn) < 40, drawn
+assert run(*outside, text=crowd)[::2] == (0, f"latigo: there is no room for {40 - len(drawn)} names\n"), run(*outside, text=crowd)[2]
+crowd = Map(*outside, text=b"53.95 12.02 At the north-west corner\n52.01 13.98 At the south-east corner of the picture, far away\n")
+far = "At the south-east corner of the picture…"
+left, right = (crowd.pixel(53, longitude)[0] for longitude in (12, 14))
+assert all(left < crowd.names[name][0] < right for name in ("At the north-west corner", far)), crowd.names
+# Quotes and other columns are not of the name, which has at most 40 letters.
 lines = b'52.5 13.25 "Berlin" \n53.5,10.5,"Hamburg",x\n50.5 8.5 1,5\n48.5\t9.5\t12.5\tUlm\n49.5 7.5 ' + b"x" * 45 + b"\n# none\nno point\n"
 german = Map(folder.name + "/german.ini", "--points", "-", text=lines, messages=1, status=1)
-assert set(german.names) >= {"Berlin", "Hamburg", "1,5", "Ulm", "x" * 40}, german.names
-assert run(folder.name + "/german.ini", "--points", "-", text=lines)[2] == "latigo: standard input:7: not a number\n"
+assert set(german.names) >= {"Berlin", "Hamburg", "1,5", "Ulm", "x" * 39 + "…"}, german.names
+assert run(folder.name + "/german.ini", "--points", "-", text=lines)[2] == 'latigo: standard input:7: column 1: "no": not a number\n'
 for order, header in ("b,l,n", b"n;l;b\n"), ("2,3", b""), ("l,b,n", b"n;l;b\n"):
     more = ["--lonlat"] if order in ("l,b,n", "2,3") else []
     german = Map(folder.name + "/german.ini", "--points", "-", "--columns", order, *more, text=header + b"y" * 45 + b";9.5E;52N\nB;8.5E;53N\n")
     assert abs(german.circles[0][0] - german.pixel(52, 9.5)[0]) < 1 and len(german.circles) == 2, german.circles
-    assert ("y" * 40 in german.names) == bool(header), german.names
+    assert ("y" * 39 + "…" in german.names) == bool(header), german.names
 arguments = [folder.name + "/german.ini", "--grid", "--points", "-", "--columns", "x,y"]
 code, _, errors = run(*arguments, text=b"k;x;y\nA;0;5763343.55\nB;0;1e9\n")
-assert code == 1 and errors == "latigo: standard input:3: code 10: the grid position is outside the projection's domain\n", errors
+assert code == 1 and errors == "latigo: standard input:3: \"0 1e9\": code 10: the grid position is outside the projection's domain\n", errors
 open(folder.name + "/apex.ini", "w").write("[A]\nProjection=LCC\nSemiMajorAxis=6378137\nFlattening=298\nNorthParallel=70\nSouthParallel=60\nRefLatitude=90\n")
 code, _, errors = run(folder.name + "/apex.ini", "--grid", "--points", "-", text=b"0 0\n0 -1e6\n")  # no longitude at the apex
-assert code == 1 and errors == "latigo: standard input:1: the result is not a finite number\n", errors
+assert code == 1 and errors == 'latigo: standard input:1: "0 0": the result is not a finite number\n', errors
 german = Map(folder.name + "/german.ini", "--grid", "--points", "-", "--area", "50,8,54,10", text=b"0 5763343.55 A\n")
 assert abs(german.circles[0][1] - german.pixel(52, 9)[1]) < 1 and abs(german.circles[0][0] - german.pixel(52, 9)[0]) < 1
 table = b"name;x;y\nA;9,5;52\nB;8,5;x\n"

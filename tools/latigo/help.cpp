@@ -252,6 +252,8 @@ Exit status: 0; 2 for an invalid line, file, section or argument, and for points
 
 constexpr std::string_view Map = R"(A picture of the section over an area, as SVG: round-trip error, point scale factor,
 convergence; with grid files the undulation and the datum shift. Lines of equal easting and northing are drawn over it.
+The scale factor of a projection that is not conformal is that along the meridian, h, or along the parallel, k: the one
+that is farther from 1. Points outside the area are left out with a warning, and names without room are counted.
 Usage: latigo map [OPTIONS] FILE > map.svg
 
 Options:

@@ -7,6 +7,7 @@
 
 #include "coordinate_system.h"
 #include "line_reader.h"
+#include "platform/ascii.h"
 #include "streams.h"
 #include "table_reader.h"
 #include "visible.h"
@@ -18,14 +19,14 @@ namespace {
 using picture::Outcome;
 
 constexpr std::size_t PathSize = 512;
-constexpr std::size_t LongestName = 40;
+constexpr std::ptrdiff_t LongestName = 40;
 constexpr std::int32_t OutsideGridFile = 8;  // the library's code for a geoid; here also for a datum grid
 constexpr double MostLinear = 20000;         // parts per million: a wider range of scale has classes in powers of ten
 
 // Pixels.
 constexpr int Top = 108;
-constexpr int PanelLeft[] = {62, 540};
-constexpr int PictureWidth = 1010;
+constexpr int PanelDistance = 482;  // from the cells of one panel to those of its neighbour, at least
+constexpr int RightOfCells = 182;   // for title and legend, at least
 constexpr int BelowPanel = 84;
 constexpr int FewestRows = 48, MostRows = 100;
 
@@ -33,6 +34,17 @@ std::string_view Trimmed(std::string_view text, std::string_view what) {
   const std::size_t begin = text.find_first_not_of(what);
   return begin == std::string_view::npos ? std::string_view()
                                          : text.substr(begin, text.find_last_not_of(what) + 1 - begin);
+}
+
+// A name of at most LongestName characters of UTF-8, the last of which is an ellipsis if it is longer.
+std::string Shortened(std::string_view name) {
+  std::ptrdiff_t letters = 0;
+  std::size_t kept = 0;
+  for (std::size_t i = 0; i < name.size(); ++i) {
+    letters += (static_cast<unsigned char>(name[i]) & 0xc0U) != 0x80 ? 1 : 0;
+    kept = letters < LongestName ? i + 1 : kept;
+  }
+  return letters <= LongestName ? std::string(name) : std::string(name.substr(0, kept)) + "…";
 }
 
 // The name of a point: the text after its coordinates, or after its height.
@@ -45,7 +57,7 @@ std::string NameOf(const PointLine& point) {
   if (point.separator != ' ') {
     name = Trimmed(name.substr(0, name.find(point.separator)), blanks);
   }
-  return std::string(name.substr(0, LongestName));
+  return Shortened(name);
 }
 
 // Adds a point with its coordinates in the order of the options; returns why it is none, or an empty text.
@@ -75,8 +87,14 @@ std::string FileName(const MapOptions& options) {
 // A file of points and what is wrong in it, a message for each invalid point.
 struct Points {
   std::vector<picture::NamedPoint> points;
+  std::vector<std::size_t> lines;  // of the points
   std::vector<std::string> faults;
 };
+
+// "FILE:LINE: ", for messages.
+std::string Place(const MapOptions& options, std::size_t line) {
+  return FileName(options) + ":" + std::to_string(line) + ": ";
+}
 
 Points PointsOfTable(const MapOptions& options, const Converter& converter) {
   std::vector<Wanted> wanted = {{Role::Latitude, "latitude"}, {Role::Longitude, "longitude"}};
@@ -87,12 +105,15 @@ Points PointsOfTable(const MapOptions& options, const Converter& converter) {
   std::swap(wanted[0], wanted[first]);
   wanted.push_back({Role::Text, "name", true});
   const Table table = ReadTable(options.points, options.table, wanted);
-  Points read{{}, table.faults};
+  Points read{{}, {}, table.faults};
   for (const Record& each : table.records) {
-    const std::string fault = AddPoint(options, converter, each.values[first], each.values[1 - first],
-                                       each.texts[2].substr(0, LongestName), read.points);
-    if (!fault.empty()) {
-      read.faults.push_back(FileName(options) + ":" + std::to_string(each.line) + ": " + fault);
+    const std::string fault =
+        AddPoint(options, converter, each.values[first], each.values[1 - first], Shortened(each.texts[2]), read.points);
+    if (fault.empty()) {
+      read.lines.push_back(each.line);
+    } else {
+      const std::string shown = each.texts[0] + " " + each.texts[1];
+      read.faults.push_back(Place(options, each.line) + FaultText({fault.c_str(), 0, shown}));
     }
   }
   return read;
@@ -111,12 +132,19 @@ Points PointsOfLines(const MapOptions& options, const Converter& converter) {
         continue;
       }
       const PointLine point = ParsePointLine(line, order, options.table.separation);
-      std::string fault = returns ? ReturnInside : point.fault != nullptr && !point.badThird ? point.fault : "";
-      if (fault.empty()) {
+      std::string fault;
+      if (returns) {
+        fault = FaultText({ReturnInside, 0, line});
+      } else if (point.fault != nullptr && !point.badThird) {
+        fault = FaultText({point.fault, point.faultColumn, point.faultText});
+      } else {
         fault = AddPoint(options, converter, point.first, point.second, NameOf(point), read.points);
+        fault = fault.empty() ? fault : FaultText({fault.c_str(), 0, point.coordinates});
       }
-      if (!fault.empty()) {
-        read.faults.push_back(reader.Name() + ":" + std::to_string(number) + ": " + fault);
+      if (fault.empty()) {
+        read.lines.push_back(number);
+      } else {
+        read.faults.push_back(Place(options, number) + fault);
       }
     }
   }
@@ -190,7 +218,11 @@ class Themes {
 
  private:
   std::vector<Outcome> Cells(const picture::Measured& measured) const {
-    return MeasureCells(area_, rows_, [&](picture::Position at) { return measured(Wrapped(at)); });
+    auto outcomes = MeasureCells(area_, rows_, [&](picture::Position at) { return measured(Wrapped(at)); });
+    if (!themes_.empty()) {
+      TakeFailures(themes_.front().outcomes, outcomes);
+    }
+    return outcomes;
   }
 
   void Add(const std::string& title, const std::vector<picture::Class>& classes, const std::vector<Outcome>& outcomes) {
@@ -206,7 +238,7 @@ class Themes {
   void AddScale() {
     const std::vector<Outcome> outcomes = Cells([&](picture::Position at) { return measures_.FactorExcess(at); });
     const auto [low, high] = Limits(outcomes);
-    Add("Point scale factor k: (k − 1), parts per million",
+    Add(measures_.FactorTitle(),
         low > -MostLinear && high < MostLinear ? picture::LinearClasses(low, high, 1e-3)
                                                : Classes(picture::ScaleClasses()),
         outcomes);
@@ -261,15 +293,67 @@ int RowsOf(const picture::Area& area) {
       std::clamp(picture::Columns * shape, static_cast<double>(FewestRows), static_cast<double>(MostRows))));
 }
 
+// The limits, with as many decimals as distinguish a thousandth of the shorter side, but no zeros at the end.
 std::string LimitsInWords(const picture::Area& area) {
-  char text[120];
-  std::snprintf(text, sizeof text, "%.4g° to %.4g° north, %.4g° to %.4g° east", area.south, area.north, area.west,
-                area.east);
-  std::string words = text;
-  for (std::size_t i = words.find('-'); i != std::string::npos; i = words.find('-', i)) {
-    words.replace(i, 1, "−");
+  const double shorter = std::min(area.north - area.south, area.east - area.west);
+  const double step = std::pow(10, std::floor(std::log10(shorter)) - 3);
+  const auto limit = [&](double value) {
+    std::string text = picture::Number(value, step);
+    if (text.find('.') != std::string::npos) {
+      text.resize(text.find_last_not_of('0') + 1);
+      text.resize(text.size() - (text.ends_with('.') ? 1 : 0));
+    }
+    return text + "°";
+  };
+  return limit(area.south) + " to " + limit(area.north) + " north, " + limit(area.west) + " to " + limit(area.east) +
+         " east";
+}
+
+// A name of the section's unit or axis in English; empty without one.
+std::string LocalName(const Converter& converter, std::int32_t request) {
+  char name[64] = "";
+  GetLocalName(converter.Handle(), request, "", name, sizeof name);
+  return name;
+}
+
+// The first letter of an axis: E of easting.
+char Capital(const std::string& axis) {
+  return static_cast<char>(AsciiLower(axis.front()) - 'a' + 'A');
+}
+
+// The places of two panels side by side, and the width of the picture.
+struct PanelColumns {
+  int left[2];
+  int width;
+};
+
+PanelColumns ColumnsOf(const picture::Area& area, const std::vector<Theme>& themes) {
+  int right[] = {0, RightOfCells};
+  for (std::size_t i = 0; i < themes.size(); ++i) {
+    right[i % 2] = std::max(right[i % 2], picture::RightMargin(themes[i].classes, themes[i].outcomes));
   }
-  return words;
+  constexpr int Cells = picture::Columns * picture::Cell;
+  const int margin = picture::LeftMargin(area);
+  const int second = margin + std::max(PanelDistance, Cells + right[0] + margin);
+  return {{margin, second}, second + Cells + right[1]};
+}
+
+// Prints how many points and names are left out, and the first of the points; returns whether that is a failure.
+bool ReportLeftOut(const MapOptions& options, const Points& read, const picture::DrawnPoints& drawn) {
+  if (drawn.unnamed > 0) {
+    Message("there is no room for " + std::to_string(drawn.unnamed) + (drawn.unnamed == 1 ? " name" : " names"));
+  }
+  if (drawn.outside.empty()) {
+    return false;
+  }
+  const std::size_t first = drawn.outside.front();
+  const std::string& name = read.points[first].name;
+  Message(Place(options, read.lines[first]) + (options.strict ? "" : "warning: ") + "outside the area" +
+          (name.empty() ? "" : ": \"" + name + "\""));
+  if (drawn.outside.size() > 1) {
+    Message(std::to_string(drawn.outside.size()) + " points: outside the area");
+  }
+  return options.strict;
 }
 
 }  // namespace
@@ -280,8 +364,8 @@ int RunMap(const MapOptions& options) {
   PointOptions pointOptions;
   static_cast<Options&>(pointOptions) = options;
   const Converter converter(pointOptions, {});
-  const auto [points, faults] = ReadPoints(options, converter);
-  const MapArea area = AreaOf(options, config, converter, points);
+  const Points read = ReadPoints(options, converter);
+  const MapArea area = AreaOf(options, config, converter, read.points);
   const int rows = RowsOf(area.limits);
   Themes measured(pointOptions, converter, area.limits, rows);
   const std::vector<Theme> themes = measured.All();
@@ -291,33 +375,35 @@ int RunMap(const MapOptions& options) {
   }
 
   // The lines and points are the same in all panels.
-  const picture::Frame first{PanelLeft[0], Top, area.limits, rows};
-  const picture::GridLines lines = DrawGridLines(first, [&](picture::Position at, double& x, double& y) {
+  const PanelColumns columns = ColumnsOf(area.limits, themes);
+  const picture::Frame first{columns.left[0], Top, area.limits, rows};
+  const auto forward = [&](picture::Position at, double& x, double& y) {
     const picture::Position wrapped = measured.Wrapped(at);
     return GeoXY(converter.Handle(), &x, &y, wrapped.latitude * RadiansPerDegree,
                  wrapped.longitude * RadiansPerDegree) != 0;
-  });
-  std::string over = lines.svg;
-  if (const std::size_t outside = points.empty() ? 0 : DrawPoints(first, points, over); outside > 0) {
-    Message(std::to_string(outside) + " points are outside the area");
-  }
+  };
+  const std::string axes[] = {LocalName(converter, LATIGO_NAME_FIRST_AXIS),
+                              LocalName(converter, LATIGO_NAME_SECOND_AXIS)};
+  const picture::GridLines lines = DrawGridLines(first, forward, Capital(axes[0]), Capital(axes[1]));
+  const picture::DrawnPoints drawn = DrawPoints(first, read.points, lines.labels);
+  const bool incomplete = ReportLeftOut(options, read, drawn);
 
   const int panelHeight = rows * picture::Cell + BelowPanel;
   const int panelRows = static_cast<int>(themes.size() + 1) / 2;
   std::ostringstream svg;
-  picture::Begin(svg, PictureWidth, Top + panelRows * panelHeight - BelowPanel + 50, picture::Escaped(options.section));
-  char unit[16] = "units";
-  GetLocalName(converter.Handle(), LATIGO_NAME_UNIT_SHORT, "", unit, sizeof unit);
+  picture::Begin(svg, columns.width, Top + panelRows * panelHeight - BelowPanel + 50,
+                 picture::Escaped(options.section));
   picture::Text(svg, 16, 46, "", LimitsInWords(area.limits) + ": the area " + area.source + ".");
   if (lines.stepX > 0 && lines.stepY > 0) {
-    const std::string name = " " + picture::Escaped(unit);
+    const std::string unit = LocalName(converter, LATIGO_NAME_UNIT_SHORT);
+    const std::string of = " " + (unit.empty() ? "units" : picture::Escaped(unit)) + " of ";
     picture::Text(svg, 16, 64, "",
-                  "Grid lines: every " + picture::Grouped(lines.stepX) + name + " of easting, " +
-                      picture::Grouped(lines.stepY) + name + " of northing.");
+                  "Grid lines: every " + picture::Grouped(lines.stepX, lines.stepX) + of + axes[0] + ", " +
+                      picture::Grouped(lines.stepY, lines.stepY) + of + axes[1] + ".");
   }
-  svg << "<defs><g id='over'>\n" << over << "</g></defs>\n";
+  svg << "<defs><g id='over'>\n" << lines.svg << drawn.svg << "</g></defs>\n";
   for (std::size_t i = 0; i < themes.size(); ++i) {
-    const picture::Frame frame{PanelLeft[i % 2], Top + static_cast<int>(i / 2) * panelHeight, area.limits, rows};
+    const picture::Frame frame{columns.left[i % 2], Top + static_cast<int>(i / 2) * panelHeight, area.limits, rows};
     std::ostringstream use;
     use << "<use xmlns:xlink='http://www.w3.org/1999/xlink' xlink:href='#over' x='" << frame.left - first.left
         << "' y='" << frame.top - first.top << "'/>\n";
@@ -325,7 +411,7 @@ int RunMap(const MapOptions& options) {
   }
   svg << "</svg>\n";
   Print(svg.str());
-  return faults.empty() ? 0 : 1;
+  return read.faults.empty() && !incomplete ? 0 : 1;
 }
 
 }  // namespace latigo::cli

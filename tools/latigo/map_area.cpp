@@ -17,8 +17,8 @@ namespace {
 using picture::Area;
 
 constexpr std::size_t PathSize = 512;
-constexpr double SmallestSide = 0.01;  // degrees
-constexpr double LargestGrid = 90;     // degrees of longitude: larger grid files are not made for the section
+constexpr double SmallestSide = 0.01 - 1e-9;  // degrees; less by the rounding error of a difference
+constexpr double LargestGrid = 90;            // degrees of longitude: larger grid files are not made for the section
 
 [[noreturn]] void Refuse(const MapOptions& options, const std::string& reason) {
   throw UsageError("--area " + options.area + ": " + reason);

@@ -13,25 +13,26 @@ constexpr double MostCrossings = 3;  // of lines through a cell; more are a jump
 
 // Pixels.
 constexpr int Width = Columns * Cell;
-constexpr double LetterWidth = 5.6;
+constexpr int LabelSize = 10;
 constexpr double LabelHeight = 11;
 constexpr double Radius = 3.2;  // of a point
 
 constexpr const char* LabelStyle =
     "font-size='10' stroke='#fff' stroke-width='3' stroke-linejoin='round' paint-order='stroke'";
 
-struct Box {
-  double left, top, right, bottom;
-};
-
 bool Overlap(const Box& a, const Box& b) {
   return a.left < b.right && b.left < a.right && a.top < b.bottom && b.top < a.bottom;
 }
 
-// The number of characters of UTF-8.
-double Letters(const std::string& text) {
-  return static_cast<double>(
-      std::count_if(text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xc0U) != 0x80; }));
+// The places of a name beside its point, the best first.
+constexpr struct {
+  double x, y;  // of the anchor, from the point
+  const char* anchor;
+} NamePlaces[] = {{6, 3.5, "start"}, {-6, 3.5, "end"}, {0, -6, "middle"}, {0, 14, "middle"},
+                  {4, -4, "start"},  {4, 13, "start"}, {-4, -4, "end"},   {-4, 13, "end"}};
+
+bool Inside(const Box& a, const Box& b) {
+  return a.left >= b.left && a.right <= b.right && a.top >= b.top && a.bottom <= b.bottom;
 }
 
 // 1, 2 or 5 times a power of ten.
@@ -126,12 +127,17 @@ bool EdgeCrossing(const Frame& frame, const Corners& corners, bool horizontal, i
 
 class Labels {
  public:
-  // Adds a text if it covers no earlier one. `anchor` is start, middle or end; y is the base line.
-  bool Add(double x, double y, const char* anchor, const std::string& text) {
-    const double width = Letters(text) * LetterWidth;
+  explicit Labels(const Frame& frame)
+      : limits_{static_cast<double>(frame.left), static_cast<double>(frame.top),
+                static_cast<double>(frame.left + Width), static_cast<double>(frame.Bottom())} {}
+
+  // Adds a text, in XML, if it is inside the frame and covers no earlier one. `anchor` is start, middle or end; y is of
+  // the base line.
+  bool Add(double x, double y, const char* anchor, const std::string& text, double width) {
     const double left = *anchor == 's' ? x : *anchor == 'm' ? x - width / 2 : x - width;
     const Box box{left - 2, y - LabelHeight + 2, left + width + 2, y + 2};
-    if (std::any_of(boxes_.begin(), boxes_.end(), [&](const Box& other) { return Overlap(box, other); })) {
+    if (!Inside(box, limits_) ||
+        std::any_of(boxes_.begin(), boxes_.end(), [&](const Box& other) { return Overlap(box, other); })) {
       return false;
     }
     boxes_.push_back(box);
@@ -141,15 +147,17 @@ class Labels {
     return true;
   }
   void Block(const Box& box) { boxes_.push_back(box); }
+  const std::vector<Box>& Boxes() const { return boxes_; }
   std::string Svg() const { return std::string("<g ") + LabelStyle + ">\n" + svg_ + "</g>\n"; }
 
  private:
+  Box limits_;
   std::vector<Box> boxes_;
   std::string svg_;
 };
 
 // The lines of one coordinate: eastings have their values at the top or bottom, northings at the right or left.
-void AddLines(const Frame& frame, const Corners& corners, bool easting, double step, std::string& path,
+void AddLines(const Frame& frame, const Corners& corners, bool easting, double step, char letter, std::string& path,
               Labels& labels) {
   double low = NAN;
   double high = NAN;
@@ -161,39 +169,39 @@ void AddLines(const Frame& frame, const Corners& corners, bool easting, double s
   const double first = std::ceil(low / step);
   for (double i = first; i * step <= high && i < first + MostLines; ++i) {
     AddLine(frame, corners, step, i * step, path);
-    const std::string text = Grouped(i * step);
-    const double halfWidth = Letters(text) * LetterWidth / 2;
+    const std::string text = Grouped(i * step, step) + " " + letter;
+    const double width = TextWidth(text, LabelSize);
     double along = 0;
     if (easting) {
-      const bool top = EdgeCrossing(frame, corners, true, 0, step, i * step, along);
-      if (top || EdgeCrossing(frame, corners, true, frame.rows, step, i * step, along)) {
-        labels.Add(frame.left + std::clamp(along, halfWidth + 2, Width - halfWidth - 2),
-                   top ? frame.top + 11 : frame.Bottom() - 5, "middle", text);
-      }
+      const auto add = [&](int edge, double y) {
+        return EdgeCrossing(frame, corners, true, edge, step, i * step, along) &&
+               labels.Add(frame.left + std::clamp(along, width / 2 + 3, Width - width / 2 - 3), y, "middle", text,
+                          width);
+      };
+      add(0, frame.top + 11) || add(frame.rows, frame.Bottom() - 5);
     } else {
-      const bool right = EdgeCrossing(frame, corners, false, Columns, step, i * step, along);
-      if (right || EdgeCrossing(frame, corners, false, 0, step, i * step, along)) {
-        labels.Add(right ? frame.left + Width - 3 : frame.left + 3, frame.top + std::max(along - 2, 11.0),
-                   right ? "end" : "start", text);
-      }
+      const auto add = [&](int edge, double x, const char* anchor) {
+        return EdgeCrossing(frame, corners, false, edge, step, i * step, along) &&
+               labels.Add(x, frame.top + std::max(along - 2, 11.0), anchor, text, width);
+      };
+      add(Columns, frame.left + Width - 3, "end") || add(0, frame.left + 3, "start");
     }
   }
 }
 
 }  // namespace
 
-std::string Grouped(double value) {
-  char digits[40];
-  std::snprintf(digits, sizeof digits, "%.0f", std::fabs(value));
+std::string Grouped(double value, double step) {
+  const std::string all = Number(std::fabs(value), step);
+  const std::size_t whole = std::min(all.find('.'), all.size());
   std::string text;
-  const std::string all = digits;
   for (std::size_t i = 0; i < all.size(); ++i) {
-    text += (i > 0 && (all.size() - i) % 3 == 0 ? "\u2009" : "") + std::string(1, all[i]);
+    text += (i > 0 && i < whole && (whole - i) % 3 == 0 ? "\u2009" : "") + std::string(1, all[i]);
   }
-  return (value < 0 ? "−" : "") + text;
+  return (value <= -step / 2 ? "−" : "") + text;
 }
 
-GridLines DrawGridLines(const Frame& frame, const Forward& forward) {
+GridLines DrawGridLines(const Frame& frame, const Forward& forward, char letterX, char letterY) {
   Corners eastings{frame.rows, {}};
   Corners northings{frame.rows, {}};
   const auto& [south, north, west, east] = frame.area;
@@ -212,31 +220,36 @@ GridLines DrawGridLines(const Frame& frame, const Forward& forward) {
   lines.stepX = eastings.Step();
   lines.stepY = northings.Step();
   std::string path;
-  Labels labels;
+  Labels labels(frame);
   if (lines.stepX > 0) {
-    AddLines(frame, eastings, true, lines.stepX, path, labels);
+    AddLines(frame, eastings, true, lines.stepX, letterX, path, labels);
   }
   if (lines.stepY > 0) {
-    AddLines(frame, northings, false, lines.stepY, path, labels);
+    AddLines(frame, northings, false, lines.stepY, letterY, path, labels);
   }
   // A light line below the dark one, since cells may be dark.
   lines.svg = "<path fill='none' stroke='#fff' stroke-opacity='0.6' stroke-width='2.2' d='" + path +
               "'/>\n<path fill='none' stroke='#222' stroke-opacity='0.8' stroke-width='0.8' d='" + path + "'/>\n" +
               labels.Svg();
+  lines.labels = labels.Boxes();
   return lines;
 }
 
-std::size_t DrawPoints(const Frame& frame, const std::vector<NamedPoint>& points, std::string& svg) {
+DrawnPoints DrawPoints(const Frame& frame, const std::vector<NamedPoint>& points, const std::vector<Box>& covered) {
   const auto& [south, north, west, east] = frame.area;
-  std::size_t outside = 0;
+  DrawnPoints drawn;
   std::string circles;
-  Labels labels;
+  Labels labels(frame);
+  for (const Box& box : covered) {
+    labels.Block(box);
+  }
   std::vector<std::pair<double, double>> places;
-  for (const auto& [at, name] : points) {
+  for (std::size_t i = 0; i < points.size(); ++i) {
+    const Position at = points[i].at;
     double longitude = at.longitude;
     longitude += longitude < west ? 360 : longitude > east ? -360 : 0;
     if (!(at.latitude >= south && at.latitude <= north && longitude >= west && longitude <= east)) {
-      ++outside;
+      drawn.outside.push_back(i);
       places.emplace_back(NAN, NAN);
       continue;
     }
@@ -254,12 +267,16 @@ std::size_t DrawPoints(const Frame& frame, const std::vector<NamedPoint>& points
       continue;
     }
     const std::string name = Escaped(points[i].name);
-    const bool room = x + 6 + Letters(points[i].name) * LetterWidth < frame.left + Width;
-    (room && labels.Add(x + 6, y + 3.5, "start", name)) || labels.Add(x - 6, y + 3.5, "end", name) ||
-        labels.Add(x, y - 6, "middle", name) || labels.Add(x, y + 14, "middle", name);
+    const double width = TextWidth(points[i].name, LabelSize);
+    const double reach = width / 2 + 3;  // of a name above or below its point, which the frame's edges move aside
+    const double middle = std::max(frame.left + reach, std::min(x, frame.left + Width - reach));
+    const bool named = std::any_of(std::begin(NamePlaces), std::end(NamePlaces), [&, x = x, y = y](const auto& place) {
+      return labels.Add(*place.anchor == 'm' ? middle : x + place.x, y + place.y, place.anchor, name, width);
+    });
+    drawn.unnamed += named ? 0 : 1;
   }
-  svg += "<g fill='#fff' stroke='#111' stroke-width='1.5'>\n" + circles + "</g>\n" + labels.Svg();
-  return outside;
+  drawn.svg = "<g fill='#fff' stroke='#111' stroke-width='1.5'>\n" + circles + "</g>\n" + labels.Svg();
+  return drawn;
 }
 
 }  // namespace latigo::picture

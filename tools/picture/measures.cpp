@@ -17,6 +17,12 @@ GeodesyParams ParamsOf(GeodesyHandle handle) {
   return params;
 }
 
+// Mercator on a sphere takes latitudes on the ellipsoid for those on the sphere, which keeps no angles.
+bool KeepsAngles(std::int32_t kind) {
+  return kind != LATIGO_KIND_AZIMUTHAL_EQUIDISTANT && kind != LATIGO_KIND_ALBERS && kind != LATIGO_KIND_CASSINI &&
+         kind != LATIGO_KIND_MERCATOR_ON_SPHERE;
+}
+
 Outcome Finite(double value) {
   return std::isfinite(value) ? Outcome{value, 0} : Outcome{0, NotANumber};
 }
@@ -27,6 +33,7 @@ Measures::Measures(GeodesyHandle handle)
     : handle_(handle),
       a_(ParamsOf(handle).SemiMajorAxis),
       e2_((2 - 1 / ParamsOf(handle).InvFlattening) / ParamsOf(handle).InvFlattening),
+      conformal_(KeepsAngles(ParamsOf(handle).Kind)),
       differences_(handle) {}
 
 double Measures::Distance(Position from, Position to) const {
@@ -78,7 +85,8 @@ Outcome Measures::FactorsAt(Position position, Factors& factors) const {
 Outcome Measures::FactorExcess(Position position) const {
   Factors factors;
   const Outcome outcome = FactorsAt(position, factors);
-  return outcome.code != 0 ? outcome : Finite((factors.Mean() - 1) * 1e6);
+  const double farther = std::fabs(factors.h - 1) > std::fabs(factors.k - 1) ? factors.h : factors.k;
+  return outcome.code != 0 ? outcome : Finite(((conformal_ ? factors.Mean() : farther) - 1) * 1e6);
 }
 
 Outcome Measures::Convergence(Position position) const {

@@ -25,6 +25,9 @@ struct Outcome {
   std::int32_t code;  // 0, a code of the library, or NotANumber
 };
 
+inline constexpr const char* PointScaleTitle = "Point scale factor k: (k − 1), parts per million";
+inline constexpr const char* FartherScaleTitle = "Scale h or k, the farther from 1: (scale − 1), parts per million";
+
 // Of an object that outlives them.
 class Measures {
  public:
@@ -36,9 +39,15 @@ class Measures {
   // The result of Scale minus 1, parts per million; the object has no local grid.
   Outcome ScaleExcess(Position position) const;
 
-  // By differences: the mean scale factor minus 1, parts per million; the convergence, degrees.
+  // By differences: the scale factor minus 1, parts per million; the convergence, degrees. The scale factor is k if the
+  // projection is conformal; else that along the meridian or along the parallel, whichever is farther from 1, since
+  // their mean is 1 everywhere if areas are true.
   Outcome FactorExcess(Position position) const;
   Outcome Convergence(Position position) const;
+
+  bool IsConformal() const { return conformal_; }
+  // The title of a panel of scale factors.
+  const char* FactorTitle() const { return conformal_ ? PointScaleTitle : FartherScaleTitle; }
 
   // The distance between positions that are near one another, metres on the ground.
   double Distance(Position from, Position to) const;
@@ -48,6 +57,7 @@ class Measures {
 
   GeodesyHandle handle_;
   double a_, e2_;
+  bool conformal_;
   Differences differences_;
 };
 

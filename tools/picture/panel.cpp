@@ -15,6 +15,16 @@ namespace {
 
 constexpr double Any = 1e300;
 
+// Pixels.
+constexpr int FontSize = 12;
+constexpr int LabelGap = 8;  // between the labels of an axis, and from the left axis to its labels
+constexpr int LeastMargin = 62;
+constexpr int TitleHeight = 16;
+constexpr int LegendOffset = 12;  // of the legend from the cells, of its words from their colours, and of its rows
+constexpr int WordsOffset = 20;
+constexpr int RowOffset = 20;
+constexpr int LegendBox = 14;
+
 const Class Closures[] = {
     {1e-3, 0, "#fcffd2", "below 0.001 mm"},  //
     {1e-2, 0, "#f6e27a", "below 0.01 mm"},  {1e-1, 0, "#fbbc3a", "below 0.1 mm"}, {1e+0, 0, "#f58c1f", "below 1 mm"},
@@ -79,32 +89,40 @@ std::size_t ClassOf(std::span<const Class> classes, const Outcome& outcome) {
   return classes.size() - 1;
 }
 
-// A number with a minus sign, and as many decimals as its step requires.
-std::string Number(double value, double step) {
-  const int decimals = std::max(0, static_cast<int>(std::ceil(-std::log10(step) - 1e-9)));
-  char text[40];
-  std::snprintf(text, sizeof text, "%.*f", decimals, std::fabs(value));
-  return (value <= -step / 2 ? "−" : "") + std::string(text);
-}
-
-// Round numbers between two limits, at most eight.
-struct Ticks {
-  double step;
-  std::vector<double> values;
+struct Tick {
+  double at;
+  std::string label;
 };
 
-Ticks TicksOf(double from, double to) {
-  for (const double step : {0.001, 0.002, 0.005, 0.01, 0.02, 0.05, 0.1, 0.2, 0.5, 1.0, 2.0, 5.0, 10.0, 20.0, 60.0}) {
+// Round numbers between two limits, at most eight, on an axis on which their labels are side by side.
+std::vector<Tick> TicksOf(double from, double to, double pixels) {
+  std::vector<Tick> ticks;
+  for (const double step :
+       {0.001, 0.002, 0.005, 0.01, 0.02, 0.05, 0.1, 0.2, 0.5, 1.0, 2.0, 5.0, 10.0, 20.0, 30.0, 60.0}) {
     if ((to - from) / step > 8) {
       continue;
     }
-    Ticks ticks{step, {}};
+    ticks.clear();
+    double widest = 0;
     for (double i = std::ceil(from / step - 1e-9); i * step <= to + 1e-9 * step; ++i) {
-      ticks.values.push_back(i * step);
+      const double at = i * step;
+      ticks.push_back({at, Number(at > 180 ? at - 360 : at < -180 ? at + 360 : at, step) + "°"});
+      widest = std::max(widest, TextWidth(ticks.back().label, FontSize));
     }
-    return ticks;
+    if (widest + LabelGap <= pixels * step / (to - from)) {
+      break;
+    }
   }
-  return {1, {}};
+  return ticks;
+}
+
+// From the left axis to the base line of its title, beyond the labels.
+int TitleOffset(const std::vector<Tick>& ticks) {
+  double offset = 46;
+  for (const Tick& tick : ticks) {
+    offset = std::max(offset, LabelGap + 5 + TextWidth(tick.label, FontSize));
+  }
+  return static_cast<int>(std::ceil(offset));
 }
 
 // The frame of a panel, labelled in degrees; longitudes from -180 to 180.
@@ -113,31 +131,57 @@ void Axes(std::ostream& svg, const Frame& frame) {
   const int height = frame.rows * Cell;
   const auto& [south, north, west, east] = frame.area;
   std::ostringstream marks;
-  const Ticks longitudes = TicksOf(west, east);
-  for (const double d : longitudes.values) {
-    const int x = static_cast<int>(std::lround(frame.X(d)));
+  for (const Tick& tick : TicksOf(west, east, width)) {
+    const int x = static_cast<int>(std::lround(frame.X(tick.at)));
     marks << "M" << x << " " << frame.Bottom() << "v5";
-    Text(svg, x, frame.Bottom() + 18, " text-anchor='middle'",
-         Number(d > 180    ? d - 360
-                : d < -180 ? d + 360
-                           : d,
-                longitudes.step) +
-             "°");
+    Text(svg, x, frame.Bottom() + 18, " text-anchor='middle'", tick.label);
   }
-  const Ticks latitudes = TicksOf(south, north);
-  for (const double d : latitudes.values) {
-    const int y = frame.Bottom() - static_cast<int>(std::lround((d - south) / (north - south) * height));
+  const std::vector<Tick> latitudes = TicksOf(south, north, Any);
+  for (const Tick& tick : latitudes) {
+    const int y = frame.Bottom() - static_cast<int>(std::lround((tick.at - south) / (north - south) * height));
     marks << "M" << frame.left << " " << y << "h-5";
-    Text(svg, frame.left - 8, y + 4, " text-anchor='end'", Number(d, latitudes.step) + "°");
+    Text(svg, frame.left - LabelGap, y + 4, " text-anchor='end'", tick.label);
   }
   svg << "<path fill='none' stroke='#222' d='M" << frame.left << " " << frame.top << "h" << width << "v" << height
       << "h-" << width << "z" << marks.str() << "'/>\n";
   Text(svg, frame.left + width / 2, frame.Bottom() + 36, " text-anchor='middle'", "longitude");
-  svg << "<text transform='translate(" << frame.left - 46 << " " << frame.top + height / 2
+  svg << "<text transform='translate(" << frame.left - TitleOffset(latitudes) << " " << frame.top + height / 2
       << ") rotate(-90)' text-anchor='middle'>latitude</text>\n";
 }
 
 }  // namespace
+
+std::string Number(double value, double step) {
+  const int decimals = std::max(0, static_cast<int>(std::ceil(-std::log10(step) - 1e-9)));
+  char text[40];
+  std::snprintf(text, sizeof text, "%.*f", decimals, std::fabs(value));
+  return (value <= -step / 2 ? "−" : "") + std::string(text);
+}
+
+double TextWidth(std::string_view text, int size) {
+  constexpr double Letter = 0.585;  // of the size; digits of a wide font have 0.64, and points and blanks less
+  const auto letters =
+      std::count_if(text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xc0U) != 0x80; });
+  return static_cast<double>(letters) * Letter * size;
+}
+
+int LeftMargin(const Area& area) {
+  return std::max(LeastMargin, TitleOffset(TicksOf(area.south, area.north, Any)) + TitleHeight);
+}
+
+int RightMargin(std::span<const Class> classes, const std::vector<Outcome>& outcomes) {
+  double widest = 0;
+  for (const Outcome& each : outcomes) {
+    widest = std::max(widest, TextWidth(classes[ClassOf(classes, each)].words, FontSize));
+  }
+  return LegendOffset + WordsOffset + static_cast<int>(std::ceil(widest));
+}
+
+void TakeFailures(const std::vector<Outcome>& failed, std::vector<Outcome>& outcomes) {
+  for (std::size_t i = 0; i < failed.size(); ++i) {
+    outcomes[i] = failed[i].code != 0 ? failed[i] : outcomes[i];
+  }
+}
 
 std::span<const Class> ClosureClasses() {
   return Closures;
@@ -218,14 +262,17 @@ void Panel(std::ostream& svg, const Frame& frame, const std::string& title, std:
     }
   }
   Text(svg, frame.left, frame.top - 10, " font-weight='bold'", title);
+  // A long legend is closer, so that it ends above the longitudes.
+  const int rowOffset = std::min(RowOffset, frame.rows * Cell / static_cast<int>(paths.size()));
+  const int box = std::min(LegendBox, rowOffset - 2);
   int y = frame.top;
   for (const auto& [kind, path] : paths) {
-    const int x = frame.left + Columns * Cell + 12;
+    const int x = frame.left + Columns * Cell + LegendOffset;
     svg << "<path stroke-width='" << Cell << "' stroke='" << classes[kind].fill << "' d='" << path << "'/>\n"
-        << "<rect x='" << x << "' y='" << y << "' width='14' height='14' stroke='#888' fill='" << classes[kind].fill
-        << "'/>\n";
-    Text(svg, x + 20, y + 12, "", classes[kind].words);
-    y += 20;
+        << "<rect x='" << x << "' y='" << y << "' width='14' height='" << box << "' stroke='#888' fill='"
+        << classes[kind].fill << "'/>\n";
+    Text(svg, x + WordsOffset, y + box - 2, "", classes[kind].words);
+    y += rowOffset;
   }
   svg << over;
   Axes(svg, frame);

@@ -7,6 +7,7 @@
 #include <ostream>
 #include <span>
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "measures.h"
@@ -51,14 +52,27 @@ using Measured = std::function<Outcome(Position)>;
 // The measured values in the middle of all cells, row by row from the north.
 std::vector<Outcome> MeasureCells(const Area& area, int rows, const Measured& measured);
 
+// Cells that failed in one panel fail in another with the same code, so that the limits of a domain are in both.
+void TakeFailures(const std::vector<Outcome>& failed, std::vector<Outcome>& outcomes);
+
 // A text from outside as characters of XML; bytes that are not UTF-8 and control characters become question marks.
 std::string Escaped(const std::string& text);
 
 // The begin of a picture: its size, patterns, background and title.
 void Begin(std::ostream& svg, int width, int height, const std::string& title);
 
+// A number with a minus sign, and as many decimals as its step requires.
+std::string Number(double value, double step);
+
+// The width of a text in pixels, estimated from its number of characters.
+double TextWidth(std::string_view text, int size);
+
 // Attributes may be empty, or begin with a blank.
 void Text(std::ostream& svg, int x, int y, const char* attributes, const std::string& words);
+
+// The pixels that a panel needs to the left of its cells, for the axis; and to the right, for the legend.
+int LeftMargin(const Area& area);
+int RightMargin(std::span<const Class> classes, const std::vector<Outcome>& outcomes);
 
 // Cells, coloured by their outcomes, and a legend of the colours used. `over` is drawn between cells and axes.
 void Panel(std::ostream& svg, const Frame& frame, const std::string& title, std::span<const Class> classes,

@@ -27,15 +27,18 @@ std::string Picture(const System& system, const Grid& grid) {
   std::ostringstream svg;
   picture::Begin(svg, PictureWidth, left.Bottom() + 50,
                  "Kind " + std::to_string(system.params.Kind) + ", " + system.projection + ": " + system.name);
-  picture::Panel(svg, left, "Closure error, forward and inverse", picture::ClosureClasses(),
-                 cells([&](Position at) { return measures.Closure(at); }));
-  const auto scale = cells([&](Position at) { return measures.ScaleExcess(at); });
-  if (std::all_of(scale.begin(), scale.end(), [](const auto& each) { return each.code == 0 && each.value == 0; })) {
-    picture::Panel(svg, right, "Point scale factor k: (k − 1), parts per million; Scale returns 1",
-                   picture::ScaleClasses(), cells([&](Position at) { return measures.FactorExcess(at); }));
-  } else {
-    picture::Panel(svg, right, "Point scale factor k: (k − 1), parts per million", picture::ScaleClasses(), scale);
+  const auto closure = cells([&](Position at) { return measures.Closure(at); });
+  picture::Panel(svg, left, "Closure error, forward and inverse", picture::ClosureClasses(), closure);
+  // By the library, unless Scale is 1 everywhere or that of one direction.
+  auto scale = cells([&](Position at) { return measures.ScaleExcess(at); });
+  const char* title = picture::PointScaleTitle;
+  if (!measures.IsConformal() ||
+      std::all_of(scale.begin(), scale.end(), [](const auto& each) { return each.code == 0 && each.value == 0; })) {
+    scale = cells([&](Position at) { return measures.FactorExcess(at); });
+    title = measures.FactorTitle();
   }
+  picture::TakeFailures(closure, scale);
+  picture::Panel(svg, right, title, picture::ScaleClasses(), scale);
   svg << "</svg>\n";
   return svg.str();
 }
