@@ -77,6 +77,12 @@ bool IsHemisphere(std::string_view text, Axis axis) {
 }
 
 bool LooksLikeNumber(std::string_view text) {
+  for (const std::string_view unit : {"m", "ft"}) {  // a number with a fraction, as 120.5m
+    const std::string_view number = text.substr(0, text.size() - std::min(unit.size(), text.size()));
+    if (text.ends_with(unit) && number.find('.') != std::string_view::npos && ParseNumber(number).fault == nullptr) {
+      return true;
+    }
+  }
   const auto is = [text](std::string_view word) { return EqualIgnoringCase(text, word); };
   return (text.find_first_not_of("+-0123456789.,") == std::string_view::npos &&
           text.find_first_of("0123456789") != std::string_view::npos) ||

@@ -74,6 +74,22 @@ std::size_t ColumnsPerAngle(std::span<const Wanted> wanted, std::size_t chosen, 
                    (dmsColumns ? ", and of each angle 2 to 4 columns" : ""));
 }
 
+// Refuses a column in the place of the other angle, as the name says: Lat, Lon with --lonlat, or Lon, Lat without it.
+void RequireOrder(std::span<const Wanted> wanted, const std::vector<std::string>& names, std::size_t perAngle) {
+  std::size_t place = 0;
+  for (const Wanted& value : wanted) {
+    if (place >= names.size()) {
+      return;
+    }
+    const std::string_view other = value.role == Role::Latitude ? "lon" : value.role == Role::Longitude ? "lat" : "";
+    if (!other.empty() && EqualIgnoringCase(std::string_view(names[place]).substr(0, other.size()), other)) {
+      throw UsageError("--columns: " + names[place] + " as the " + value.name +
+                       ": the latitude is first, or with --lonlat the longitude");
+    }
+    place += value.IsAngle() ? perAngle : 1;
+  }
+}
+
 // As RecordEnd, for a text whose first line feed is known, and whose last line ends there or with the file. Comments
 // have no quoted fields.
 std::size_t RecordEndOf(std::string_view text, std::size_t feed, char separator) {
@@ -121,6 +137,7 @@ TableReader::TableReader(const std::string& path, const TableOptions& options, s
     }
   }
   perAngle_ = ColumnsPerAngle(wanted, columns.size(), options.dmsColumns);
+  RequireOrder(wanted, names_, perAngle_);
   if (std::all_of(names_.begin(), names_.end(), isNumber)) {
     names_.clear();
     RequireDistinct(columns);
