@@ -197,6 +197,46 @@ assert re.search(r"its round-trip error is up to 0\.[01]\d\d\d m", fit(lines(squ
 report = fit("530000 180000 0 0 P\n530100 180000 100.02000 0 Q\n530200 180000 200 0 R\n")[3]
 assert re.search(r"is probably wrong by -?0\.0[24]0 m, or else X of [PQR] \(line \d\) or X of [PQR] \(line \d\): the points do not show which;", report), report
 assert "or else" not in fit(lines(square(530000, 180000, noise=(1, 0, 0, 0))), "--sigma", "0.1")[3]
+# An error of 0.15 in the middle of a line, or nearly of one: whichever w is largest, the wrong one is named. It is alone in a square.
+for y, off, others in (180000, 0, 2), (180020, 20, 2):
+    report = fit(f"530000 180000 1000.000 1999.990 P1\n530500 {y} 1500.004 {2000.15 + off} P2\n531000 180000 2000.000 2000.000 P3\n", "--sigma", "0.01")[3]
+    warning = re.search(r"Y of P\d is probably wrong.*", report)[0]
+    assert "Y of P2" in warning and len(re.findall(r" or (?:else )?Y of P\d \(line \d\)", warning)) == others, report
+# Errors of 1 cm do not decide that a line is mirrored.
+for known in ["--sigma", "0.01"], []:
+    _, keys, _, report = fit("530198.972 180061.538 1208.273 2000.006\n530271.407 180083.965 1284.088 1999.991\n530361.048 180111.680 1377.914 2000.005\n", *known)
+    assert "ReverseY" not in keys and "do not show whether an axis is reversed" in report, report
+# Rounding is no blunder. In a rectangle r = 1/2, so that errors are found from 12.92 sqrt(2) = 18.28 deviations of rounding on. It
+# is 10^-decimals / sqrt(12), by the decimals in x, y and in X, Y; whole numbers beside others with more decimals are exact.
+for x, y, found in ("", ".000", "0.005 0.006"), (".0", ".000", "0.005 0.006"), ("", "", "7 8"), (".25", ".000", "0.052 0.054"), ("e0", ".000", "0.005 0.006"):
+    for error, wrong in zip(found.split(), (False, True)):
+        rows = [[f"{value}{x}" for value in corner] + [f"{value}{y}" for value in corner] for corner in ((5300, 1800), (6100, 1800), (6100, 2400), (5300, 2400))]
+        rows[2][3] = f"{2400 + float(error):.{max(len(y) - 1, 0)}f}"
+        for order in (0, 1, 2, 3), (2, 3, 0, 1):
+            report = fit("".join(" ".join(row[i] for i in order) + "\n" for row in rows), base=["zero.ini"])[3]
+            assert ("is probably wrong" in report) == wrong, (rows, report)
+# Of many residuals some exceed the critical value by chance: of 600, and of 11 000 by the normal distribution.
+for count, freedom in (300, "Student's distribution with 595 degrees of freedom"), (5500, "the normal distribution"):
+    text = "".join(f"{530000 + i % 70 * 10} {180000 + i // 70 * 10} {i % 70 * 10 + math.sin(9 * i * i) / 100:.4f} {i // 70 * 10}.0000\n" for i in range(count))
+    report = fit(text.replace(".0000", ".1000", 1))[3]
+    assert f"0.1 %, of {freedom};" in report and "beyond the critical value" in report, report
+    assert re.search(rf"may be wrong by 0.10\d m; 1 of {2 * count} residuals exceed the critical value, {count / 500} are expected to by chance;", report), report[-600:]
+# Wrong columns, and another unit, which a fixed scale says is meant; the section made is accepted by check.
+fields = [line.split(",") for line in example.splitlines()[1:]]
+wrong = "".join(" ".join((line[1], line[2], line[3], line[5], line[6])) + "\n" for line in fields)
+report = fit(wrong)[3]
+assert re.search(r"the two sets of coordinates do not match: the residuals, 19\d local units", report) and "standard input:1: the name of the point is 941.437, and all" in report, report
+feet = "".join(f"{line[1]} {line[2]} {float(line[5]) / 0.3048:.3f} {float(line[6]) / 0.3048:.3f} 1.{i}\n" for i, line in enumerate(fields) if line[0] != "TP6")
+report = fit(feet)[3]
+assert "the scale is 3.28147: the local grid seems to have another unit" in report and "do not match" not in report and "the name" not in report, report
+assert run("check", "made.ini") == ("", "")
+open("feet.txt", "w").write(feet)
+made, report = run("fit", *GRID, "--fix-scale=3.2814711", "feet.txt")
+assert "AdjustScale=3.2814711\n" in made and "warning" not in report, report
+assert "; Beyond it errors across the direction to the centre grow with the distance. The standard deviation is\n" in made, made
+# A fixed point: its weight changes neither what coincides nor the distances, here the sides and the diagonal of the square.
+report = fit("530000 180000 0 0 1e14\n530300 180000 300.01 0 1\n530300 180300 300 299.98 1\n530000 180300 0.02 300 1\n", "--weights")[3]
+assert "AdjustX         0.0000 " in report and re.search(r" m at 300, 0\.\d+ at 900 and 0\.\d+ at 3000\.", report), report
 # Copies of lines; a check point or one with other values is none.
 rows = lines(square(530000, 180000, noise=(0.01, 0, 0, 0)), " 1")
 for more, text in (rows[:rows.index("\n") + 1], "standard input:5: the coordinates are those of line 1: copies"), (rows, "of line 1, and 3 more lines"):
@@ -242,6 +282,10 @@ assert keys["DeltaScale"] == "0" and "redundancy 12" in report, report
 report = fit(pairs.replace("130", "130.4"), "--datum", "geographic")[3]
 assert re.search(r"standard input:3: up of line 3 is probably wrong by -0.40\d m", report), report
 assert re.search(r"\n    line  point +vn +ve +vu +wn +we +wu +rn +re +ru\n", report), report
+# The two positions exchanged; a section whose datum grid is missing, and is replaced.
+assert "a shift of 492 m with a scale difference of -203 ppm is larger than those of datums" in fit(re.sub(r"^(\S+ \S+ \S+) (\S+ \S+ \S+)", r"\2 \1", pairs, flags=re.M), "--datum", "geographic")[3]
+open("bare.ini", "w").write(bare)
+assert fit(pairs, "--datum", "geographic", base=["bare.ini", "-s", "NationalGrid"])[1] == fit(pairs, "--datum", "geographic")[1]
 # Latitude and longitude in the wrong order on both datums are a fit too, far from the projection's origin.
 assert "order?" not in report and "standard input:1: too far from the projection's origin: are the columns in the right order?" in fit(
     re.sub(r"(\S+) (\S+) (\S+)( |$)", r"\2 \1 \3\4", pairs, flags=re.M), "--datum", "geographic")[3]

@@ -30,6 +30,11 @@ std::string Padded(std::string text, std::size_t width) {
   return text;
 }
 
+std::size_t TestedIn(const FitOutcome& outcome) {
+  return static_cast<std::size_t>(
+      std::count_if(outcome.test.w.begin(), outcome.test.w.end(), [](double w) { return !std::isnan(w); }));
+}
+
 // An observation of the adjustment, by its point and axis.
 struct Observed {
   std::size_t point;
@@ -163,12 +168,13 @@ std::string DeviationsAtPoints(const FitOutcome& outcome, const std::vector<Cont
 std::vector<std::string> LargestResidual(const FitOutcome& outcome, const FitOptions& options,
                                          const std::vector<ControlPoint>& points) {
   const fit::BlunderTest& test = outcome.test;
+  const char* const beyond = TestedIn(outcome) > ManyTested ? "beyond the critical value" : "a blunder";
   if (test.largest < 0) {
     return {"no residual can be tested: the redundancy is too small"};
   }
   std::vector<std::string> lines = {
       Formatted("largest standardised residual: %.2f, ", Unsigned(test.w[static_cast<std::size_t>(test.largest)], 2)) +
-      NameOf(outcome, points, ObservedAt(outcome, test.largest)) + ", " + (test.blunder ? "a blunder" : "no blunder")};
+      NameOf(outcome, points, ObservedAt(outcome, test.largest)) + ", " + (test.blunder ? beyond : "no blunder")};
   if (options.Sigma() > 0) {
     lines.push_back(
         Formatted("critical value: %.2f at 0.1 %%, of Baarda's w with the standard deviation given", test.critical));
@@ -190,8 +196,7 @@ std::string BlunderWarning(const FitOutcome& outcome, const FitOptions& options,
   }
   // One in a thousand exceeds the critical value by chance: of many that is no rare event.
   std::string chance;
-  const auto tested = static_cast<std::size_t>(
-      std::count_if(outcome.test.w.begin(), outcome.test.w.end(), [](double w) { return !std::isnan(w); }));
+  const std::size_t tested = TestedIn(outcome);
   if (tested > ManyTested) {
     const auto beyond = std::count_if(outcome.test.w.begin(), outcome.test.w.end(),
                                       [&](double w) { return std::fabs(w) > outcome.test.critical; });
@@ -257,17 +262,24 @@ std::string SectionOf(const FitOutcome& outcome, const FitOptions& options, cons
     }
     text += "  " + Visible(points[i].name) + (points[i].weight == 0 ? ", a check point" : "") + "\n";
   }
-  const std::string_view bytes = config.TextOf(options.section);
-  ProfileLines lines(bytes);
-  ProfileLine line;
-  std::vector<std::string> seen = {"dyndatum"};
-  const bool isDatum = options.pairs != PairsOf::LocalGrid;
-  if (!isDatum) {
-    seen = {"reversex", "reversey"};
+  std::vector<std::string> replaced = {"dyndatum"};
+  if (options.pairs == PairsOf::LocalGrid) {
+    replaced = {"reversex", "reversey"};
   }
   for (const auto& [key, value] : outcome.keys) {
-    seen.push_back(ConfigFile::Folded(key));
+    replaced.push_back(ConfigFile::Folded(key));
   }
+  text += KeysWithout(replaced, config.TextOf(options.section));
+  for (const auto& [key, value] : outcome.keys) {
+    text += std::string(key) + "=" + value + "\n";
+  }
+  return text;
+}
+
+std::string KeysWithout(std::vector<std::string> seen, std::string_view bytes) {
+  std::string text;
+  ProfileLines lines(bytes);
+  ProfileLine line;
   // The first of several keys counts; an empty value is the same as none.
   while (lines.Next(line)) {
     if (line.is != ProfileLine::Is::Key || !line.value || line.value->empty()) {
@@ -278,9 +290,6 @@ std::string SectionOf(const FitOutcome& outcome, const FitOptions& options, cons
       seen.push_back(std::move(folded));
       text += std::string(LineOf(bytes, line)) + "\n";
     }
-  }
-  for (const auto& [key, value] : outcome.keys) {
-    text += std::string(key) + "=" + value + "\n";
   }
   return text;
 }

@@ -2,6 +2,7 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "config_check.h"
@@ -23,5 +24,8 @@ std::string BlunderWarning(const FitOutcome& outcome, const FitOptions& options,
 // A complete section: the keys of the one fitted, without those that the fit replaces, and the keys of the outcome.
 std::string SectionOf(const FitOutcome& outcome, const FitOptions& options, const std::vector<ControlPoint>& points,
                       const ConfigFile& config, const std::string& name);
+
+// The lines of a section's keys that have a value, each key once and none of those that were seen, in lower case.
+std::string KeysWithout(std::vector<std::string> seen, std::string_view bytes);
 
 }  // namespace latigo::cli

@@ -31,8 +31,13 @@ void CheckName(const std::string& name) {
   }
 }
 
-api::Geodesy OpenBase(const FitOptions& options) {
-  Opened base = OpenSection(options.file, options.section);
+// The section; for a datum without the datum grid, which the fit replaces, and whose file may be missing.
+api::Geodesy OpenBase(const FitOptions& options, const ConfigFile& config) {
+  const auto withoutDatum = [&] {
+    return "[" + options.section + "]\n" + KeysWithout({"dyndatum"}, config.TextOf(options.section));
+  };
+  Opened base = options.pairs == PairsOf::LocalGrid ? OpenSection(options.file, options.section)
+                                                    : TemporaryFolder().Open(withoutDatum(), options.section);
   if (!base.object) {
     throw UsageError(options.file + " [" + options.section + "]: " + base.explanation);
   }
@@ -77,7 +82,7 @@ int RunFit(const FitOptions& options) {
   const std::string name = NameOf(options);
   CheckName(name);
   const ConfigFile config(options.file);
-  const api::Geodesy base = OpenBase(options);
+  const api::Geodesy base = OpenBase(options, config);
   const ControlPoints given = ReadControlPoints(options);
   const std::vector<ControlPoint>& points = given.points;
   const bool local = options.pairs == PairsOf::LocalGrid;

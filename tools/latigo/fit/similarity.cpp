@@ -191,9 +191,12 @@ bool HandIsKnown(const Trial& better, const Trial& worse, std::size_t points, co
   if (!(worse.misfit * options.metresPerUnit > HandMisfit && worse.misfit > ratio * RoundingOf(better, options))) {
     return false;
   }
-  return options.sigma > 0 ? worse.squares - better.squares > HandSquares * options.sigma * options.sigma *
-                                                                  std::sqrt(static_cast<double>(points) - 2)
-                           : worse.squares > ratio * ratio * better.squares;
+  if (options.sigma > 0) {
+    // The points may have larger errors than given.
+    const double variance = std::max(options.sigma * options.sigma, better.squares / redundancy);
+    return worse.squares - better.squares > HandSquares * variance * std::sqrt(static_cast<double>(points) - 2);
+  }
+  return worse.squares > ratio * ratio * better.squares;
 }
 
 }  // namespace
