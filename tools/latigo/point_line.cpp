@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
+#include "field_text.h"
 #include "fields.h"
-#include "table_layout.h"
 
 namespace latigo::cli {
 
@@ -68,10 +68,6 @@ class Fields {
   bool begun_ = false;
 };
 
-bool IsWhole(std::string_view field) {
-  return !field.empty() && field.find_first_not_of("+-0123456789") == std::string_view::npos;
-}
-
 constexpr const char* LoneHemisphere =
     "a hemisphere letter in a field of its own: write it directly beside the number, or choose it with --dms-columns";
 constexpr const char* Semicolon = "a semicolon: --separator semicolon reads it as the field separator";
@@ -97,10 +93,6 @@ void Refuse(PointLine& point, const char* fault, std::size_t column, std::string
   point.faultText = text;
 }
 
-bool IsAnyHemisphere(std::string_view field) {
-  return IsHemisphere(field, Axis::Latitude) || IsHemisphere(field, Axis::Longitude);
-}
-
 // Refuses a line for one of its first two fields, of which a more precise reason may be known.
 void RefuseField(PointLine& point, const char* fault, std::size_t column, std::string_view field,
                  Separation separation) {
@@ -108,40 +100,11 @@ void RefuseField(PointLine& point, const char* fault, std::size_t column, std::s
   Refuse(point, IsAnyHemisphere(field) ? LoneHemisphere : semicolon ? Semicolon : fault, column, field);
 }
 
-bool HasFraction(std::string_view field) {
-  return field.find_first_of(".,") != std::string_view::npos;
-}
-
-// Minutes or seconds: below 60. The decimal mark may be a comma.
-bool IsPart(std::string_view field) {
-  const std::size_t mark = std::min(field.find_first_of(".,"), field.size());
-  const std::string_view whole = field.substr(0, mark);
-  const std::string_view fraction = field.substr(std::min(mark + 1, field.size()));
-  return IsWhole(whole) && whole.find_first_of("+-") == std::string_view::npos && ParseNumber(whole).value < 60 &&
-         (fraction.empty() || fraction.find_first_not_of("0123456789") == std::string_view::npos);
-}
-
-// The number of a field without the hemisphere letter beside it and the degree mark after it.
-std::string_view Unmarked(std::string_view field) {
-  if (!field.empty() && IsAnyHemisphere(field.substr(0, 1))) {
-    field.remove_prefix(1);
-  } else if (!field.empty() && IsAnyHemisphere(field.substr(field.size() - 1))) {
-    field.remove_suffix(1);
-  }
-  return WithoutDegreeMark(field);
-}
-
-// Whole degrees with a mark, such as E003 or 3\u00B0.
-bool IsMarkedDegrees(std::string_view field) {
-  const std::string_view number = Unmarked(field);
-  return number.size() < field.size() && IsWhole(number);
-}
-
 // Whether fields that begin with whole degrees and minutes could go on with the parts of two angles.
 bool CouldBeParts(Fields fields) {
-  const std::string_view degrees = Unmarked(fields.Next());
+  const std::string_view degrees = fields.Next();
   const std::string_view minutes = fields.Next();
-  if (!IsWhole(degrees) || !IsPart(minutes)) {
+  if (!IsWholeDegrees(degrees) || !IsPart(minutes)) {
     return false;
   }
   const std::string_view third = fields.Next();

@@ -4,7 +4,7 @@
 #include <cmath>
 #include <utility>
 
-#include "platform/ascii.h"
+#include "field_text.h"
 #include "visible.h"
 
 namespace latigo::cli {
@@ -16,33 +16,6 @@ constexpr std::size_t LongestShown = 60;  // bytes of a text in a message
 
 constexpr const char* LoneHemisphere =
     "a hemisphere in a column of its own, which is not read: choose it too, as a letter, with --dms-columns";
-
-constexpr bool IsDigit(char c) {
-  return c >= '0' && c <= '9';
-}
-
-constexpr bool IsLetter(char c) {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || static_cast<unsigned char>(c) >= 0x80;
-}
-
-bool IsWhole(std::string_view text) {
-  return !text.empty() && text.find_first_not_of("+-0123456789") == std::string_view::npos;
-}
-
-// Whether a text could be one of the words below; most others are excluded by their length or first letter.
-bool CouldBeHemisphere(std::string_view text) {
-  return !text.empty() && text.size() <= 5 &&
-         std::string_view("NSEWOnsewo").find(text.front()) != std::string_view::npos;
-}
-
-// A hemisphere letter, or its word in some languages.
-bool IsHemisphereWord(std::string_view text, Axis axis) {
-  constexpr std::string_view Latitudes[] = {"n", "s", "north", "south", "nord", "sud", "s\u00FCd", "norte", "sur"};
-  constexpr std::string_view Longitudes[] = {"e", "w", "east", "west", "ost", "est", "ouest", "este", "oeste"};
-  const std::span<const std::string_view> words = axis == Axis::Latitude ? Latitudes : Longitudes;
-  return std::any_of(words.begin(), words.end(),
-                     [text](std::string_view word) { return EqualIgnoringCase(text, word); });
-}
 
 // Whether a part of an angle could not be minutes, seconds or a hemisphere.
 bool IsNoPart(std::string_view text) {
@@ -71,24 +44,6 @@ std::string FaultText(const Fault& fault) {
   return text + fault.reason;
 }
 
-bool IsHemisphere(std::string_view text, Axis axis) {
-  return text.size() == 1 &&
-         std::string_view(axis == Axis::Latitude ? "NSns" : "EWew").find(text.front()) != std::string_view::npos;
-}
-
-bool LooksLikeNumber(std::string_view text) {
-  for (const std::string_view unit : {"m", "ft"}) {  // a number with a fraction, as 120.5m
-    const std::string_view number = text.substr(0, text.size() - std::min(unit.size(), text.size()));
-    if (text.ends_with(unit) && number.find('.') != std::string_view::npos && ParseNumber(number).fault == nullptr) {
-      return true;
-    }
-  }
-  const auto is = [text](std::string_view word) { return EqualIgnoringCase(text, word); };
-  return (text.find_first_not_of("+-0123456789.,") == std::string_view::npos &&
-          text.find_first_of("0123456789") != std::string_view::npos) ||
-         is("nan") || is("inf") || is("-inf") || is("infinity");
-}
-
 bool CouldBeDecimalComma(const Row& row, std::size_t columns) {
   for (std::size_t i = 0; i + 1 < columns; ++i) {
     const std::string_view one = row.fields[i].bytes;
@@ -98,23 +53,6 @@ bool CouldBeDecimalComma(const Row& row, std::size_t columns) {
     }
   }
   return false;
-}
-
-bool IsWord(std::string_view text) {
-  for (const std::string_view missing : {"nan", "inf", "infinity", "na", "n/a", "null", "none", "nil"}) {
-    if (EqualIgnoringCase(text, missing)) {
-      return false;
-    }
-  }
-  // N52.5 and N 52.5 are angles.
-  std::string_view number = text;
-  const std::string_view first = text.substr(0, 1);
-  if (IsHemisphere(first, Axis::Latitude) || IsHemisphere(first, Axis::Longitude)) {
-    number = Trimmed(number.substr(1));
-  }
-  number.remove_prefix(number.starts_with('-') || number.starts_with('+') ? 1 : 0);
-  number.remove_prefix(number.starts_with('.') || number.starts_with(',') ? 1 : 0);
-  return (number.empty() || !IsDigit(number.front())) && std::any_of(text.begin(), text.end(), IsLetter);
 }
 
 Layout::Layout(char separator, bool decimalComma, std::span<const Wanted> wanted, std::vector<std::size_t> columns,
@@ -241,7 +179,7 @@ bool Layout::ReadFields(std::string_view line, Row& row) const {
     const Place place = column < places_.size() ? places_[column] : Place();
     if (place.chosen != None) {
       row.fields[static_cast<std::size_t>(place.chosen)] = field;  // NOLINT(bugprone-signed-char-misuse): a number
-    } else if (angles_ && row.fault.reason == nullptr && CouldBeHemisphere(field.text)) {
+    } else if (angles_ && row.fault.reason == nullptr && CouldBeHemisphereWord(field.text)) {
       const bool ofLatitude = IsHemisphereWord(field.text, Axis::Latitude);
       const bool ofLongitude = IsHemisphereWord(field.text, Axis::Longitude);
       northOrSouth |= ofLatitude;

@@ -113,16 +113,7 @@ class Layout {
   std::vector<Place> places_;
 };
 
-// Text in place of a number: not empty, has a letter, and is not a number, angle or word for a missing value.
-bool IsWord(std::string_view text);
-
-// Whether the values of the row have neighbouring fields that are whole numbers with only a comma between them.
+// Whether the first chosen fields have neighbours that are whole numbers with only a comma between them.
 bool CouldBeDecimalComma(const Row& row, std::size_t columns);
-
-// A text that was probably intended as a number, but is not one.
-bool LooksLikeNumber(std::string_view text);
-
-// N, S, E or W of the axis, in upper or lower case.
-bool IsHemisphere(std::string_view text, Axis axis);
 
 }  // namespace latigo::cli

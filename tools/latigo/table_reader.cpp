@@ -4,6 +4,7 @@
 #include <charconv>
 
 #include "error_text.h"
+#include "field_text.h"
 #include "platform/ascii.h"
 #include "point_line.h"
 #include "visible.h"

@@ -5,6 +5,7 @@
 #include <map>
 
 #include "coordinate_system.h"
+#include "field_text.h"
 #include "fit/outcome.h"
 #include "fit/report.h"
 #include "streams.h"

@@ -1,0 +1,104 @@
+#include "field_text.h"
+
+#include <algorithm>
+#include <span>
+
+#include "fields.h"
+#include "platform/ascii.h"
+
+namespace latigo::cli {
+
+namespace {
+
+constexpr bool IsDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+
+constexpr bool IsLetter(char c) {
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || static_cast<unsigned char>(c) >= 0x80;
+}
+
+// The text without the hemisphere letter beside it and the degree mark after it.
+std::string_view Unmarked(std::string_view text) {
+  if (IsAnyHemisphere(text.substr(0, 1))) {
+    text.remove_prefix(1);
+  } else if (!text.empty() && IsAnyHemisphere(text.substr(text.size() - 1))) {
+    text.remove_suffix(1);
+  }
+  return WithoutDegreeMark(text);
+}
+
+}  // namespace
+
+bool IsWhole(std::string_view text) {
+  return !text.empty() && text.find_first_not_of("+-0123456789") == std::string_view::npos;
+}
+
+bool LooksLikeNumber(std::string_view text) {
+  for (const std::string_view unit : {"m", "ft"}) {  // a number with a fraction, as 120.5m
+    const std::string_view number = text.substr(0, text.size() - std::min(unit.size(), text.size()));
+    if (text.ends_with(unit) && number.find('.') != std::string_view::npos && ParseNumber(number).fault == nullptr) {
+      return true;
+    }
+  }
+  const auto is = [text](std::string_view word) { return EqualIgnoringCase(text, word); };
+  return (text.find_first_not_of("+-0123456789.,") == std::string_view::npos &&
+          text.find_first_of("0123456789") != std::string_view::npos) ||
+         is("nan") || is("inf") || is("-inf") || is("infinity");
+}
+
+bool IsWord(std::string_view text) {
+  for (const std::string_view missing : {"nan", "inf", "infinity", "na", "n/a", "null", "none", "nil"}) {
+    if (EqualIgnoringCase(text, missing)) {
+      return false;
+    }
+  }
+  // N52.5 and N 52.5 are angles.
+  std::string_view number = text;
+  if (IsAnyHemisphere(text.substr(0, 1))) {
+    number = Trimmed(number.substr(1));
+  }
+  number.remove_prefix(number.starts_with('-') || number.starts_with('+') ? 1 : 0);
+  number.remove_prefix(number.starts_with('.') || number.starts_with(',') ? 1 : 0);
+  return (number.empty() || !IsDigit(number.front())) && std::any_of(text.begin(), text.end(), IsLetter);
+}
+
+bool IsPart(std::string_view text) {
+  const std::size_t mark = std::min(text.find_first_of(".,"), text.size());
+  const std::string_view whole = text.substr(0, mark);
+  const std::string_view fraction = text.substr(std::min(mark + 1, text.size()));
+  return IsWhole(whole) && whole.find_first_of("+-") == std::string_view::npos && ParseNumber(whole).value < 60 &&
+         (fraction.empty() || fraction.find_first_not_of("0123456789") == std::string_view::npos);
+}
+
+bool HasFraction(std::string_view text) {
+  return text.find_first_of(".,") != std::string_view::npos;
+}
+
+bool IsHemisphere(std::string_view text, Axis axis) {
+  return text.size() == 1 &&
+         std::string_view(axis == Axis::Latitude ? "NSns" : "EWew").find(text.front()) != std::string_view::npos;
+}
+
+bool IsAnyHemisphere(std::string_view text) {
+  return IsHemisphere(text, Axis::Latitude) || IsHemisphere(text, Axis::Longitude);
+}
+
+bool IsHemisphereWord(std::string_view text, Axis axis) {
+  constexpr std::string_view Latitudes[] = {"n", "s", "north", "south", "nord", "sud", "s\u00FCd", "norte", "sur"};
+  constexpr std::string_view Longitudes[] = {"e", "w", "east", "west", "ost", "est", "ouest", "este", "oeste"};
+  const std::span<const std::string_view> words = axis == Axis::Latitude ? Latitudes : Longitudes;
+  return std::any_of(words.begin(), words.end(),
+                     [text](std::string_view word) { return EqualIgnoringCase(text, word); });
+}
+
+bool IsWholeDegrees(std::string_view text) {
+  return IsWhole(Unmarked(text));
+}
+
+bool IsMarkedDegrees(std::string_view text) {
+  const std::string_view number = Unmarked(text);
+  return number.size() < text.size() && IsWhole(number);
+}
+
+}  // namespace latigo::cli

@@ -1,0 +1,38 @@
+// What the text of a field could be: a number, a part of an angle, a hemisphere, or a word.
+#pragma once
+
+#include <string_view>
+
+#include "angle.h"
+
+namespace latigo::cli {
+
+// Digits and signs only: a whole number, if it is one.
+bool IsWhole(std::string_view text);
+
+// A text that was probably intended as a number, as 1,5, nan or 120.5m, but is not one; or one without exponent.
+bool LooksLikeNumber(std::string_view text);
+
+// Text in place of a number: not empty, has a letter, and is not a number, angle or word for a missing value.
+bool IsWord(std::string_view text);
+
+// Minutes or seconds: below 60, with a decimal point or comma.
+bool IsPart(std::string_view text);
+bool HasFraction(std::string_view text);
+
+// N, S, E or W of the axis, in upper or lower case; or of either axis.
+bool IsHemisphere(std::string_view text, Axis axis);
+bool IsAnyHemisphere(std::string_view text);
+
+// A hemisphere letter, or its word in some languages. Most other texts are excluded by their length or first letter.
+bool IsHemisphereWord(std::string_view text, Axis axis);
+constexpr bool CouldBeHemisphereWord(std::string_view text) {
+  return !text.empty() && text.size() <= 5 &&
+         std::string_view("NSEWOnsewo").find(text.front()) != std::string_view::npos;
+}
+
+// Whole degrees, alone or with marks: a hemisphere letter beside them, or a degree mark after them.
+bool IsWholeDegrees(std::string_view text);
+bool IsMarkedDegrees(std::string_view text);
+
+}  // namespace latigo::cli
