@@ -24,5 +24,13 @@ TEST(ProgressText, HasNoShareOfAFileThatGrowsOrHasNoSize) {
   EXPECT_EQ(ProgressText(0, 1000, 0, 10), "0 B, 0 rows a second");
 }
 
+TEST(ProgressText, OmitsPartsOnANarrowTerminal) {
+  const std::string all = " 43 % of 1 kB, 2 rows a second, 0:27 left";
+  EXPECT_EQ(ProgressText(430, 1000, 40, 20, all.size()), all);
+  EXPECT_EQ(ProgressText(430, 1000, 40, 20, all.size() - 1), " 43 % of 1 kB, 0:27 left");
+  EXPECT_EQ(ProgressText(430, 1000, 40, 20, 23), " 43 % of 1 kB");
+  EXPECT_EQ(ProgressText(430, 1000, 40, 20, 5), " 43 %");
+}
+
 }  // namespace
 }  // namespace latigo::cli

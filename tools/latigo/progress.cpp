@@ -41,17 +41,28 @@ std::string Time(double seconds) {
 
 }  // namespace
 
-std::string ProgressText(std::uint64_t bytes, std::optional<std::uint64_t> total, std::uint64_t rows, double seconds) {
+std::string ProgressText(std::uint64_t bytes, std::optional<std::uint64_t> total, std::uint64_t rows, double seconds,
+                         std::size_t room) {
   const auto done = static_cast<double>(bytes);
   const std::string speed =
-      std::to_string(static_cast<std::uint64_t>(static_cast<double>(rows) / seconds)) + " rows a second";
-  if (!total || bytes == 0 || bytes > *total) {  // a file that grows has no end
-    return Size(done) + ", " + speed;
+      ", " + std::to_string(static_cast<std::uint64_t>(static_cast<double>(rows) / seconds)) + " rows a second";
+  std::string share = Size(done);
+  std::string left;
+  if (total && bytes > 0 && bytes <= *total) {  // a file that grows has no end
+    const auto all = static_cast<double>(*total);
+    char percent[16];
+    std::snprintf(percent, sizeof percent, "%3.0f %%", 100 * done / all);
+    share = percent + (" of " + Size(all));
+    left = ", " + Time(seconds * (all - done) / done) + " left";
   }
-  const auto all = static_cast<double>(*total);
-  char percent[16];
-  std::snprintf(percent, sizeof percent, "%3.0f %%", 100 * done / all);
-  return percent + (" of " + Size(all)) + ", " + speed + ", " + Time(seconds * (all - done) / done) + " left";
+  std::string text = share;
+  if (share.size() + speed.size() + left.size() <= room) {
+    text += speed;
+  }
+  if (text.size() + left.size() <= room) {
+    text += left;
+  }
+  return text.substr(0, room);
 }
 
 Progress::Progress(const std::vector<std::string>& files)
@@ -74,9 +85,11 @@ void Progress::Add(std::size_t bytes, std::size_t rows) {
     return;
   }
   next_ = now + Interval;
-  std::string text = ProgressText(bytes_, total_, rows_, std::chrono::duration<double>(now - start_).count());
+  // A row that is full to its end would wrap: the next one would leave it there.
+  const std::size_t room = TerminalWidth(stderr).value_or(SIZE_MAX) - 1;
+  std::string text = ProgressText(bytes_, total_, rows_, std::chrono::duration<double>(now - start_).count(), room);
   const std::size_t length = text.size();
-  text.resize(std::max(length, shown_), ' ');  // over what was longer
+  text.resize(std::max(length, std::min(shown_, room)), ' ');  // over what was longer
   shown_ = length;
   std::fprintf(stderr, "\r%s", text.c_str());
   std::fflush(stderr);

@@ -11,7 +11,9 @@
 namespace latigo::cli {
 
 // " 43 % of 812 MB, 1204000 rows a second, 0:34 left"; without a total, as of a pipe, "812 MB, 1204000 rows a second".
-std::string ProgressText(std::uint64_t bytes, std::optional<std::uint64_t> total, std::uint64_t rows, double seconds);
+// With less room than that, without the speed, then without all but the share of the work, then cut.
+std::string ProgressText(std::uint64_t bytes, std::optional<std::uint64_t> total, std::uint64_t rows, double seconds,
+                         std::size_t room = SIZE_MAX);
 
 // Shows nothing unless standard error is a terminal, and neither input nor output is one, and a second has passed.
 class Progress {

@@ -11,6 +11,7 @@
 
 #include "platform/platform.h"
 #else
+#include <sys/ioctl.h>
 #include <unistd.h>
 #endif
 
@@ -80,6 +81,10 @@ bool IsTerminal(std::FILE* file) {
   return _isatty(_fileno(file)) != 0;
 }
 
+std::optional<std::size_t> TerminalWidth(std::FILE*) {
+  return {};
+}
+
 std::string Narrow(const wchar_t* text) {
   std::string bytes(std::wcslen(text) * 3, '\0');  // at most three bytes for a unit of UTF-16
   bytes.resize(
@@ -96,6 +101,14 @@ std::FILE* OpenForReading(const std::string& path) {
 #else
 bool IsTerminal(std::FILE* file) {
   return isatty(fileno(file)) != 0;
+}
+
+std::optional<std::size_t> TerminalWidth(std::FILE* file) {
+  winsize size{};
+  if (ioctl(fileno(file), TIOCGWINSZ, &size) != 0 || size.ws_col == 0) {
+    return {};
+  }
+  return size.ws_col;
 }
 
 std::FILE* OpenForReading(const std::string& path) {

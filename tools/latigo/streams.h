@@ -29,6 +29,9 @@ void RefuseUtf16(const std::string& name, std::string_view bytes);
 
 bool IsTerminal(std::FILE* file);
 
+// The characters in a row of the terminal; empty if it does not say.
+std::optional<std::size_t> TerminalWidth(std::FILE* file);
+
 // The bytes of all files, standard input for "-"; empty if one is not a regular file.
 std::optional<std::uint64_t> SizeOfFiles(const std::vector<std::string>& files);
 
