@@ -334,5 +334,12 @@ status, text, messages = run("list", f"{root}/examples", "caspian")
 assert status == 0 and text.replace("\\", "/").startswith(f"{root}/examples/mercator.ini\n  Caspian  ") and text.count("\n") == 2, text
 status, text, messages = run("list", f"{root}/examples", "no such text")
 assert status == 1 and not text and "no section has this text" in messages
+# A file that cannot be read is reported, and hides no other one.
+os.makedirs("folder/b.ini")
+for name in "ac":
+    write(f"folder/{name}.ini", f"[{name}]\n")
+status, text, messages = run("list", "folder")
+assert status == 2 and [line.strip()[0] for line in text.splitlines()[1::2]] == ["a", "c"], (status, text)
+assert len(messages.splitlines()) == 1 and "b.ini: " in messages, messages
 status, text, messages = run("list")
 assert status == 2 and not text and "no examples are installed in " in messages, messages

@@ -60,8 +60,9 @@ Usage: latigo list [FILE [TEXT...]]
 
 FILE is a configuration file, or a folder, whose .ini files are listed. Without it, the installed examples are listed.
 With TEXT, only sections with all of its words in their names or comments are listed; the case of A to Z does not count.
-The description is the first comment line of the section, or above it; without one, projection, ellipsoid and central
-meridian.
+The description is the first comment line of the section, or directly above it, that does not begin with "Area:";
+without one, projection, ellipsoid and central meridian. A file of the folder that cannot be read is reported, and the
+others are listed.
 
 Options:
   -h, --help            print this help and exit

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <cstdio>
 #include <filesystem>
+#include <memory>
 
 #include "commands.h"
 #include "config_check.h"
@@ -45,13 +46,23 @@ bool Matches(const ListedSection& section, const std::vector<std::string>& words
   return true;
 }
 
-std::size_t ListFile(const std::string& path, const std::vector<std::string>& words, bool withPath) {
-  const ConfigFile config(path);
+// The file, or null after a message that says why it cannot be read.
+std::unique_ptr<const ConfigFile> Opened(const std::string& path) {
+  try {
+    return std::make_unique<const ConfigFile>(path);
+  } catch (const UsageError& failure) {
+    Message(failure.what());
+    return nullptr;
+  }
+}
+
+std::size_t ListSectionsOf(const ConfigFile& config, const std::string& path, const std::vector<std::string>& words,
+                           bool withPath) {
   std::vector<Row> rows;
   std::size_t width = 0;
   for (const ListedSection& section : ListSections(config)) {
     Row row{std::string(section.name),
-            section.comments.empty() ? DescriptionByKeys(config, section.name) : std::string(section.comments.front())};
+            section.description.empty() ? DescriptionByKeys(config, section.name) : std::string(section.description)};
     if (Matches(section, words, row)) {
       row = {Visible(row.name), Visible(row.description)};
       width = std::max(width, std::min(row.name.size(), WidestName));
@@ -79,6 +90,11 @@ std::vector<std::string> FilesOf(const std::filesystem::path& folder) {
   return files;
 }
 
+// Whether an argument looks like a text to search, not like a path.
+bool IsWord(const std::string& argument) {
+  return argument.find_first_of("./\\") == std::string::npos;
+}
+
 std::filesystem::path PlaceOf(const ListOptions& options) {
   return options.file.empty() ? ExamplesFolder() : NativePath(options.file);
 }
@@ -98,9 +114,20 @@ int RunList(const ListOptions& options) {
   if (options.file.empty() && !folder) {
     throw UsageError("no examples are installed in " + Utf8(place) + "; latigo list FILE lists the sections of a file");
   }
+  if (!std::filesystem::exists(place, failure) && !failure && IsWord(options.file)) {
+    const bool installed = std::filesystem::is_directory(ExamplesFolder(), failure);
+    throw UsageError(options.file + ": no such file; the text to search follows a file or folder: latigo list " +
+                     (installed ? '"' + Utf8(ExamplesFolder()) + '"' : "FILE") + " " + options.file);
+  }
   std::size_t found = 0;
+  bool unreadable = false;
   for (const std::string& file : ListedFiles(options)) {
-    found += ListFile(file, options.words, folder);
+    const std::unique_ptr<const ConfigFile> config = Opened(file);
+    unreadable = unreadable || !config;
+    found += config ? ListSectionsOf(*config, file, options.words, folder) : 0;
+  }
+  if (unreadable) {
+    return 2;
   }
   if (found == 0) {
     Message(Utf8(place) + (options.words.empty() ? ": no section" : ": no section has this text"));

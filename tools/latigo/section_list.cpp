@@ -37,35 +37,50 @@ std::string_view CommentOf(std::string_view line) {
   return IsKeyCommentedOut(comment) ? "" : comment;
 }
 
+bool Describes(std::string_view comment) {
+  return !comment.starts_with("Area:");
+}
+
 }  // namespace
 
 std::vector<ListedSection> ListSections(const ConfigFile& config) {
   const std::string_view bytes = config.Bytes();
   std::vector<ListedSection> sections;
   std::unordered_set<std::string> seen;
-  std::vector<std::string_view> above;          // comments since the last key
-  std::vector<std::string_view>* in = nullptr;  // comments of the section, up to its first key
-  std::size_t own = 0;                          // comments that stand in the section, not above it
+  std::vector<std::string_view> above;  // the last comments without a blank line between, since the last key
+  bool ended = false;                   // by a blank line
+  ListedSection* in = nullptr;          // the section, up to its first key
+  bool described = false;               // by a comment in it
   ProfileLines lines(bytes);
   for (ProfileLine line; lines.Next(line);) {
     if (line.is == ProfileLine::Is::Other) {
       const std::string_view text = TextOf(bytes.substr(line.begin, line.end - line.begin));
       const std::string_view comment = CommentOf(text);
-      if (text.empty() && !sections.empty()) {
+      if (!comment.empty() && in != nullptr) {
+        in->comments.push_back(comment);
+        if (!described && Describes(comment)) {
+          in->description = comment;
+          described = true;
+        }
+      } else if (text.empty() && !sections.empty()) {
         above.clear();
-      } else if (!comment.empty() && in != nullptr) {
-        in->resize(own++);
-        in->push_back(comment);
+      } else if (text.empty()) {
+        ended = true;
       } else if (!comment.empty()) {
+        if (ended) {
+          above.clear();
+          ended = false;
+        }
         above.push_back(comment);
       }
     } else if (line.is == ProfileLine::Is::Section && !line.name.empty()) {
       in = nullptr;
       if (seen.insert(ConfigFile::Folded(line.name)).second) {
-        sections.push_back({line.name, above});
-        in = &sections.back().comments;
+        const auto description = std::find_if(above.begin(), above.end(), Describes);
+        sections.push_back({line.name, description == above.end() ? "" : *description, above});
+        in = &sections.back();
       }
-      own = 0;
+      described = false;
       above.clear();
     } else {
       in = nullptr;

@@ -11,12 +11,14 @@ namespace latigo::cli {
 
 struct ListedSection {
   std::string_view name;
-  std::vector<std::string_view> comments;  // without ; and blanks; the first is the description
+  std::string_view description;            // one of the comments, or empty
+  std::vector<std::string_view> comments;  // without ; and blanks
 };
 
 // Every section that is read, in the order of the file, in time proportional to its size. The comments are the lines
-// before the section's first key, or, if it has none there, those above its name: without a blank line between, except
-// for the first section, to which the head of the file belongs. A key that is commented out is no comment.
+// above its name, without a blank line between, and those before its first key. Above the first section a blank line
+// may follow, so that the head of a file describes it. The description is the first comment before the first key, or
+// else above the name; "Area: ..." is none. A key that is commented out is no comment.
 std::vector<ListedSection> ListSections(const ConfigFile& config);
 
 // "transverse Mercator, WGS-84, central meridian 3": for a section without comments.
