@@ -65,9 +65,14 @@ int RunScale(const ScaleOptions& options) {
 }
 
 int RunFactors(const FactorsOptions& options) {
+  Between between = BetweenOf(options, options.geoidOnDatum);
+  if (options.grid) {  // no position is on WGS-84, only the geoid
+    between.heightShift = options.wgs84 && !options.geoidOnDatum;
+    between.shift = false;
+  }
   PointCommand command{options.grid ? Order::Grid : GeographicOrder(options), 5,
                        options.noHeight ? Third::Ignored : Third::Height,
-                       options.grid ? FactorsOfGrid : FactorsOfPosition, BetweenOf(options, options.geoidOnDatum)};
+                       options.grid ? FactorsOfGrid : FactorsOfPosition, between};
   command.heightValues = 2;
   return RunNamed(options, command,
                   {"convergence", "scale_meridian", "scale_parallel", "scale_area", "angular_distortion",

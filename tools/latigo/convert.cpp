@@ -13,12 +13,10 @@
 #include "converter.h"
 #include "coordinate_system.h"
 #include "error_text.h"
-#include "grid/interp_file.h"
 #include "operations.h"
 #include "point_loop.h"
 #include "semi_axes.h"
 #include "streams.h"
-#include "visible.h"
 
 namespace latigo::cli {
 
@@ -61,12 +59,6 @@ bool HasDatum(const Side& side, GeodesyHandle handle) {
   return params.SemiMajorAxis == Wgs84Axis && std::fabs(params.InvFlattening - Wgs84Flattening) < FlatteningTolerance;
 }
 
-// The path of the datum grid; empty without one.
-std::string GridOf(GeodesyHandle handle) {
-  char path[512] = "";
-  return GetEllModel(handle, path, sizeof path) != 0 ? path : "";
-}
-
 bool SameShift(GeodesyHandle one, GeodesyHandle other) {
   EllDiff d;
   EllDiff e;
@@ -86,10 +78,10 @@ bool SameDatum(const ConvertOptions& options, const Side& from, const Converter&
     if (!Agree(first, second)) {
       throw UsageError(names + ": the ellipsoids differ, so the datum is not the same");
     }
-    if (!sameShift && HasShift(from) && HasShift(to)) {
+    if (!sameShift && HasDatum(from, source.Handle()) && HasDatum(to, target.Handle())) {
       throw UsageError(names +
                        ": the datum shifts differ, so the datum is not the same; --same-datum is for a section " +
-                       "without a datum shift");
+                       "without a datum shift, on another ellipsoid than WGS-84");
     }
     return true;
   }
@@ -103,35 +95,20 @@ bool SameDatum(const ConvertOptions& options, const Side& from, const Converter&
 }
 
 // Decides what goes through WGS-84: positions and heights between different datums; ellipsoidal heights of one datum if
-// they lead to or from a geoid above WGS-84. Throws UsageError if the datums are not known well enough.
+// they lead to or from a geoid above WGS-84, by the shift of either section if the user says that the datum is the same.
+// Throws UsageError if the datums are not known well enough.
 void SetShift(const ConvertOptions& options, Side& from, const Converter& source, Side& to, const Converter& target) {
   const bool shift = !SameDatum(options, from, source, to, target);
-  const bool geoidOnWgs84 = !options.geoidOnDatum && (!options.sameDatum || (HasShift(from) && HasShift(to)));
+  const bool known = !options.sameDatum || HasShift(from) || HasShift(to);
+  const bool geoidOnWgs84 = !options.geoidOnDatum && known;
   for (Side* const side : {&from, &to}) {
     side->between.shift = shift;
     side->between.heightShift = !shift && geoidOnWgs84 && options.heights == Heights::Geoid && !side->geographic &&
                                 from.geographic != to.geographic;
   }
-}
-
-// Whether ellipsoidal heights on a side's datum pass a grid of the shifts of latitude and longitude.
-bool PassHeightsByGrid(const ConvertOptions& options, const Side& side, const Converter& converter) {
-  constexpr int LatitudeAndLongitude = 2;  // values per node
-  const bool ellipsoidal = options.heights == Heights::Ellipsoidal ||
-                           (options.heights == Heights::Geoid && (side.geographic || options.geoidOnDatum));
-  const std::string grid = GridOf(converter.Handle());
-  return (side.between.heightShift || (side.between.shift && ellipsoidal)) && !grid.empty() &&
-         InterpFile(grid.c_str(), false).Depth() == LatitudeAndLongitude;
-}
-
-// Prints a warning of them. Throws UsageError if the options are strict.
-void CheckHeights(const ConvertOptions& options, const Side& side, const Converter& converter) {
-  if (PassHeightsByGrid(options, side, converter)) {
-    Message(side.Name() + ": warning: the datum grid does not change heights, so those above the ellipsoid of this " +
-            "section are not known");
-    if (options.strict) {
-      throw UsageError(side.Name() + ": refused because of its warnings");
-    }
+  if (options.sameDatum && HasShift(from) != HasShift(to)) {
+    from.between.datum = HasShift(from) ? nullptr : target.Handle();
+    to.between.datum = HasShift(to) ? nullptr : source.Handle();
   }
 }
 
@@ -165,6 +142,7 @@ void ToPosition(const Converter& source, const PointLine& point, bool geographic
   if (source.ToWgs84(position, result)) {
     source.WriteGeographic(position, result);
     if (point.third) {
+      source.UseShiftedHeight(result);
       result.Add(position.h, Quantity::Length);
     }
   }
@@ -179,6 +157,7 @@ void FromPosition(const Converter& target, const PointLine& point, bool geograph
   if (target.ReadGeographic(point, position, result)) {
     target.WriteGeographic(position, result);
     if (point.third) {
+      target.UseShiftedHeight(result);
       result.Add(position.h, Quantity::Length);
     }
   }
@@ -234,8 +213,6 @@ int RunConvert(const ConvertOptions& options) {
     RequireGeoid(to, target);
   }
   SetShift(options, from, source, to, target);
-  CheckHeights(options, from, source);
-  CheckHeights(options, to, target);
   const Order geographic = options.lonlat ? Order::LongitudeLatitude : Order::LatitudeLongitude;
   const Third third = options.noHeight                        ? Third::Ignored
                       : options.heights == Heights::Undecided ? Third::Undecided

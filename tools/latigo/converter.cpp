@@ -15,6 +15,7 @@ constexpr double Pi = 3.141592653589793;
 constexpr double TwoPi = 6.283185307179586;
 
 constexpr std::size_t PathSize = 512;
+constexpr int LatitudeAndLongitude = 2;   // values per node of a datum grid without heights
 constexpr double HeightTolerance = 1e-6;  // metres
 constexpr int HeightIterations = 10;
 
@@ -35,7 +36,23 @@ api::Geodesy Open(const Options& options, bool localGrid) {
   return std::move(opened.object);
 }
 
+// Gives an object the datum shift of another. Throws UsageError if the datum grid does not open again.
+void CopyShift(GeodesyHandle from, GeodesyHandle to, const std::string& name) {
+  EllDiff parameters;
+  const std::string grid = GridOf(from);
+  const bool copied = grid.empty() ? GetEllDiff(from, &parameters) != 0 && SetEllDiff(to, &parameters) != 0
+                                   : SetEllModel(to, grid.c_str()) != 0;
+  if (!copied) {
+    throw UsageError(name + ": " + ErrorText(GetGeodesyError(), "SetEllModel"));
+  }
+}
+
 }  // namespace
+
+std::string GridOf(GeodesyHandle handle) {
+  char path[PathSize] = "";
+  return GetEllModel(handle, path, sizeof path) != 0 ? path : "";
+}
 
 Converter::Converter(const PointOptions& options, const Between& between)
     : between_(between),
@@ -48,9 +65,13 @@ Converter::Converter(const PointOptions& options, const Between& between)
   GetGeoid(Handle(), path, sizeof path, &constant);
   hasGeoid_ = !between.noGeoid && (path[0] != '\0' || constant != 0);
   hasVerticalUnit_ = ConfigFile(options.file).HasValue(options.section, "VertUnit");
+  if (between.datum != nullptr) {
+    CopyShift(between.datum, Handle(), name_);
+  }
   const bool shifts = between.shift || between.heightShift;
-  if (char grid[PathSize] = ""; shifts && GetEllModel(Handle(), grid, sizeof grid) != 0 && grid[0] != '\0') {
-    datumGrid_ = std::make_unique<InterpFile>(grid, false);
+  if (const std::string grid = GridOf(Handle()); shifts && !grid.empty()) {
+    datumGrid_ = std::make_unique<InterpFile>(grid.c_str(), false);
+    keepsHeights_ = datumGrid_->Depth() == LatitudeAndLongitude;
   }
 }
 
@@ -113,12 +134,17 @@ bool Converter::ToGridHeight(const PointLine& point, const Position& position, d
       return false;
     }
     height = wgs84.h - undulation;
+    UseShiftedHeight(result);
   } else {
     if (hasGeoid_ && !ReadUndulation(point, position, undulation, result)) {
       return false;
     }
     // The undulation above WGS-84 is subtracted from the height above WGS-84, before the shift.
-    height = (hasGeoid_ && GeoidOnWgs84() ? *point.third : position.h) - undulation;
+    const bool shifted = !(hasGeoid_ && GeoidOnWgs84());
+    height = (shifted ? position.h : *point.third) - undulation;
+    if (shifted) {
+      UseShiftedHeight(result);
+    }
   }
   return !hasVerticalUnit_ || result.Call(VConvert(Handle(), &height, LATIGO_FROM_METRES), "VConvert");
 }
@@ -170,6 +196,9 @@ bool Converter::FromGridHeight(const PointLine& point, Position& position, Resul
   }
   if (between_.heightShift) {
     position = own;
+  }
+  if (point.third && (between_.heightShift || !withGeoid || !GeoidOnWgs84())) {
+    UseShiftedHeight(result);
   }
   return true;
 }

@@ -61,13 +61,17 @@ struct Result {
 
 // The steps between input and output of a command.
 struct Between {
-  bool shift = false;         // positions are WGS-84: apply the datum shift
-  bool unshifted = false;     // points outside the datum grid are converted without a shift
-  bool geoidOnDatum = false;  // undulations refer to the section's own ellipsoid, also for WGS-84 positions
-  bool localGrid = true;      // the local grid of the section is applied
-  bool noGeoid = false;       // heights are ellipsoidal, also with a geoid
-  bool heightShift = false;   // without the shift of positions: heights with a geoid above WGS-84 go through it
+  bool shift = false;             // positions are WGS-84: apply the datum shift
+  bool unshifted = false;         // points outside the datum grid are converted without a shift
+  bool geoidOnDatum = false;      // undulations refer to the section's own ellipsoid, also for WGS-84 positions
+  bool localGrid = true;          // the local grid of the section is applied
+  bool noGeoid = false;           // heights are ellipsoidal, also with a geoid
+  bool heightShift = false;       // without the shift of positions: heights with a geoid above WGS-84 go through it
+  GeodesyHandle datum = nullptr;  // whose datum shift is that of the section, which has none
 };
+
+// The path of an object's datum grid; empty without one.
+std::string GridOf(GeodesyHandle handle);
 
 // Contains one object, so only one thread at a time may use it.
 class Converter {
@@ -90,6 +94,14 @@ class Converter {
   // Converts a position on the object's datum to WGS-84 if the steps have the shift; false if that fails.
   bool ToWgs84(Position& position, Result& result) const;
   void WriteGeographic(const Position& position, Result& result) const;
+
+  // Marks a result as doubtful that contains the height above the object's ellipsoid of a point on WGS-84, or the reverse,
+  // if the datum shift is a grid of latitudes and longitudes.
+  void UseShiftedHeight(Result& result) const {
+    if (keepsHeights_) {
+      result.Add(Doubt::KeptHeight);
+    }
+  }
 
   // Whether the datum shift of the steps can be applied at a position on either datum; false if the point fails because
   // the datum grid has no value there. Brings the longitude within half a turn, where the library looks it up.
@@ -131,6 +143,7 @@ class Converter {
   bool hasGeoid_ = false;
   bool hasVerticalUnit_ = false;
   std::unique_ptr<InterpFile> datumGrid_;  // with a shift: the datum grid, to find points outside it
+  bool keepsHeights_ = false;              // that grid has no heights
 };
 
 }  // namespace latigo::cli

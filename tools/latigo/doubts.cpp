@@ -13,6 +13,7 @@ const std::array<const char*, Doubts> DoubtTexts = {
     "near a pole or a limit of the projection: the error of the factors exceeds 1e-9",
     "too long for the mid-latitude formulas: the error of the distance can exceed 2 cm",
     "almost along a parallel: rounding errors of the distance can exceed 2 cm",
+    "the datum grid does not change heights, so that above the ellipsoid of the section's datum is not known",
 };
 
 namespace {
@@ -91,7 +92,8 @@ RoundTrip::RoundTrip(GeodesyHandle object) : object_(object) {
     const double toPole = EarthRadius * (TwoPi / 4 - std::fabs(params.RefLatitude)) / metresPerUnit_;
     nearY_ = std::min(nearY_, PartOfWay * toPole);
   }
-  if ((adjustment.AdjustType & LATIGO_ADJUST_TYPE) != 0) {  // which may rotate the axes
+  const auto localGrid = adjustment.AdjustType & LATIGO_ADJUST_TYPE;
+  if (localGrid == LATIGO_ADJUST_SIMILARITY) {  // which may rotate the axes
     nearX_ = nearY_ = std::min(nearX_, nearY_);
   }
   if (GeoXY(object, &originX_, &originY_, params.RefLatitude, params.CentralMeridian) == 0) {
@@ -99,6 +101,9 @@ RoundTrip::RoundTrip(GeodesyHandle object) : object_(object) {
   }
   if (params.Kind == LATIGO_KIND_HOTINE || params.Kind == LATIGO_KIND_RSO) {
     KeepToNaturalOrigin();
+  }
+  if (localGrid >= LATIGO_ADJUST_POLYNOMIAL_5 && localGrid <= LATIGO_ADJUST_CHAINS_16) {
+    nearX_ = nearY_ = -1;  // a polynomial, whose area is not known: every point is checked
   }
 }
 

@@ -11,7 +11,15 @@ namespace {
 
 constexpr double LargestError = 1e-9;  // of a factor that is not doubtful
 
+// Heights of points on the ground or above it, metres: others are mistakes, as coordinates of another system.
+constexpr double LowestHeight = -100e3;
+constexpr double HighestHeight = 10000e3;
+
 void AddFactors(const Converter& converter, const Position& at, bool withHeight, Result& result) {
+  if (withHeight && !(at.h >= LowestHeight && at.h <= HighestHeight)) {
+    result.fault = "the height above the ellipsoid is not between -100 km and 10 000 km";
+    return;
+  }
   const picture::Differences differences(converter.Handle());
   picture::Factors factors;
   if (!differences.At(at.latitude, at.longitude, factors)) {
@@ -43,6 +51,9 @@ void FactorsOfPosition(const Converter& converter, const PointLine& point, Resul
   if (converter.ReadGeographic(point, at, result) &&
       result.Call(GeoXY(converter.Handle(), &x, &y, at.latitude, at.longitude), "GeoXY")) {
     converter.CheckForward(at, x, y, result);
+    if (point.third) {
+      converter.UseShiftedHeight(result);
+    }
     AddFactors(converter, at, point.third.has_value(), result);
   }
 }

@@ -126,18 +126,17 @@ Options of this command:
   --to-section NAME     section of the second system; default Geodesy, or the only one
   --from-geographic     the input is latitude and longitude
   --to-geographic       the output is latitude and longitude
-  --same-datum          both systems have the same datum, though one has no datum shift: nothing is shifted
+  --same-datum          both systems have the same datum, though one has no datum shift: positions stay
   --heights geoid|ellipsoidal
                         heights with grid coordinates are above the geoids of both sections, or above their ellipsoids;
                         with latitude and longitude they are ellipsoidal. Without this option and --no-height, a
-                        number in the third field is an error. Where an ellipsoidal height would pass a datum grid,
-                        which does not change it, a warning says so
+                        number in the third field is an error
   --no-height           the third field is copied
   --outside-grid fail|unshifted
                         a point outside a datum grid, or in rows that cannot be read, fails (default), or is
                         converted without a shift, with a warning
   --geoid-on-datum      undulations refer to each section's own ellipsoid; without this option, to the WGS-84
-                        ellipsoid if the points go through WGS-84
+                        ellipsoid if the points or their heights go through WGS-84
 )";
 
 constexpr std::string_view Scale = R"(Latitude and longitude to the point scale factor.
@@ -148,19 +147,20 @@ Options of this command:
   --outside-grid fail|unshifted
                         a point outside the datum grid, or in rows that cannot be read, fails (default), or is
                         converted without a shift, with a warning
-  --grid                read x and y of the projection, not of a local grid
+  --grid                read x and y of the projection, not of a local grid; not with --wgs84
 )";
 
 constexpr std::string_view Factors =
     R"(Latitude and longitude to the factors of the grid, local grid included: convergence in
 degrees, the bearing of grid north clockwise from true north (positive where grid north lies east of true north); the
 scale factors h along the meridian and k along the parallel; the scale factor of areas; the maximum angular distortion
-in degrees. A height above the ellipsoid adds the elevation factor and the combined factor.
+in degrees. A height above the ellipsoid, from -100 to 10 000 km, adds the elevation factor and the combined factor.
 Usage: latigo factors [OPTIONS] FILE [POINTS...]
 
 Options of this command:
   --grid                read x and y of the grid; a height is a grid height
-  --wgs84               positions are WGS-84; the datum shift is applied first
+  --wgs84               positions are WGS-84; the datum shift is applied first. With --grid, only undulations refer to
+                        the WGS-84 ellipsoid
   --outside-grid fail|unshifted
                         a point outside the datum grid, or in rows that cannot be read, fails (default), or is
                         converted without a shift, with a warning
@@ -183,7 +183,8 @@ Options of this command:
 
 constexpr std::string_view Ecef =
     R"(Latitude, longitude and height (default 0) to earth-centred X, Y, Z in metres, on the
-section's own datum and ellipsoid.
+section's own datum and ellipsoid. With --wgs84, a datum grid that does not change heights is always a warning: also a
+height of 0 is above the WGS-84 ellipsoid.
 Usage: latigo ecef [OPTIONS] FILE [POINTS...]
 
 Options of this command:
@@ -308,7 +309,8 @@ if the section has the key VertUnit.
 Blank lines and lines that begin with # are copied.
 
 Invalid lines and failed points print * for each value, and a message. Far from the projection's origin, a round-trip
-error above one metre is a warning; latigo(1) has the limits.
+error above one metre is a warning; latigo(1) has the limits. So is a height above an ellipsoid that would pass a datum grid
+which does not change heights.
 
 Exit status: 0; 1 if a point failed; 2 for an invalid file, section or argument, and for output that cannot be written.
 )";

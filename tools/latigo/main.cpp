@@ -105,7 +105,7 @@ void Add(CLI::App& command, ConvertOptions& options) {
 
 void Add(CLI::App& command, ScaleOptions& options) {
   Add(command, static_cast<ShiftOptions&>(options));
-  command.add_flag("--grid", options.grid);
+  command.add_flag("--grid", options.grid)->excludes("--wgs84");
 }
 
 void Add(CLI::App& command, FactorsOptions& options) {

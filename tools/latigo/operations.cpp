@@ -94,6 +94,7 @@ void ToCartesian(const Converter& converter, const PointLine& point, Result& res
   if (!converter.ReadGeographic(point, from, result)) {
     return;
   }
+  converter.UseShiftedHeight(result);
   double x = 0;
   double y = 0;
   double z = 0;
@@ -110,6 +111,7 @@ void FromCartesian(const Converter& converter, const PointLine& point, Result& r
   if (!converter.ToWgs84(to, result)) {
     return;
   }
+  converter.UseShiftedHeight(result);
   converter.WriteGeographic(to, result);
   result.Add(to.h, Quantity::Length);
 }

@@ -16,7 +16,8 @@
 namespace latigo::cli {
 
 int RunPoints(const PointOptions& options, const PointCommand& command) {
-  CheckSection(options, command.between.shift);
+  const Between& between = command.between;
+  CheckSection(options, between.shift || (between.heightShift && between.datum == nullptr));
   std::vector<std::unique_ptr<const Converter>> converters(static_cast<std::size_t>(options.jobs));  // one per thread
   for (auto& converter : converters) {
     auto made = std::make_unique<Converter>(options, command.between);
