@@ -70,11 +70,19 @@ State& TheState() {
   return *state;
 }
 
+// Adds a height after the datum shift, also of a point without one.
+void AddHeight(const cli::Converter& converter, const cli::PointLine& point, double h, cli::Result& result) {
+  result.Add(h, cli::Quantity::Length);
+  if (point.third) {
+    converter.UseShiftedHeight(result);
+  }
+}
+
 void FromWgs84(const cli::Converter& converter, const cli::PointLine& point, cli::Result& result) {
   cli::Position to;
   if (converter.ReadGeographic(point, to, result)) {
     converter.WriteGeographic(to, result);
-    result.Add(to.h, cli::Quantity::Length);
+    AddHeight(converter, point, to.h, result);
   }
 }
 
@@ -83,7 +91,7 @@ void ToWgs84(const cli::Converter& converter, const cli::PointLine& point, cli::
                       point.third.value_or(0)};
   if (converter.ToWgs84(at, result)) {
     converter.WriteGeographic(at, result);
-    result.Add(at.h, cli::Quantity::Length);
+    AddHeight(converter, point, at.h, result);
   }
 }
 

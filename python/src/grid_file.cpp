@@ -71,12 +71,15 @@ std::size_t GridFile::ReadAt(std::int64_t offset, void* buffer, std::size_t size
   return done;
 }
 
+constexpr std::int32_t LatitudeAndLongitude = 2;  // values per node of a datum grid without heights
+
 DatumArea::DatumArea(const GridFile& file) : file_(file) {
   Header header{};
   if (file.ReadAt(0, &header, sizeof header) != sizeof header) {
     throw std::system_error(EIO, std::generic_category(), file.Path());
   }
   rows_ = header.nr;
+  keepsHeights_ = header.nz == LatitudeAndLongitude;
   recordBytes_ = (static_cast<std::size_t>(header.nc) * static_cast<std::size_t>(header.nz) + 1) * 4;
   const double latStep = RoundedStep(header.latstep);
   invLatStep_ = 1 / latStep;

@@ -63,6 +63,9 @@ class DatumArea {
   // 0 if the grid has a value at the position in radians, else OutsideDatumGrid or DatumRowUnreadable.
   std::int32_t CodeAt(double latitude, double longitude);
 
+  // Whether the grid shifts latitude and longitude only.
+  bool KeepsHeights() const { return keepsHeights_; }
+
   double South() const { return south_; }
   double West() const { return west_; }
   double North() const { return north_; }
@@ -75,6 +78,7 @@ class DatumArea {
   double south_ = 0, north_ = 0, west_ = 0, east_ = 0;  // radians; east may be beyond pi
   double invLatStep_ = 0;
   std::int32_t rows_ = 0;
+  bool keepsHeights_ = false;
   std::size_t recordBytes_ = 0;
   std::vector<char> records_;
   std::int32_t readableRow_ = -1;  // this row and the next one can be read; -1 for none

@@ -78,6 +78,9 @@ struct Point {
     return code == 0 || options.unshifted || Fail(code);
   }
 
+  // After a shift whose height is a result.
+  void UseShiftedHeight() { Add(cli::Doubt::KeptHeight, handle.Area() != nullptr && handle.Area()->KeepsHeights()); }
+
   bool FromWgs84() { return InDatumGrid() && Call(WGS84Conv(handle.Object(), &latitude, &longitude, &h), "WGS84Conv"); }
   bool ToWgs84() { return Call(InvWGS84Conv(handle.Object(), &latitude, &longitude, &h), "InvWGS84Conv"); }
 
@@ -131,7 +134,11 @@ struct Point {
       return false;
     }
     // The undulation above WGS-84 is subtracted from the height above WGS-84, before the shift.
-    height = (handle.HasGeoid() && GeoidOnWgs84() ? in[2] : h) - undulation;
+    const bool given = handle.HasGeoid() && GeoidOnWgs84();
+    height = (given ? in[2] : h) - undulation;
+    if (options.wgs84 && !given) {
+      UseShiftedHeight();
+    }
     return !handle.HasVerticalUnit() || Call(VConvert(handle.Object(), &height, LATIGO_FROM_METRES), "VConvert");
   }
 
@@ -152,7 +159,13 @@ struct Point {
     if (!options.wgs84) {
       return true;
     }
-    return withGeoid && GeoidOnWgs84() ? ToWgs84AtHeight(height) : ToWgs84();
+    if (withGeoid && GeoidOnWgs84()) {
+      return ToWgs84AtHeight(height);
+    }
+    if (options.height) {
+      UseShiftedHeight();
+    }
+    return ToWgs84();
   }
 
   // Given is the height above WGS-84 less the undulation there, but the shift needs the height above the object's
@@ -208,6 +221,7 @@ Outcome Datum(Handle& handle, const Options& options, const double* in, double* 
   point.h = options.height ? in[2] : 0;
   if (point.Take(in) && (to ? point.InDatumGrid() && point.ToWgs84() : point.FromWgs84()) && point.Write(out) &&
       options.height) {
+    point.UseShiftedHeight();
     out[2] = point.h;
   }
   return point.outcome;

@@ -39,13 +39,15 @@ FalseEasting=500000
 (FOLDER / "datum").mkdir()
 write_grid(FOLDER / "datum/d.dat", 3, lambda row, column, i: (-87, -98, -121)[i] + row / 100 + column / 100)
 write_grid(FOLDER / "datum/g.dat", 1, lambda row, column, i: 40 + row / 10 + column / 10)
+write_grid(FOLDER / "datum/flat.dat", 2, lambda *_: 0)
 write_grid(FOLDER / "datum/cut.dat", 3, lambda *_: 1, kept=4)
 (FOLDER / "systems.ini").write_text(
     f"[Plain]\n{UTM}[Grids]\n{UTM}DynDatum=d.dat\nGeoid=g.dat\nVertUnit=0.5\n[Cut]\n{UTM}DynDatum=cut.dat\n"
     f"[Local]\n{UTM}AdjustType=1\nAdjustRotation=30\nAdjustScale=2\nAdjustX=1000\nReverseX=on\nDeltaX=10\nDeltaRX=-1.5\n"
     f"[Constant]\n{UTM}DeltaX=-87\nDeltaY=-98\nDeltaZ=-121\nOrthoHCorr=45.5\n"
     # East of 1 degree the inverse gives longitudes a turn less.
-    f"[Turned]\n{UTM.replace('UTM', 'PST').replace('=3', '=-179')}RefLatitude=90\nDynDatum=d.dat\nGeoid=g.dat\n")
+    f"[Turned]\n{UTM.replace('UTM', 'PST').replace('=3', '=-179')}RefLatitude=90\nDynDatum=d.dat\nGeoid=g.dat\n"
+    f"[Flat]\n{UTM}DynDatum=flat.dat\nGeoid=g.dat\n")
 SYSTEMS = FOLDER / "systems.ini"
 
 import hypothesis  # noqa: E402

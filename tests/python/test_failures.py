@@ -84,6 +84,19 @@ def test_outside_a_datum_grid_is_a_failure_a_warning_or_nothing(grids):
         assert ignored[0][1] == warned[0][1] == single[0] and abs(single[0] - 60) < 0.01
 
 
+def test_a_datum_grid_without_heights_warns_of_those_that_need_it():
+    with latigo.Geodesy(SYSTEMS, "Flat") as flat, warnings.catch_warnings():
+        warnings.simplefilter("error")
+        for call, point in (flat.forward, (52, 3)), (flat.inverse, flat.forward(52, 3)):
+            call(*point, wgs84=True)
+            with pytest.raises(latigo.GeodesyWarning, match="the datum grid does not change heights"):
+                call(*point, 7.5, wgs84=True, geoid_on_datum=True)
+        flat.forward(52, 3, 7.5, wgs84=True)  # from WGS-84 to a geoid that refers to it
+        flat.to_wgs84(52, 3)
+        with pytest.raises(latigo.GeodesyWarning, match="the datum grid does not change heights"):
+            flat.to_wgs84(52, 3, 7.5)
+
+
 def test_the_limits_of_a_datum_grid_are_those_of_the_library(grids):
     """Beside the limits, to the last bit: a point with a shift is 100 m and more from where it would be without."""
     near = [np.nextafter(limit, limit + side) if side else limit for limit in (48.0, 56.0, -4.0, 8.0) for side in (-1, 0, 1)]
