@@ -95,7 +95,7 @@ bool SameDatum(const ConvertOptions& options, const Side& from, const Converter&
 }
 
 // Decides what goes through WGS-84: positions and heights between different datums; ellipsoidal heights of one datum if
-// they lead to or from a geoid above WGS-84, by the shift of either section if the user says that the datum is the same.
+// they lead to or from a geoid above WGS-84, by the shift of either section if the user says that the datum is one.
 // Throws UsageError if the datums are not known well enough.
 void SetShift(const ConvertOptions& options, Side& from, const Converter& source, Side& to, const Converter& target) {
   const bool shift = !SameDatum(options, from, source, to, target);

@@ -95,8 +95,8 @@ class Converter {
   bool ToWgs84(Position& position, Result& result) const;
   void WriteGeographic(const Position& position, Result& result) const;
 
-  // Marks a result as doubtful that contains the height above the object's ellipsoid of a point on WGS-84, or the reverse,
-  // if the datum shift is a grid of latitudes and longitudes.
+  // Marks a result as doubtful that contains the height above the object's ellipsoid of a point on WGS-84, or the
+  // reverse, if the datum shift is a grid of latitudes and longitudes.
   void UseShiftedHeight(Result& result) const {
     if (keepsHeights_) {
       result.Add(Doubt::KeptHeight);

@@ -24,8 +24,8 @@ inline constexpr int Doubts = 7;
 extern const std::array<const char*, Doubts> DoubtTexts;
 
 // Whether an object's projection converts a point back to where it was, within one metre. That is tried only far from
-// the projection's origin, where its formulas can lose their sense; nearer it costs a few comparisons. With a local grid
-// of a fixed polynomial it is tried everywhere. The object must exist as long. Radians and grid units.
+// the projection's origin, where its formulas can lose their sense; nearer it costs a few comparisons. With a local
+// grid of a fixed polynomial it is tried everywhere. The object must exist as long. Radians and grid units.
 class RoundTrip {
  public:
   explicit RoundTrip(GeodesyHandle object);
