@@ -74,8 +74,13 @@ bool Crosses(double from, double to, double level, double& part) {
   return (from < level) != (to < level);
 }
 
-// Adds the line of a value: a segment for each cell that it crosses.
-void AddLine(const Frame& frame, const Corners& corners, double step, double level, std::string& path) {
+struct Place {
+  double x, y;  // pixels
+};
+
+// Adds the line of a value: a segment for each cell that it crosses. Returns their ends.
+std::vector<Place> AddLine(const Frame& frame, const Corners& corners, double step, double level, std::string& path) {
+  std::vector<Place> line;
   for (int row = 0; row < frame.rows; ++row) {
     for (int column = 0; column < Columns; ++column) {
       const double nw = corners.At(row, column);
@@ -89,40 +94,61 @@ void AddLine(const Frame& frame, const Corners& corners, double step, double lev
       const double x = frame.left + column * Cell;
       const double y = frame.top + row * Cell;
       double part = 0;
-      std::vector<std::string> ends;
+      std::vector<Place> ends;
       if (Crosses(nw, ne, level, part)) {
-        ends.push_back(Pixels(x + part * Cell, y));
+        ends.push_back({x + part * Cell, y});
       }
       if (Crosses(ne, se, level, part)) {
-        ends.push_back(Pixels(x + Cell, y + part * Cell));
+        ends.push_back({x + Cell, y + part * Cell});
       }
       if (Crosses(sw, se, level, part)) {
-        ends.push_back(Pixels(x + part * Cell, y + Cell));
+        ends.push_back({x + part * Cell, y + Cell});
       }
       if (Crosses(nw, sw, level, part)) {
-        ends.push_back(Pixels(x, y + part * Cell));
+        ends.push_back({x, y + part * Cell});
       }
       for (std::size_t i = 0; i + 1 < ends.size(); i += 2) {
-        path += "M" + ends[i] + "L" + ends[i + 1];
+        path += "M" + Pixels(ends[i].x, ends[i].y) + "L" + Pixels(ends[i + 1].x, ends[i + 1].y);
+      }
+      line.insert(line.end(), ends.begin(), ends.end());
+    }
+  }
+  return line;
+}
+
+struct Edge {
+  bool horizontal;
+  bool last;  // lower or right
+};
+
+constexpr Edge Edges[] = {{true, false}, {true, true}, {false, true}, {false, false}};
+
+// Where a line meets an edge: pixels along it. An edge suits the direction of a line that crosses it steeply.
+struct Crossing {
+  Edge edge;
+  double along;
+  bool suits;
+};
+
+// All crossings of a line with the edges.
+std::vector<Crossing> CrossingsOf(const Frame& frame, const Corners& corners, double step, double level) {
+  std::vector<Crossing> crossings;
+  for (const Edge& edge : Edges) {
+    const int cells = edge.horizontal ? Columns : frame.rows;
+    const int depth = edge.horizontal ? frame.rows : Columns;
+    const auto at = [&](int i, int inwards) {
+      const int other = edge.last ? depth - inwards : inwards;
+      return edge.horizontal ? corners.At(other, i) : corners.At(i, other);
+    };
+    for (int i = 0; i < cells; ++i) {
+      const double change = std::fabs(at(i + 1, 0) - at(i, 0));
+      double part = 0;
+      if (change <= MostCrossings * step && Crosses(at(i, 0), at(i + 1, 0), level, part)) {
+        crossings.push_back({edge, (i + part) * Cell, change >= std::fabs(at(i, 1) - at(i, 0))});
       }
     }
   }
-}
-
-// The first crossing of a line with the upper or lower edge, or else with the right or left edge, in pixels along it.
-bool EdgeCrossing(const Frame& frame, const Corners& corners, bool horizontal, int edge, double step, double level,
-                  double& along) {
-  const int cells = horizontal ? Columns : frame.rows;
-  for (int i = 0; i < cells; ++i) {
-    const double from = horizontal ? corners.At(edge, i) : corners.At(i, edge);
-    const double to = horizontal ? corners.At(edge, i + 1) : corners.At(i + 1, edge);
-    double part = 0;
-    if (std::fabs(to - from) <= MostCrossings * step && Crosses(from, to, level, part)) {
-      along = (i + part) * Cell;
-      return true;
-    }
-  }
-  return false;
+  return crossings;
 }
 
 class Labels {
@@ -156,9 +182,26 @@ class Labels {
   std::string svg_;
 };
 
-// The lines of one coordinate: eastings have their values at the top or bottom, northings at the right or left.
-void AddLines(const Frame& frame, const Corners& corners, bool easting, double step, char letter, std::string& path,
-              Labels& labels) {
+// Adds a value at the crossing of its line, inside the frame, if there is room at the edge or beside that place.
+bool AddValue(const Frame& frame, const Crossing& crossing, const std::string& text, Labels& labels) {
+  const auto& [edge, along, suits] = crossing;
+  const double width = TextWidth(text, LabelSize);
+  const double top = frame.top;
+  if (edge.horizontal) {
+    const double x = frame.left + std::clamp(along, width / 2 + 3, Width - width / 2 - 3);
+    const double y = edge.last ? frame.Bottom() - 5 : top + LabelHeight;
+    const double inwards = edge.last ? -LabelHeight - 3 : LabelHeight + 3;
+    return labels.Add(x, y, "middle", text, width) || (suits && labels.Add(x, y + inwards, "middle", text, width));
+  }
+  const double x = edge.last ? frame.left + Width - 3 : frame.left + 3;
+  const char* const anchor = edge.last ? "end" : "start";
+  return labels.Add(x, top + std::max(along - 2, LabelHeight), anchor, text, width) ||
+         labels.Add(x, top + along + LabelHeight, anchor, text, width);
+}
+
+// The lines of one coordinate, with their values at an edge that suits their direction, or else at any edge, or else
+// where there is room.
+void AddLines(const Frame& frame, const Corners& corners, double step, char letter, std::string& path, Labels& labels) {
   double low = NAN;
   double high = NAN;
   for (const double value : corners.values) {
@@ -168,24 +211,17 @@ void AddLines(const Frame& frame, const Corners& corners, bool easting, double s
   constexpr double MostLines = 200;  // where a few coordinates are huge
   const double first = std::ceil(low / step);
   for (double i = first; i * step <= high && i < first + MostLines; ++i) {
-    AddLine(frame, corners, step, i * step, path);
+    const std::vector<Place> line = AddLine(frame, corners, step, i * step, path);
     const std::string text = Grouped(i * step, step) + " " + letter;
-    const double width = TextWidth(text, LabelSize);
-    double along = 0;
-    if (easting) {
-      const auto add = [&](int edge, double y) {
-        return EdgeCrossing(frame, corners, true, edge, step, i * step, along) &&
-               labels.Add(frame.left + std::clamp(along, width / 2 + 3, Width - width / 2 - 3), y, "middle", text,
-                          width);
-      };
-      add(0, frame.top + 11) || add(frame.rows, frame.Bottom() - 5);
-    } else {
-      const auto add = [&](int edge, double x, const char* anchor) {
-        return EdgeCrossing(frame, corners, false, edge, step, i * step, along) &&
-               labels.Add(x, frame.top + std::max(along - 2, 11.0), anchor, text, width);
-      };
-      add(Columns, frame.left + Width - 3, "end") || add(0, frame.left + 3, "start");
-    }
+    std::vector<Crossing> crossings = CrossingsOf(frame, corners, step, i * step);
+    std::stable_partition(crossings.begin(), crossings.end(), [](const Crossing& each) { return each.suits; });
+    const auto atEdge = [&](const Crossing& each) { return AddValue(frame, each, text, labels); };
+    const auto onLine = [&](const Place& place) {
+      const double width = TextWidth(text, LabelSize);
+      return labels.Add(place.x, place.y + 3.5, "middle", text, width) ||
+             labels.Add(place.x, place.y + LabelHeight, "middle", text, width);
+    };
+    std::any_of(crossings.begin(), crossings.end(), atEdge) || std::any_of(line.begin(), line.end(), onLine);
   }
 }
 
@@ -222,10 +258,10 @@ GridLines DrawGridLines(const Frame& frame, const Forward& forward, char letterX
   std::string path;
   Labels labels(frame);
   if (lines.stepX > 0) {
-    AddLines(frame, eastings, true, lines.stepX, letterX, path, labels);
+    AddLines(frame, eastings, lines.stepX, letterX, path, labels);
   }
   if (lines.stepY > 0) {
-    AddLines(frame, northings, false, lines.stepY, letterY, path, labels);
+    AddLines(frame, northings, lines.stepY, letterY, path, labels);
   }
   // A light line below the dark one, since cells may be dark.
   lines.svg = "<path fill='none' stroke='#fff' stroke-opacity='0.6' stroke-width='2.2' d='" + path +

@@ -27,8 +27,7 @@ struct GridLines {
 };
 
 // About five lines of each coordinate over the area, with their values at the edges, each followed by the letter of its
-// axis: "500 000 E". Cells without coordinates, and
-// those that a line crosses where coordinates jump, have gaps.
+// axis: "500 000 E". Cells without coordinates, and those that a line crosses where coordinates jump, have gaps.
 GridLines DrawGridLines(const Frame& frame, const Forward& forward, char letterX, char letterY);
 
 struct NamedPoint {
