@@ -49,6 +49,15 @@ constexpr Formula OneSided = {0,
                               {-761.0 / 280, 8, -14, 56.0 / 3, -35.0 / 2, 56.0 / 5, -14.0 / 3, 8.0 / 7, -1.0 / 8},
                               {-363.0 / 140, 7, -21.0 / 2, 35.0 / 3, -35.0 / 4, 21.0 / 5, -7.0 / 6, 1.0 / 7, 0}};
 
+bool IgnoresUnit(std::int32_t kind) {
+  return kind == LATIGO_KIND_OBLIQUE_STEREOGRAPHIC || kind == LATIGO_KIND_MERCATOR_ON_SPHERE ||
+         kind == LATIGO_KIND_POLAR_STEREOGRAPHIC;
+}
+
+bool IsSimilarity(const Adjustment& local) {
+  return (local.AdjustType & LATIGO_ADJUST_TYPE) == LATIGO_ADJUST_SIMILARITY;
+}
+
 }  // namespace
 
 double MetresPerUnit(GeodesyHandle handle) {
@@ -56,15 +65,26 @@ double MetresPerUnit(GeodesyHandle handle) {
   Adjustment local{};
   GetGeodesyParams(handle, &params, nullptr, nullptr);
   GetAdjustment(handle, &local);
-  const bool ignored = params.Kind == LATIGO_KIND_OBLIQUE_STEREOGRAPHIC ||
-                       params.Kind == LATIGO_KIND_MERCATOR_ON_SPHERE || params.Kind == LATIGO_KIND_POLAR_STEREOGRAPHIC;
-  const bool scaled = (local.AdjustType & LATIGO_ADJUST_TYPE) == LATIGO_ADJUST_SIMILARITY &&
-                      std::fabs(local.AdjustScale * params.Unit - 1) < UnitTolerance;
-  return ignored && !scaled ? 1 : params.Unit;
+  const bool scaled = IsSimilarity(local) && std::fabs(local.AdjustScale * params.Unit - 1) < UnitTolerance;
+  return IgnoresUnit(params.Kind) && !scaled ? 1 : params.Unit;
+}
+
+double UnitScale(GeodesyHandle handle) {
+  GeodesyParams params{};
+  Adjustment local{};
+  GetGeodesyParams(handle, &params, nullptr, nullptr);
+  GetAdjustment(handle, &local);
+  return (IsSimilarity(local) ? local.AdjustScale : 1) * (IgnoresUnit(params.Kind) ? params.Unit : 1);
 }
 
 double Factors::Mean() const {
   return std::sqrt(area);
+}
+
+std::pair<double, double> Factors::SemiAxes() const {
+  const double sum = std::sqrt(h * h + k * k + 2 * area);  // a'
+  const double difference = sum * std::sin(omega / 2);     // b'
+  return {(sum + difference) / 2, (sum - difference) / 2};
 }
 
 Differences::Differences(GeodesyHandle handle) : handle_(handle), metresPerUnit_(picture::MetresPerUnit(handle)) {
@@ -78,7 +98,7 @@ Differences::Differences(GeodesyHandle handle) : handle_(handle), metresPerUnit_
               params.Kind != LATIGO_KIND_AZIMUTHAL_EQUIDISTANT && params.Kind != LATIGO_KIND_POLAR_STEREOGRAPHIC;
   Adjustment local{};
   GetAdjustment(handle, &local);
-  if ((local.AdjustType & LATIGO_ADJUST_TYPE) == LATIGO_ADJUST_SIMILARITY) {  // the only type that reads the flags
+  if (IsSimilarity(local)) {  // the only type that reads the flags
     signX_ = (local.AdjustType & LATIGO_REVERSE_X) != 0 ? -1 : 1;
     signY_ = (local.AdjustType & LATIGO_REVERSE_Y) != 0 ? -1 : 1;
   }

@@ -4,6 +4,7 @@
 #include <latigo/latigo.h>
 
 #include <cstdint>
+#include <utility>
 
 namespace latigo::picture {
 
@@ -18,6 +19,9 @@ struct Factors {
 
   // The mean scale factor of all directions: the point scale factor k if the projection is conformal.
   double Mean() const;
+
+  // The largest and the smallest scale factor of all directions: the semi-axes of Tissot's indicatrix.
+  std::pair<double, double> SemiAxes() const;
 };
 
 // Contains no object of its own: the handle must outlive it.
@@ -59,5 +63,9 @@ class Differences {
 
 // Metres for a unit of the coordinates; kinds 4, 9 and 12 ignore `Unit`, unless a local grid scales to it.
 double MetresPerUnit(GeodesyHandle handle);
+
+// The coordinates in the section's unit are to be divided by this: the scale of a local grid, and `Unit` if the kind
+// ignores it. Far from 1 the coordinates have another unit.
+double UnitScale(GeodesyHandle handle);
 
 }  // namespace latigo::picture

@@ -85,7 +85,8 @@ Outcome Measures::FactorsAt(Position position, Factors& factors) const {
 Outcome Measures::FactorExcess(Position position) const {
   Factors factors;
   const Outcome outcome = FactorsAt(position, factors);
-  const double farther = std::fabs(factors.h - 1) > std::fabs(factors.k - 1) ? factors.h : factors.k;
+  const auto [a, b] = factors.SemiAxes();
+  const double farther = std::fabs(a - 1) > std::fabs(b - 1) ? a : b;
   return outcome.code != 0 ? outcome : Finite(((conformal_ ? factors.Mean() : farther) - 1) * 1e6);
 }
 

@@ -26,7 +26,7 @@ struct Outcome {
 };
 
 inline constexpr const char* PointScaleTitle = "Point scale factor k: (k − 1), parts per million";
-inline constexpr const char* FartherScaleTitle = "Scale h or k, the farther from 1: (scale − 1), parts per million";
+inline constexpr const char* FartherScaleTitle = "Extreme scale a or b, farther from 1: (scale − 1), parts per million";
 
 // Of an object that outlives them.
 class Measures {
@@ -40,8 +40,8 @@ class Measures {
   Outcome ScaleExcess(Position position) const;
 
   // By differences: the scale factor minus 1, parts per million; the convergence, degrees. The scale factor is k if the
-  // projection is conformal; else that along the meridian or along the parallel, whichever is farther from 1, since
-  // their mean is 1 everywhere if areas are true.
+  // projection is conformal; else the largest of all directions, a, or the smallest, b, whichever is farther from 1:
+  // the semi-axes of Tissot's indicatrix, whose mean is 1 everywhere if areas are true.
   Outcome FactorExcess(Position position) const;
   Outcome Convergence(Position position) const;
 
