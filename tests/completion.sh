@@ -29,3 +29,9 @@ _latigo
 [ "${COMPREPLY[*]}" = second ] || { echo "the sections are not those of --to" >&2 && exit 1; }
 [ "$(offered 'a\ ')" = 'a\ b' ] && [ "$(offered o)" = other ] && [ -z "$(offered x)" ]
 [ "$(offered '"a')" = $'a b\naGrid' ] # within quotes nothing that the shell expands
+COMP_WORDS=(latigo template utm 3) COMP_CWORD=3
+_latigo
+[ "${COMPREPLY[*]}" = "$(echo {3,{30..39}}{N,S})" ]
+COMP_WORDS=(latigo map --area '') COMP_CWORD=3
+_latigo
+[ -z "${COMPREPLY[*]}" ]

@@ -49,12 +49,14 @@ _latigo() {
     --outside-grid) mapfile -t COMPREPLY < <(compgen -W 'fail unshifted' -- "$current") && return ;;
     --datum) mapfile -t COMPREPLY < <(compgen -W 'geographic cartesian' -- "$current") && return ;;
     --reverse) mapfile -t COMPREPLY < <(compgen -W 'none x y both' -- "$current") && return ;;
-    --precision | --jobs | --columns | --sigma | --name) return ;;
+    --precision | --jobs | --columns | --sigma | --name | --area) return ;;
   esac
   if [ "$COMP_CWORD" -eq 1 ]; then
     mapfile -t COMPREPLY < <(compgen -W 'info check list template forward inverse convert scale factors undulation ecef distance fit map --help --version' -- "$current")
   elif [ "${COMP_WORDS[1]} $COMP_CWORD" = 'template 2' ] && [[ $current != -* ]]; then
     mapfile -t COMPREPLY < <(compgen -W 'utm lcc mer tme ost ocy hom rso azd smerc ala cas pst' -- "$current")
+  elif [ "${COMP_WORDS[1]} ${COMP_WORDS[2]} $COMP_CWORD" = 'template utm 3' ] && [[ $current != -* ]]; then
+    mapfile -t COMPREPLY < <(compgen -W "$(printf '%s ' {1..60}{N,S})" -- "$current")
   elif [[ $current == -* ]]; then
     case ${COMP_WORDS[1]} in
       info) options='--help --output --section --strict --lang' ;;
