@@ -10,7 +10,7 @@ os.mkdir(folder.name + "/datum")
 CELL, COLUMNS = 4, 72
 
 
-# The scale factor along the meridian or parallel of Albers' projection, whichever is farther from 1, by pyproj 3.7.
+# The largest or smallest scale factor of Albers' projection, whichever is farther from 1, by pyproj 3.7.
 FARTHER = {29.5: 1.00002205, 45.5: 1.00002736, 35: 1.00850883, 40: 1.00911987, 47: 1.0045867}
 
 
@@ -140,16 +140,28 @@ far.holds("Point scale", 45.1, 178.5, -400 + 5e5 * (4.5 * math.pi / 180 * math.c
 for theme, area in ("Convergence", "-0.006,-75.006,0.006,-74.994"), ("Point scale", "50,-75.0051,50.012,-74.9949"):
     small = Map("factors.ini", "-s", "UTM18", "--area", area)
     assert len(small.classes[small.panel(theme)]) > 1, small.classes
-# Powers of ten where the scale is at least two percent too large.
+# Powers of ten where scales differ by more than four percent, but not where all are large: (dlambda cos phi)^2 / 2 again.
 system = "[Geodesy]\nProjection=TME\nSemiMajorAxis=6378137\nFlattening=298.257\n"
 open(folder.name + "/large.ini", "w").write(system + "ScaleFactor=1.0200005\n")
-assert Map(folder.name + "/large.ini", "--area", "0,-0.02,0.04,0.02").said("Point scale", 0.02, 0.01) == "10 000 to 100 000"
+Map(folder.name + "/large.ini", "--area", "0,-0.02,0.04,0.02").holds("Point scale", 0.02, 0.01, 20000.515)
+assert Map(folder.name + "/large.ini", "--area", "0,0,1,20").said("Point scale", 0.5, 18) == "10 000 to 100 000"
+# A local grid turned by 90 degrees: its easting is the northing, 5 763 343.55 m at 52 degrees, and has its values at the right edge.
+# Its scale is that of feet, which the section does not name.
+turned = "ScaleFactor=1\nCentralMeridian=9\nAdjustType=1\nAdjustRotation=90\n"
+open(folder.name + "/large.ini", "w").write(system + turned)
+turned = Map(folder.name + "/large.ini", "--area", "51.9,8.9,52.1,9.1")
+value, edge = turned.names["5\u2009765\u2009000 E"], turned.pixel(52 + 1656.45 / 111267, 9.1)
+assert math.dist(value, edge) < 7 and 100 < turned.names["0 N"][1] < 125, turned.names
+open(folder.name + "/large.ini", "a").write("AdjustScale=3.28\n")
+turned = Map(folder.name + "/large.ini", "--area", "51.9,8.9,52.1,9.1")
+assert turned.texts[2] == "Grid lines: every 20\u2009000 units of easting, 10\u2009000 units of northing.", turned.texts[2]
+turned.holds("Point scale", 52, 8.9, 2.28e6 + 3.28 * 5e5 * (0.1 * math.pi / 180 * math.cos(math.radians(52))) ** 2)
 open(folder.name + "/large.ini", "w").write(system + "Unit=1000\n")
 assert "every 1 units of easting, 1 units of northing" in Map(folder.name + "/large.ini", "--area", "0,0,0.04,0.04").texts[2]
-# Steps below a unit have their decimals: 0.01 degrees are 1.1 km. A side of 0.01 degrees is one also with rounding errors.
-small = Map(folder.name + "/large.ini", "--area", "0,-9,0.01,-8.99")
-assert "every 0.5 units of easting, 0.5 units of northing" in small.texts[2] and "0.5 N" in small.names, (small.texts[2], small.names)
-assert small.texts[1].startswith("0° to 0.01° north, −9° to −8.99° east"), small.texts[1]
+# Steps below a unit have their decimals: 0.0002 degrees are 22 m. A side of 0.0002 degrees is one also with rounding errors.
+small = Map(folder.name + "/large.ini", "--area", "0,-9,0.0002,-8.9998")
+assert "every 0.005 units of easting, 0.005 units of northing" in small.texts[2] and "0.005 N" in small.names, (small.texts[2], small.names)
+assert small.texts[1].startswith("0° to 0.0002° north, −9° to −8.9998° east") and "−8.99990°" in small.texts, small.texts
 # Wide labels of latitudes widen the margin; those of longitudes are at larger steps.
 small = Map("factors.ini", "-s", "MGA55", "--area", "-37.02,144.42,-37,144.44")
 assert small.lefts[0] > 80 and {"−37.005°", "144.425°"} <= set(small.texts) and "144.422°" not in small.texts, small.texts
@@ -173,9 +185,13 @@ assert Map("factors.ini", "-s", "Swiss").said("Point scale", 46.95, 7.44).starts
 open(folder.name + "/albers.ini", "w").write("[A]\nProjection=ALA\nSemiMajorAxis=6378206.4\nFlattening=294.9786982\nRefLatitude=23\n"
                                              "CentralMeridian=-96\nNorthParallel=29.5\nSouthParallel=45.5\n")
 albers = Map(folder.name + "/albers.ini", "--area", "28,-100,47,-90")
-assert albers.panel("Scale h or k").endswith("parts per million")
+assert albers.panel("Extreme scale a or b").endswith("parts per million")
 for latitude in (29.5, 45.5, 35, 40, 47):
-    albers.holds("Scale h or k", latitude - 0.01, -95, 1e6 * (FARTHER[latitude] - 1))
+    albers.holds("Extreme scale", latitude - 0.01, -95, 1e6 * (FARTHER[latitude] - 1))
+# Azimuthal equidistant: by pyproj the largest scale is 1.00088384, which is that of neither meridian nor parallel: 1.000448, 1.000436.
+open(folder.name + "/yap.ini", "w").write("[A]\nProjection=AZD\nSemiMajorAxis=6378206.4\nFlattening=294.9786982\n"
+                                          "RefLatitude=9.546708333333333\nCentralMeridian=138.168744444444444\n")
+Map(folder.name + "/yap.ini", "--area", "11,139,14,142").holds("Extreme scale", 12.5, 141.17, 883.8)
 mercator = Map("factors.ini", "-s", "Mercator", "--area", "-60,170,60,190")
 assert list(mercator.classes[mercator.panel("Convergence")].values()) == ["about 0.000000"]
 assert "−170°" in mercator.texts and "180°" in mercator.texts, mercator.texts
@@ -185,8 +201,15 @@ assert abs(across.south - 9.714) < 0.01 and abs(across.west - 179.2) < 0.1 and a
 
 # A point alone; points at the poles; the whole earth; the smallest side.
 alone = Map("factors.ini", "-s", "Mercator", "--points", "-", text=b"52 9 A\n")
-assert (alone.south, alone.north, alone.west, alone.east) == (51.98, 52.02, 8.98, 9.02), alone.texts[1]
-poles = Map("factors.ini", "-s", "Mercator", "--points", "-", text=b"-89.9 0 A\n89.9 1 B\n")
+assert (alone.south, alone.north, alone.west, alone.east) == (51.98, 52.02, 8.96751, 9.03249), alone.texts[1]
+# A building site; points around the pole, of which a degree of longitude is short.
+site = Map("factors.ini", "-s", "Mercator", "--points", "-", text=b"47 14 A\n47.0009 14.0016 B\n")
+margin = 0.0016 * math.cos(math.radians(47)) / 7
+assert abs(site.south - (47 - margin)) < 2e-6 and abs(site.east - (14.0016 + 0.0016 / 7)) < 2e-6, site.texts[1]
+open(folder.name + "/pole.ini", "w").write("[A]\nProjection=PST\nSemiMajorAxis=6378137\nFlattening=298.257\nRefLatitude=90\n")
+pole = Map(folder.name + "/pole.ini", "--points", "-", text=b"89.95 0 A\n89.92 120 B\n89.99 -100 C\n")
+assert 89.87 < pole.south < 89.92 and len(pole.circles) == 3, pole.texts[1]
+poles = Map("factors.ini", "-s", "Mercator", "--points", "-", text=b"-89.9 0\n89.9 1\n")
 assert (poles.south, poles.north) == (-90, 90) and Map("factors.ini", "-s", "Mercator", "--area", "-60,-180,60,180").west == -180
 
 # Beyond the domain there are gaps with their reason; nowhere a value, a refusal.
@@ -201,7 +224,7 @@ system = "[Geodesy]\nProjection=TME\nSemiMajorAxis=6378137\nFlattening=298.257\n
 open(folder.name + "/german.ini", "w").write(system)
 german = Map(folder.name + "/german.ini", "--points", "-", text=points)
 assert "around the points" in german.texts[1] and len(german.circles) == 5
-assert abs(german.west - (7 - 6.25 / 7)) < 0.01 and abs(german.north - (53.55 + 6.25 / 7)) < 0.01, german.texts[1]
+assert abs(german.west - (7 - 5.45 / 7 / math.cos(math.radians(50.825)))) < 0.01 and abs(german.north - (53.55 + 5.45 / 7)) < 0.01, german.texts[1]
 for place, (latitude, longitude) in zip(german.circles, [(52.5, 13.25), (53.55, 10), (48.1, 11.6)]):
     assert all(abs(a - b) < 1 for a, b in zip(place, german.pixel(latitude, longitude))), (place, latitude, longitude)
 assert {"Berlin", "<Hamburg & 'H'>", "7", "K?ln"} <= german.names.keys(), german.names
@@ -235,6 +258,13 @@ for order, header in ("b,l,n", b"n;l;b\n"), ("2,3", b""), ("l,b,n", b"n;l;b\n"):
 arguments = [folder.name + "/german.ini", "--grid", "--points", "-", "--columns", "x,y"]
 code, _, errors = run(*arguments, text=b"k;x;y\nA;0;5763343.55\nB;0;1e9\n")
 assert code == 1 and errors == "latigo: standard input:3: \"0 1e9\": code 10: the grid position is outside the projection's domain\n", errors
+# Points are checked as forward and inverse do: exchanged coordinates are those of another place.
+far = "too far from the projection's origin: the round-trip error exceeds one metre"
+for order, text in (["--grid"], b"0 5763343.55 A\n5763343.55 0 B\n5763344 0 C\n"), ([], b"52 9 A\n9 52 B\n10 52 C\n"):
+    exchanged = [folder.name + "/german.ini", *order, "--points", "-"]
+    assert run(*exchanged, text=text)[::2] == (0, f'latigo: standard input:2: warning: {far}: "B"\nlatigo: 2 points: {far}\n'), order
+    code, svg, errors = run(*exchanged, "--strict", text=text)
+    assert code == 1 and errors.count(far) == 2 and "standard input:3: \"" in errors and ">B</text>" not in svg, errors
 open(folder.name + "/apex.ini", "w").write("[A]\nProjection=LCC\nSemiMajorAxis=6378137\nFlattening=298\nNorthParallel=70\nSouthParallel=60\nRefLatitude=90\n")
 code, _, errors = run(folder.name + "/apex.ini", "--grid", "--points", "-", text=b"0 0\n0 -1e6\n")  # no longitude at the apex
 assert code == 1 and errors == 'latigo: standard input:1: "0 0": the result is not a finite number\n', errors
@@ -259,9 +289,12 @@ for words, limits in ("90 S to 90 N, 180 W to 180 E", (-90, 90, -180, 180)), ("5
     open(folder.name + "/west.ini", "w").write(system.replace("TME", "MER").replace("47.27 N to 55.09 N, 5.87 E to 15.04 E", words))
     west = Map(folder.name + "/west.ini")
     assert (west.south, west.north, west.west, west.east) == limits, west.texts[1]
+for comment in "; Area: 47.27 N", ";Area: 47.27 N", ";Area:somewhere;47.27 N":  # without the name, without blanks
+    open(folder.name + "/west.ini", "w").write(system.replace("; Area: somewhere; 47.27 N", comment))
+    assert "of the section's comment" in Map(folder.name + "/west.ini").texts[1], comment
 for words in ["4x N to 55 N, 5 E to 15 E", "47 X to 55 N, 5 E to 15 E", "47 N -- 55 N, 5 E to 15 E", "47 N to 55 N, 5 E to 15 ",
-              "47 N to 55 N, 5 E to 5 E", "90.5 S to 55 N, 5 E to 15 E", "47 N to 90.5 N, 5 E to 15 E", "47 N to 47.005 N, 5 E to 15 E",
-              "47 N to 55 N, 5 E to 5.005 E", "47 N to 55 N, 180 W to 180.5 E"]:
+              "47 N to 55 N, 5 E to 5 E", "90.5 S to 55 N, 5 E to 15 E", "47 N to 90.5 N, 5 E to 15 E", "47 N to 47.0001 N, 5 E to 15 E",
+              "47 N to 55 N, 5 E to 5.0001 E", "47 N to 55 N, 180 W to 180.5 E"]:
     open(folder.name + "/west.ini", "w").write(system.replace("47.27 N to 55.09 N, 5.87 E to 15.04 E", words))
     assert "around the projection's origin" in Map(folder.name + "/west.ini").texts[1], words
 assert "somewhere" not in Map(folder.name + "/german.ini").svg and "of the section's comment" in Map(folder.name + "/german.ini").texts[1]

@@ -254,8 +254,9 @@ Exit status: 0; 2 for an invalid line, file, section or argument, and for points
 
 constexpr std::string_view Map = R"(A picture of the section over an area, as SVG: round-trip error, point scale factor,
 convergence; with grid files the undulation and the datum shift. Lines of equal easting and northing are drawn over it.
-The scale factor of a projection that is not conformal is that along the meridian, h, or along the parallel, k: the one
-that is farther from 1. Points outside the area are left out with a warning, and names without room are counted.
+The scale factor of a projection that is not conformal is the largest of all directions, a, or the smallest, b: the one
+that is farther from 1. Points and area are on the datum of the section. Points that do not convert to the grid and
+back get a warning. Those outside the area are left out with a warning, and names without room are counted.
 Usage: latigo map [OPTIONS] FILE > map.svg
 
 Options:
@@ -263,9 +264,9 @@ Options:
   -s, --section NAME    section of the file; default Geodesy, or the only one
   --strict              every warning is a failure
   -o, --output FILE     write to a file, which is replaced only when the output is complete
-  --area S,W,N,E        the area, in degrees; across 180 degrees of longitude write 170 and 190. Default: around the
-                        points; else the area of the section's comment "; Area:"; else that of its grid file, up to 90
-                        degrees wide; else one around the projection's origin
+  --area S,W,N,E        the area, in degrees, sides of at least 0.0002; across 180 degrees of longitude write 170 and
+                        190. Default: around the points; else the area of the section's comment "; Area:"; else that
+                        of its grid file, up to 90 degrees wide; else one around the projection's origin
   --points FILE         draw the points of a file, latitude, longitude and name in each line, or - for standard input
   --grid                the points are x and y of the grid
   --lonlat              longitude before latitude

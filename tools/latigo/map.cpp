@@ -1,12 +1,14 @@
 #include "map.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <cstdio>
 #include <sstream>
 
 #include "coordinate_system.h"
 #include "line_reader.h"
+#include "operations.h"
 #include "platform/ascii.h"
 #include "streams.h"
 #include "table_reader.h"
@@ -20,8 +22,10 @@ using picture::Outcome;
 
 constexpr std::size_t PathSize = 512;
 constexpr std::ptrdiff_t LongestName = 40;
+constexpr int NoRoundTripIndex = std::countr_zero(static_cast<unsigned>(Doubt::NoRoundTrip));
 constexpr std::int32_t OutsideGridFile = 8;  // the library's code for a geoid; here also for a datum grid
-constexpr double MostLinear = 20000;         // parts per million: a wider range of scale has classes in powers of ten
+constexpr double MostLinear = 40000;         // parts per million: a wider range of scale has classes in powers of ten
+constexpr double LeastOfUnit = 0.9, MostOfUnit = 1.1;  // of a local grid's scale that leaves the unit
 
 // Pixels.
 constexpr int Top = 108;
@@ -60,28 +64,14 @@ std::string NameOf(const PointLine& point) {
   return Shortened(name);
 }
 
-// Adds a point with its coordinates in the order of the options; returns why it is none, or an empty text.
-std::string AddPoint(const MapOptions& options, const Converter& converter, double first, double second,
-                     const std::string& name, std::vector<picture::NamedPoint>& points) {
-  if (!options.grid) {
-    points.push_back({{first, second}, name});
-    return {};
-  }
-  double phi = 0;
-  double lambda = 0;
-  if (XYGeo(converter.Handle(), first, second, &phi, &lambda) == 0) {
-    return ErrorText(GetGeodesyError(), "XYGeo");
-  }
-  if (!std::isfinite(phi) || !std::isfinite(lambda)) {
-    return "the result is not a finite number";
-  }
-  points.push_back({{phi / RadiansPerDegree, lambda / RadiansPerDegree}, name});
-  return {};
-}
-
 // The file of points, for messages.
 std::string FileName(const MapOptions& options) {
   return options.points == "-" ? "standard input" : options.points;
+}
+
+// "FILE:LINE: ", for messages.
+std::string Place(const MapOptions& options, std::size_t line) {
+  return FileName(options) + ":" + std::to_string(line) + ": ";
 }
 
 // A file of points and what is wrong in it, a message for each invalid point.
@@ -89,11 +79,38 @@ struct Points {
   std::vector<picture::NamedPoint> points;
   std::vector<std::size_t> lines;  // of the points
   std::vector<std::string> faults;
+  std::vector<std::size_t> doubtful;  // points that do not convert there and back, the one doubt without a height
 };
 
-// "FILE:LINE: ", for messages.
-std::string Place(const MapOptions& options, std::size_t line) {
-  return FileName(options) + ":" + std::to_string(line) + ": ";
+// Adds a point with its coordinates in the order of the options, checked as `forward` or `inverse` does; or its fault,
+// with the text shown.
+void AddPoint(const MapOptions& options, const Converter& converter, const PointLine& point, std::size_t line,
+              std::string_view shown, const std::string& name, Points& read) {
+  PointLine position;  // without a height
+  position.first = point.first;
+  position.second = point.second;
+  Result result;
+  (options.grid ? Inverse : Forward)(converter, position, result);
+  const char* const reason = result.fault != nullptr ? result.fault : FaultOf(result);
+  std::string fault = reason == nullptr ? "" : reason;
+  if (result.function != nullptr) {
+    fault = ErrorText(result.code, result.function);
+  } else if (fault.empty() && result.doubts != 0 && options.strict) {
+    fault = DoubtTexts[NoRoundTripIndex];
+  }
+  if (!fault.empty()) {
+    read.faults.push_back(Place(options, line) + FaultText({fault.c_str(), 0, shown}));
+    return;
+  }
+  if (result.doubts != 0) {
+    read.doubtful.push_back(read.points.size());
+  }
+  if (options.grid) {
+    position.first = result.values[0].value;
+    position.second = result.values[1].value;
+  }
+  read.points.push_back({{position.first, position.second}, name});
+  read.lines.push_back(line);
 }
 
 Points PointsOfTable(const MapOptions& options, const Converter& converter) {
@@ -105,16 +122,13 @@ Points PointsOfTable(const MapOptions& options, const Converter& converter) {
   std::swap(wanted[0], wanted[first]);
   wanted.push_back({Role::Text, "name", true});
   const Table table = ReadTable(options.points, options.table, wanted);
-  Points read{{}, {}, table.faults};
+  Points read;
+  read.faults = table.faults;
   for (const Record& each : table.records) {
-    const std::string fault =
-        AddPoint(options, converter, each.values[first], each.values[1 - first], Shortened(each.texts[2]), read.points);
-    if (fault.empty()) {
-      read.lines.push_back(each.line);
-    } else {
-      const std::string shown = each.texts[0] + " " + each.texts[1];
-      read.faults.push_back(Place(options, each.line) + FaultText({fault.c_str(), 0, shown}));
-    }
+    PointLine point;
+    point.first = each.values[first];
+    point.second = each.values[1 - first];
+    AddPoint(options, converter, point, each.line, each.texts[0] + " " + each.texts[1], Shortened(each.texts[2]), read);
   }
   return read;
 }
@@ -132,19 +146,12 @@ Points PointsOfLines(const MapOptions& options, const Converter& converter) {
         continue;
       }
       const PointLine point = ParsePointLine(line, order, options.table.separation);
-      std::string fault;
       if (returns) {
-        fault = FaultText({ReturnInside, 0, line});
+        read.faults.push_back(Place(options, number) + FaultText({ReturnInside, 0, line}));
       } else if (point.fault != nullptr && !point.badThird) {
-        fault = FaultText({point.fault, point.faultColumn, point.faultText});
+        read.faults.push_back(Place(options, number) + FaultText({point.fault, point.faultColumn, point.faultText}));
       } else {
-        fault = AddPoint(options, converter, point.first, point.second, NameOf(point), read.points);
-        fault = fault.empty() ? fault : FaultText({fault.c_str(), 0, point.coordinates});
-      }
-      if (fault.empty()) {
-        read.lines.push_back(number);
-      } else {
-        read.faults.push_back(Place(options, number) + fault);
+        AddPoint(options, converter, point, number, point.coordinates, NameOf(point), read);
       }
     }
   }
@@ -239,9 +246,7 @@ class Themes {
     const std::vector<Outcome> outcomes = Cells([&](picture::Position at) { return measures_.FactorExcess(at); });
     const auto [low, high] = Limits(outcomes);
     Add(measures_.FactorTitle(),
-        low > -MostLinear && high < MostLinear ? picture::LinearClasses(low, high, 1e-3)
-                                               : Classes(picture::ScaleClasses()),
-        outcomes);
+        high - low < MostLinear ? picture::LinearClasses(low, high, 1e-3) : Classes(picture::ScaleClasses()), outcomes);
   }
 
   void AddUndulation() {
@@ -316,6 +321,13 @@ std::string LocalName(const Converter& converter, std::int32_t request) {
   return name;
 }
 
+// The unit of the coordinates, in XML.
+std::string UnitOf(const Converter& converter) {
+  const double scale = picture::UnitScale(converter.Handle());
+  const std::string unit = LocalName(converter, LATIGO_NAME_UNIT_SHORT);
+  return unit.empty() || scale < LeastOfUnit || scale > MostOfUnit ? "units" : picture::Escaped(unit);
+}
+
 // The first letter of an axis: E of easting.
 char Capital(const std::string& axis) {
   return static_cast<char>(AsciiLower(axis.front()) - 'a' + 'A');
@@ -338,22 +350,28 @@ PanelColumns ColumnsOf(const picture::Area& area, const std::vector<Theme>& them
   return {{margin, second}, second + Cells + right[1]};
 }
 
-// Prints how many points and names are left out, and the first of the points; returns whether that is a failure.
-bool ReportLeftOut(const MapOptions& options, const Points& read, const picture::DrawnPoints& drawn) {
+// Prints the first of some points, as a warning or as a failure, and how many there are.
+void ReportPoints(const MapOptions& options, const Points& read, const std::vector<std::size_t>& which, bool warning,
+                  const std::string& what) {
+  if (which.empty()) {
+    return;
+  }
+  const std::string& name = read.points[which.front()].name;
+  Message(Place(options, read.lines[which.front()]) + (warning ? "warning: " : "") + what +
+          (name.empty() ? "" : ": \"" + name + "\""));
+  if (which.size() > 1) {
+    Message(std::to_string(which.size()) + " points: " + what);
+  }
+}
+
+// Prints which points are doubtful, and how many points and names are left out; returns whether that is a failure.
+bool ReportPoints(const MapOptions& options, const Points& read, const picture::DrawnPoints& drawn) {
+  ReportPoints(options, read, read.doubtful, true, DoubtTexts[NoRoundTripIndex]);
   if (drawn.unnamed > 0) {
     Message("there is no room for " + std::to_string(drawn.unnamed) + (drawn.unnamed == 1 ? " name" : " names"));
   }
-  if (drawn.outside.empty()) {
-    return false;
-  }
-  const std::size_t first = drawn.outside.front();
-  const std::string& name = read.points[first].name;
-  Message(Place(options, read.lines[first]) + (options.strict ? "" : "warning: ") + "outside the area" +
-          (name.empty() ? "" : ": \"" + name + "\""));
-  if (drawn.outside.size() > 1) {
-    Message(std::to_string(drawn.outside.size()) + " points: outside the area");
-  }
-  return options.strict;
+  ReportPoints(options, read, drawn.outside, !options.strict, "outside the area");
+  return options.strict && !drawn.outside.empty();
 }
 
 }  // namespace
@@ -386,7 +404,7 @@ int RunMap(const MapOptions& options) {
                               LocalName(converter, LATIGO_NAME_SECOND_AXIS)};
   const picture::GridLines lines = DrawGridLines(first, forward, Capital(axes[0]), Capital(axes[1]));
   const picture::DrawnPoints drawn = DrawPoints(first, read.points, lines.labels);
-  const bool incomplete = ReportLeftOut(options, read, drawn);
+  const bool incomplete = ReportPoints(options, read, drawn);
 
   const int panelHeight = rows * picture::Cell + BelowPanel;
   const int panelRows = static_cast<int>(themes.size() + 1) / 2;
@@ -395,8 +413,7 @@ int RunMap(const MapOptions& options) {
                  picture::Escaped(options.section));
   picture::Text(svg, 16, 46, "", LimitsInWords(area.limits) + ": the area " + area.source + ".");
   if (lines.stepX > 0 && lines.stepY > 0) {
-    const std::string unit = LocalName(converter, LATIGO_NAME_UNIT_SHORT);
-    const std::string of = " " + (unit.empty() ? "units" : picture::Escaped(unit)) + " of ";
+    const std::string of = " " + UnitOf(converter) + " of ";
     picture::Text(svg, 16, 64, "",
                   "Grid lines: every " + picture::Grouped(lines.stepX, lines.stepX) + of + axes[0] + ", " +
                       picture::Grouped(lines.stepY, lines.stepY) + of + axes[1] + ".");

@@ -17,8 +17,12 @@ namespace {
 using picture::Area;
 
 constexpr std::size_t PathSize = 512;
-constexpr double SmallestSide = 0.01 - 1e-9;  // degrees; less by the rounding error of a difference
-constexpr double LargestGrid = 90;            // degrees of longitude: larger grid files are not made for the section
+// Degrees.
+constexpr double SmallestSide = 0.0002 - 1e-9;  // about 20 m; less by the rounding error of a difference
+constexpr double LargestGrid = 90;              // of longitude: larger grid files are not made for the section
+constexpr double MarginOfPoint = 0.02;          // of latitude, around one point
+constexpr double LeastMargin = SmallestSide / 2;
+constexpr double LeastCosine = 1e-6;  // of a latitude, to divide by
 
 [[noreturn]] void Refuse(const MapOptions& options, const std::string& reason) {
   throw UsageError("--area " + options.area + ": " + reason);
@@ -52,12 +56,12 @@ Area AreaFromText(const MapOptions& options) {
     Refuse(options, "more than 360 degrees of longitude");
   }
   if (north - south < SmallestSide || east - west < SmallestSide) {
-    Refuse(options, "a side is shorter than 0.01 degrees");
+    Refuse(options, "a side is shorter than 0.0002 degrees");
   }
   return {south, north, west, east};
 }
 
-// Around points: a seventh more on each side, and at least a few kilometres.
+// Around points: on each side a seventh of the longer extent on the ground, or a few kilometres around one point.
 Area AreaAround(const std::vector<picture::NamedPoint>& points) {
   Area area{90, -90, 360, -360};
   for (const picture::NamedPoint& point : points) {
@@ -65,9 +69,18 @@ Area AreaAround(const std::vector<picture::NamedPoint>& points) {
     area = {std::min(area.south, point.at.latitude), std::max(area.north, point.at.latitude),
             std::min(area.west, longitude), std::max(area.east, longitude)};
   }
-  const double margin = std::max({0.02, (area.north - area.south) / 7, (area.east - area.west) / 7});
-  return {std::max(area.south - margin, -90.0), std::min(area.north + margin, 90.0), area.west - margin,
-          area.east + margin};
+  const double cosine = std::max(std::cos((area.south + area.north) / 2 * RadiansPerDegree), LeastCosine);
+  const double width = area.east - area.west;
+  const double extent = std::max(area.north - area.south, width * cosine);
+  const double margin = extent > 0 ? std::max(extent / 7, LeastMargin) : MarginOfPoint;
+  const double aside = std::min(margin / cosine, (360 - width) / 2);
+  return {std::max(area.south - margin, -90.0), std::min(area.north + margin, 90.0), area.west - aside,
+          area.east + aside};
+}
+
+std::string_view WithoutBlanks(std::string_view text) {
+  text.remove_prefix(std::min(text.find_first_not_of(" \t"), text.size()));
+  return text;
 }
 
 // A limit such as "45.82 N", removed from the front of the text with the word after it; NaN for anything else.
@@ -86,16 +99,19 @@ double TakeLimit(std::string_view& text, std::string_view word, char positive, c
   return side == positive ? parsed.value : -parsed.value;
 }
 
-// A comment such as "; Area: Switzerland; 45.82 N to 47.81 N, 5.96 E to 10.49 E".
+// A comment such as "; Area: Switzerland; 45.82 N to 47.81 N, 5.96 E to 10.49 E", also without the name.
 std::optional<Area> AreaOfComment(std::string_view section) {
+  constexpr std::string_view Word = "Area:";
   std::string_view line;
   do {
     if (section.empty()) {
       return std::nullopt;
     }
     NextLine(section, line);
-  } while (!line.starts_with("; Area:"));
-  line.remove_prefix(line.rfind("; ") + 2);
+    line = line.starts_with(';') ? WithoutBlanks(line.substr(1)) : "";
+  } while (!line.starts_with(Word));
+  const std::size_t afterName = line.rfind(';');
+  line = WithoutBlanks(line.substr(afterName == std::string_view::npos ? Word.size() : afterName + 1));
   Area area{};
   area.south = TakeLimit(line, " to ", 'N', 'S');
   area.north = TakeLimit(line, ", ", 'N', 'S');

@@ -97,14 +97,14 @@ struct Tick {
 // Round numbers between two limits, at most eight, on an axis on which their labels are side by side.
 std::vector<Tick> TicksOf(double from, double to, double pixels) {
   std::vector<Tick> ticks;
-  for (const double step :
-       {0.001, 0.002, 0.005, 0.01, 0.02, 0.05, 0.1, 0.2, 0.5, 1.0, 2.0, 5.0, 10.0, 20.0, 30.0, 60.0}) {
+  for (const double step : {0.00001, 0.00002, 0.00005, 0.0001, 0.0002, 0.0005, 0.001, 0.002, 0.005, 0.01, 0.02,
+                            0.05,    0.1,     0.2,     0.5,    1.0,    2.0,    5.0,   10.0,  20.0,  30.0, 60.0}) {
     if ((to - from) / step > 8) {
       continue;
     }
     ticks.clear();
     double widest = 0;
-    for (double i = std::ceil(from / step - 1e-9); i * step <= to + 1e-9 * step; ++i) {
+    for (double i = std::ceil(from / step - 1e-7); i * step <= to + 1e-7 * step; ++i) {
       const double at = i * step;
       ticks.push_back({at, Number(at > 180 ? at - 360 : at < -180 ? at + 360 : at, step) + "°"});
       widest = std::max(widest, TextWidth(ticks.back().label, FontSize));
