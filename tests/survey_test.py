@@ -28,7 +28,7 @@ for more in (), ("--jobs", "2"):
     expected = b"".join(row.rstrip(b"\r\n") + (b",*,*" if row.startswith(b'"u') else b",637294.3659,5762926.8129") + (b"\n" if row is rows[100] else b"\r\n")
                         for row in rows)
     assert (status, output) == (1, expected) and messages.count("\n") == 2, (messages, output[:300])
-    assert messages.startswith("latigo: standard input:11999: column 1: the quote"), messages
+    assert messages.startswith("latigo: standard input:11999: column 1: \"\"unclosed\": the quote"), messages
 
 # A quote that is not closed for long, or never, is a fault of its line alone.
 for count in 3, 20000:

@@ -64,20 +64,29 @@ void SkipBlanks(std::string_view& text) {
   }
 }
 
-// The marks after degrees, minutes and seconds. Single bytes are those of Windows-1252.
-constexpr std::string_view DegreeMarks[] = {"\u00B0", "\u00BA", "deg", "d", "D", "\xB0", "\xBA"};
+// The marks after degrees, minutes and seconds: typographic ones, as word processors write, and what the layouts of
+// keyboards have in their place. Single bytes are those of Windows-1252; a doubled quote is one inside quotes.
+constexpr std::string_view DegreeMarks[] = {"\u00B0", "\u00BA", "\u02DA", "deg", "DEG", "d", "D", "\xB0", "\xBA"};
+constexpr std::string_view MinuteMarks[] = {"'",   "\u2032", "\u2019", "\u2018", "\u02B9", "\u00B4", "min",
+                                            "MIN", "m",      "M",      "\x92",   "\x91",   "\xB4"};
+constexpr std::string_view SecondMarks[] = {
+    "\"\"",         "\"",           "\u2033", "\u201D", "\u201C", "\u02BA", "''",       "\u2032\u2032", "\u2019\u2019",
+    "\u2018\u2018", "\u00B4\u00B4", "sec",    "SEC",    "\x94",   "\x93",   "\x92\x92", "\xB4\xB4"};
+constexpr std::string_view Dashes[] = {"-", "\u2010", "\u2011", "\u2013"};  // between parts
+
+template <std::size_t Count>
+bool TakeAny(std::string_view& text, const std::string_view (&marks)[Count]) {
+  return std::any_of(std::begin(marks), std::end(marks), [&](std::string_view mark) { return Take(text, mark); });
+}
 bool TakeDegreeMark(std::string_view& text) {
-  return std::any_of(std::begin(DegreeMarks), std::end(DegreeMarks), [&](std::string_view m) { return Take(text, m); });
+  return TakeAny(text, DegreeMarks);
 }
 bool TakeSecondMark(std::string_view& text) {
-  // A doubled quote is one inside quotes.
-  return Take(text, "\"\"", "\"", "\u2033", "\u201D", "\u02BA", "''", "\u2019\u2019", "\u2032\u2032", "\u00B4\u00B4",
-              "\x94", "\x92\x92", "\xB4\xB4", "sec");
+  return TakeAny(text, SecondMarks);
 }
 bool TakeMinuteMark(std::string_view& text) {
   std::string_view ahead = text;
-  return !TakeSecondMark(ahead) &&
-         Take(text, "'", "\u2032", "\u2019", "\u02B9", "\u00B4", "\x92", "\xB4", "min", "m", "M");
+  return !TakeSecondMark(ahead) && TakeAny(text, MinuteMarks);
 }
 
 // How the parts of an angle are separated.
@@ -96,8 +105,9 @@ Between TakeBetween(std::string_view& text, TakeMark takeMark) {
   if (Take(text, ":")) {
     return Between::Colon;
   }
-  if (text.starts_with('-') && StartsWithDigit(text.substr(1))) {
-    text.remove_prefix(1);
+  std::string_view afterDash = text;
+  if (TakeAny(afterDash, Dashes) && StartsWithDigit(afterDash)) {
+    text = afterDash;
     return Between::Dash;
   }
   text = ahead;
@@ -237,6 +247,7 @@ Parsed ParseAngle(std::string_view text, Axis axis) {
       return {decimal, nullptr};
     }
   }
+  SkipBlanks(text);
   const bool minus = Take(text, "-", "\u2212", "\u2013");
   const bool hasSign = minus || Take(text, "+");
   const int before = StartsWithDigit(text) ? 0 : TakeHemisphere(text, axis);

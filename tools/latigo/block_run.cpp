@@ -45,7 +45,8 @@ void BlockRun::Run(const Block& block) {
 
 void BlockRun::RunLine(std::string_view line) {
   const bool header = form_ != nullptr && line_ == form_->layout.headerLine;
-  if (header || IsComment(line)) {
+  const bool separator = form_ != nullptr && line_ == form_->layout.separatorLine;
+  if (header || separator || IsComment(line, form_ != nullptr ? form_->layout.Separator() : ' ')) {
     const bool hidesLines = returnInside_ && HasReturnInside(line);
     if (hidesLines) {
       AddMessage({ReturnInside, 0, line});
@@ -86,7 +87,7 @@ PointLine BlockRun::ReadLine(std::string_view line) {
 
 PointLine BlockRun::ReadPlain(std::string_view line) const {
   PointLine point = command_.parse(line, command_.order, options_.table.separation);
-  if (command_.third == Third::Ignored) {
+  if (command_.third == Third::Ignored || command_.third == Third::Carried) {
     point.third.reset();
     point.rest = point.restWithThird;
     point.fault = point.badThird ? nullptr : point.fault;
@@ -122,11 +123,14 @@ PointLine BlockRun::ReadRow(std::string_view line) {
     point.toSecond = values[swapped ? 2 : 3];
   } else if (row_.Has(2)) {
     point.third = values[2];
-    point.wholeThird = row_.texts[2].find_first_not_of("0123456789") == std::string_view::npos;
+    // A chosen column is no point name.
+    point.wholeThird =
+        options_.table.columns.empty() && row_.texts[2].find_first_not_of("0123456789") == std::string_view::npos;
   }
   point.coordinates = ChosenPart();
+  const Positions positions = command_.parse == ParseTwoPoints ? Positions::Two : Positions::One;
   const bool angles = command_.order != Order::Grid && options_.table.columns.empty() && !options_.table.dmsColumns;
-  if (reads && angles && CouldHaveParts(line, static_cast<Separation>(form_->layout.Separator()))) {
+  if (reads && angles && CouldHaveParts(line, static_cast<Separation>(form_->layout.Separator()), positions)) {
     point.fault = PartsInFields;
     point.faultColumn = 1;
     point.faultText = point.coordinates;
@@ -141,6 +145,7 @@ PointLine BlockRun::ReadRow(std::string_view line) {
   } else if (!form_->inPlace && row_.columns > form_->layout.headerColumns && form_->layout.headerColumns != 0) {
     point.fault = "the line has more fields than the header";
     point.faultColumn = row_.columns;
+    point.faultText = line;
   }
   return point;
 }
@@ -155,7 +160,7 @@ bool BlockRun::ConvertPoint(std::string_view line, const PointLine& point, Resul
     const std::size_t column = form_ == nullptr ? 3 : form_->layout.Columns()[2] + 1;
     throw UsageError(file_ + ":" + std::to_string(line_) + ": column " + std::to_string(column) + " of \"" +
                      Visible(line.substr(0, 200)) + "\" may be a height; choose --heights geoid or ellipsoidal, or " +
-                     "--no-height, which copies it");
+                     (options_.table.columns.empty() ? "--no-height, which copies it" : "leave it out of --columns"));
   }
   command_.convert(converter_, point, result);
   if (result.function != nullptr || result.fault != nullptr) {
@@ -200,7 +205,8 @@ void BlockRun::AddMessage(const Fault& fault) {
 void BlockRun::Fail(std::string_view line, const PointLine& point, const Fault& fault) {
   AddMessage(fault);
   const int values = command_.values + (command_.third == Third::Height && point.third ? command_.heightValues : 0);
-  WriteLine(line, point, {nullptr, form_ != nullptr ? form_->names.size() : static_cast<std::size_t>(values)});
+  const std::size_t items = static_cast<std::size_t>(values) + (command_.unit.empty() ? 0 : 1);
+  WriteLine(line, point, {nullptr, form_ != nullptr ? form_->names.size() : items});
 }
 
 void BlockRun::WriteLine(std::string_view line, const PointLine& point, const Items& items) {
@@ -216,7 +222,7 @@ void BlockRun::WriteLine(std::string_view line, const PointLine& point, const It
       }
       WriteItem(items, i);
     }
-    output_.text.Text(command_.third == Third::Carried ? point.restWithThird : point.rest);
+    output_.text.Text(point.rest);
   }
   WriteEnd();
 }

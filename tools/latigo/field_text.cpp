@@ -1,7 +1,7 @@
 #include "field_text.h"
 
 #include <algorithm>
-#include <span>
+#include <iterator>
 
 #include "fields.h"
 #include "platform/ascii.h"
@@ -35,27 +35,37 @@ bool IsWhole(std::string_view text) {
 }
 
 bool LooksLikeNumber(std::string_view text) {
-  for (const std::string_view unit : {"m", "ft"}) {  // a number with a fraction, as 120.5m
-    const std::string_view number = text.substr(0, text.size() - std::min(unit.size(), text.size()));
-    if (text.ends_with(unit) && number.find('.') != std::string_view::npos && ParseNumber(number).fault == nullptr) {
-      return true;
-    }
-  }
   const auto is = [text](std::string_view word) { return EqualIgnoringCase(text, word); };
-  return (text.find_first_not_of("+-0123456789.,") == std::string_view::npos &&
+  const std::string_view number = text.substr(std::min(text.find_first_not_of("+-"), text.size()));  // 101-3 is a name
+  return (number.find_first_not_of("0123456789.,") == std::string_view::npos &&
           text.find_first_of("0123456789") != std::string_view::npos) ||
          is("nan") || is("inf") || is("-inf") || is("infinity");
 }
 
-bool IsWord(std::string_view text) {
-  for (const std::string_view missing : {"nan", "inf", "infinity", "na", "n/a", "null", "none", "nil"}) {
-    if (EqualIgnoringCase(text, missing)) {
-      return false;
+bool HasUnit(std::string_view text) {
+  for (const std::string_view unit : {"m", "usft", "ft"}) {
+    const std::size_t length = text.size() - std::min(unit.size(), text.size());
+    if (EqualIgnoringCase(text.substr(length), unit)) {
+      return LooksLikeNumber(Trimmed(text.substr(0, length)));
     }
+  }
+  return false;
+}
+
+bool IsMissing(std::string_view text) {
+  constexpr std::string_view Missing[] = {"nan", "inf", "infinity", "na", "n/a", "null", "none", "nil"};
+  const auto is = [text](std::string_view word) { return EqualIgnoringCase(text, word); };
+  return std::none_of(text.begin(), text.end(), [](char c) { return IsLetter(c) || IsDigit(c); }) ||
+         std::any_of(std::begin(Missing), std::end(Missing), is);
+}
+
+bool IsWord(std::string_view text, bool isAngle) {
+  if (IsMissing(text)) {
+    return false;
   }
   // N52.5 and N 52.5 are angles.
   std::string_view number = text;
-  if (IsAnyHemisphere(text.substr(0, 1))) {
+  if (isAngle && IsAnyHemisphere(text.substr(0, 1))) {
     number = Trimmed(number.substr(1));
   }
   number.remove_prefix(number.starts_with('-') || number.starts_with('+') ? 1 : 0);
@@ -67,7 +77,7 @@ bool IsPart(std::string_view text) {
   const std::size_t mark = std::min(text.find_first_of(".,"), text.size());
   const std::string_view whole = text.substr(0, mark);
   const std::string_view fraction = text.substr(std::min(mark + 1, text.size()));
-  return IsWhole(whole) && whole.find_first_of("+-") == std::string_view::npos && ParseNumber(whole).value < 60 &&
+  return IsWhole(whole) && whole.find_first_of("+-") == std::string_view::npos && ParseNumber(whole).value <= 60 &&
          (fraction.empty() || fraction.find_first_not_of("0123456789") == std::string_view::npos);
 }
 
@@ -86,10 +96,10 @@ bool IsAnyHemisphere(std::string_view text) {
 
 bool IsHemisphereWord(std::string_view text, Axis axis) {
   constexpr std::string_view Latitudes[] = {"n", "s", "north", "south", "nord", "sud", "s\u00FCd", "norte", "sur"};
-  constexpr std::string_view Longitudes[] = {"e", "w", "east", "west", "ost", "est", "ouest", "este", "oeste"};
-  const std::span<const std::string_view> words = axis == Axis::Latitude ? Latitudes : Longitudes;
-  return std::any_of(words.begin(), words.end(),
-                     [text](std::string_view word) { return EqualIgnoringCase(text, word); });
+  constexpr std::string_view Longitudes[] = {"e", "w", "o", "east", "west", "ost", "est", "ouest", "este", "oeste"};
+  const auto is = [text](std::string_view word) { return EqualIgnoringCase(text, word); };
+  return axis == Axis::Latitude ? std::any_of(std::begin(Latitudes), std::end(Latitudes), is)
+                                : std::any_of(std::begin(Longitudes), std::end(Longitudes), is);
 }
 
 bool IsWholeDegrees(std::string_view text) {

@@ -10,13 +10,19 @@ namespace latigo::cli {
 // Digits and signs only: a whole number, if it is one.
 bool IsWhole(std::string_view text);
 
-// A text that was probably intended as a number, as 1,5, nan or 120.5m, but is not one; or one without exponent.
+// A text that was probably intended as a number, as 1,5 or nan, but is not one; or one without exponent.
 bool LooksLikeNumber(std::string_view text);
 
-// Text in place of a number: not empty, has a letter, and is not a number, angle or word for a missing value.
-bool IsWord(std::string_view text);
+// A number with one of the units m, ft and usft after it.
+bool HasUnit(std::string_view text);
 
-// Minutes or seconds: below 60, with a decimal point or comma.
+// Empty, without letters and digits, or a word for a missing value, such as n/a.
+bool IsMissing(std::string_view text);
+
+// Text in place of a number, or of an angle: has a letter, and is not a number, such an angle, or missing.
+bool IsWord(std::string_view text, bool isAngle);
+
+// Minutes or seconds, which rounding can make 60, with a decimal point or comma.
 bool IsPart(std::string_view text);
 bool HasFraction(std::string_view text);
 

@@ -58,12 +58,14 @@ bool FieldScanner::TakeQuoted(Field& field) {
     fault_ = "the quote at the beginning of a field is not closed";
     return false;
   }
+  const std::string_view whole = left_;
   field = {left_.substr(0, quote + 1), Trimmed(left_.substr(1, quote - 1)), true};
   left_.remove_prefix(quote + 1);
   const bool blank = !left_.empty() && IsBlank(left_.front());
   SkipBlanks();
   if (!left_.empty() && left_.front() != separator_ && !(separator_ == ' ' && blank)) {
     fault_ = "text after the closing quote of a field";
+    left_ = whole;
     return false;
   }
   return true;

@@ -43,6 +43,9 @@ class FieldScanner {
   // Why the quotes of the last field are invalid; null if they are not.
   const char* Fault() const { return fault_; }
 
+  // The text after the last field; for a fault from that field on.
+  std::string_view Left() const { return left_; }
+
  private:
   bool AtEnd(char c) const { return separator_ == ' ' ? IsBlank(c) : c == separator_; }
   void SkipBlanks();

@@ -76,6 +76,7 @@ constexpr const char* PartsOrDecimalComma =
     "degrees and minutes, or two numbers with decimal commas: --separator comma or --decimal-comma decides";
 constexpr const char* NumbersOrDecimalComma =
     "two numbers, or a decimal comma in the first: --separator comma or --decimal-comma decides";
+constexpr const char* NumberWithUnit = "a height is a number without a unit; --no-height copies it";
 constexpr const char* EmptyOrAligned =
     "an empty field, or several tabs between two fields: --separator tab or --separator blank decides";
 
@@ -100,8 +101,9 @@ void RefuseField(PointLine& point, const char* fault, std::size_t column, std::s
   Refuse(point, IsAnyHemisphere(field) ? LoneHemisphere : semicolon ? Semicolon : fault, column, field);
 }
 
-// Whether fields that begin with whole degrees and minutes could go on with the parts of two angles.
-bool CouldBeParts(Fields fields) {
+// Whether fields that begin with whole degrees and minutes could go on with the parts of two angles. In a line of two
+// positions, four numbers are none.
+bool CouldBeParts(Fields fields, Positions positions) {
   const std::string_view degrees = fields.Next();
   const std::string_view minutes = fields.Next();
   if (!IsWholeDegrees(degrees) || !IsPart(minutes)) {
@@ -112,8 +114,8 @@ bool CouldBeParts(Fields fields) {
   if (IsMarkedDegrees(third)) {  // N52 30.5 E003
     return true;
   }
-  if (HasFraction(minutes)) {  // 52 30.5 3 10.2
-    return IsWhole(third) && IsPart(fourth) && HasFraction(fourth);
+  if (HasFraction(minutes) || (HasFraction(fourth) && positions == Positions::One)) {  // 52 30.5 3 10.2
+    return IsWhole(third) && IsPart(fourth) && positions == Positions::One;
   }
   if (!third.empty() && IsAnyHemisphere(third.substr(third.size() - 1))) {  // 52 30 00N
     return IsPart(third.substr(0, third.size() - 1));
@@ -135,7 +137,7 @@ bool HasEmptyField(std::string_view text) {
 }
 
 // Reads a height, if the next field is one. Refuses what could be a part of an angle.
-void ParseThird(Fields& fields, Order order, const Fields& whole, PointLine& point) {
+void ParseThird(Fields& fields, Order order, const Fields& whole, Positions positions, PointLine& point) {
   Fields ahead = fields;
   const std::string_view field = ahead.Next();
   if (order != Order::Grid) {
@@ -145,7 +147,7 @@ void ParseThird(Fields& fields, Order order, const Fields& whole, PointLine& poi
       Refuse(point, LoneHemisphere, third ? 3 : 4, third ? field : next);
       return;
     }
-    if (!field.empty() && CouldBeParts(whole)) {
+    if (!field.empty() && CouldBeParts(whole, positions)) {
       Refuse(point, PartsInFields, 1, point.coordinates);
       return;
     }
@@ -155,27 +157,30 @@ void ParseThird(Fields& fields, Order order, const Fields& whole, PointLine& poi
     point.third = parsed.value;
     point.wholeThird = field.find_first_not_of("0123456789") == std::string_view::npos;
     fields = ahead;
-  } else if (LooksLikeNumber(field)) {
-    Refuse(point, parsed.fault, 3, field);
+  } else if (LooksLikeNumber(field) || HasUnit(field)) {
+    Refuse(point, HasUnit(field) ? NumberWithUnit : parsed.fault, 3, field);
     point.badThird = true;
   }
 }
 
 }  // namespace
 
-bool IsComment(std::string_view line) {
+bool IsComment(std::string_view line, char separator) {
   const std::string_view text = TrimLeft(line);
-  return text.empty() || text.front() == '#';
+  const std::string_view blanks = line.substr(0, line.size() - text.size());
+  return text.empty() || (text.front() == '#' && (separator != '\t' || blanks.find('\t') == std::string_view::npos));
 }
 
 const char* const PartsInFields =
     "degrees, minutes and seconds in fields of their own, or whole degrees: --dms-columns or --columns decides";
 
-bool CouldHaveParts(std::string_view line, Separation separation) {
-  return CouldBeParts(Fields(line, separation));
+bool CouldHaveParts(std::string_view line, Separation separation, Positions positions) {
+  return CouldBeParts(Fields(line, separation), positions);
 }
 
-PointLine ParsePointLine(std::string_view line, Order order, Separation separation) {
+namespace {
+
+PointLine ParsePosition(std::string_view line, Order order, Separation separation, Positions positions) {
   const Fields whole(line, separation);
   Fields fields = whole;
   const std::string_view first = fields.Next();
@@ -230,7 +235,7 @@ PointLine ParsePointLine(std::string_view line, Order order, Separation separati
     }
     return point;
   }
-  ParseThird(fields, order, whole, point);
+  ParseThird(fields, order, whole, positions, point);
   point.rest = fields.Left();
   if (separation == Separation::Auto && point.separator == '\t' &&
       HasEmptyField({line.data(), static_cast<std::size_t>(point.rest.data() - line.data())})) {
@@ -239,14 +244,20 @@ PointLine ParsePointLine(std::string_view line, Order order, Separation separati
   return point;
 }
 
+}  // namespace
+
+PointLine ParsePointLine(std::string_view line, Order order, Separation separation) {
+  return ParsePosition(line, order, separation, Positions::One);
+}
+
 PointLine ParseTwoPoints(std::string_view line, Order order, Separation separation) {
-  PointLine from = ParsePointLine(line, order, separation);
+  PointLine from = ParsePosition(line, order, separation, Positions::Two);
   if (from.fault != nullptr) {
     return from;
   }
   std::string_view second = from.restWithThird;
   second.remove_prefix(second.starts_with(from.separator) ? 1 : 0);
-  const PointLine to = ParsePointLine(second, order, separation);
+  const PointLine to = ParsePosition(second, order, separation, Positions::Two);
   from.toFirst = to.first;
   from.toSecond = to.second;
   from.rest = to.restWithThird;

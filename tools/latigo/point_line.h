@@ -30,12 +30,13 @@ struct PointLine {
   std::string_view coordinates;  // the first two fields, for messages
 };
 
-// Blank lines and lines that begin with # are comments.
-bool IsComment(std::string_view line);
+// Blank lines and lines that begin with # are comments. A tab that separates fields may not precede it.
+bool IsComment(std::string_view line, char separator = ' ');
 
 // Whether the fields at the front of a line could be parts of angles, as 52 30 00N 5 0 0E, N52 30.5 E5 10.2 or
 // 52 30 0 5 0 0; and the message about them.
-bool CouldHaveParts(std::string_view line, Separation separation);
+enum class Positions { One, Two };  // of a line
+bool CouldHaveParts(std::string_view line, Separation separation, Positions positions);
 extern const char* const PartsInFields;
 
 // Separation::Auto: blanks, or commas with optional blanks around them. A comma directly between two whole numbers

@@ -18,9 +18,9 @@ constexpr const char* LoneHemisphere =
     "a hemisphere in a column of its own, which is not read: choose it too, as a letter, with --dms-columns";
 
 // Whether a part of an angle could not be minutes, seconds or a hemisphere.
-bool IsNoPart(std::string_view text) {
+bool IsNoPart(std::string_view text, Axis axis) {
   const std::size_t digits = std::min(text.find_first_not_of("0123456789"), text.size());
-  return digits == 0 ? text.size() != 1 : digits > 2 || ParseNumber(text.substr(0, digits)).value >= 60;
+  return digits == 0 ? !IsHemisphere(text, axis) : digits > 2 || ParseNumber(text.substr(0, digits)).value >= 60;
 }
 
 // The text with the decimal comma as a point, in the buffer; false for a text that also has a point.
@@ -134,16 +134,17 @@ bool Layout::ReadValue(std::size_t wanted, std::size_t place, Row& row) const {
     return true;
   }
   std::size_t part = 1;
-  while (part < parts && !IsNoPart(fields[part].text)) {
+  while (part < parts &&
+         !IsNoPart(fields[part].text, value.role == Role::Latitude ? Axis::Latitude : Axis::Longitude)) {
     ++part;
   }
   return fail(parsed.fault, part < parts ? part : 0);
 }
 
-// Why a line has too many or too few fields, of which `filled` is the last that is not empty.
-Fault Layout::CountFault(std::string_view line, std::size_t filled, const Row& row) const {
+// Why a line has too many or too few fields, of which the last that is not empty is in the column `filled`.
+Fault Layout::CountFault(std::string_view line, const Field& last, std::size_t filled, const Row& row) const {
   if (headerColumns != 0 && filled > headerColumns) {
-    return {"the line has more fields than the header", filled, {}};
+    return {"the line has more fields than the header", filled, last.bytes};
   }
   if (wantsAll && filled < headerColumns) {
     return {"the line has fewer fields than the header, and blanks do not show which; --columns by number decides", 0,
@@ -153,6 +154,56 @@ Fault Layout::CountFault(std::string_view line, std::size_t filled, const Row& r
     return {"the comma could be a separator or a decimal comma; --separator comma or --decimal-comma decides", 0, line};
   }
   return {};
+}
+
+void Layout::LearnHemispheres(std::string_view line) {
+  if (!angles_ || separator_ == ' ') {  // blanks separate words, of which there may be any number
+    return;
+  }
+  std::vector<std::size_t> latitudes;
+  std::vector<std::size_t> longitudes;
+  FieldScanner scanner(line, separator_);
+  std::size_t column = 0;
+  for (Field field; scanner.Next(field); ++column) {
+    const bool chosen = column < places_.size() && places_[column].chosen != None;
+    if (chosen || field.text.empty()) {
+      continue;
+    }
+    if (IsHemisphereWord(field.text, Axis::Latitude)) {
+      latitudes.push_back(column);
+    } else if (IsHemisphereWord(field.text, Axis::Longitude)) {
+      longitudes.push_back(column);
+    } else if (column < places_.size()) {
+      places_[column].besideLatitude = places_[column].besideLongitude = false;
+    }
+  }
+  // One of each axis are hemispheres wherever they are.
+  if (!latitudes.empty() && !longitudes.empty()) {
+    places_.resize(std::max({places_.size(), latitudes.back() + 1, longitudes.back() + 1}));
+    for (const std::size_t place : latitudes) {
+      places_[place].besideLatitude = true;
+    }
+    for (const std::size_t place : longitudes) {
+      places_[place].besideLongitude = true;
+    }
+  }
+}
+
+// Whether each angle has a hemisphere letter beside its number, or among its columns.
+bool Layout::HaveOwnHemispheres(const Row& row) const {
+  std::size_t place = 0;
+  for (std::size_t wanted = 0; wanted < values_; ++wanted) {
+    const std::size_t parts = wanted_[wanted].IsAngle() ? perAngle_ : 1;
+    const auto* const begin = row.fields.begin() + place;
+    if (wanted_[wanted].IsAngle() && std::none_of(begin, begin + parts, [](const Field& field) {
+          const std::string_view text = field.text;
+          return !text.empty() && (IsAnyHemisphere(text.substr(0, 1)) || IsAnyHemisphere(text.substr(text.size() - 1)));
+        })) {
+      return false;
+    }
+    place += parts;
+  }
+  return true;
 }
 
 std::size_t Layout::ColumnOf(std::size_t wanted) const {
@@ -172,29 +223,25 @@ bool Layout::ReadFields(std::string_view line, Row& row) const {
   FieldScanner scanner(line, separator_);
   std::size_t column = 0;
   std::size_t filled = 0;  // columns up to the last that is not empty
-  bool northOrSouth = false;
-  bool eastOrWest = false;
-  for (Field field; scanner.Next(field); ++column) {
+  Field last;
+  Field field;
+  for (; scanner.Next(field); ++column) {
     filled = field.bytes.empty() ? filled : column + 1;
+    last = field.bytes.empty() ? last : field;
     const Place place = column < places_.size() ? places_[column] : Place();
     if (place.chosen != None) {
       row.fields[static_cast<std::size_t>(place.chosen)] = field;  // NOLINT(bugprone-signed-char-misuse): a number
-    } else if (angles_ && row.fault.reason == nullptr && CouldBeHemisphereWord(field.text)) {
-      const bool ofLatitude = IsHemisphereWord(field.text, Axis::Latitude);
-      const bool ofLongitude = IsHemisphereWord(field.text, Axis::Longitude);
-      northOrSouth |= ofLatitude;
-      eastOrWest |= ofLongitude;
-      if ((place.besideLatitude && IsHemisphere(field.text, Axis::Latitude)) ||
-          (place.besideLongitude && IsHemisphere(field.text, Axis::Longitude)) ||
-          (northOrSouth && eastOrWest && (ofLatitude || ofLongitude))) {
-        row.fault = {LoneHemisphere, column + 1, field.bytes};
-      }
+    } else if ((place.besideLatitude || place.besideLongitude) && row.fault.reason == nullptr &&
+               CouldBeHemisphereWord(field.text) && (separator_ != ' ' || field.text.size() == 1) &&
+               ((place.besideLatitude && IsHemisphereWord(field.text, Axis::Latitude)) ||
+                (place.besideLongitude && IsHemisphereWord(field.text, Axis::Longitude)))) {
+      row.fault = {LoneHemisphere, column + 1, field.bytes};
     }
   }
   row.columns = column;
   if (scanner.Fault() != nullptr) {
-    row.fault = {scanner.Fault(), column + 1, {}};
-  } else if (const Fault fault = CountFault(line, filled, row);
+    row.fault = {scanner.Fault(), column + 1, scanner.Left()};
+  } else if (const Fault fault = CountFault(line, last, filled, row);
              fault.reason != nullptr && row.fault.reason == nullptr) {
     // Which fields are the chosen ones is not known.
     std::fill_n(row.fields.begin(), columns_.size(), Field());
@@ -216,6 +263,10 @@ bool Layout::Read(std::string_view line, Row& row) const {
       return false;
     }
     place += wanted_[wanted].IsAngle() ? perAngle_ : 1;
+  }
+  if (!reads && HaveOwnHemispheres(row)) {
+    row.fault = {};
+    return true;
   }
   row.besideValues = !reads;
   return reads;

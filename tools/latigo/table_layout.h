@@ -81,6 +81,11 @@ class Layout {
   // The column of a wanted value that is read, from 1; of an angle its first one.
   std::size_t ColumnOf(std::size_t wanted) const;
 
+  // Learns from the first point which columns have hemispheres: none that has another text there.
+  void LearnHemispheres(std::string_view line);
+
+  // The number of a first line such as sep=; by which spreadsheets state the separator; 0 without one.
+  std::size_t separatorLine = 0;
   // The header: the number of its line, 0 without one, and of its columns. A line with more columns than it is refused.
   std::size_t headerLine = 0;
   std::size_t headerColumns = 0;
@@ -92,7 +97,8 @@ class Layout {
 
  private:
   bool ReadValue(std::size_t wanted, std::size_t place, Row& row) const;
-  Fault CountFault(std::string_view line, std::size_t filled, const Row& row) const;
+  Fault CountFault(std::string_view line, const Field& last, std::size_t filled, const Row& row) const;
+  bool HaveOwnHemispheres(const Row& row) const;
   bool Join(const Field* fields, std::string_view& text, char* buffer) const;
 
   char separator_;

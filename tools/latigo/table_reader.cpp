@@ -75,38 +75,52 @@ std::size_t ColumnsPerAngle(std::span<const Wanted> wanted, std::size_t chosen, 
                    (dmsColumns ? ", and of each angle 2 to 4 columns" : ""));
 }
 
-// Refuses a column in the place of the other angle, as the name says: Lat, Lon with --lonlat, or Lon, Lat without it.
-void RequireOrder(std::span<const Wanted> wanted, const std::vector<std::string>& names, std::size_t perAngle) {
-  std::size_t place = 0;
-  for (const Wanted& value : wanted) {
-    if (place >= names.size()) {
-      return;
-    }
-    const std::string_view other = value.role == Role::Latitude ? "lon" : value.role == Role::Longitude ? "lat" : "";
-    if (!other.empty() && EqualIgnoringCase(std::string_view(names[place]).substr(0, other.size()), other)) {
-      throw UsageError("--columns: " + names[place] + " as the " + value.name +
-                       ": the latitude is first, or with --lonlat the longitude");
-    }
-    place += value.IsAngle() ? perAngle : 1;
-  }
+// Beginnings of a column's name which show that it is not the wanted value.
+struct Misplaced {
+  std::string_view wanted;
+  std::string_view beginning;
+};
+constexpr Misplaced MisplacedColumns[] = {
+    {"latitude", "lon"},   {"latitude", "lng"},  {"latitude", "l\u00E4ng"},
+    {"latitude", "laeng"}, {"longitude", "lat"}, {"longitude", "brei"},
+    {"x", "lat"},          {"x", "lon"},         {"x", "lng"},
+    {"x", "nort"},         {"x", "nord"},        {"x", "hoch"},
+    {"y", "lat"},          {"y", "lon"},         {"y", "lng"},
+    {"y", "east"},         {"y", "rechts"},      {"y", "este"},
+};
+
+bool IsMisplaced(const Wanted& value, std::string_view name) {
+  return std::any_of(std::begin(MisplacedColumns), std::end(MisplacedColumns), [&](const Misplaced& one) {
+    return one.wanted == value.name && EqualIgnoringCase(name.substr(0, one.beginning.size()), one.beginning);
+  });
 }
 
 // As RecordEnd, for a text whose first line feed is known, and whose last line ends there or with the file. Comments
 // have no quoted fields.
 std::size_t RecordEndOf(std::string_view text, std::size_t feed, char separator) {
   const std::string_view line = text.substr(0, feed);
-  const bool quotes = line.find('"') != std::string_view::npos && !IsComment(line);
+  const bool quotes = line.find('"') != std::string_view::npos && !IsComment(line, separator);
   return quotes ? RecordEnd(text.substr(0, LongestRecord), separator, text.size() <= LongestRecord) : feed;
+}
+
+// Whether the fields of the columns are those of a point, of which at least one was not measured.
+bool IsUnmeasured(const std::vector<std::string_view>& texts, const std::vector<std::size_t>& columns) {
+  const auto isMissing = [&texts](std::size_t column) { return IsMissing(texts[column]); };
+  const auto isNone = [&texts](std::size_t column) {
+    return !IsMissing(texts[column]) &&
+           (IsWord(texts[column], true) || texts[column].find(' ') != std::string_view::npos);
+  };
+  return std::any_of(columns.begin(), columns.end(), isMissing) && std::none_of(columns.begin(), columns.end(), isNone);
+}
+
+// The separator that a first line of a spreadsheet states, as sep=; does; 0 without one.
+char StatedSeparator(std::string_view line) {
+  return line.size() == 5 && line.starts_with("sep=") ? line.back() : '\0';
 }
 
 // Whether a row of a table has empty fields only, as spreadsheets write above the first one.
 bool IsEmptyRow(std::string_view line) {
   return line.find_first_not_of(" \t;,\"") == std::string_view::npos;
-}
-
-// Whether tabs alone make fields of all columns, some of which may be empty.
-bool TabsSeparate(std::string_view line, const std::vector<std::size_t>& columns) {
-  return TextsOf(line, '\t').size() > *std::max_element(columns.begin(), columns.end());
 }
 
 bool SameFields(const Row& one, const Row& two, std::size_t count) {
@@ -138,7 +152,6 @@ TableReader::TableReader(const std::string& path, const TableOptions& options, s
     }
   }
   perAngle_ = ColumnsPerAngle(wanted, columns.size(), options.dmsColumns);
-  RequireOrder(wanted, names_, perAngle_);
   if (std::all_of(names_.begin(), names_.end(), isNumber)) {
     names_.clear();
     RequireDistinct(columns);
@@ -164,8 +177,12 @@ bool TableReader::Next(Block& block) {
   }
   const bool more = reader_.Next(block);
   bool atEnd = !more;
+  const bool isFirst = !layout_;
   while (!layout_ && !Find(block.bytes, block.firstLine, atEnd || block.bytes.size() > MostHeld)) {
     atEnd = !Append(block);
+  }
+  if (isFirst) {
+    RequireOrder();
   }
   if (!block.cut) {
     CompleteRecords(block);
@@ -238,6 +255,15 @@ bool TableReader::Find(std::string_view text, std::size_t firstLine, bool atEnd)
   for (std::string_view line; TakeRecord(text, line, atEnd);) {
     const std::size_t number = following;
     following += 1 + static_cast<std::size_t>(std::count(line.begin(), line.end(), '\n'));
+    if (number == 1 && StatedSeparator(line) != '\0') {
+      separatorLine_ = number;
+      const auto isOther = [line](const Candidate& candidate) { return candidate.separator != StatedSeparator(line); };
+      candidates_.erase(std::remove_if(candidates_.begin(), candidates_.end(), isOther), candidates_.end());
+      if (candidates_.empty()) {
+        Refuse(number, "\"" + Visible(line) + "\" states another separator than --separator");
+      }
+      continue;
+    }
     if ((IsComment(line) && (!Named() || headerDecided_)) || IsEmptyRow(line)) {
       continue;
     }
@@ -256,14 +282,16 @@ bool TableReader::Find(std::string_view text, std::size_t firstLine, bool atEnd)
   Row row;
   std::ptrdiff_t most = -1;
   for (const Candidate& candidate : candidates_) {
-    if (candidate.separator == ',' && options_.decimalComma && candidates_.size() > 1) {
+    const bool needsQuotes = candidate.separator == ',' && options_.decimalComma && candidates_.size() > 1;
+    if (IsExcluded(candidate, first) || (needsQuotes && first.find('"') == std::string_view::npos)) {
       continue;
     }
     Layout layout = LayoutOf(candidate, options_.decimalComma, first);
     layout.ReadFields(first, row);
-    const auto count =
+    const auto filled =
         std::count_if(row.fields.begin(), row.fields.begin() + static_cast<std::ptrdiff_t>(layout.Columns().size()),
                       [](const Field& field) { return !field.bytes.empty(); });
+    const auto count = first.empty() ? static_cast<std::ptrdiff_t>(candidate.headerColumns) : filled;
     if (count > most) {
       most = count;
       layout_ = std::move(layout);
@@ -281,15 +309,21 @@ bool TableReader::TakeHeader(std::string_view line, std::size_t number) {
   std::vector<Candidate> kept;
   const bool stated = options_.header == HeaderLine::Yes || Named();
   bool hasNumber = false;
+  std::vector<bool> angles;  // of the chosen columns those that begin an angle
+  for (const Wanted& value : wanted_) {
+    angles.push_back(value.IsAngle());
+    angles.insert(angles.end(), value.IsAngle() ? perAngle_ - 1 : 0, false);
+  }
   for (Candidate candidate : candidates_) {
     const std::vector<std::string_view> texts = TextsOf(line, candidate.separator);
-    const auto isName = [&texts](std::size_t column) {
-      return column < texts.size() && (texts[column].empty() || IsWord(texts[column]));
-    };
-    const auto isWord = [&texts](std::size_t column) { return !texts[column].empty(); };
-    const std::vector<std::size_t>& columns = candidate.columns;
-    if (stated ||
-        (std::all_of(columns.begin(), columns.end(), isName) && std::any_of(columns.begin(), columns.end(), isWord))) {
+    std::size_t words = 0;
+    std::size_t empty = 0;
+    for (std::size_t place = 0; place < candidate.columns.size(); ++place) {
+      const std::size_t column = candidate.columns[place];
+      words += column < texts.size() && IsWord(texts[column], angles[place]) ? 1 : 0;
+      empty += column < texts.size() && texts[column].empty() ? 1 : 0;
+    }
+    if (stated || (words > 0 && words + empty == candidate.columns.size())) {
       hasNumber = hasNumber || (!HasReturnInside(line) && std::any_of(texts.begin(), texts.end(), LooksLikeNumber));
       candidate.headerColumns = texts.size();
       kept.push_back(std::move(candidate));
@@ -304,7 +338,23 @@ bool TableReader::TakeHeader(std::string_view line, std::size_t number) {
   }
   candidates_ = std::move(kept);
   headerLine_ = number;
+  header_ = line;
   return true;
+}
+
+// Refuses columns in an order that contradicts the header, as Lon, Lat without --lonlat.
+void TableReader::RequireOrder() const {
+  const std::vector<std::string_view> texts = TextsOf(header_, layout_->Separator());
+  std::size_t place = 0;
+  for (const Wanted& value : wanted_) {
+    const std::size_t column = place < layout_->Columns().size() ? layout_->Columns()[place] : texts.size();
+    if (column < texts.size() && IsMisplaced(value, texts[column])) {
+      Refuse(headerLine_, "column " + std::to_string(column + 1) + ": \"" + Visible(texts[column]) + "\" as the " +
+                              value.name + ": --columns chooses columns in their order" +
+                              (value.IsAngle() ? ", and with --lonlat the longitude is first" : ""));
+    }
+    place += value.IsAngle() ? perAngle_ : 1;
+  }
 }
 
 // Replaces the names by the columns of the header; candidates without them are dropped. False for a comment.
@@ -357,17 +407,30 @@ Layout TableReader::LayoutOf(const Candidate& candidate, bool decimalComma, std:
       }
       // An empty field could have a number in other lines.
       const std::string_view text = texts[columns.size()];
-      if (value.role != Role::Text && !text.empty() && !LooksLikeNumber(text) && ParseNumber(text).fault != nullptr) {
+      if (value.role != Role::Text && !text.empty() && !LooksLikeNumber(text) && !HasUnit(text) &&
+          ParseNumber(text).fault != nullptr) {
         break;
       }
       columns.push_back(columns.size());
     }
   }
   Layout layout(candidate.separator, decimalComma, wanted_, std::move(columns), perAngle_);
+  layout.separatorLine = separatorLine_;
   layout.headerLine = headerLine_;
   layout.headerColumns = candidate.headerColumns;
   layout.wantsAll = Named() && candidate.separator == ' ';
   return layout;
+}
+
+// Whether blanks cannot be the separator, because tabs make fields of all columns, or another separator those of a point
+// that was not measured.
+bool TableReader::IsExcluded(const Candidate& candidate, std::string_view line) const {
+  const auto separates = [line](const Candidate& other) {
+    const std::vector<std::string_view> texts = TextsOf(line, other.separator);
+    return other.separator != ' ' && *std::max_element(other.columns.begin(), other.columns.end()) < texts.size() &&
+           (other.separator == '\t' || IsUnmeasured(texts, other.columns));
+  };
+  return candidate.separator == ' ' && std::any_of(candidates_.begin(), candidates_.end(), separates);
 }
 
 // Finds the layout with which the line is a point; false if there is none, UsageError if there are several.
@@ -376,14 +439,15 @@ bool TableReader::Decide(std::string_view line, std::size_t number) {
   Row other;
   if (candidates_.size() == 1) {
     Layout layout = LayoutOf(candidates_[0], options_.decimalComma, line);
-    if (!options_.columns.empty() || layout.Read(line, found)) {
+    if (layout.Read(line, found) || (found.besideValues && !options_.columns.empty())) {
       layout_ = std::move(layout);
+      layout_->LearnHemispheres(line);
     }
     return layout_.has_value();
   }
   const bool hasTab = line.find('\t') != std::string_view::npos;
   for (const Candidate& candidate : candidates_) {
-    if (candidate.separator == ' ' && hasTab && (layout_ || TabsSeparate(line, candidate.columns))) {
+    if ((candidate.separator == ' ' && hasTab && layout_) || IsExcluded(candidate, line)) {
       continue;
     }
     Layout layout = LayoutOf(candidate, options_.decimalComma, line);
@@ -401,8 +465,12 @@ bool TableReader::Decide(std::string_view line, std::size_t number) {
                          '"');
     }
   }
-  if (!layout_ || layout_->Separator() != ',' || options_.decimalComma) {
-    return layout_.has_value();
+  if (!layout_) {
+    return false;
+  }
+  layout_->LearnHemispheres(line);
+  if (layout_->Separator() != ',' || options_.decimalComma) {
+    return true;
   }
   bool decimalComma = layout_->headerColumns == 0 && CouldBeDecimalComma(found, layout_->Columns().size());
   for (const Candidate& candidate : candidates_) {
@@ -419,8 +487,9 @@ bool TableReader::Decide(std::string_view line, std::size_t number) {
 
 Table ReadTable(const std::string& path, const TableOptions& options, std::span<const Wanted> wanted) {
   TableReader reader(path, options, wanted);
-  const bool angles = options.columns.empty() && !options.dmsColumns &&
-                      std::any_of(wanted.begin(), wanted.end(), [](const Wanted& w) { return w.IsAngle(); });
+  const auto angles = std::count_if(wanted.begin(), wanted.end(), [](const Wanted& w) { return w.IsAngle(); });
+  const bool inFields = angles > 0 && options.columns.empty() && !options.dmsColumns;
+  const Positions positions = angles > 2 ? Positions::Two : Positions::One;
   Table table;
   Row row;
   for (Block block; reader.Next(block);) {
@@ -441,14 +510,15 @@ Table ReadTable(const std::string& path, const TableOptions& options, std::span<
         fail(FaultText({ReturnInside, 0, line}));
         continue;
       }
-      if (lines.Number() == layout.headerLine || IsComment(line)) {
+      if (lines.Number() == layout.headerLine || lines.Number() == layout.separatorLine ||
+          IsComment(line, layout.Separator())) {
         continue;
       }
       if (!layout.Read(line, row)) {
         fail(FaultText(row.fault));
         continue;
       }
-      if (angles && CouldHaveParts(line, static_cast<Separation>(layout.Separator()))) {
+      if (inFields && CouldHaveParts(line, static_cast<Separation>(layout.Separator()), positions)) {
         fail(PartsInFields);
         continue;
       }

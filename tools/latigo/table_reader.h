@@ -14,7 +14,8 @@ namespace latigo::cli {
 
 // A file in blocks of lines, with its layout. The separator and the header line are found as follows.
 //
-// - The header of --header auto is the first line if every chosen column has a word there, not a number (IsWord).
+// - A first line such as sep=; states the separator.
+// - The header of --header auto is the first line if the chosen columns have words there, not numbers (IsWord).
 //   Columns by name need a header, which may begin with #.
 // - Without --columns the columns are the first ones. Optional values are among them if the first point has a number
 //   or an empty field there (or for a text, anything).
@@ -53,6 +54,8 @@ class TableReader {
   bool TakeHeader(std::string_view line, std::size_t number);
   bool FindNames(std::string_view line, std::size_t number);
   bool Decide(std::string_view line, std::size_t number);
+  void RequireOrder() const;
+  bool IsExcluded(const Candidate& candidate, std::string_view line) const;
   Layout LayoutOf(const Candidate& candidate, bool decimalComma, std::string_view line) const;
   [[noreturn]] void Refuse(std::size_t line, const std::string& reason) const;
 
@@ -62,7 +65,9 @@ class TableReader {
   std::vector<std::string> names_;  // of --columns, if any is not a number; numbers as texts
   std::vector<Candidate> candidates_;
   BlockReader reader_;
+  std::size_t separatorLine_ = 0;
   std::size_t headerLine_ = 0;
+  std::string header_;  // the line
   bool headerDecided_ = false;
   std::optional<Layout> layout_;
   std::optional<Block> pending_;  // an overlong line after those from which the layout was found
