@@ -85,15 +85,6 @@ bool HasFraction(std::string_view text) {
   return text.find_first_of(".,") != std::string_view::npos;
 }
 
-bool IsHemisphere(std::string_view text, Axis axis) {
-  return text.size() == 1 &&
-         std::string_view(axis == Axis::Latitude ? "NSns" : "EWew").find(text.front()) != std::string_view::npos;
-}
-
-bool IsAnyHemisphere(std::string_view text) {
-  return IsHemisphere(text, Axis::Latitude) || IsHemisphere(text, Axis::Longitude);
-}
-
 bool IsHemisphereWord(std::string_view text, Axis axis) {
   constexpr std::string_view Latitudes[] = {"n", "s", "north", "south", "nord", "sud", "s\u00FCd", "norte", "sur"};
   constexpr std::string_view Longitudes[] = {"e", "w", "o", "east", "west", "ost", "est", "ouest", "este", "oeste"};

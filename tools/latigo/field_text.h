@@ -27,8 +27,13 @@ bool IsPart(std::string_view text);
 bool HasFraction(std::string_view text);
 
 // N, S, E or W of the axis, in upper or lower case; or of either axis.
-bool IsHemisphere(std::string_view text, Axis axis);
-bool IsAnyHemisphere(std::string_view text);
+constexpr bool IsHemisphere(std::string_view text, Axis axis) {
+  return text.size() == 1 &&
+         std::string_view(axis == Axis::Latitude ? "NSns" : "EWew").find(text.front()) != std::string_view::npos;
+}
+constexpr bool IsAnyHemisphere(std::string_view text) {
+  return IsHemisphere(text, Axis::Latitude) || IsHemisphere(text, Axis::Longitude);
+}
 
 // A hemisphere letter, or its word in some languages. Most other texts are excluded by their length or first letter.
 bool IsHemisphereWord(std::string_view text, Axis axis);

@@ -152,6 +152,9 @@ void ParseThird(Fields& fields, Order order, const Fields& whole, Positions posi
       return;
     }
   }
+  if (field.empty()) {
+    return;
+  }
   const Parsed parsed = ParseNumber(field);
   if (parsed.fault == nullptr) {
     point.third = parsed.value;
