@@ -422,8 +422,8 @@ Layout TableReader::LayoutOf(const Candidate& candidate, bool decimalComma, std:
   return layout;
 }
 
-// Whether blanks cannot be the separator, because tabs make fields of all columns, or another separator those of a point
-// that was not measured.
+// Whether blanks cannot be the separator, because tabs make fields of all columns, or another separator those of an
+// unmeasured point.
 bool TableReader::IsExcluded(const Candidate& candidate, std::string_view line) const {
   const auto separates = [line](const Candidate& other) {
     const std::vector<std::string_view> texts = TextsOf(line, other.separator);
