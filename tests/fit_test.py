@@ -99,7 +99,8 @@ Residuals: by the section less as given; w: standardised; r: redundancy numbers
   largest standardised residual: 1.41, one, no blunder
   critical value: 3.29 at 0.1 %, of Baarda's w with the standard deviation given
   least checked: , one, whose errors are not found
-Area: x 530000 to 530100, y 180000 to 180000; the control points enclose 0 m2.
+Area: the control points; 51.50 N to 51.51 N, 0.13 W to 0.12 W
+Between x 530000 and 530100, y 180000 and 180000; the control points enclose 0 m2.
 """, report
 assert "fit exactly" not in report and ", X of P1 (line 1), a blunder" in fit(lines(square(530000, 180000, noise=(1, 0, 0, 0))), "--sigma", "0.1")[3]
 
@@ -121,12 +122,12 @@ assert "enclose 0.100 km2" in report and "scale           1.5000000000, +500000.
 
 # The keys of the section are kept, once each, but for those that are replaced; the origin is a whole number.
 odd = "[Odd]\r\n; a comment\r\nprojection=TransMerc\r\nSemiMajorAxis=6377563.396\r\nFlattening = 299.3249646\r\nScaleFactor=0.9996\r\n" \
-      "CentralMeridian=-2\r\nScaleFactor=3\r\nadjusttype=0\r\nREVERSEX=yes\r\nRemark\r\nAdjustX=77\r\nDeltaX=\r\nGeoid=\"a b.dat\"\r\n; the next\r\n[Next]\r\n"
+      "CentralMeridian=-2\r\nScaleFactor=3\r\nadjusttype=0\r\nREVERSEX=yes\r\nRemark\r\nAdjustX=77\r\nDeltaX=\r\nTitle=\"a b\"\r\n; the next\r\n[Next]\r\n"
 open("odd.ini", "w", newline="").write(odd)
 section = fit(lines(square(123456.4, 7654321.4, 1.1, 20)), base=["odd.ini", "-s", "Odd"])[0]
 body = [line for line in section.splitlines() if not line.startswith(";")]
 assert body == ["[Odd_local]", "projection=TransMerc", "SemiMajorAxis=6377563.396", "Flattening = 299.3249646", "ScaleFactor=0.9996",
-                "CentralMeridian=-2", 'Geoid="a b.dat"', "AdjustType=1"] + body[-6:], body
+                "CentralMeridian=-2", 'Title="a b"', "AdjustType=1"] + body[-6:], body
 assert [line.split("=")[0] for line in body[-6:]] == [f"Adjust{name}" for name in ("Rotation", "Scale", "X", "Y", "OrigX", "OrigY")], body
 values = [float(line.split("=")[1]) for line in body[-6:]]
 q, p = 1.1 * math.cos(math.radians(20)), 1.1 * math.sin(math.radians(20))
@@ -179,7 +180,8 @@ Residuals: by the section less as given; w: standardised; r: redundancy numbers
   largest standardised residual: 2.83, one, no blunder
   critical value: 3.29 at 0.1 %, of Baarda's w with the standard deviation given
   least checked: one, whose errors are found from 0.058 on, with a probability of 80 %
-Area: x 529500 to 530500, y 179500 to 180500; the control points enclose 1.000 km2.
+Area: the control points; 51.49 N to 51.51 N, 0.14 W to 0.11 W
+Between x 529500 and 530500, y 179500 and 180500; the control points enclose 1.000 km2.
 Beyond it errors grow with the distance from the centre. The standard deviation is
 0.0141 m at 707, 0.0316 at 2121 and 0.1005 at 7071.
 The section, opened by the library, converts the points so.
@@ -215,12 +217,24 @@ for x, y, found in ("", ".000", "0.005 0.006"), (".0", ".000", "0.005 0.006"), (
         for order in (0, 1, 2, 3), (2, 3, 0, 1):
             report = fit("".join(" ".join(row[i] for i in order) + "\n" for row in rows), base=["zero.ini"])[3]
             assert ("is probably wrong" in report) == wrong, (rows, report)
-# Of many residuals some exceed the critical value by chance: of 600, and of 11 000 by the normal distribution.
-for count, freedom in (300, "Student's distribution with 595 degrees of freedom"), (5500, "the normal distribution"):
-    text = "".join(f"{530000 + i % 70 * 10} {180000 + i // 70 * 10} {i % 70 * 10 + math.sin(9 * i * i) / 100:.4f} {i // 70 * 10}.0000\n" for i in range(count))
-    report = fit(text.replace(".0000", ".1000", 1))[3]
-    assert f"0.1 %, of {freedom};" in report and "beyond the critical value" in report, report
-    assert re.search(rf"may be wrong by 0.10\d m; 1 of {2 * count} residuals exceed the critical value, {count / 500} are expected to by chance;", report), report[-600:]
+# Of many residuals some exceed the critical value by chance: of 600, and of 11 000 by the normal distribution. Beyond the value for
+# all of them none does, of 600 the fractile 0.001 / 600 of Student's distribution, by integration of its density.
+for count, error, freedom, said in (
+        (300, 0.02, "Student's distribution with 595 degrees of freedom", "beyond the critical value"), (300, 0.1, "Student", "a blunder"),
+        (5500, 0.02, "the normal distribution", "beyond the critical value")):
+    text = "".join(f"{530000 + i % 70 * 10} {180000 + i // 70 * 10} {i % 70 * 10 + math.sin(9 * i * i) / 100:.4f} {i // 70 * 10 + error * (not i):.4f}\n" for i in range(count))
+    report = fit(text)[3]
+    assert f"0.1 %, of {freedom}" in report and said in report and (count > 300 or "  4.84 at 0.1 % for all 600 residuals together\n" in report), report
+    chance = rf"may be wrong by 0.02\d m; 1 of {2 * count} residuals exceed the critical value, {count / 500} are expected to by chance; without"
+    assert re.search(chance if error < 0.1 else "is probably wrong by 0.10. m; without", report), report[-600:]
+# Three points do not decide whether 0.15 among millimetres is a blunder, by Student's distribution with one degree of freedom; a standard deviation does. One that is smaller than the rounding, 0.01 sqrt(2 / 12), or 0.01 / sqrt(12), is a warning.
+few = "530000 180000 0.001 0.002 A\n530400 180000 400.152 0.001 B\n530300 180200 300.002 199.999 C\n530100 180300 100.001 299.998 D\n"
+report = fit("\n".join(few.splitlines()[:3]))[3]
+assert re.search("not decided\n  critical value: 636.62 at .* 1 degree of freedom;\n.*\n    so few points show only errors of more than 637 standard errors; --sigma tests", report), report
+assert "wrong" not in report and "is probably wrong" in fit(few, "--sigma", "0.001")[3]
+rounded = lines(square(530000, 180000, noise=(0.01, 0, 0, 0))).replace("0000 ", " ")
+for sigma, wrong in (0.004, True), (0.0042, False):
+    assert ("is smaller than 0.0041, that of the rounding" in fit(rounded, "--sigma", str(sigma))[3]) == wrong, rounded
 # Wrong columns, and another unit, which a fixed scale says is meant; the section made is accepted by check.
 fields = [line.split(",") for line in example.splitlines()[1:]]
 wrong = "".join(" ".join((line[1], line[2], line[3], line[5], line[6])) + "\n" for line in fields)
@@ -230,6 +244,14 @@ feet = "".join(f"{line[1]} {line[2]} {float(line[5]) / 0.3048:.3f} {float(line[6
 report = fit(feet)[3]
 assert "the scale is 3.28147: the local grid seems to have another unit" in report and "do not match" not in report and "the name" not in report, report
 assert run("check", "made.ini") == ("", "")
+# The area of the section is that of the map.
+assert "51.5° to 51.52° north, −0.14° to −0.11° east: the area of the section's comment" in run("map", "made.ini")[0]
+assert "the scale is not from 0.1 to 10: the command check" in fit(lines(square(530000, 180000, 12)))[3]
+open("yard.ini", "w").write(open("zero.ini").read().replace("0.3048", "0.9144"))
+assert re.search(r"with standard deviations of .* grid units\n", fit(lines(square(530000, 180000, noise=(0.02, 0, 0, 0))), base=["yard.ini"])[3])
+# Residuals of 0.014 are 2 % of a small site, but three deviations less, by 17.80 of chi-square with 4 degrees of freedom, are 0.94 %.
+for error, wrong in (0.014, False), (0.016, True):
+    assert ("do not match" in fit(lines(square(530000, 180000, size=0.5, noise=(error, -error) * 2)))[3]) == wrong, error
 open("feet.txt", "w").write(feet)
 made, report = run("fit", *GRID, "--fix-scale=3.2814711", "feet.txt")
 assert "AdjustScale=3.2814711\n" in made and "warning" not in report, report
@@ -260,7 +282,7 @@ open("bare.ini", "w").write(bare.replace("DynDatum=none.dat\n", ""))
 for base in (GRID, ["bare.ini", "-s", "NationalGrid"]):
     section, keys, _, report = fit(pairs, "--datum", "geographic", base=base)
     assert "AdjustType" not in section and section.count("DeltaX=") == 1, section
-    assert re.search(r"Area: latitude 50\.(69|70)\d\d to 57\.50\d\d, longitude -4\.(19|20)\d\d to 1\.70\d\d, height \d\d to \d+ m", report), report
+    assert re.search(r"Area: the control points; 50.69 N to 57.51 N, 4.20 W to 1.71 E\nLatitude 50\.(69|70)\d\d to 57\.50\d\d, longitude -4\.(19|20)\d\d to 1\.70\d\d, height \d\d to \d+ m", report), report
     for key, value in published.items():
         assert abs(float(keys[key]) - value) < (2e-5 if key[5] in "RS" else 2e-4), (key, keys[key])
     assert decimals(DeltaX=6, DeltaY=6, DeltaZ=6, DeltaScale=9, DeltaRX=9), keys
@@ -283,25 +305,32 @@ report = fit(pairs.replace("130", "130.4"), "--datum", "geographic")[3]
 assert re.search(r"standard input:3: up of line 3 is probably wrong by -0.40\d m", report), report
 assert re.search(r"\n    line  point +vn +ve +vu +wn +we +wu +rn +re +ru\n", report), report
 # The two positions exchanged; a section whose datum grid is missing, and is replaced.
-assert "a shift of 492 m with a scale difference of -203 ppm is larger than those of datums" in fit(re.sub(r"^(\S+ \S+ \S+) (\S+ \S+ \S+)", r"\2 \1", pairs, flags=re.M), "--datum", "geographic")[3]
+assert re.search(r"with the two positions in the other order the standard error of unit weight is 0.000\d instead of \d", fit(re.sub(r"^(\S+ \S+ \S+) (\S+ \S+ \S+)", r"\2 \1", pairs, flags=re.M), "--datum", "geographic")[3])
 open("bare.ini", "w").write(bare)
 assert fit(pairs, "--datum", "geographic", base=["bare.ini", "-s", "NationalGrid"])[1] == fit(pairs, "--datum", "geographic")[1]
 # Latitude and longitude in the wrong order on both datums are a fit too, far from the projection's origin.
 assert "order?" not in report and "standard input:1: too far from the projection's origin: are the columns in the right order?" in fit(
     re.sub(r"(\S+) (\S+) (\S+)( |$)", r"\2 \1 \3\4", pairs, flags=re.M), "--datum", "geographic")[3]
 # Longitudes of the other sign make no sense of a datum.
-assert "a rotation exceeds 20 arc seconds: are the columns in the right order?" in fit(re.sub(r"^(\S+ )(\S+ )(\S+ )", r"\g<1>-\g<2>\g<3>", pairs, flags=re.M).replace("--", ""), "--datum", "geographic")[3]
+assert "ppm is larger than those of datums: are the columns right" in fit(re.sub(r"^(\S+ )(\S+ )(\S+ )", r"\g<1>-\g<2>\g<3>", pairs, flags=re.M).replace("--", ""), "--datum", "geographic")[3]
 
 # Positions that are the same on both datums, about the 180th meridian, at heights where the library's positions have an error of
 # a hundredth of a millimetre.
 here = [f"{position} {position} P\n" for position in ("45 179 400", "46.5 -179 -7", "44.25 178 9000", "45 178.5 1000")]
 report = fit("".join(here), "--datum", "geographic", base=["wgs84.ini"])[3]
-assert "Area: latitude 44.2500 to 46.5000, longitude 178.0000 to 181.0000, height -7 to 9000 m.\n" in report, report
+assert "Area: the control points; 44.25 N to 46.50 N, 178.00 E to 179.00 W\nLatitude 44.2500 to 46.5000, longitude 178.0000 to 181.0000, " \
+    "height -7 to 9000 m.\n" in report, report
 # The width and the length of a cross; below a fiftieth it is nearly a line.
 for width in 2500, 1500:
     cross = [(4e6, y, 4.9e6) for y in (1e5, -1e5)] + [(4e6 + x, 0, 4.9e6) for x in (width, -width)]
     report = fit("".join(f"{x} {y} {z} {x} {y} {z}\n" for x, y, z in cross), "--datum", "cartesian", base=["wgs84.ini"])[3]
     assert re.findall(r"nearly on a line \(their width is (\S+) of", report) == ([] if width == 2500 else ["0.015"]), report
+
+# Rotations about Z, of which 20 seconds scale by 5e-9.
+for seconds in 15, 25:
+    turned = [(x + y * seconds * math.pi / 648000, y - x * seconds * math.pi / 648000, z) for x, y, z in cross]
+    report = fit("".join(f"{x} {y} {z} {u!r} {v!r} {w}\n" for (x, y, z), (u, v, w) in zip(cross, turned)), "--datum", "cartesian", base=["wgs84.ini"])[3]
+    assert ("a rotation exceeds 20 arc seconds: the transformation" in report) == (seconds > 20), report
 
 # By algebra: points on the earth's axes at the distances a, b and b, with errors of 0.02 in Z at the ends of two of them that no
 # parameter explains, so that s0 = 0.04 / sqrt(11). The parameters are independent of each other: of a residual along the axis of

@@ -134,6 +134,15 @@ ControlPoints ReadControlPoints(const FitOptions& options) {
     }
     result.points.push_back(point);
   }
+  // "FILE:LINE: ..."
+  const auto lineOf = [&](const std::string& fault) {
+    const std::size_t begin = PlaceOf(options, {}).size() - 1;
+    std::size_t line = 0;
+    std::from_chars(fault.data() + begin, fault.data() + fault.size(), line);
+    return line;
+  };
+  std::stable_sort(faults.begin(), faults.end(),
+                   [&](const std::string& a, const std::string& b) { return lineOf(a) < lineOf(b); });
   for (const std::string& fault : faults) {
     Message(fault);
   }

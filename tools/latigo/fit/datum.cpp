@@ -2,8 +2,10 @@
 #include <latigo/latigo.hpp>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <numbers>
+#include <optional>
 
 #include "doubts.h"
 #include "error_text.h"
@@ -22,10 +24,14 @@ constexpr int PpmDecimals = 9;
 constexpr int SecondDecimals = 9;
 // Rotations for which the transformation, linear in them, scales by more than 5e-9, 3 cm on the earth: arc seconds.
 constexpr double LargeRotation = 20;
-// Beyond the shifts of real datums, of which the largest are about 1100 m, and their scales, in parts per million: of
-// two positions in the wrong order the difference of the ellipsoids doubles, 79 ppm for the International Ellipsoid.
-constexpr double LargestShift = 1500;
-constexpr double LargestPpm = 60;
+// Beyond those of all published datums, of which the largest are about 2200 m and 270 ppm.
+constexpr double LargestShift = 3000;
+constexpr double LargestPpm = 500;
+// The test whether positions fit better in the other order: the least quotient of the standard errors, the
+// significance, and the least residual, which is that of positions with rounded angles.
+constexpr double ExchangedRatio = 2;
+constexpr double ExchangedSignificance = 0.001;
+constexpr double LeastResidual = 1e-3;
 // Points that are nearly on a line: their rotation about it is poorly determined.
 constexpr double SmallFlatness = 0.02;
 
@@ -48,10 +54,13 @@ Geographic PositionOf(GeodesyHandle handle, const Vector3d& at) {
 }
 
 std::vector<fit::SpatialPair> PairsFrom(const FitOptions& options, const std::vector<ControlPoint>& points,
-                                        GeodesyHandle wgs84, GeodesyHandle base) {
+                                        GeodesyHandle wgs84, GeodesyHandle base, bool exchanged = false) {
   std::vector<fit::SpatialPair> pairs;
   for (const ControlPoint& point : points) {
-    const auto& v = point.values;
+    std::array<double, 6> v = point.values;
+    if (exchanged) {
+      std::rotate(v.begin(), v.begin() + 3, v.end());
+    }
     fit::SpatialPair pair;
     pair.weight = point.weight;
     if (options.pairs == PairsOf::Cartesian) {
@@ -91,33 +100,31 @@ void Describe(FitOutcome& outcome, const fit::SevenParametersFit& fitted, const 
   facts.emplace_back("position vector rotation)");
   for (int i = 0; i < 3; ++i) {
     facts.push_back(Formatted("Delta%s          %.4f m  standard deviation %.4f; at the centre of the points %.4f",
-                              names[i], p.delta(i), d.delta(i), fitted.shiftDeviation(i)));
+                              names[i], Unsigned(p.delta(i), 4), d.delta(i), fitted.shiftDeviation(i)));
   }
-  facts.push_back(Formatted("DeltaScale      %.6f ppm", p.ppm) +
+  facts.push_back(Formatted("DeltaScale      %.6f ppm", Unsigned(p.ppm, 6)) +
                   (options.fixedScale ? std::string("  fixed") : Formatted("  standard deviation %.6f", d.ppm)));
   for (int i = 0; i < 3; ++i) {
-    facts.push_back(Formatted("DeltaR%s         %.6f arc seconds  standard deviation %.6f", names[i], p.rotation(i),
-                              d.rotation(i)));
+    facts.push_back(Formatted("DeltaR%s         %.6f arc seconds  standard deviation %.6f", names[i],
+                              Unsigned(p.rotation(i), 6), d.rotation(i)));
   }
   facts.push_back("points          converted with standard deviations of " + DeviationsAtPoints(outcome, points) +
                   " m");
 }
 
 void DescribeArea(FitOutcome& outcome, const std::vector<Geographic>& positions) {
-  const auto degrees = [](double radians) { return radians / RadiansPerDegree; };
-  Geographic low = positions.front();
-  Geographic high = low;
+  std::vector<std::array<double, 2>> points;
+  double low = positions.front().h;
+  double high = low;
   for (const Geographic& position : positions) {
-    // Longitudes are compared with the first one, so that an area may contain the 180th meridian.
-    const double longitude = positions.front().longitude +
-                             std::remainder(position.longitude - positions.front().longitude, 2 * std::numbers::pi);
-    low = {std::min(low.latitude, position.latitude), std::min(low.longitude, longitude), std::min(low.h, position.h)};
-    high = {std::max(high.latitude, position.latitude), std::max(high.longitude, longitude),
-            std::max(high.h, position.h)};
+    points.push_back({position.latitude, position.longitude});
+    low = std::min(low, position.h);
+    high = std::max(high, position.h);
   }
-  outcome.area.push_back(Formatted("Area: latitude %.4f to %.4f, longitude %.4f to %.4f, height %.0f to %.0f m.",
-                                   degrees(low.latitude), degrees(high.latitude), degrees(low.longitude),
-                                   degrees(high.longitude), low.h, high.h));
+  const Limits limits = LimitsOf(points);
+  outcome.area.push_back(AreaText(limits));
+  outcome.area.push_back(Formatted("Latitude %.4f to %.4f, longitude %.4f to %.4f, height %.0f to %.0f m.",
+                                   limits.south, limits.north, limits.west, limits.east, low, high));
   outcome.area.emplace_back(
       "Beyond it errors grow with the distance. The seven parameters belong together: those of another fit");
   outcome.area.emplace_back("may differ by metres and convert these points alike.");
@@ -140,6 +147,21 @@ int FirstFarOff(const std::vector<Geographic>& positions, GeodesyHandle base) {
   return -1;
 }
 
+// The standard error with the two positions of each pair in the other order, if it is so much smaller that they are
+// probably in that order; else nothing. X, Y and Z fit as well in both.
+std::optional<double> BetterExchanged(const fit::SevenParametersFit& fitted, const fit::SevenParametersFit& exchanged) {
+  const int redundancy = fitted.adjusted.redundancy;
+  if (redundancy == 0 || exchanged.refused != nullptr) {
+    return std::nullopt;
+  }
+  // F is the square of t / sqrt(f) + sqrt(t^2 / f + 1) if both sums of squares have f degrees of freedom.
+  const double t = fit::StudentLimit(ExchangedSignificance, redundancy) / std::sqrt(redundancy);
+  const double ratio = std::max(ExchangedRatio, t + std::sqrt(t * t + 1));
+  const bool better = fitted.adjusted.s0 > ratio * exchanged.adjusted.s0 &&
+                      fitted.adjusted.v.norm() > LeastResidual * std::sqrt(redundancy);
+  return better ? std::optional(exchanged.adjusted.s0) : std::nullopt;
+}
+
 }  // namespace
 
 FitOutcome FitDatum(const FitOptions& options, const ControlPoints& given, GeodesyHandle base) {
@@ -147,8 +169,9 @@ FitOutcome FitDatum(const FitOptions& options, const ControlPoints& given, Geode
   const auto made = api::Geodesy::CreateGeodesy(Wgs84);
   GeodesyHandle wgs84 = made.value.Handle();
   const std::vector<fit::SpatialPair> pairs = PairsFrom(options, points, wgs84, base);
-  const fit::SevenParametersFit fitted = FitSevenParameters(
-      pairs, {options.fixedScale, options.Sigma(), std::hypot(given.fromRounding, given.toRounding)});
+  const double rounding = std::hypot(given.fromRounding, given.toRounding);
+  const fit::SevenParametersOptions how = {options.fixedScale, options.Sigma(), rounding};
+  const fit::SevenParametersFit fitted = FitSevenParameters(pairs, how);
   if (fitted.refused != nullptr) {
     throw UsageError(std::string("no fit: ") + fitted.refused);
   }
@@ -157,6 +180,7 @@ FitOutcome FitDatum(const FitOptions& options, const ControlPoints& given, Geode
   outcome.unit = "m";
   outcome.axes = options.pairs == PairsOf::Cartesian ? std::vector<std::string>{"X", "Y", "Z"}
                                                      : std::vector<std::string>{"north", "east", "up"};
+  outcome.rounding = rounding;
   outcome.adjusted = fitted.adjusted;
   outcome.test = fitted.test;
   SetKeys(outcome, fitted.parameters);
@@ -181,16 +205,28 @@ FitOutcome FitDatum(const FitOptions& options, const ControlPoints& given, Geode
         "determined",
         fitted.flatness));
   }
-  if (!(fitted.parameters.rotation.cwiseAbs().maxCoeff() <= LargeRotation)) {
+  const Vector3d rotations = fitted.parameters.rotation.cwiseAbs() - 3 * fitted.deviations.rotation;
+  if (!(rotations.maxCoeff() <= LargeRotation)) {
     outcome.warnings.push_back(
-        Formatted("a rotation exceeds %.0f arc seconds: are the columns in the right order?", LargeRotation));
+        Formatted("a rotation exceeds %.0f arc seconds: the transformation, which is linear in the rotations, also "
+                  "scales by more than 5e-9",
+                  LargeRotation));
   }
   const double ppm = std::fabs(fitted.parameters.ppm) - 3 * fitted.deviations.ppm;
   if (ppm > LargestPpm || fitted.shift.norm() > LargestShift) {
-    outcome.warnings.push_back(
-        Formatted("a shift of %.0f m with a scale difference of %.0f ppm is larger than those of datums: are the two "
-                  "positions in the right order, and is the section's ellipsoid that of the second?",
-                  fitted.shift.norm(), fitted.parameters.ppm));
+    outcome.warnings.push_back(Formatted(
+        "a shift of %.0f m with a scale difference of %.0f ppm is larger than those of datums: are the columns "
+        "right, and is the section's ellipsoid that of the second position?",
+        fitted.shift.norm(), fitted.parameters.ppm));
+  }
+  if (options.pairs == PairsOf::Geographic) {
+    const auto other = BetterExchanged(fitted, FitSevenParameters(PairsFrom(options, points, wgs84, base, true), how));
+    if (other) {
+      outcome.warnings.push_back(Formatted(
+          "with the two positions in the other order the standard error of unit weight is %.4f instead of %.4f: "
+          "is the first one on WGS-84?",
+          *other, fitted.adjusted.s0));
+    }
   }
   if (const int far = FirstFarOff(positions, base); far >= 0) {
     outcome.warnings.push_back(PlaceOf(options, points[outcome.used[static_cast<std::size_t>(far)]]) +

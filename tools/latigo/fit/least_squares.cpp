@@ -13,14 +13,15 @@ namespace {
 constexpr double Infinite = std::numeric_limits<double>::infinity();
 
 constexpr double Significance = 0.001;    // of the test of one observation
-constexpr double NormalLimit = 3.2905;    // of the normal distribution, for this significance
 constexpr int ManyDegrees = 10000;        // of freedom: Student's distribution is the normal one, within 0.0015
+constexpr int ManyTested = 200;           // of more residuals than these one may well exceed its limit by chance
 constexpr double LeastRedundancy = 1e-6;  // an observation with less is not checked by the others
 constexpr double LeastSigma = 1e-6;       // residuals of rounding are no sign of a blunder; units of the observations
 // Two tests with 1 - rho^2 below this are one: only a w of 30 000 and more would distinguish their observations.
 constexpr double SameTest = 1e-8;
 constexpr double Certain = 0.0027;  // of a difference of two w, three standard deviations of the normal distribution
-constexpr double CertainLimit = 3;  // of the normal distribution, for this significance
+constexpr double LeastCorrelation = 0.5;  // of two tests: below it an error of one observation leaves the other's small
+constexpr double LeastPart = 0.5;         // of the largest w, below which another is not wrong unless it is significant
 
 // The probability that |t| stays below a limit, by Abramowitz and Stegun (26.7.3) and (26.7.4).
 double StudentProbability(double t, int freedom) {
@@ -39,8 +40,8 @@ double StudentProbability(double t, int freedom) {
 
 // Observations that are nearly as likely wrong as that of the largest w. The tests of i and j have the correlation
 //   rho = (Qv)ij / sqrt((Qv)ii (Qv)jj), with weighted residuals Qv = I - U U'.
-// An error of j gives w_i the expectation rho w_j. So j is one of them if |w_i| - |w_j| is within the limit of its
-// standard deviation, sqrt(2 (1 - |rho|)), and if i passes the test once j is left out:
+// An error of j gives w_i the expectation rho w_j. So j is one of them if neither rho nor |w_j| is small, |w_i| - |w_j|
+// is within the limit of its standard deviation, sqrt(2 (1 - |rho|)), and i passes the test once j is left out:
 //   w_i without j = (w_i - rho w_j) / sqrt(1 - rho^2).
 std::vector<int> AlternativesOf(const Adjusted& adjusted, const Eigen::VectorXd& p, double sigma,
                                 const BlunderTest& test, double least) {
@@ -54,9 +55,9 @@ std::vector<int> AlternativesOf(const Adjusted& adjusted, const Eigen::VectorXd&
   const double squares = p.dot(adjusted.v.cwiseAbs2());
   const double ownI = root(i);
   const int left = adjusted.redundancy - 2;  // degrees of freedom without i and j
-  const double difference = test.freedom > 0 ? StudentLimit(Certain, test.freedom) : CertainLimit;
+  const double difference = StudentLimit(Certain, test.freedom);
   const bool normal = sigma > 0 || left > ManyDegrees;
-  const double critical = normal ? NormalLimit : left > 0 ? StudentLimit(Significance, left) : Infinite;
+  const double critical = normal || left > 0 ? StudentLimit(Significance, normal ? 0 : left) : Infinite;
   const double withoutI = estimate(squares - ownI * ownI, adjusted.redundancy - 1);
   const Eigen::VectorXd products = adjusted.u * adjusted.u.row(i).transpose();
   for (Eigen::Index j = 0; j < adjusted.v.size(); ++j) {
@@ -66,6 +67,11 @@ std::vector<int> AlternativesOf(const Adjusted& adjusted, const Eigen::VectorXd&
     const double ownJ = root(j);
     const double rho = -products(j) / std::sqrt(adjusted.r(i) * adjusted.r(j));
     const double apart = 1 - rho * rho;
+    const double w = std::fabs(test.w[static_cast<std::size_t>(j)]);
+    const bool small = w < LeastPart * std::fabs(test.w[static_cast<std::size_t>(i)]) && w < test.critical;
+    if (std::fabs(rho) < LeastCorrelation || small) {
+      continue;
+    }
     if (apart > SameTest) {
       const double part = std::fabs(ownI - rho * ownJ) / std::sqrt(apart);
       const double withoutBoth = estimate(squares - ownJ * ownJ - part * part, left);
@@ -116,14 +122,17 @@ Adjusted Adjust(const Eigen::MatrixXd& a, const Eigen::VectorXd& l, const Eigen:
 }
 
 double StudentLimit(double probability, int freedom) {
+  const auto beyond = [&](double t) {
+    return freedom > 0 ? 1 - StudentProbability(t, freedom) : std::erfc(t / std::numbers::sqrt2);
+  };
   double below = 0;
   double above = 1;
-  while (1 - StudentProbability(above, freedom) > probability) {
+  while (beyond(above) > probability) {
     above *= 2;
   }
   for (int i = 0; i < 60; ++i) {
     const double middle = (below + above) / 2;
-    (1 - StudentProbability(middle, freedom) > probability ? below : above) = middle;
+    (beyond(middle) > probability ? below : above) = middle;
   }
   return above;
 }
@@ -135,10 +144,11 @@ BlunderTest TestForBlunders(const Adjusted& adjusted, const Eigen::VectorXd& p, 
   const double least = known ? LeastSigma : std::max(LeastSigma, rounding);
   test.freedom = known || adjusted.redundancy > ManyDegrees ? 0 : std::max(adjusted.redundancy - 1, 0);
   const bool testable = adjusted.redundancy >= (known ? 1 : 2);
-  test.critical = !testable ? Infinite : test.freedom > 0 ? StudentLimit(Significance, test.freedom) : NormalLimit;
+  test.critical = testable ? StudentLimit(Significance, test.freedom) : Infinite;
   test.w.assign(static_cast<std::size_t>(count), std::numeric_limits<double>::quiet_NaN());
   const double squares = p.dot(adjusted.v.cwiseAbs2());
   double largest = -1;
+  int tested = 0;
   for (Eigen::Index i = 0; testable && i < count; ++i) {
     if (!(adjusted.r(i) > LeastRedundancy)) {
       continue;
@@ -150,6 +160,7 @@ BlunderTest TestForBlunders(const Adjusted& adjusted, const Eigen::VectorXd& p, 
     const double estimate = known ? sigma : without;
     const double w = std::copysign(std::sqrt(own), adjusted.v(i)) / std::max(estimate, least * std::sqrt(p(i)));
     test.w[static_cast<std::size_t>(i)] = w;
+    ++tested;
     if (std::fabs(w) > largest) {
       largest = std::fabs(w);
       test.largest = static_cast<int>(i);
@@ -157,7 +168,10 @@ BlunderTest TestForBlunders(const Adjusted& adjusted, const Eigen::VectorXd& p, 
     }
   }
   if (test.largest >= 0) {
+    test.tested = tested;
+    test.criticalOfAll = tested > ManyTested ? StudentLimit(Significance / tested, test.freedom) : test.critical;
     test.blunder = largest > test.critical;
+    test.probable = largest > test.criticalOfAll;
     test.size = -adjusted.v(test.largest) / adjusted.r(test.largest);
     if (test.blunder) {
       test.alternatives = AlternativesOf(adjusted, p, sigma, test, least);

@@ -29,11 +29,14 @@ Adjusted Adjust(const Eigen::MatrixXd& a, const Eigen::VectorXd& l, const Eigen:
 // observation under test, so that a blunder does not hide itself, and w has Student's distribution with one degree of
 // freedom less than the redundancy.
 struct BlunderTest {
-  std::vector<double> w;  // NaN where nothing checks the observation
-  double critical = 0;    // a larger |w| occurs once in 1000 observations without a blunder; infinite without a test
-  int freedom = 0;        // of Student's distribution; 0 for the normal one
-  int largest = -1;       // the observation with the largest |w|; -1 if none is checked
-  bool blunder = false;   // that |w| is larger than the critical value
+  std::vector<double> w;     // NaN where nothing checks the observation
+  double critical = 0;       // a larger |w| occurs once in 1000 observations without a blunder; infinite without a test
+  double criticalOfAll = 0;  // of many tested observations: a larger |w| occurs in one of 1000 fits; else critical
+  int tested = 0;            // observations with a w
+  int freedom = 0;           // of Student's distribution; 0 for the normal one
+  int largest = -1;          // the observation with the largest |w|; -1 if none is checked
+  bool blunder = false;      // that |w| is larger than the critical value
+  bool probable = false;     // and than that of all observations together
   std::vector<int> alternatives;  // of a blunder: further observations, one of which may be wrong instead
   double without = 0;             // the standard error of unit weight without that observation
   double size = 0;  // of that observation's error, estimated as -v / r: the observation less its true value
@@ -42,7 +45,8 @@ struct BlunderTest {
 // A sigma of 0 is unknown; then the estimate is at least the standard deviation of the rounding of an observation.
 BlunderTest TestForBlunders(const Adjusted& adjusted, const Eigen::VectorXd& p, double sigma, double rounding);
 
-// The value that |t| of Student's distribution exceeds with a probability; a positive number of degrees of freedom.
+// The value that |t| of Student's distribution exceeds with a probability; with 0 degrees of freedom that of the normal
+// distribution.
 double StudentLimit(double probability, int freedom);
 
 }  // namespace latigo::fit

@@ -20,6 +20,8 @@ constexpr double NotedRoundTrip = 1e-3;  // metres
 constexpr double SameUnit = 0.01;        // the largest difference of a scale from 1 if both grids have the same unit
 constexpr double LeastScale = 0.9;       // beyond these scales another unit is more probable than another surface
 constexpr double LargestScale = 1.1;
+constexpr double LeastCheckedScale = 0.1;  // the scales of which the command check does not warn
+constexpr double LargestCheckedScale = 10;
 constexpr double LargestMisfit = 0.01;  // of a coordinate, in distances of the points from their centre
 
 // The similarity that the keys of a section describe.
@@ -72,7 +74,7 @@ void Describe(FitOutcome& outcome, const fit::SimilarityFit& fitted, const FitOp
     return exact ? std::string() : "  standard deviation " + Formatted(format, value);
   };
   auto& facts = outcome.facts;
-  facts.push_back(Formatted("rotation        %.9f degrees, anticlockwise", s.rotation) +
+  facts.push_back(Formatted("rotation        %.9f degrees, anticlockwise", Unsigned(s.rotation, 9)) +
                   deviation(fitted.rotationDeviation * SecondsPerDegree, "%.2f arc seconds"));
   facts.push_back(Formatted("scale           %.10f, %+.3f ppm", s.scale, Unsigned((s.scale - 1) * 1e6, 3)) +
                   (options.fixedScale ? std::string("  fixed") : deviation(fitted.scaleDeviation * 1e6, "%.3f ppm")));
@@ -91,13 +93,19 @@ void Describe(FitOutcome& outcome, const fit::SimilarityFit& fitted, const FitOp
 }
 
 void DescribeArea(FitOutcome& outcome, const fit::SimilarityFit& fitted, const std::vector<fit::PlanePoint>& hull,
-                  const FitOptions& options, double metresPerUnit) {
+                  const FitOptions& options, GeodesyHandle base, double metresPerUnit) {
+  std::vector<std::array<double, 2>> corners;
+  for (const fit::PlanePoint& corner : hull) {
+    auto& [latitude, longitude] = corners.emplace_back();
+    XYGeo(base, corner.x, corner.y, &latitude, &longitude);
+  }
+  outcome.area.push_back(AreaText(LimitsOf(corners)));
   const auto [west, east] =
       std::minmax_element(hull.begin(), hull.end(), [](const auto& a, const auto& b) { return a.x < b.x; });
   const auto [south, north] =
       std::minmax_element(hull.begin(), hull.end(), [](const auto& a, const auto& b) { return a.y < b.y; });
   const double square = fit::AreaOf(hull) * metresPerUnit * metresPerUnit;
-  outcome.area.push_back(Formatted("Area: x %.0f to %.0f, y %.0f to %.0f", west->x, east->x, south->y, north->y) +
+  outcome.area.push_back(Formatted("Between x %.0f and %.0f, y %.0f and %.0f", west->x, east->x, south->y, north->y) +
                          (square >= 1e5 ? Formatted("; the control points enclose %.3f km2.", square / 1e6)
                                         : Formatted("; the control points enclose %.0f m2.", square)));
   if (outcome.adjusted.redundancy == 0) {
@@ -116,12 +124,20 @@ void DescribeArea(FitOutcome& outcome, const fit::SimilarityFit& fitted, const s
                                    10 * fitted.spread));
 }
 
+// The least standard deviation of a coordinate that makes the misfit probable, three deviations below it: the square of
+// misfit / sigma, times the redundancy f, has the distribution chi-square, of which Wilson and Hilferty approximate a
+// fractile by f (1 - 2 / (9 f) + 3 sqrt(2 / (9 f)))^3.
+double LeastMisfit(const fit::SimilarityFit& fitted) {
+  const double part = 2 / (9.0 * std::max(fitted.adjusted.redundancy, 1));
+  return fitted.misfit / std::pow(1 - part + 3 * std::sqrt(part), 1.5);
+}
+
 void Warn(FitOutcome& outcome, const fit::SimilarityFit& fitted, const FitOptions& options) {
   if (outcome.adjusted.redundancy == 0) {
     outcome.warnings.emplace_back(
         "the points fit exactly, whatever errors they have: nothing checks them, and there are no standard deviations");
   }
-  if (fitted.misfit > LargestMisfit * fitted.localSpread) {
+  if (LeastMisfit(fitted) > LargestMisfit * fitted.localSpread) {
     outcome.warnings.push_back(
         Formatted("the two sets of coordinates do not match: the residuals, %.3g %s, exceed 1 %% of the points' "
                   "distances from their centre. Are the columns right?",
@@ -131,6 +147,11 @@ void Warn(FitOutcome& outcome, const fit::SimilarityFit& fitted, const FitOption
   if (!options.fixedScale && !(LeastScale <= s.scale && s.scale <= LargestScale)) {
     outcome.warnings.push_back(
         Formatted("the scale is %.6g: the local grid seems to have another unit than the section's grid", s.scale));
+  }
+  if (!(LeastCheckedScale <= s.scale && s.scale <= LargestCheckedScale)) {
+    outcome.warnings.push_back(
+        Formatted("the scale is not from %g to %g: the command check, and every other one, will warn of the section",
+                  LeastCheckedScale, LargestCheckedScale));
   }
   if (options.reversed == fit::Reversed::Auto && !fitted.handKnown) {
     outcome.warnings.emplace_back(
@@ -208,7 +229,9 @@ FitOutcome FitLocalGrid(const FitOptions& options, const ControlPoints& given, G
   GetLocalName(base, LATIGO_NAME_UNIT_SHORT, "", unit, sizeof unit);
   outcome.method = options.fixedScale ? "similarity transformation with a fixed scale" : "similarity transformation";
   // A local grid may have another unit, which its scale includes.
-  outcome.unit = std::fabs(fitted.similarity.scale - 1) < SameUnit ? unit : "local units";
+  const bool same = std::fabs(fitted.similarity.scale - 1) < SameUnit;
+  outcome.unit = !same ? "local units" : unit[0] != '\0' ? unit : "grid units";
+  outcome.rounding = std::hypot(given.toRounding, fitted.similarity.scale * given.fromRounding);
   outcome.metresPerUnit = metresPerUnit / fitted.similarity.scale;
   outcome.axes = {"X", "Y"};
   outcome.adjusted = fitted.adjusted;
@@ -227,9 +250,9 @@ FitOutcome FitLocalGrid(const FitOptions& options, const ControlPoints& given, G
   }
   SetReliability(outcome, 2);
   Describe(outcome, fitted, options, points);
-  DescribeArea(outcome, fitted, hull, options, metresPerUnit);
   Warn(outcome, fitted, options);
   CheckRoundTrip(outcome, points, base, metresPerUnit);
+  DescribeArea(outcome, fitted, hull, options, base, metresPerUnit);
   return outcome;
 }
 

@@ -26,6 +26,7 @@ struct FitOutcome {
   std::vector<std::string> axes;                          // names of the residuals of a point
   std::string unit;                                       // of the residuals
   double metresPerUnit = 1;                               // of the residuals
+  double rounding = 0;                                    // standard deviation of that of a residual, as far as known
   std::vector<PointResult> points;                        // one for each control point
   std::vector<std::string> facts;                         // lines of the report
   std::vector<std::string> area;                          // lines of the report and of the section
@@ -52,6 +53,18 @@ void SetReliability(FitOutcome& outcome, std::size_t perPoint);
 
 // The range of the standard deviations of converted control points: "0.0012 to 0.0034".
 std::string DeviationsAtPoints(const FitOutcome& outcome, const std::vector<ControlPoint>& points);
+
+// Geographic limits, in degrees; an area across the 180th meridian has an east above 180.
+struct Limits {
+  double south, north, west, east;
+};
+
+// The limits of positions in radians. Their longitudes are compared with the first one.
+Limits LimitsOf(const std::vector<std::array<double, 2>>& positions);
+
+// The comment of a section from which the command map takes its area, in hundredths of a degree, rounded outwards:
+// "Area: the control points; 51.50 N to 51.52 N, 0.14 W to 0.12 W".
+std::string AreaText(const Limits& limits);
 
 // printf to a string.
 __attribute__((format(printf, 1, 2))) std::string Formatted(const char* format, ...);

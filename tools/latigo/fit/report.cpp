@@ -4,7 +4,9 @@
 #include <cmath>
 #include <cstdarg>
 #include <cstdio>
+#include <cstdlib>
 #include <limits>
+#include <numbers>
 
 #include "platform/c_numbers.h"
 #include "platform/posix/profile_file.h"
@@ -19,8 +21,8 @@ constexpr double FoundFrom = 4.13;
 
 constexpr std::size_t NameWidth = 16;
 
-// Of more residuals than these one may well exceed the critical value by chance.
-constexpr std::size_t ManyTested = 200;
+// Beyond this critical value only errors of many standard errors are found.
+constexpr double Insensitive = 20;
 
 std::string Padded(std::string text, std::size_t width) {
   // Continuation bytes of UTF-8 take no place.
@@ -28,11 +30,6 @@ std::string Padded(std::string text, std::size_t width) {
       std::count_if(text.begin(), text.end(), [](char c) { return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U; }));
   text.append(shown < width ? width - shown : 0, ' ');
   return text;
-}
-
-std::size_t TestedIn(const FitOutcome& outcome) {
-  return static_cast<std::size_t>(
-      std::count_if(outcome.test.w.begin(), outcome.test.w.end(), [](double w) { return !std::isnan(w); }));
 }
 
 // An observation of the adjustment, by its point and axis.
@@ -165,24 +162,67 @@ std::string DeviationsAtPoints(const FitOutcome& outcome, const std::vector<Cont
   return Formatted("%.4f to %.4f", low, high);
 }
 
+Limits LimitsOf(const std::vector<std::array<double, 2>>& positions) {
+  constexpr double Degree = std::numbers::pi / 180;
+  Limits limits{90, -90, 0, 0};
+  const double first = positions.front()[1];
+  for (const auto& [latitude, longitude] : positions) {
+    const double east = std::remainder(longitude - first, 2 * std::numbers::pi) / Degree;
+    limits = {std::min(limits.south, latitude / Degree), std::max(limits.north, latitude / Degree),
+              std::min(limits.west, east), std::max(limits.east, east)};
+  }
+  limits.west += first / Degree;
+  limits.east += first / Degree;
+  return limits;
+}
+
+std::string AreaText(const Limits& limits) {
+  const auto text = [](long hundredths, char positive, char negative) {
+    return Formatted("%.2f %c", static_cast<double>(std::labs(hundredths)) / 100, hundredths < 0 ? negative : positive);
+  };
+  const auto wrapped = [](long hundredths) {
+    return hundredths > 18000 ? hundredths - 36000 : hundredths < -18000 ? hundredths + 36000 : hundredths;
+  };
+  // A side is at least one hundredth.
+  const long south = std::lround(std::floor(limits.south * 100));
+  const long north = std::max(std::lround(std::ceil(limits.north * 100)), south + 1);
+  const long west = std::lround(std::floor(limits.west * 100));
+  const long east = std::max(std::lround(std::ceil(limits.east * 100)), west + 1);
+  return "Area: the control points; " + text(south, 'N', 'S') + " to " + text(north, 'N', 'S') + ", " +
+         text(wrapped(west), 'E', 'W') + " to " + text(wrapped(east), 'E', 'W');
+}
+
 std::vector<std::string> LargestResidual(const FitOutcome& outcome, const FitOptions& options,
                                          const std::vector<ControlPoint>& points) {
   const fit::BlunderTest& test = outcome.test;
-  const char* const beyond = TestedIn(outcome) > ManyTested ? "beyond the critical value" : "a blunder";
   if (test.largest < 0) {
-    return {"no residual can be tested: the redundancy is too small"};
+    const bool bySigma = options.Sigma() == 0 && outcome.adjusted.redundancy > 0;
+    return {std::string("no residual can be tested: the redundancy is too small") +
+            (bySigma ? " without --sigma" : "")};
   }
+  const char* const verdict = test.probable                  ? "a blunder"
+                              : test.blunder                 ? "beyond the critical value"
+                              : test.critical <= Insensitive ? "no blunder"
+                                                             : "not decided";
   std::vector<std::string> lines = {
       Formatted("largest standardised residual: %.2f, ", Unsigned(test.w[static_cast<std::size_t>(test.largest)], 2)) +
-      NameOf(outcome, points, ObservedAt(outcome, test.largest)) + ", " + (test.blunder ? beyond : "no blunder")};
+      NameOf(outcome, points, ObservedAt(outcome, test.largest)) + ", " + verdict};
   if (options.Sigma() > 0) {
     lines.push_back(
         Formatted("critical value: %.2f at 0.1 %%, of Baarda's w with the standard deviation given", test.critical));
   } else {
     lines.push_back(Formatted("critical value: %.2f at 0.1 %%, of ", test.critical) +
-                    (test.freedom > 0 ? Formatted("Student's distribution with %d degrees of freedom;", test.freedom)
+                    (test.freedom > 0 ? Formatted("Student's distribution with %d degree%s of freedom;", test.freedom,
+                                                  test.freedom > 1 ? "s" : "")
                                       : "the normal distribution;"));
     lines.emplace_back("  the standard error is estimated without the observation under test");
+  }
+  if (test.criticalOfAll > test.critical) {
+    lines.push_back(Formatted("  %.2f at 0.1 %% for all %d residuals together", test.criticalOfAll, test.tested));
+  }
+  if (!test.blunder && test.critical > Insensitive) {
+    lines.push_back(Formatted(
+        "  so few points show only errors of more than %.0f standard errors; --sigma tests better", test.critical));
   }
   return lines;
 }
@@ -196,16 +236,14 @@ std::string BlunderWarning(const FitOutcome& outcome, const FitOptions& options,
   }
   // One in a thousand exceeds the critical value by chance: of many that is no rare event.
   std::string chance;
-  const std::size_t tested = TestedIn(outcome);
-  if (tested > ManyTested) {
+  if (!outcome.test.probable) {
     const auto beyond = std::count_if(outcome.test.w.begin(), outcome.test.w.end(),
                                       [&](double w) { return std::fabs(w) > outcome.test.critical; });
-    chance =
-        Formatted("; %ld of %lu residuals exceed the critical value, %.1f are expected to by chance",
-                  static_cast<long>(beyond), static_cast<unsigned long>(tested), 0.001 * static_cast<double>(tested));
+    chance = Formatted("; %ld of %d residuals exceed the critical value, %.1f are expected to by chance",
+                       static_cast<long>(beyond), outcome.test.tested, 0.001 * outcome.test.tested);
   }
   return PlaceOf(options, points[observed.point]) + ": " + outcome.axes[observed.axis] + " of " +
-         points[observed.point].name + (chance.empty() ? " is probably" : " may be") +
+         points[observed.point].name + (outcome.test.probable ? " is probably" : " may be") +
          Formatted(" wrong by %.3f ", outcome.test.size) + outcome.unit + others +
          (others.empty() ? "" : ": the points do not show which") + chance +
          Formatted("; without it the standard error of unit weight is %.4f. # before the line leaves the point out",

@@ -1,7 +1,9 @@
 // The command fit.
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdio>
+#include <limits>
 #include <map>
 
 #include "coordinate_system.h"
@@ -39,7 +41,8 @@ api::Geodesy OpenBase(const FitOptions& options, const ConfigFile& config) {
   };
   Opened base = options.pairs == PairsOf::LocalGrid ? OpenSection(options.file, options.section)
                                                     : TemporaryFolder().Open(withoutDatum(), options.section);
-  if (!base.object) {
+  // A section whose geoid grid is missing has an object.
+  if (base.code != 0) {
     throw UsageError(options.file + " [" + options.section + "]: " + base.explanation);
   }
   return std::move(base.object);
@@ -60,6 +63,20 @@ void WarnOfCopies(FitOutcome& outcome, const FitOptions& options, const std::vec
     outcome.warnings.push_back(first +
                                (count > 1 ? ", and " + std::to_string(count - 1) + " more lines are copies" : "") +
                                ": copies make standard deviations too small. # before a line leaves it out");
+  }
+}
+
+// Residuals of rounding would be blunders.
+void WarnOfSigma(FitOutcome& outcome, const FitOptions& options, const std::vector<ControlPoint>& points) {
+  double least = std::numeric_limits<double>::infinity();
+  for (const std::size_t i : outcome.used) {
+    least = std::min(least, options.Sigma() / std::sqrt(points[i].weight));
+  }
+  if (options.Sigma() > 0 && least < outcome.rounding) {
+    outcome.warnings.push_back(
+        Formatted("a standard deviation of %.2g is smaller than %.2g, that of the rounding of the "
+                  "coordinates as they are written: what seems a blunder may be rounding",
+                  least, outcome.rounding));
   }
 }
 
@@ -93,6 +110,7 @@ int RunFit(const FitOptions& options) {
                                " already, and of two in one file the first counts");
   }
   WarnOfCopies(outcome, options, points);
+  WarnOfSigma(outcome, options, points);
   WarnOfNames(outcome, options, points);
   if (outcome.test.blunder) {
     outcome.warnings.push_back(BlunderWarning(outcome, options, points));
@@ -100,7 +118,7 @@ int RunFit(const FitOptions& options) {
 
   const std::string section = SectionOf(outcome, options, points, config, name);
   const Opened made = TemporaryFolder().Open(section, name);
-  if (!made.object) {
+  if (made.code != 0) {
     throw UsageError("the section made does not open: " + made.explanation);
   }
   const double difference = local ? DifferenceOfLocalGrid(outcome, points, base.Handle(), made.object.Handle())
