@@ -1,6 +1,7 @@
 #include "block_run.h"
 
 #include <algorithm>
+#include <cmath>
 
 #include "error_text.h"
 #include "operations.h"
@@ -16,6 +17,9 @@ constexpr int SecondPrecision = 6;   // 0.03 mm
 constexpr int ScalePrecision = 10;
 constexpr int AnglePrecision = 8;      // of convergence and distortion, degrees
 constexpr int ArcSecondPrecision = 4;  // a centimetre at 200 km
+
+// Of heights that are not doubtful, in metres or feet: less than the northings of most grids.
+constexpr double LargestHeight = 1e5;
 
 // Whether a row of a table has empty fields only, as spreadsheets write below the last one.
 bool IsEmptyRow(std::string_view line, char separator) {
@@ -174,6 +178,9 @@ bool BlockRun::ConvertPoint(std::string_view line, const PointLine& point, Resul
       result.Add(Doubt::WholeHeight);
     } else {
       output_.otherHeights = true;
+    }
+    if (std::fabs(*point.third) > LargestHeight && command_.third == Third::Height) {
+      result.Add(Doubt::GreatHeight);
     }
   }
   if (const char* fault = FaultOf(result); fault != nullptr) {

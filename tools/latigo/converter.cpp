@@ -76,7 +76,8 @@ Converter::Converter(const PointOptions& options, const Between& between)
 }
 
 std::string Converter::TextOf(std::size_t doubt) const {
-  const bool ofSystem = target_ && (1U << doubt) != static_cast<unsigned>(Doubt::WholeHeight);
+  constexpr unsigned OfLine = static_cast<unsigned>(Doubt::WholeHeight) | static_cast<unsigned>(Doubt::GreatHeight);
+  const bool ofSystem = target_ && (1U << doubt & OfLine) == 0;
   const Converter& system = doubt < Doubts ? *this : *target_;
   return (ofSystem ? Visible(system.Name()) + ": " : "") + DoubtTexts[doubt % Doubts];
 }

@@ -14,6 +14,7 @@ const std::array<const char*, Doubts> DoubtTexts = {
     "too long for the mid-latitude formulas: the error of the distance can exceed 2 cm",
     "almost along a parallel: rounding errors of the distance can exceed 2 cm",
     "the datum grid does not change heights, so that above the ellipsoid of the section's datum is not known",
+    "a height beyond 100 000, which may be another column",
 };
 
 namespace {

@@ -16,9 +16,10 @@ enum class Doubt : unsigned {
   RoughFactors = 8,
   LongLine = 16,
   FlatRhumbLine = 32,
-  KeptHeight = 64
+  KeptHeight = 64,
+  GreatHeight = 128
 };
-inline constexpr int Doubts = 7;
+inline constexpr int Doubts = 8;
 
 // For each doubt, in the order of its bits.
 extern const std::array<const char*, Doubts> DoubtTexts;
