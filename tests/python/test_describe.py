@@ -45,7 +45,7 @@ def test_html_has_a_picture_of_every_system():
         numbers = [float(number) for path in paths for number in re.findall(r"[-\d.]+", path)]
         assert len(numbers) > 400 and 0 <= min(numbers) and max(numbers) <= max(width, height) <= 400, (file, section)
         colours = len(paths) - 2
-        assert colours == {"Grids": 2, "Turned": 2, "Cut": 1}.get(section, 0)
+        assert colours == {"Grids": 2, "Turned": 2, "Flat": 2, "Cut": 1}.get(section, 0)
 
 
 def test_names_that_cannot_be_printed_are_escaped():
