@@ -159,6 +159,37 @@ TEST(FitSevenParameters, ABlunderIsFoundAlongItsAxis) {
   EXPECT_GT(found, 95);
 }
 
+// Heights are three times worse than positions, over 200 km and 5 km. Without a blunder an observation in a thousand is
+// called one, of heights and of positions; one of 0.2 in a position does not hide behind the heights.
+TEST(FitSevenParameters, HeightsAreComparedWithHeights) {
+  constexpr int Networks = 1500;
+  Network network;
+  for (const double size : {1.0, 0.025}) {
+    int alarms[2] = {};
+    int found = 0;
+    for (int i = 0; i < Networks; ++i) {
+      std::vector<SpatialPair> pairs = network.Draw(12);
+      for (SpatialPair& pair : pairs) {
+        if (&pair != &pairs[0]) { pair.from = pairs[0].from + size * (pair.from - pairs[0].from); }
+        pair.to = network.truth.Map(pair.from);
+        for (int axis = 0; axis < 3; ++axis) {
+          pair.to += (axis == 2 ? 3 : 1) * network.noise(network.random) * pair.axes.row(axis).transpose();
+        }
+      }
+      const SevenParametersOptions options{.fixedScale = {}, .heightsApart = true};
+      const BlunderTest test = FitSevenParameters(pairs, options).test;
+      const bool height = test.largest % 3 == 2;
+      alarms[height ? 1 : 0] += test.blunder ? test.beyond : 0;
+      pairs[5].to += 0.2 * pairs[5].axes.row(1).transpose();
+      const BlunderTest wrong = FitSevenParameters(pairs, options).test;
+      found += wrong.blunder && wrong.largest == 16 ? 1 : 0;
+    }
+    EXPECT_NEAR(alarms[0], 0.024 * Networks, 5 * std::sqrt(0.024 * Networks)) << size;
+    EXPECT_NEAR(alarms[1], 0.012 * Networks, 5 * std::sqrt(0.012 * Networks)) << size;
+    EXPECT_GT(found, 0.95 * Networks) << size;
+  }
+}
+
 TEST(FitSevenParameters, AFixedScaleRemains) {
   Network network;
   const SevenParametersFit fit = FitSevenParameters(network.Draw(), {.fixedScale = 1.0000204894});

@@ -246,8 +246,9 @@ Options:
   --dms-columns         an angle has a column each for degrees, minutes and seconds
   -o, --output FILE     write to a file, which is replaced only when the output is complete
 
-A blunder is reported for a standardised residual that one observation in 1000 exceeds by chance. latigo(1) has the
-formulas' names, docs/local-grid.md an example.
+A blunder is reported for a standardised residual that one observation in 1000 exceeds by chance. With --datum
+geographic the standard errors of heights and positions are estimated apart. latigo(1) has the formulas' names,
+docs/local-grid.md an example.
 
 Exit status: 0; 2 for an invalid line, file, section or argument, and for points that do not determine the parameters.
 )";

@@ -32,6 +32,7 @@ constexpr double LargestPpm = 500;
 constexpr double ExchangedRatio = 2;
 constexpr double ExchangedSignificance = 0.001;
 constexpr double LeastResidual = 1e-3;
+constexpr double Certain = 0.0027;  // the significance of parameters that are too large
 // Points that are nearly on a line: their rotation about it is poorly determined.
 constexpr double SmallFlatness = 0.02;
 
@@ -121,10 +122,8 @@ void DescribeArea(FitOutcome& outcome, const std::vector<Geographic>& positions)
     low = std::min(low, position.h);
     high = std::max(high, position.h);
   }
-  const Limits limits = LimitsOf(points);
-  outcome.area.push_back(AreaText(limits));
-  outcome.area.push_back(Formatted("Latitude %.4f to %.4f, longitude %.4f to %.4f, height %.0f to %.0f m.",
-                                   limits.south, limits.north, limits.west, limits.east, low, high));
+  outcome.area.push_back(AreaText(LimitsOf(points)));
+  outcome.area.push_back(Formatted("Heights of %.0f to %.0f m.", low, high));
   outcome.area.emplace_back(
       "Beyond it errors grow with the distance. The seven parameters belong together: those of another fit");
   outcome.area.emplace_back("may differ by metres and convert these points alike.");
@@ -170,7 +169,8 @@ FitOutcome FitDatum(const FitOptions& options, const ControlPoints& given, Geode
   GeodesyHandle wgs84 = made.value.Handle();
   const std::vector<fit::SpatialPair> pairs = PairsFrom(options, points, wgs84, base);
   const double rounding = std::hypot(given.fromRounding, given.toRounding);
-  const fit::SevenParametersOptions how = {options.fixedScale, options.Sigma(), rounding};
+  const fit::SevenParametersOptions how = {options.fixedScale, options.Sigma(), rounding,
+                                           options.pairs == PairsOf::Geographic};
   const fit::SevenParametersFit fitted = FitSevenParameters(pairs, how);
   if (fitted.refused != nullptr) {
     throw UsageError(std::string("no fit: ") + fitted.refused);
@@ -205,14 +205,16 @@ FitOutcome FitDatum(const FitOptions& options, const ControlPoints& given, Geode
         "determined",
         fitted.flatness));
   }
-  const Vector3d rotations = fitted.parameters.rotation.cwiseAbs() - 3 * fitted.deviations.rotation;
+  // Three standard deviations, or more if they are estimated from few residuals.
+  const double certain = fit::StudentLimit(Certain, fitted.adjusted.redundancy);
+  const Vector3d rotations = fitted.parameters.rotation.cwiseAbs() - certain * fitted.deviations.rotation;
   if (!(rotations.maxCoeff() <= LargeRotation)) {
     outcome.warnings.push_back(
         Formatted("a rotation exceeds %.0f arc seconds: the transformation, which is linear in the rotations, also "
                   "scales by more than 5e-9",
                   LargeRotation));
   }
-  const double ppm = std::fabs(fitted.parameters.ppm) - 3 * fitted.deviations.ppm;
+  const double ppm = std::fabs(fitted.parameters.ppm) - certain * fitted.deviations.ppm;
   if (ppm > LargestPpm || fitted.shift.norm() > LargestShift) {
     outcome.warnings.push_back(Formatted(
         "a shift of %.0f m with a scale difference of %.0f ppm is larger than those of datums: are the columns "

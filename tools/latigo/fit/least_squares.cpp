@@ -38,27 +38,75 @@ double StudentProbability(double t, int freedom) {
   return odd ? 2 / std::numbers::pi * (theta + sum) : sum;
 }
 
+// The observations of one kind, by their weighted residuals z = sqrt(p) v.
+struct Kind {
+  double squares = 0;        // sum of z^2
+  double redundancy = 0;     // sum of r
+  Eigen::VectorXd products;  // U' z
+  Eigen::MatrixXd moments;   // U' U
+};
+
+Kind KindOf(const Adjusted& adjusted, const Eigen::VectorXd& z, const std::vector<int>& kinds, int kind) {
+  Kind result;
+  result.products = Eigen::VectorXd::Zero(adjusted.u.cols());
+  result.moments = Eigen::MatrixXd::Zero(adjusted.u.cols(), adjusted.u.cols());
+  for (Eigen::Index i = 0; i < z.size(); ++i) {
+    if (kinds[static_cast<std::size_t>(i)] == kind) {
+      result.squares += z(i) * z(i);
+      result.redundancy += adjusted.r(i);
+      result.products += z(i) * adjusted.u.row(i).transpose();
+      result.moments += adjusted.u.row(i).transpose() * adjusted.u.row(i);
+    }
+  }
+  return result;
+}
+
+// The standard error of a kind without its observation i, by the residuals z_j - Q_ji z_i / Q_ii and the redundancy
+// numbers Q_jj - Q_ji^2 / Q_ii of the others, with Q = I - U U'.
+double ErrorWithout(const Kind& kind, const Adjusted& adjusted, const Eigen::VectorXd& z, Eigen::Index i) {
+  const Eigen::VectorXd u = adjusted.u.row(i).transpose();
+  const double q = adjusted.r(i);
+  const double error = z(i) / q;
+  const double squaresOfQ = 1 - 2 * u.squaredNorm() + u.dot(kind.moments * u);
+  const double squares = kind.squares - 2 * error * (z(i) - u.dot(kind.products)) + error * error * squaresOfQ;
+  const double redundancy = kind.redundancy - squaresOfQ / q;
+  return redundancy > LeastRedundancy ? std::sqrt(std::max(squares, 0.0) / redundancy) : 0;
+}
+
+struct Limit {
+  int freedom = 0;
+  double critical = Infinite;
+};
+
+Limit LimitOf(int redundancy, bool known) {
+  Limit limit;
+  limit.freedom = known || redundancy > ManyDegrees ? 0 : std::max(redundancy - 1, 0);
+  const bool testable = redundancy >= (known ? 1 : 2);
+  limit.critical = testable ? StudentLimit(Significance, limit.freedom) : Infinite;
+  return limit;
+}
+
 // Observations that are nearly as likely wrong as that of the largest w. The tests of i and j have the correlation
 //   rho = (Qv)ij / sqrt((Qv)ii (Qv)jj), with weighted residuals Qv = I - U U'.
 // An error of j gives w_i the expectation rho w_j. So j is one of them if neither rho nor |w_j| is small, |w_i| - |w_j|
 // is within the limit of its standard deviation, sqrt(2 (1 - |rho|)), and i passes the test once j is left out:
 //   w_i without j = (w_i - rho w_j) / sqrt(1 - rho^2).
+// The squares and the redundancy are those of the kind of i.
 std::vector<int> AlternativesOf(const Adjusted& adjusted, const Eigen::VectorXd& p, double sigma,
-                                const BlunderTest& test, double least) {
+                                const BlunderTest& test, double least, double squares, int redundancy) {
   std::vector<int> alternatives;
   const Eigen::Index i = test.largest;
   const auto root = [&](Eigen::Index k) { return std::sqrt(p(k) / adjusted.r(k)) * adjusted.v(k); };
-  const auto estimate = [&](double squares, int freedom) {
-    const double known = sigma > 0 ? sigma : freedom > 0 ? std::sqrt(std::max(squares, 0.0) / freedom) : 0;
+  const auto estimate = [&](double sum, int freedom) {
+    const double known = sigma > 0 ? sigma : freedom > 0 ? std::sqrt(std::max(sum, 0.0) / freedom) : 0;
     return std::max(known, least * std::sqrt(p(i)));
   };
-  const double squares = p.dot(adjusted.v.cwiseAbs2());
   const double ownI = root(i);
-  const int left = adjusted.redundancy - 2;  // degrees of freedom without i and j
+  const int left = redundancy - 2;  // degrees of freedom without i and j
   const double difference = StudentLimit(Certain, test.freedom);
   const bool normal = sigma > 0 || left > ManyDegrees;
   const double critical = normal || left > 0 ? StudentLimit(Significance, normal ? 0 : left) : Infinite;
-  const double withoutI = estimate(squares - ownI * ownI, adjusted.redundancy - 1);
+  const double withoutI = estimate(squares - ownI * ownI, redundancy - 1);
   const Eigen::VectorXd products = adjusted.u * adjusted.u.row(i).transpose();
   for (Eigen::Index j = 0; j < adjusted.v.size(); ++j) {
     if (j == i || !(adjusted.r(j) > LeastRedundancy)) {
@@ -137,44 +185,66 @@ double StudentLimit(double probability, int freedom) {
   return above;
 }
 
-BlunderTest TestForBlunders(const Adjusted& adjusted, const Eigen::VectorXd& p, double sigma, double rounding) {
+BlunderTest TestForBlunders(const Adjusted& adjusted, const Eigen::VectorXd& p, double sigma, double rounding,
+                            const std::vector<int>& kinds) {
   BlunderTest test;
   const Eigen::Index count = adjusted.v.size();
   const bool known = sigma > 0;
   const double least = known ? LeastSigma : std::max(LeastSigma, rounding);
-  test.freedom = known || adjusted.redundancy > ManyDegrees ? 0 : std::max(adjusted.redundancy - 1, 0);
-  const bool testable = adjusted.redundancy >= (known ? 1 : 2);
-  test.critical = testable ? StudentLimit(Significance, test.freedom) : Infinite;
+  test.apart = !known && !kinds.empty();
+  const auto kindOf = [&](Eigen::Index i) {
+    return test.apart ? static_cast<std::size_t>(kinds[static_cast<std::size_t>(i)]) : 0;
+  };
+  const Eigen::VectorXd z = p.cwiseSqrt().cwiseProduct(adjusted.v);
+  std::vector<Kind> apart;
+  std::vector<Limit> limits;
+  if (test.apart) {
+    for (const int kind : {0, 1}) {
+      apart.push_back(KindOf(adjusted, z, kinds, kind));
+      limits.push_back(LimitOf(static_cast<int>(std::lround(apart.back().redundancy)), known));
+    }
+  } else {
+    limits.push_back(LimitOf(adjusted.redundancy, known));
+  }
+  test.critical = limits.front().critical;
+  test.freedom = limits.front().freedom;
   test.w.assign(static_cast<std::size_t>(count), std::numeric_limits<double>::quiet_NaN());
-  const double squares = p.dot(adjusted.v.cwiseAbs2());
+  const double squares = z.squaredNorm();
   double largest = -1;
-  int tested = 0;
-  for (Eigen::Index i = 0; testable && i < count; ++i) {
-    if (!(adjusted.r(i) > LeastRedundancy)) {
+  for (Eigen::Index i = 0; i < count; ++i) {
+    const Limit& limit = limits[kindOf(i)];
+    if (!(adjusted.r(i) > LeastRedundancy) || std::isinf(limit.critical)) {
       continue;
     }
     // v'Pv is smaller by p v^2 / r without the observation.
-    const double own = p(i) * adjusted.v(i) * adjusted.v(i) / adjusted.r(i);
+    const double own = z(i) * z(i) / adjusted.r(i);
     const double without =
         adjusted.redundancy > 1 ? std::sqrt(std::max(squares - own, 0.0) / (adjusted.redundancy - 1)) : 0;
-    const double estimate = known ? sigma : without;
+    const double estimate = known ? sigma : test.apart ? ErrorWithout(apart[kindOf(i)], adjusted, z, i) : without;
     const double w = std::copysign(std::sqrt(own), adjusted.v(i)) / std::max(estimate, least * std::sqrt(p(i)));
     test.w[static_cast<std::size_t>(i)] = w;
-    ++tested;
-    if (std::fabs(w) > largest) {
-      largest = std::fabs(w);
+    ++test.tested;
+    test.beyond += std::fabs(w) > limit.critical ? 1 : 0;
+    if (std::fabs(w) / limit.critical > largest) {
+      largest = std::fabs(w) / limit.critical;
       test.largest = static_cast<int>(i);
       test.without = without;
+      test.critical = limit.critical;
+      test.freedom = limit.freedom;
     }
   }
   if (test.largest >= 0) {
-    test.tested = tested;
-    test.criticalOfAll = tested > ManyTested ? StudentLimit(Significance / tested, test.freedom) : test.critical;
-    test.blunder = largest > test.critical;
-    test.probable = largest > test.criticalOfAll;
+    const double w = std::fabs(test.w[static_cast<std::size_t>(test.largest)]);
+    const bool many = test.tested > ManyTested;
+    test.criticalOfAll = many ? StudentLimit(Significance / test.tested, test.freedom) : test.critical;
+    test.blunder = w > test.critical;
+    test.probable = w > test.criticalOfAll;
     test.size = -adjusted.v(test.largest) / adjusted.r(test.largest);
     if (test.blunder) {
-      test.alternatives = AlternativesOf(adjusted, p, sigma, test, least);
+      const bool one = test.apart;
+      const Kind* const kind = one ? &apart[kindOf(test.largest)] : nullptr;
+      test.alternatives = AlternativesOf(adjusted, p, sigma, test, least, one ? kind->squares : squares,
+                                         one ? test.freedom + 1 : adjusted.redundancy);
     }
   }
   return test;

@@ -62,8 +62,8 @@ struct Limits {
 // The limits of positions in radians. Their longitudes are compared with the first one.
 Limits LimitsOf(const std::vector<std::array<double, 2>>& positions);
 
-// The comment of a section from which the command map takes its area, in hundredths of a degree, rounded outwards:
-// "Area: the control points; 51.50 N to 51.52 N, 0.14 W to 0.12 W".
+// The comment of a section from which the command map takes its area, in parts of a degree, rounded outwards:
+// "Area: the control points; 51.5034 N to 51.5112 N, 0.1334 W to 0.1157 W".
 std::string AreaText(const Limits& limits);
 
 // printf to a string.

@@ -21,6 +21,10 @@ constexpr double FoundFrom = 4.13;
 
 constexpr std::size_t NameWidth = 16;
 
+// Limits of an area are parts of a degree, about 11 m, and its sides at least as long as the command map draws them.
+constexpr long AreaParts = 10000;
+constexpr long LeastSide = 2;
+
 // Beyond this critical value only errors of many standard errors are found.
 constexpr double Insensitive = 20;
 
@@ -177,17 +181,17 @@ Limits LimitsOf(const std::vector<std::array<double, 2>>& positions) {
 }
 
 std::string AreaText(const Limits& limits) {
-  const auto text = [](long hundredths, char positive, char negative) {
-    return Formatted("%.2f %c", static_cast<double>(std::labs(hundredths)) / 100, hundredths < 0 ? negative : positive);
+  constexpr long Turn = 360L * AreaParts;
+  const auto text = [](long parts, char positive, char negative) {
+    return Formatted("%.4f %c", static_cast<double>(std::labs(parts)) / AreaParts, parts < 0 ? negative : positive);
   };
-  const auto wrapped = [](long hundredths) {
-    return hundredths > 18000 ? hundredths - 36000 : hundredths < -18000 ? hundredths + 36000 : hundredths;
+  const auto wrapped = [](long parts) {
+    return parts > Turn / 2 ? parts - Turn : parts < -Turn / 2 ? parts + Turn : parts;
   };
-  // A side is at least one hundredth.
-  const long south = std::lround(std::floor(limits.south * 100));
-  const long north = std::max(std::lround(std::ceil(limits.north * 100)), south + 1);
-  const long west = std::lround(std::floor(limits.west * 100));
-  const long east = std::max(std::lround(std::ceil(limits.east * 100)), west + 1);
+  const long south = std::lround(std::floor(limits.south * AreaParts));
+  const long north = std::max(std::lround(std::ceil(limits.north * AreaParts)), south + LeastSide);
+  const long west = std::lround(std::floor(limits.west * AreaParts));
+  const long east = std::max(std::lround(std::ceil(limits.east * AreaParts)), west + LeastSide);
   return "Area: the control points; " + text(south, 'N', 'S') + " to " + text(north, 'N', 'S') + ", " +
          text(wrapped(west), 'E', 'W') + " to " + text(wrapped(east), 'E', 'W');
 }
@@ -215,7 +219,9 @@ std::vector<std::string> LargestResidual(const FitOutcome& outcome, const FitOpt
                     (test.freedom > 0 ? Formatted("Student's distribution with %d degree%s of freedom;", test.freedom,
                                                   test.freedom > 1 ? "s" : "")
                                       : "the normal distribution;"));
-    lines.emplace_back("  the standard error is estimated without the observation under test");
+    lines.emplace_back(test.apart ? "  the standard errors of heights and positions are estimated apart, without the "
+                                    "observation under test"
+                                  : "  the standard error is estimated without the observation under test");
   }
   if (test.criticalOfAll > test.critical) {
     lines.push_back(Formatted("  %.2f at 0.1 %% for all %d residuals together", test.criticalOfAll, test.tested));
@@ -237,10 +243,8 @@ std::string BlunderWarning(const FitOutcome& outcome, const FitOptions& options,
   // One in a thousand exceeds the critical value by chance: of many that is no rare event.
   std::string chance;
   if (!outcome.test.probable) {
-    const auto beyond = std::count_if(outcome.test.w.begin(), outcome.test.w.end(),
-                                      [&](double w) { return std::fabs(w) > outcome.test.critical; });
-    chance = Formatted("; %ld of %d residuals exceed the critical value, %.1f are expected to by chance",
-                       static_cast<long>(beyond), outcome.test.tested, 0.001 * outcome.test.tested);
+    chance = Formatted("; %d of %d residuals exceed the critical value, %.1f are expected to by chance",
+                       outcome.test.beyond, outcome.test.tested, 0.001 * outcome.test.tested);
   }
   return PlaceOf(options, points[observed.point]) + ": " + outcome.axes[observed.axis] + " of " +
          points[observed.point].name + (outcome.test.probable ? " is probably" : " may be") +

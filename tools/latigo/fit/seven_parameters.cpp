@@ -126,7 +126,11 @@ SevenParametersFit FitSevenParameters(const std::vector<SpatialPair>& pairs, con
   fit.deviations.rotation = s0 * cofactors.segment<3>(3).cwiseSqrt() / RadiansPerSecond;
   fit.deviations.ppm = s0 * std::sqrt(cofactors(6)) * Million;
   fit.shiftDeviation = s0 * fit.adjusted.q.diagonal().head<3>().cwiseSqrt();
-  fit.test = TestForBlunders(fit.adjusted, p, options.sigma, options.rounding);
+  std::vector<int> kinds;
+  for (Eigen::Index k = 0; options.heightsApart && k < rows; ++k) {
+    kinds.push_back(k % 3 == 2 ? 1 : 0);
+  }
+  fit.test = TestForBlunders(fit.adjusted, p, options.sigma, options.rounding, kinds);
   return fit;
 }
 

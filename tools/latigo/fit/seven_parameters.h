@@ -49,6 +49,7 @@ struct SevenParametersOptions {
   std::optional<double> fixedScale;  // s
   double sigma = 0;                  // of a coordinate of weight 1, known beforehand; 0 for unknown
   double rounding = 0;               // standard deviation of the rounding of a residual
+  bool heightsApart = false;         // the third axis can have errors of another size, estimated from its residuals
 };
 
 SevenParametersFit FitSevenParameters(const std::vector<SpatialPair>& pairs, const SevenParametersOptions& options);
