@@ -288,7 +288,7 @@ def screen(text):
 if len(program) == 1:
     import pty  # Windows has none
     write("long.txt", line * 300000 + "x\n" + line * 100000)
-    message = "latigo: long.txt:300001: column 2: a field is missing"
+    message = "latigo: long.txt:300001: column 2: \"x\": a field is missing"
     for arguments in [["long.txt"], ["long.txt", "--jobs", "2"]]:
         rows, text = shown(arguments, None)
         assert rows == 400001 and screen(text) == [message, ""], (rows, screen(text))

@@ -33,6 +33,8 @@ void BlockRun::Run(const Block& block) {
   line_ = block.firstLine;
   end_ = block.afterCrlf ? "\r\n" : "\n";
   if (block.cut) {
+    row_ = {};
+    row_.whole = false;
     Fail({}, {}, {"the line is too long", 0, {}});
     output_.rows = 1;
     return;
@@ -174,7 +176,7 @@ bool BlockRun::ConvertPoint(std::string_view line, const PointLine& point, Resul
   }
   const bool usesHeight = command_.third == Third::Used && command_.parse == ParsePointLine;
   if (point.third && (command_.third == Third::Height || usesHeight)) {
-    if (point.wholeThird && *point.third != 0) {
+    if (point.wholeThird && *point.third != 0 && !command_.heightsAreStated) {
       result.Add(Doubt::WholeHeight);
     } else {
       output_.otherHeights = true;
@@ -234,13 +236,11 @@ void BlockRun::WriteLine(std::string_view line, const PointLine& point, const It
   WriteEnd();
 }
 
-// The line with the items in place of the chosen fields, inside their quotes. Empty fields of failed points remain,
-// unless there are no others; if the line has none of the fields, * precedes it.
+// The line with the items in place of the chosen fields, inside their quotes. Missing fields of failed points are added,
+// but no missing height; if the fields of the line are not known, * precedes it.
 void BlockRun::WriteInPlace(std::string_view line, const Items& items) {
-  const auto isEmpty = [this](std::size_t place) { return row_.fields[place].bytes.empty(); };
   const auto isMissing = [this](std::size_t place) { return row_.fields[place].bytes.data() == nullptr; };
-  const bool allEmpty = std::all_of(form_->order.begin(), form_->order.end(), isEmpty);
-  if (items.result == nullptr && std::all_of(form_->order.begin(), form_->order.end(), isMissing)) {
+  if (items.result == nullptr && !row_.whole && std::all_of(form_->order.begin(), form_->order.end(), isMissing)) {
     output_.text.Char('*');
     output_.text.Char(form_->layout.Separator());
   }
@@ -250,7 +250,7 @@ void BlockRun::WriteInPlace(std::string_view line, const Items& items) {
   for (const std::size_t place : form_->order) {
     const Field& field = row_.fields[place];
     if (place >= items.count || field.bytes.data() == nullptr ||
-        (items.result == nullptr && field.bytes.empty() && !allEmpty)) {
+        (items.result == nullptr && field.bytes.empty() && form_->layout.IsOptional(place))) {
       continue;
     }
     const std::string_view quote = field.quoted || commas ? "\"" : "";
@@ -261,6 +261,18 @@ void BlockRun::WriteInPlace(std::string_view line, const Items& items) {
     done = field.bytes.data() + field.bytes.size();
   }
   output_.text.Text({done, line.data() + line.size()});
+  if (items.result == nullptr && row_.whole) {
+    std::size_t columns = row_.columns;
+    for (const std::size_t place : form_->order) {
+      const std::size_t column = form_->layout.Columns()[place];
+      if (isMissing(place) && !form_->layout.IsOptional(place)) {
+        for (; columns <= column; ++columns) {
+          output_.text.Char(form_->layout.Separator());
+        }
+        output_.text.Char('*');
+      }
+    }
+  }
 }
 
 // The line with the items in new columns. If the line has fewer columns than the header, empty ones precede them.

@@ -219,6 +219,7 @@ int RunConvert(const ConvertOptions& options) {
                                                               : Third::Height;
   PointCommand command = {from.geographic ? geographic : Order::Grid, 2, third,
                           ConvertOf(from.geographic, to.geographic), from.between};
+  command.heightsAreStated = options.heights != Heights::Undecided;
   command.makeTarget = [&to] { return std::make_unique<const Converter>(to.options, to.between); };
   command.names = !to.geographic   ? std::vector<std::string_view>{"easting", "northing", "height"}
                   : options.lonlat ? std::vector<std::string_view>{"longitude", "latitude", "height"}

@@ -53,7 +53,7 @@ std::string Shortened(std::string_view name) {
 
 // The name of a point: the text after its coordinates, or after its height.
 std::string NameOf(const PointLine& point) {
-  const std::string blanks = std::string(" \t\"") + point.separator;
+  const std::string blanks = std::string(" \t") + point.separator;
   std::string_view name = Trimmed(point.rest, blanks);
   if (name.empty()) {
     name = Trimmed(point.wholeThird ? point.restWithThird : std::string_view(), blanks);
@@ -61,7 +61,8 @@ std::string NameOf(const PointLine& point) {
   if (point.separator != ' ') {
     name = Trimmed(name.substr(0, name.find(point.separator)), blanks);
   }
-  return Shortened(name);
+  const bool quoted = name.size() > 1 && name.starts_with('"') && name.find('"', 1) == name.size() - 1;
+  return Shortened(quoted ? name.substr(1, name.size() - 2) : name);
 }
 
 // The file of points, for messages.

@@ -171,7 +171,9 @@ void ParseThird(Fields& fields, Order order, const Fields& whole, Positions posi
 bool IsComment(std::string_view line, char separator) {
   const std::string_view text = TrimLeft(line);
   const std::string_view blanks = line.substr(0, line.size() - text.size());
-  return text.empty() || (text.front() == '#' && (separator != '\t' || blanks.find('\t') == std::string_view::npos));
+  const bool endsDosFile = text == "\x1A";
+  return text.empty() || endsDosFile ||
+         (text.front() == '#' && (separator != '\t' || blanks.find('\t') == std::string_view::npos));
 }
 
 const char* const PartsInFields =
@@ -196,7 +198,7 @@ PointLine ParsePosition(std::string_view line, Order order, Separation separatio
   point.rest = point.restWithThird = fields.Left();
   if (second.empty()) {
     const bool semicolon = first.find(';') != std::string_view::npos;
-    RefuseField(point, "a field is missing", semicolon ? 1 : 2, semicolon ? first : "", separation);
+    RefuseField(point, "a field is missing", semicolon ? 1 : 2, semicolon ? first : line, separation);
     return point;
   }
   point.coordinates = {first.data(), second.data() + second.size()};

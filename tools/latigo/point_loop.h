@@ -24,8 +24,9 @@ struct PointCommand {
   void (*convert)(const Converter& converter, const PointLine& point, Result& result);
   Between between = {};
   PointLine (*parse)(std::string_view line, Order order, Separation separation) = ParsePointLine;
-  std::string unit = {};  // a word after the first value
-  int heightValues = 1;   // number of further output values of a line with a height
+  std::string unit = {};          // a word after the first value
+  bool heightsAreStated = false;  // a third field is a height, also if it could be a name
+  int heightValues = 1;           // number of further output values of a line with a height
   std::function<std::unique_ptr<const Converter>()> makeTarget = {};  // of convert: the second system
   std::vector<std::string_view> names = {};  // of the output columns, with the unit, those of a height at the end
 };

@@ -44,15 +44,20 @@ std::string FaultText(const Fault& fault) {
   return text + fault.reason;
 }
 
-bool CouldBeDecimalComma(const Row& row, std::size_t columns) {
-  for (std::size_t i = 0; i + 1 < columns; ++i) {
-    const std::string_view one = row.fields[i].bytes;
-    const std::string_view two = row.fields[i + 1].bytes;
-    if (IsWhole(one) && IsWhole(two) && one.data() + one.size() + 1 == two.data()) {
-      return true;
-    }
+bool CouldBeDecimalComma(std::string_view line, const Row& row, std::size_t columns) {
+  const char* begin = line.data() + line.size();
+  for (std::size_t i = 0; i < columns; ++i) {
+    begin = row.fields[i].bytes.data() == nullptr ? begin : std::min(begin, row.fields[i].bytes.data());
   }
-  return false;
+  std::string_view left = line.substr(static_cast<std::size_t>(begin - line.data()));
+  for (int i = 0; i < 4; ++i) {  // two numbers
+    const std::size_t comma = std::min(left.find(','), left.size());
+    if (!IsWhole(left.substr(0, comma)) || (comma == left.size() && i < 3)) {
+      return false;
+    }
+    left.remove_prefix(std::min(comma + 1, left.size()));
+  }
+  return true;
 }
 
 Layout::Layout(char separator, bool decimalComma, std::span<const Wanted> wanted, std::vector<std::size_t> columns,
@@ -144,13 +149,13 @@ bool Layout::ReadValue(std::size_t wanted, std::size_t place, Row& row) const {
 // Why a line has too many or too few fields, of which the last that is not empty is in the column `filled`.
 Fault Layout::CountFault(std::string_view line, const Field& last, std::size_t filled, const Row& row) const {
   if (headerColumns != 0 && filled > headerColumns) {
-    return {"the line has more fields than the header", filled, last.bytes};
+    return {"the line has more fields than the header, as without quotes around a separator", filled, last.bytes};
   }
   if (wantsAll && filled < headerColumns) {
     return {"the line has fewer fields than the header, and blanks do not show which; --columns by number decides", 0,
             line};
   }
-  if (pointColumns != 0 && row.columns > pointColumns && CouldBeDecimalComma(row, columns_.size())) {
+  if (pointColumns != 0 && row.columns > pointColumns && CouldBeDecimalComma(line, row, columns_.size())) {
     return {"the comma could be a separator or a decimal comma; --separator comma or --decimal-comma decides", 0, line};
   }
   return {};
@@ -160,33 +165,30 @@ void Layout::LearnHemispheres(std::string_view line) {
   if (!angles_ || separator_ == ' ') {  // blanks separate words, of which there may be any number
     return;
   }
-  std::vector<std::size_t> latitudes;
-  std::vector<std::size_t> longitudes;
   FieldScanner scanner(line, separator_);
   std::size_t column = 0;
   for (Field field; scanner.Next(field); ++column) {
-    const bool chosen = column < places_.size() && places_[column].chosen != None;
-    if (chosen || field.text.empty()) {
+    if (field.text.empty() || IsHemisphereWord(field.text, Axis::Latitude) ||
+        IsHemisphereWord(field.text, Axis::Longitude)) {
       continue;
     }
-    if (IsHemisphereWord(field.text, Axis::Latitude)) {
-      latitudes.push_back(column);
-    } else if (IsHemisphereWord(field.text, Axis::Longitude)) {
-      longitudes.push_back(column);
-    } else if (column < places_.size()) {
-      places_[column].besideLatitude = places_[column].besideLongitude = false;
-    }
+    places_.resize(std::max(places_.size(), column + 1));
+    places_[column].mayBeHemisphere = false;
   }
-  // One of each axis are hemispheres wherever they are.
-  if (!latitudes.empty() && !longitudes.empty()) {
-    places_.resize(std::max({places_.size(), latitudes.back() + 1, longitudes.back() + 1}));
-    for (const std::size_t place : latitudes) {
-      places_[place].besideLatitude = true;
-    }
-    for (const std::size_t place : longitudes) {
-      places_[place].besideLongitude = true;
-    }
+}
+
+// Whether a field that is not chosen is a hemisphere: beside an angle of its axis, or with one of the other axis in the
+// line. Between blanks only letters are.
+bool Layout::IsHemisphereField(std::string_view text, const Place& place, Hemispheres& seen) const {
+  if (!place.mayBeHemisphere || !CouldBeHemisphereWord(text) || (separator_ == ' ' && !IsAnyHemisphere(text))) {
+    return false;
   }
+  const bool ofLatitude = IsHemisphereWord(text, Axis::Latitude);
+  const bool ofLongitude = IsHemisphereWord(text, Axis::Longitude);
+  seen.latitude = seen.latitude || ofLatitude;
+  seen.longitude = seen.longitude || ofLongitude;
+  return (place.besideLatitude && ofLatitude) || (place.besideLongitude && ofLongitude) ||
+         ((ofLatitude || ofLongitude) && seen.latitude && seen.longitude);
 }
 
 // Whether each angle has a hemisphere letter beside its number, or among its columns.
@@ -206,23 +208,36 @@ bool Layout::HaveOwnHemispheres(const Row& row) const {
   return true;
 }
 
-std::size_t Layout::ColumnOf(std::size_t wanted) const {
+std::size_t Layout::PlaceOf(std::size_t wanted) const {
   std::size_t place = 0;
   for (std::size_t i = 0; i < wanted; ++i) {
     place += wanted_[i].IsAngle() ? perAngle_ : 1;
   }
-  return columns_[place] + 1;
+  return place;
+}
+
+std::string Layout::TextOf(const Row& row, std::size_t wanted) const {
+  std::string text(row.texts[wanted]);
+  const std::size_t place = PlaceOf(wanted);
+  if (place < columns_.size() && row.fields[place].quoted) {
+    for (std::size_t quote = text.find("\"\""); quote != std::string::npos; quote = text.find("\"\"", quote + 1)) {
+      text.erase(quote, 1);
+    }
+  }
+  return text;
 }
 
 bool Layout::ReadFields(std::string_view line, Row& row) const {
   row.fault = {};
   row.besideValues = false;
+  row.whole = separator_ != ' ';
   std::fill_n(row.fields.begin(), columns_.size(), Field());
   row.texts.fill({});
   row.values.fill(NAN);
   FieldScanner scanner(line, separator_);
   std::size_t column = 0;
   std::size_t filled = 0;  // columns up to the last that is not empty
+  Hemispheres seen;
   Field last;
   Field field;
   for (; scanner.Next(field); ++column) {
@@ -231,20 +246,19 @@ bool Layout::ReadFields(std::string_view line, Row& row) const {
     const Place place = column < places_.size() ? places_[column] : Place();
     if (place.chosen != None) {
       row.fields[static_cast<std::size_t>(place.chosen)] = field;  // NOLINT(bugprone-signed-char-misuse): a number
-    } else if ((place.besideLatitude || place.besideLongitude) && row.fault.reason == nullptr &&
-               CouldBeHemisphereWord(field.text) && (separator_ != ' ' || field.text.size() == 1) &&
-               ((place.besideLatitude && IsHemisphereWord(field.text, Axis::Latitude)) ||
-                (place.besideLongitude && IsHemisphereWord(field.text, Axis::Longitude)))) {
+    } else if (angles_ && row.fault.reason == nullptr && IsHemisphereField(field.text, place, seen)) {
       row.fault = {LoneHemisphere, column + 1, field.bytes};
     }
   }
   row.columns = column;
   if (scanner.Fault() != nullptr) {
     row.fault = {scanner.Fault(), column + 1, scanner.Left()};
+    row.whole = false;
   } else if (const Fault fault = CountFault(line, last, filled, row);
              fault.reason != nullptr && row.fault.reason == nullptr) {
-    // Which fields are the chosen ones is not known.
-    std::fill_n(row.fields.begin(), columns_.size(), Field());
+    if (wantsAll) {  // which fields are the chosen ones is not known
+      std::fill_n(row.fields.begin(), columns_.size(), Field());
+    }
     row.fault = fault;
   }
   return row.fault.reason == nullptr;
@@ -259,6 +273,7 @@ bool Layout::Read(std::string_view line, Row& row) const {
   std::size_t place = 0;
   for (std::size_t wanted = 0; wanted < values_; ++wanted) {
     if (!ReadValue(wanted, place, row)) {
+      row.fault.text = row.fault.text.data() == nullptr ? line : row.fault.text;
       row.fault = reads ? row.fault : beside;
       return false;
     }

@@ -52,6 +52,7 @@ struct Row {
   std::array<double, MostWanted> values;  // by place in the list of wanted values; degrees; NaN for none and for texts
   std::array<std::string_view, MostWanted> texts;  // without quotes and blanks; of angles in several columns the first
   std::size_t columns = 0;                         // in the whole line
+  bool whole = true;                               // the line is split into all its columns
   Fault fault;
   bool besideValues = false;  // the fault is a hemisphere letter beside values that can be read
 
@@ -75,13 +76,17 @@ class Layout {
 
   char Separator() const { return separator_; }
   bool DecimalComma() const { return decimalComma_; }
+  // Whether the wanted value may be missing.
+  bool IsOptional(std::size_t wanted) const { return wanted_[wanted].optional; }
   // Number of wanted values that are read, among them texts.
   std::size_t Values() const { return values_; }
   const std::vector<std::size_t>& Columns() const { return columns_; }
   // The column of a wanted value that is read, from 1; of an angle its first one.
-  std::size_t ColumnOf(std::size_t wanted) const;
+  std::size_t ColumnOf(std::size_t wanted) const { return columns_[PlaceOf(wanted)] + 1; }
+  // The text of a wanted value with single quotes in place of doubled ones.
+  std::string TextOf(const Row& row, std::size_t wanted) const;
 
-  // Learns from the first point which columns have hemispheres: none that has another text there.
+  // Learns from the first point which columns have no hemispheres: those with another text there.
   void LearnHemispheres(std::string_view line);
 
   // The number of a first line such as sep=; by which spreadsheets state the separator; 0 without one.
@@ -96,6 +101,20 @@ class Layout {
   std::size_t pointColumns = 0;
 
  private:
+  static constexpr std::int8_t None = -1;
+  // A column: its place among the chosen ones or None, the roles of the angles beside it, where a hemisphere letter that
+  // is not chosen could belong, and whether it can have hemispheres at all.
+  struct Place {
+    std::int8_t chosen = None;
+    bool besideLatitude = false;
+    bool besideLongitude = false;
+    bool mayBeHemisphere = true;
+  };
+  struct Hemispheres {
+    bool latitude = false, longitude = false;
+  };
+  std::size_t PlaceOf(std::size_t wanted) const;
+  bool IsHemisphereField(std::string_view text, const Place& place, Hemispheres& seen) const;
   bool ReadValue(std::size_t wanted, std::size_t place, Row& row) const;
   Fault CountFault(std::string_view line, const Field& last, std::size_t filled, const Row& row) const;
   bool HaveOwnHemispheres(const Row& row) const;
@@ -108,18 +127,12 @@ class Layout {
   bool angles_ = false;  // some wanted values are angles
   std::array<Wanted, MostWanted> wanted_{};
   std::vector<std::size_t> columns_;
-  // For each column up to the one after the last chosen: its place among the chosen ones or None, and the roles of the
-  // angles beside it, where a hemisphere letter that is not chosen could belong.
-  static constexpr std::int8_t None = -1;
-  struct Place {
-    std::int8_t chosen = None;
-    bool besideLatitude = false;
-    bool besideLongitude = false;
-  };
+  // For each column, at least up to the one after the last chosen.
   std::vector<Place> places_;
 };
 
-// Whether the first chosen fields have neighbours that are whole numbers with only a comma between them.
-bool CouldBeDecimalComma(const Row& row, std::size_t columns);
+// Whether the line has four whole numbers with only commas between them from the first of the chosen fields on, which
+// could be two with decimal commas.
+bool CouldBeDecimalComma(std::string_view line, const Row& row, std::size_t columns);
 
 }  // namespace latigo::cli

@@ -89,10 +89,20 @@ constexpr Misplaced MisplacedColumns[] = {
     {"y", "east"},         {"y", "rechts"},      {"y", "este"},
 };
 
+// Whether a word of the name begins so.
 bool IsMisplaced(const Wanted& value, std::string_view name) {
-  return std::any_of(std::begin(MisplacedColumns), std::end(MisplacedColumns), [&](const Misplaced& one) {
-    return one.wanted == value.name && EqualIgnoringCase(name.substr(0, one.beginning.size()), one.beginning);
-  });
+  const auto isLetter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c & 0x80) != 0; };
+  for (std::size_t i = 0; i < name.size(); ++i) {
+    const std::string_view word = name.substr(i);
+    const auto begins = [&](const Misplaced& one) {
+      return one.wanted == value.name && EqualIgnoringCase(word.substr(0, one.beginning.size()), one.beginning);
+    };
+    if ((i == 0 || !isLetter(name[i - 1])) &&
+        std::any_of(std::begin(MisplacedColumns), std::end(MisplacedColumns), begins)) {
+      return true;
+    }
+  }
+  return false;
 }
 
 // As RecordEnd, for a text whose first line feed is known, and whose last line ends there or with the file. Comments
@@ -308,6 +318,13 @@ bool TableReader::TakeHeader(std::string_view line, std::size_t number) {
   }
   std::vector<Candidate> kept;
   const bool stated = options_.header == HeaderLine::Yes || Named();
+  Row row;
+  const auto isPoint = [&](const Candidate& candidate) {
+    return LayoutOf(candidate, options_.decimalComma, line).Read(line, row) || row.besideValues;
+  };
+  if (!stated && std::any_of(candidates_.begin(), candidates_.end(), isPoint)) {
+    return false;  // whatever words its remarks make with another separator
+  }
   bool hasNumber = false;
   std::vector<bool> angles;  // of the chosen columns those that begin an angle
   for (const Wanted& value : wanted_) {
@@ -345,10 +362,15 @@ bool TableReader::TakeHeader(std::string_view line, std::size_t number) {
 // Refuses columns in an order that contradicts the header, as Lon, Lat without --lonlat.
 void TableReader::RequireOrder() const {
   const std::vector<std::string_view> texts = TextsOf(header_, layout_->Separator());
+  const auto isNamed = [&](std::size_t place, std::string_view name) {
+    const std::size_t column = layout_->Columns()[place];
+    return column < texts.size() && EqualIgnoringCase(texts[column], name);
+  };
+  const bool northFirst = wanted_[0].name == std::string_view("x") && isNamed(0, "N") && isNamed(1, "E");
   std::size_t place = 0;
   for (const Wanted& value : wanted_) {
     const std::size_t column = place < layout_->Columns().size() ? layout_->Columns()[place] : texts.size();
-    if (column < texts.size() && IsMisplaced(value, texts[column])) {
+    if (column < texts.size() && (northFirst || IsMisplaced(value, texts[column]))) {
       Refuse(headerLine_, "column " + std::to_string(column + 1) + ": \"" + Visible(texts[column]) + "\" as the " +
                               value.name + ": --columns chooses columns in their order" +
                               (value.IsAngle() ? ", and with --lonlat the longitude is first" : ""));
@@ -472,7 +494,7 @@ bool TableReader::Decide(std::string_view line, std::size_t number) {
   if (layout_->Separator() != ',' || options_.decimalComma) {
     return true;
   }
-  bool decimalComma = layout_->headerColumns == 0 && CouldBeDecimalComma(found, layout_->Columns().size());
+  bool decimalComma = layout_->headerColumns == 0 && CouldBeDecimalComma(line, found, layout_->Columns().size());
   for (const Candidate& candidate : candidates_) {
     decimalComma = decimalComma || (candidate.separator != ',' && LayoutOf(candidate, true, line).Read(line, other));
   }
@@ -525,7 +547,9 @@ Table ReadTable(const std::string& path, const TableOptions& options, std::span<
       Record& record = table.records.emplace_back();
       record.line = lines.Number();
       record.values.assign(row.values.begin(), row.values.begin() + static_cast<std::ptrdiff_t>(wanted.size()));
-      record.texts.assign(row.texts.begin(), row.texts.begin() + static_cast<std::ptrdiff_t>(wanted.size()));
+      for (std::size_t i = 0; i < wanted.size(); ++i) {
+        record.texts.push_back(wanted[i].role == Role::Text ? layout.TextOf(row, i) : std::string(row.texts[i]));
+      }
     }
   }
   return table;

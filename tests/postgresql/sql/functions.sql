@@ -19,9 +19,11 @@ SELECT latigo_scale('Utm31', 0, 3);
 -- latitude on the ellipsoid is the same there.
 SELECT round(((latitude - 45) * 3600)::numeric, 6) AS latitude, round(((longitude - 3) * 3600)::numeric, 6) AS longitude, height
   FROM latigo_to_wgs84('Shifted', 45, 3);
+\set VERBOSITY terse
 SELECT round(((latitude - 45) * 3600)::numeric, 6) AS latitude, round(((longitude - 3) * 3600)::numeric, 6) AS longitude,
        round(height::numeric, 1) AS height
   FROM latigo_from_wgs84('Shifted', 45, 3, 100);
+\set VERBOSITY default
 SELECT a.x = b.x AND a.y = b.y AS shifted_before
   FROM latigo_from_wgs84('Shifted', 45, 4) p, latigo_forward('Shifted', p.latitude, p.longitude) a,
        latigo_forward('Shifted', 45, 4, wgs84 => true) b;
