@@ -102,8 +102,8 @@ class Layout {
 
  private:
   static constexpr std::int8_t None = -1;
-  // A column: its place among the chosen ones or None, the roles of the angles beside it, where a hemisphere letter that
-  // is not chosen could belong, and whether it can have hemispheres at all.
+  // A column: its place among the chosen ones or None, the roles of the angles beside it, to which a hemisphere that is
+  // not chosen could belong, and whether it can have hemispheres at all.
   struct Place {
     std::int8_t chosen = None;
     bool besideLatitude = false;
