@@ -236,8 +236,8 @@ void BlockRun::WriteLine(std::string_view line, const PointLine& point, const It
   WriteEnd();
 }
 
-// The line with the items in place of the chosen fields, inside their quotes. Fields that a failed point lacks are added,
-// but no height; if the fields of the line are not known, * precedes it.
+// The line with the items in place of the chosen fields, inside their quotes. Coordinates that a failed point lacks are
+// added; if the fields of the line are not known, * precedes it.
 void BlockRun::WriteInPlace(std::string_view line, const Items& items) {
   const auto isMissing = [this](std::size_t place) { return row_.fields[place].bytes.data() == nullptr; };
   if (items.result == nullptr && !row_.whole && std::all_of(form_->order.begin(), form_->order.end(), isMissing)) {
