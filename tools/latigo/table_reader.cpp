@@ -307,6 +307,9 @@ bool TableReader::Find(std::string_view text, std::size_t firstLine, bool atEnd)
       layout_ = std::move(layout);
     }
   }
+  if (!layout_) {
+    layout_ = LayoutOf(candidates_.front(), options_.decimalComma, first);
+  }
   return true;
 }
 
