@@ -298,6 +298,18 @@ if len(program) == 1:
         assert abs(speed * (60 * minutes + seconds_left) - (100 - part) * 4000) < 0.6 * speed + 4000, found
     with open("long.txt") as file:
         assert re.search(r" % of 2\.4 MB", shown([], file)[1])
+    pairs = "".join(f"{500000 + 7 * i} {5000000 + i * i % 9973} {7 * i} {i * i % 9973}\n" for i in range(4000)).encode()
+    for command in ["fit", "template.ini", "--reverse", "none"], ["fit", "template.ini", "--columns", "1,2,3,4"], ["map", "template.ini", "--grid", "--points", "-"]:
+        terminal, other = pty.openpty()
+        process = subprocess.Popen([*program, *command], stdin=subprocess.PIPE, stdout=subprocess.DEVNULL, stderr=other)
+        os.close(other)
+        process.stdin.write(pairs)
+        process.stdin.flush()
+        time.sleep(1.2)
+        process.stdin.write(pairs)
+        process.stdin.close()
+        text = read(terminal)
+        assert process.wait() == 0 and re.search(rb"\r\d+ kB, \d+ rows a second\r +\r", text), (command, text[:300])
     terminal, other = pty.openpty()  # through a pipe, whose end is not known
     process = subprocess.Popen([*program, "forward", "template.ini", "-"], stdin=-1, stdout=-1, stderr=other)
     os.close(other)

@@ -10,6 +10,7 @@
 #include "line_reader.h"
 #include "operations.h"
 #include "platform/ascii.h"
+#include "progress.h"
 #include "streams.h"
 #include "table_reader.h"
 #include "visible.h"
@@ -138,6 +139,7 @@ Points PointsOfLines(const MapOptions& options, const Converter& converter) {
   const Order order = options.grid ? Order::Grid : options.lonlat ? Order::LongitudeLatitude : Order::LatitudeLongitude;
   Points read;
   BlockReader reader(options.points);
+  Progress progress({options.points});
   for (Block block; reader.Next(block);) {
     std::string_view text = block.bytes;
     std::size_t number = block.firstLine;
@@ -155,6 +157,7 @@ Points PointsOfLines(const MapOptions& options, const Converter& converter) {
         AddPoint(options, converter, point, number, point.coordinates, NameOf(point), read);
       }
     }
+    progress.Add(block.bytes.size(), number - block.firstLine);
   }
   return read;
 }

@@ -7,6 +7,7 @@
 #include "field_text.h"
 #include "platform/ascii.h"
 #include "point_line.h"
+#include "progress.h"
 #include "visible.h"
 
 namespace latigo::cli {
@@ -517,6 +518,7 @@ Table ReadTable(const std::string& path, const TableOptions& options, std::span<
   const Positions positions = angles > 2 ? Positions::Two : Positions::One;
   Table table;
   Row row;
+  Progress progress({path});
   for (Block block; reader.Next(block);) {
     const Layout& layout = reader.Found();
     for (std::size_t i = table.columns.size(); i < layout.Values(); ++i) {
@@ -554,6 +556,7 @@ Table ReadTable(const std::string& path, const TableOptions& options, std::span<
         record.texts.push_back(wanted[i].role == Role::Text ? layout.TextOf(row, i) : std::string(row.texts[i]));
       }
     }
+    progress.Add(block.bytes.size(), lines.Following() - block.firstLine);
   }
   return table;
 }
