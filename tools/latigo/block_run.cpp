@@ -4,6 +4,7 @@
 #include <cmath>
 
 #include "error_text.h"
+#include "field_text.h"
 #include "operations.h"
 #include "visible.h"
 
@@ -20,12 +21,6 @@ constexpr int ArcSecondPrecision = 4;  // a centimetre at 200 km
 
 // Of heights that are not doubtful, in metres or feet: less than the northings of most grids.
 constexpr double LargestHeight = 1e5;
-
-// Whether a row of a table has empty fields only, as spreadsheets write below the last one.
-bool IsEmptyRow(std::string_view line, char separator) {
-  const char empty[] = {separator, ' ', '\t', '"'};
-  return line.find_first_not_of({empty, sizeof empty}) == std::string_view::npos;
-}
 
 }  // namespace
 
@@ -163,7 +158,7 @@ bool BlockRun::ConvertPoint(std::string_view line, const PointLine& point, Resul
     return false;
   };
   if (command_.third == Third::Undecided && point.third) {
-    const std::size_t column = form_ == nullptr ? 3 : form_->layout.Columns()[2] + 1;
+    const std::size_t column = form_ == nullptr ? 3 : form_->layout.ColumnOf(2);
     throw UsageError(file_ + ":" + std::to_string(line_) + ": column " + std::to_string(column) + " of \"" +
                      Visible(line.substr(0, 200)) + "\" may be a height; choose --heights geoid or ellipsoidal, or " +
                      (options_.table.columns.empty() ? "--no-height, which copies it" : "leave it out of --columns"));

@@ -36,14 +36,14 @@ api::Geodesy Open(const Options& options, bool localGrid) {
   return std::move(opened.object);
 }
 
-// Gives an object the datum shift of another. Throws UsageError if the datum grid does not open again.
+// Sets the datum shift of one object in another. Throws UsageError if the datum grid does not open again.
 void CopyShift(GeodesyHandle from, GeodesyHandle to, const std::string& name) {
   EllDiff parameters;
   const std::string grid = GridOf(from);
   const bool copied = grid.empty() ? GetEllDiff(from, &parameters) != 0 && SetEllDiff(to, &parameters) != 0
                                    : SetEllModel(to, grid.c_str()) != 0;
   if (!copied) {
-    throw UsageError(name + ": " + ErrorText(GetGeodesyError(), "SetEllModel"));
+    throw UsageError(name + ": " + ErrorText(GetGeodesyError(), grid.empty() ? "SetEllDiff" : "SetEllModel"));
   }
 }
 

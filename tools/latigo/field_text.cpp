@@ -10,14 +10,6 @@ namespace latigo::cli {
 
 namespace {
 
-constexpr bool IsDigit(char c) {
-  return c >= '0' && c <= '9';
-}
-
-constexpr bool IsLetter(char c) {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || static_cast<unsigned char>(c) >= 0x80;
-}
-
 // The text without the hemisphere letter beside it and the degree mark after it.
 std::string_view Unmarked(std::string_view text) {
   if (IsAnyHemisphere(text.substr(0, 1))) {
@@ -50,6 +42,11 @@ bool HasUnit(std::string_view text) {
     }
   }
   return false;
+}
+
+bool IsEmptyRow(std::string_view line, char separator) {
+  const char empty[] = {separator, ' ', '\t', '"'};
+  return line.find_first_not_of({empty, sizeof empty}) == std::string_view::npos;
 }
 
 bool IsMissing(std::string_view text) {

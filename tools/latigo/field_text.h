@@ -7,10 +7,19 @@
 
 namespace latigo::cli {
 
-// Digits and signs only: a whole number, if it is one.
+constexpr bool IsDigit(char c) {
+  return c >= '0' && c <= '9';
+}
+// Also each byte of a letter that is not ASCII.
+constexpr bool IsLetter(char c) {
+  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || static_cast<unsigned char>(c) >= 0x80;
+}
+
+// Digits and signs only: a whole number, if it is a number at all.
 bool IsWhole(std::string_view text);
 
-// A text that was probably intended as a number, as 1,5 or nan, but is not one; or one without exponent.
+// Signs, then digits with points or commas; or nan and inf: a number without exponent, or a text probably intended as
+// one.
 bool LooksLikeNumber(std::string_view text);
 
 // A number with one of the units m, ft and usft after it.
@@ -19,10 +28,14 @@ bool HasUnit(std::string_view text);
 // Empty, without letters and digits, or a word for a missing value, such as n/a.
 bool IsMissing(std::string_view text);
 
+// Whether a row of a table has empty fields only, as spreadsheets write above and below the others.
+bool IsEmptyRow(std::string_view line, char separator);
+
 // Text in place of a number, or of an angle: has a letter, and is not a number, such an angle, or missing.
 bool IsWord(std::string_view text, bool isAngle);
 
-// Minutes or seconds, which rounding can make 60, with a decimal point or comma.
+// Minutes or seconds, at most 60 because rounding can make 60; and whether a number has a fraction. The decimal mark may
+// be a comma.
 bool IsPart(std::string_view text);
 bool HasFraction(std::string_view text);
 

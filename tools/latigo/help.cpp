@@ -243,7 +243,7 @@ Options:
                         field separator
   --header auto|yes|no  whether the first line has the names of the columns
   --decimal-comma       numbers have a decimal comma
-  --dms-columns         an angle has a column each for degrees, minutes and seconds
+  --dms-columns         an angle has 2 to 4 columns: degrees, minutes, seconds, hemisphere
   -o, --output FILE     write to a file, which is replaced only when the output is complete
 
 A blunder is reported for a standardised residual that one observation in 1000 exceeds by chance. With --datum
@@ -276,7 +276,7 @@ Options:
                         field separator
   --header auto|yes|no  whether the first line has the names of the columns
   --decimal-comma       numbers have a decimal comma
-  --dms-columns         an angle has a column each for degrees, minutes and seconds
+  --dms-columns         an angle has 2 to 4 columns: degrees, minutes, seconds, hemisphere
 
 Exit status: 0; 1 if a point is invalid; 2 for an invalid file, section, area or argument.
 )";

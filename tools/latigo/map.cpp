@@ -125,7 +125,9 @@ Points PointsOfTable(const MapOptions& options, const Converter& converter) {
   wanted.push_back({Role::Text, "name", true});
   const Table table = ReadTable(options.points, options.table, wanted);
   Points read;
-  read.faults = table.faults;
+  for (const LineFault& fault : table.faults) {
+    read.faults.push_back(fault.text);
+  }
   for (const Record& each : table.records) {
     PointLine point;
     point.first = each.values[first];
@@ -141,6 +143,10 @@ Points PointsOfLines(const MapOptions& options, const Converter& converter) {
   BlockReader reader(options.points);
   Progress progress({options.points});
   for (Block block; reader.Next(block);) {
+    if (block.cut) {
+      read.faults.push_back(Place(options, block.firstLine) + "the line is too long");
+      continue;
+    }
     std::string_view text = block.bytes;
     std::size_t number = block.firstLine;
     for (std::string_view line; NextLine(text, line); ++number) {

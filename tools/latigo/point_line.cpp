@@ -84,14 +84,14 @@ constexpr const char* EmptyOrAligned =
 bool HasParts(std::string_view field) {
   const std::size_t blank = field.find_first_of(" \t");
   const std::size_t next = field.find_first_not_of(" \t", blank);
-  const auto isDigit = [](char c) { return c >= '0' && c <= '9'; };
-  return next != std::string_view::npos && isDigit(field[next]) && isDigit(field[blank - 1]);
+  return next != std::string_view::npos && IsDigit(field[next]) && IsDigit(field[blank - 1]);
 }
 
 void Refuse(PointLine& point, const char* fault, std::size_t column, std::string_view text) {
   point.fault = fault;
   point.faultColumn = column;
   point.faultText = text;
+  point.badThird = false;
 }
 
 // Refuses a line for one of its first two fields, of which a more precise reason may be known.

@@ -18,7 +18,7 @@ struct TableOptions {
   std::optional<HeaderLine> header;
   bool decimalComma = false;
   bool append = false;      // results are new columns at the end of the line
-  bool dmsColumns = false;  // an angle has a column each for degrees, minutes and seconds, or hemisphere
+  bool dmsColumns = false;  // an angle has 2 to 4 columns: degrees, minutes, seconds, hemisphere
 
   // Whether lines are read as a table. Without any of these options they are read by ParsePointLine.
   bool Asked() const { return !columns.empty() || header.has_value() || decimalComma || append || dmsColumns; }

@@ -76,31 +76,38 @@ std::size_t ColumnsPerAngle(std::span<const Wanted> wanted, std::size_t chosen, 
                    (dmsColumns ? ", and of each angle 2 to 4 columns" : ""));
 }
 
-// Beginnings of a column's name which show that it is not the wanted value.
+// Words of a column's name which show that it is not the wanted value.
 struct Misplaced {
   std::string_view wanted;
-  std::string_view beginning;
+  std::string_view words;  // in lower case, with blanks around each
 };
+constexpr std::string_view LatitudeWords = " lat latitude latitud latd breite breitengrad ";
+constexpr std::string_view LongitudeWords = " lon long lng longitude longitud lond l\u00E4nge laenge l\u00E4ngengrad ";
 constexpr Misplaced MisplacedColumns[] = {
-    {"latitude", "lon"},   {"latitude", "lng"},  {"latitude", "l\u00E4ng"},
-    {"latitude", "laeng"}, {"longitude", "lat"}, {"longitude", "brei"},
-    {"x", "lat"},          {"x", "lon"},         {"x", "lng"},
-    {"x", "nort"},         {"x", "nord"},        {"x", "hoch"},
-    {"y", "lat"},          {"y", "lon"},         {"y", "lng"},
-    {"y", "east"},         {"y", "rechts"},      {"y", "este"},
+    {"latitude", LongitudeWords},
+    {"longitude", LatitudeWords},
+    {"x", LatitudeWords},
+    {"x", LongitudeWords},
+    {"x", " north northing nord norden norte hoch hochwert "},
+    {"y", LatitudeWords},
+    {"y", LongitudeWords},
+    {"y", " east easting ost este rechts rechtswert "},
 };
 
-// Whether a word of the name begins so.
 bool IsMisplaced(const Wanted& value, std::string_view name) {
-  const auto isLetter = [](char c) { return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c & 0x80) != 0; };
-  for (std::size_t i = 0; i < name.size(); ++i) {
-    const std::string_view word = name.substr(i);
-    const auto begins = [&](const Misplaced& one) {
-      return one.wanted == value.name && EqualIgnoringCase(word.substr(0, one.beginning.size()), one.beginning);
-    };
-    if ((i == 0 || !isLetter(name[i - 1])) &&
-        std::any_of(std::begin(MisplacedColumns), std::end(MisplacedColumns), begins)) {
-      return true;
+  std::string word = " ";
+  for (const char c : std::string(name) + ' ') {
+    if (!IsLetter(c)) {
+      word += ' ';
+      const auto has = [&](const Misplaced& one) {
+        return one.wanted == value.name && word.size() > 2 && one.words.find(word) != std::string_view::npos;
+      };
+      if (std::any_of(std::begin(MisplacedColumns), std::end(MisplacedColumns), has)) {
+        return true;
+      }
+      word = " ";
+    } else {
+      word += c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
     }
   }
   return false;
@@ -127,11 +134,6 @@ bool IsUnmeasured(const std::vector<std::string_view>& texts, const std::vector<
 // The separator that a first line of a spreadsheet states, as sep=; does; 0 without one.
 char StatedSeparator(std::string_view line) {
   return line.size() == 5 && line.starts_with("sep=") ? line.back() : '\0';
-}
-
-// Whether a row of a table has empty fields only, as spreadsheets write above the first one.
-bool IsEmptyRow(std::string_view line) {
-  return line.find_first_not_of(" \t;,\"") == std::string_view::npos;
 }
 
 bool SameFields(const Row& one, const Row& two, std::size_t count) {
@@ -271,11 +273,14 @@ bool TableReader::Find(std::string_view text, std::size_t firstLine, bool atEnd)
       const auto isOther = [line](const Candidate& candidate) { return candidate.separator != StatedSeparator(line); };
       candidates_.erase(std::remove_if(candidates_.begin(), candidates_.end(), isOther), candidates_.end());
       if (candidates_.empty()) {
-        Refuse(number, "\"" + Visible(line) + "\" states another separator than --separator");
+        Refuse(number,
+               '"' + Visible(line) + "\": a separator is a comma, semicolon, tab or blank, and that of --separator");
       }
       continue;
     }
-    if ((IsComment(line) && (!Named() || headerDecided_)) || IsEmptyRow(line)) {
+    const auto isEmpty = [line](const Candidate& candidate) { return IsEmptyRow(line, candidate.separator); };
+    if ((IsComment(line) && (!Named() || headerDecided_)) ||
+        std::any_of(candidates_.begin(), candidates_.end(), isEmpty)) {
       continue;
     }
     if (!headerDecided_ && TakeHeader(line, number)) {
@@ -526,7 +531,7 @@ Table ReadTable(const std::string& path, const TableOptions& options, std::span<
     }
     BlockLines lines(block);
     const auto fail = [&](const std::string& reason) {
-      table.faults.push_back(reader.Name() + ":" + std::to_string(lines.Number()) + ": " + reason);
+      table.faults.push_back({lines.Number(), reader.Name() + ":" + std::to_string(lines.Number()) + ": " + reason});
     };
     if (block.cut) {
       fail("the line is too long");
@@ -542,7 +547,9 @@ Table ReadTable(const std::string& path, const TableOptions& options, std::span<
         continue;
       }
       if (!layout.Read(line, row)) {
-        fail(FaultText(row.fault));
+        if (!IsEmptyRow(line, layout.Separator())) {
+          fail(FaultText(row.fault));
+        }
         continue;
       }
       if (inFields && CouldHaveParts(line, static_cast<Separation>(layout.Separator()), positions)) {

@@ -80,10 +80,15 @@ struct Record {
   std::vector<std::string> texts;  // one for each wanted value; empty for none
 };
 
+struct LineFault {
+  std::size_t line;  // from 1
+  std::string text;  // "FILE:LINE: column 2: ..."
+};
+
 struct Table {
   std::vector<Record> records;
   std::vector<std::size_t> columns;  // of each wanted value that is read, for messages; of an angle the first one
-  std::vector<std::string> faults;   // "FILE:LINE: column 2: ..." for each line that is neither a point nor a comment
+  std::vector<LineFault> faults;     // one for each line that is neither a point, a comment nor a row of empty fields
 };
 
 // Reads a whole file. Throws UsageError as TableReader.

@@ -221,7 +221,10 @@ void AddLines(const Frame& frame, const Corners& corners, double step, char lett
       return labels.Add(place.x, place.y + 3.5, "middle", text, width) ||
              labels.Add(place.x, place.y + LabelHeight, "middle", text, width);
     };
-    std::any_of(crossings.begin(), crossings.end(), atEdge) || std::any_of(line.begin(), line.end(), onLine);
+    bool labelled = std::any_of(crossings.begin(), crossings.end(), atEdge);
+    for (std::size_t j = 0; j < line.size() && !labelled; ++j) {
+      labelled = onLine(line[j]);
+    }
   }
 }
 

@@ -108,7 +108,7 @@ std::string PlaceOf(const FitOptions& options, const ControlPoint& point) {
 ControlPoints ReadControlPoints(const FitOptions& options) {
   const std::vector<Wanted> wanted = WantedOf(options);
   const Table table = ReadTable(options.points, options.table, wanted);
-  std::vector<std::string> faults = table.faults;
+  std::vector<LineFault> faults = table.faults;
   ControlPoints result;
   const std::size_t coordinates = options.pairs == PairsOf::LocalGrid ? 4 : 6;
   for (const Record& record : table.records) {
@@ -118,7 +118,8 @@ ControlPoints ReadControlPoints(const FitOptions& options) {
     point.name = point.named ? record.texts.back() : "line " + std::to_string(record.line);
     std::copy_n(record.values.begin(), coordinates, point.values.begin());
     const auto fail = [&](std::size_t value, const char* reason) {
-      faults.push_back(PlaceOf(options, point) + ": " + FaultText({reason, table.columns[value], record.texts[value]}));
+      faults.push_back({point.line, PlaceOf(options, point) + ": " +
+                                        FaultText({reason, table.columns[value], record.texts[value]})});
     };
     for (std::size_t i = 0; i < coordinates; ++i) {
       if (!(std::fabs(point.values[i]) <= LargestCoordinate)) {
@@ -134,17 +135,10 @@ ControlPoints ReadControlPoints(const FitOptions& options) {
     }
     result.points.push_back(point);
   }
-  // "FILE:LINE: ..."
-  const auto lineOf = [&](const std::string& fault) {
-    const std::size_t begin = PlaceOf(options, {}).size() - 1;
-    std::size_t line = 0;
-    std::from_chars(fault.data() + begin, fault.data() + fault.size(), line);
-    return line;
-  };
   std::stable_sort(faults.begin(), faults.end(),
-                   [&](const std::string& a, const std::string& b) { return lineOf(a) < lineOf(b); });
-  for (const std::string& fault : faults) {
-    Message(fault);
+                   [](const LineFault& a, const LineFault& b) { return a.line < b.line; });
+  for (const LineFault& fault : faults) {
+    Message(fault.text);
   }
   if (!faults.empty()) {
     throw UsageError("no fit, because of the lines above; a line that begins with # is left out");

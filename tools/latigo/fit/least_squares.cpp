@@ -241,10 +241,14 @@ BlunderTest TestForBlunders(const Adjusted& adjusted, const Eigen::VectorXd& p, 
     test.probable = w > test.criticalOfAll;
     test.size = -adjusted.v(test.largest) / adjusted.r(test.largest);
     if (test.blunder) {
-      const bool one = test.apart;
-      const Kind* const kind = one ? &apart[kindOf(test.largest)] : nullptr;
-      test.alternatives = AlternativesOf(adjusted, p, sigma, test, least, one ? kind->squares : squares,
-                                         one ? test.freedom + 1 : adjusted.redundancy);
+      double ofSquares = squares;
+      int ofRedundancy = adjusted.redundancy;
+      if (test.apart) {
+        const Kind& kind = apart[kindOf(test.largest)];
+        ofSquares = kind.squares;
+        ofRedundancy = static_cast<int>(std::lround(kind.redundancy));
+      }
+      test.alternatives = AlternativesOf(adjusted, p, sigma, test, least, ofSquares, ofRedundancy);
     }
   }
   return test;

@@ -11,7 +11,6 @@
 #include "fit/outcome.h"
 #include "fit/report.h"
 #include "streams.h"
-#include "table_layout.h"
 #include "visible.h"
 
 namespace latigo::cli {
