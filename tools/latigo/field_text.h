@@ -34,8 +34,8 @@ bool IsEmptyRow(std::string_view line, char separator);
 // Text in place of a number, or of an angle: has a letter, and is not a number, such an angle, or missing.
 bool IsWord(std::string_view text, bool isAngle);
 
-// Minutes or seconds, at most 60 because rounding can make 60; and whether a number has a fraction. The decimal mark may
-// be a comma.
+// Minutes or seconds, at most 60 because rounding can make 60; and whether a number has a fraction. The decimal mark
+// may be a comma.
 bool IsPart(std::string_view text);
 bool HasFraction(std::string_view text);
 

@@ -311,8 +311,8 @@ if the section has the key VertUnit.
 Blank lines and lines that begin with # are copied.
 
 Invalid lines and failed points print * for each value, and a message. Far from the projection's origin, a round-trip
-error above one metre is a warning; latigo(1) has the limits. So is a height above an ellipsoid that would pass a datum
-grid which does not change heights.
+error above one metre is a warning; latigo(1) has the limits. So is a height above an ellipsoid if the datum
+grid does not change heights.
 
 Exit status: 0; 1 if a point failed; 2 for an invalid file, section or argument, and for output that cannot be written.
 )";
