@@ -241,7 +241,7 @@ crowd = b"".join(b"52.%d 12.99 Station %d\n" % (i, i) for i in range(50, 90))
 drawn = [name for name in Map(*outside, text=crowd, messages=1).names if name.startswith("Station")]
 assert 5 < len(drawn) < 40, drawn
 assert run(*outside, text=crowd)[::2] == (0, f"latigo: there is no room for {40 - len(drawn)} names\n"), run(*outside, text=crowd)[2]
-crowd = Map(*outside, text=b"53.95 12.02 At the north-west corner\n52.01 13.98 At the south-east corner of the picture, far away\n")
+crowd = Map(*outside, text=b"53.9 12.05 At the north-west corner\n52.01 13.98 At the south-east corner of the picture, far away\n")
 far = "At the south-east corner of the picture…"
 left, right = (crowd.pixel(53, longitude)[0] for longitude in (12, 14))
 assert all(left < crowd.names[name][0] < right for name in ("At the north-west corner", far)), crowd.names

@@ -412,7 +412,7 @@ int RunMap(const MapOptions& options) {
   };
   const std::string axes[] = {LocalName(converter, LATIGO_NAME_FIRST_AXIS),
                               LocalName(converter, LATIGO_NAME_SECOND_AXIS)};
-  const picture::GridLines lines = DrawGridLines(first, forward, Capital(axes[0]), Capital(axes[1]));
+  const picture::GridLines lines = DrawGridLines(first, forward, Capital(axes[0]), Capital(axes[1]), read.points);
   const picture::DrawnPoints drawn = DrawPoints(first, read.points, lines.labels);
   const bool incomplete = ReportPoints(options, read, drawn);
 

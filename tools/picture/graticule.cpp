@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
+#include <optional>
 
 namespace latigo::picture {
 
@@ -228,6 +229,20 @@ void AddLines(const Frame& frame, const Corners& corners, double step, char lett
   }
 }
 
+// The place of a point inside the area.
+std::optional<Place> PlaceOf(const Frame& frame, const Position& at) {
+  const auto& [south, north, west, east] = frame.area;
+  const double longitude = at.longitude + (at.longitude < west ? 360 : at.longitude > east ? -360 : 0);
+  if (!(at.latitude >= south && at.latitude <= north && longitude >= west && longitude <= east)) {
+    return std::nullopt;
+  }
+  return Place{frame.X(longitude), frame.Y(at.latitude)};
+}
+
+Box CircleAt(const Place& place) {
+  return {place.x - Radius, place.y - Radius, place.x + Radius, place.y + Radius};
+}
+
 }  // namespace
 
 std::string Grouped(double value, double step) {
@@ -240,7 +255,8 @@ std::string Grouped(double value, double step) {
   return (value <= -step / 2 ? "−" : "") + text;
 }
 
-GridLines DrawGridLines(const Frame& frame, const Forward& forward, char letterX, char letterY) {
+GridLines DrawGridLines(const Frame& frame, const Forward& forward, char letterX, char letterY,
+                        const std::vector<NamedPoint>& points) {
   Corners eastings{frame.rows, {}};
   Corners northings{frame.rows, {}};
   const auto& [south, north, west, east] = frame.area;
@@ -260,6 +276,11 @@ GridLines DrawGridLines(const Frame& frame, const Forward& forward, char letterX
   lines.stepY = northings.Step();
   std::string path;
   Labels labels(frame);
+  for (const NamedPoint& point : points) {
+    if (const std::optional<Place> place = PlaceOf(frame, point.at); place) {
+      labels.Block(CircleAt(*place));
+    }
+  }
   if (lines.stepX > 0) {
     AddLines(frame, eastings, lines.stepX, letterX, path, labels);
   }
@@ -275,36 +296,29 @@ GridLines DrawGridLines(const Frame& frame, const Forward& forward, char letterX
 }
 
 DrawnPoints DrawPoints(const Frame& frame, const std::vector<NamedPoint>& points, const std::vector<Box>& covered) {
-  const auto& [south, north, west, east] = frame.area;
   DrawnPoints drawn;
   std::string circles;
   Labels labels(frame);
   for (const Box& box : covered) {
     labels.Block(box);
   }
-  std::vector<std::pair<double, double>> places;
+  std::vector<std::optional<Place>> places;
   for (std::size_t i = 0; i < points.size(); ++i) {
-    const Position at = points[i].at;
-    double longitude = at.longitude;
-    longitude += longitude < west ? 360 : longitude > east ? -360 : 0;
-    if (!(at.latitude >= south && at.latitude <= north && longitude >= west && longitude <= east)) {
+    places.push_back(PlaceOf(frame, points[i].at));
+    if (!places.back()) {
       drawn.outside.push_back(i);
-      places.emplace_back(NAN, NAN);
       continue;
     }
-    const double x = frame.X(longitude);
-    const double y = frame.Y(at.latitude);
-    places.emplace_back(x, y);
-    labels.Block({x - Radius, y - Radius, x + Radius, y + Radius});
-    const std::string place = Pixels(x, y);
+    labels.Block(CircleAt(*places.back()));
+    const std::string place = Pixels(places.back()->x, places.back()->y);
     circles += "<circle cx='" + place.substr(0, place.find(' ')) + "' cy='" + place.substr(place.find(' ') + 1) +
                "' r='3.2'/>\n";
   }
   for (std::size_t i = 0; i < points.size(); ++i) {
-    const auto [x, y] = places[i];
-    if (std::isnan(x) || points[i].name.empty()) {
+    if (!places[i] || points[i].name.empty()) {
       continue;
     }
+    const auto [x, y] = *places[i];
     const std::string name = Escaped(points[i].name);
     const double width = TextWidth(points[i].name, LabelSize);
     const double reach = width / 2 + 3;  // of a name above or below its point, which the frame's edges move aside

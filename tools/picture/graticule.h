@@ -26,14 +26,16 @@ struct GridLines {
   std::vector<Box> labels;      // the places of the values
 };
 
-// About five lines of each coordinate over the area, with their values at the edges, each followed by the letter of its
-// axis: "500 000 E". Cells without coordinates, and those that a line crosses where coordinates jump, have gaps.
-GridLines DrawGridLines(const Frame& frame, const Forward& forward, char letterX, char letterY);
-
 struct NamedPoint {
   Position at;
   std::string name;
 };
+
+// About five lines of each coordinate over the area, with their values at the edges, each followed by the letter of its
+// axis: "500 000 E", and none below a point. Cells without coordinates, and those that a line crosses where coordinates
+// jump, have gaps.
+GridLines DrawGridLines(const Frame& frame, const Forward& forward, char letterX, char letterY,
+                        const std::vector<NamedPoint>& points);
 
 struct DrawnPoints {
   std::string svg;
