@@ -263,7 +263,7 @@ void Panel(std::ostream& svg, const Frame& frame, const std::string& title, std:
   }
   Text(svg, frame.left, frame.top - 10, " font-weight='bold'", title);
   // A long legend is closer, so that it ends above the longitudes.
-  const int rowOffset = std::min(RowOffset, frame.rows * Cell / static_cast<int>(paths.size()));
+  const int rowOffset = std::min(RowOffset, frame.rows * Cell / std::max(static_cast<int>(paths.size()), 1));
   const int box = std::min(LegendBox, rowOffset - 2);
   int y = frame.top;
   for (const auto& [kind, path] : paths) {

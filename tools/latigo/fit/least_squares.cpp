@@ -104,8 +104,12 @@ std::vector<int> AlternativesOf(const Adjusted& adjusted, const Eigen::VectorXd&
   const double ownI = root(i);
   const int left = redundancy - 2;  // degrees of freedom without i and j
   const double difference = StudentLimit(Certain, test.freedom);
-  const bool normal = sigma > 0 || left > ManyDegrees;
-  const double critical = normal || left > 0 ? StudentLimit(Significance, normal ? 0 : left) : Infinite;
+  double critical = Infinite;
+  if (sigma > 0 || left > ManyDegrees) {
+    critical = StudentLimit(Significance, 0);
+  } else if (left > 0) {
+    critical = StudentLimit(Significance, left);
+  }
   const double withoutI = estimate(squares - ownI * ownI, redundancy - 1);
   const Eigen::VectorXd products = adjusted.u * adjusted.u.row(i).transpose();
   for (Eigen::Index j = 0; j < adjusted.v.size(); ++j) {

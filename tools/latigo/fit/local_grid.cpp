@@ -96,8 +96,10 @@ void DescribeArea(FitOutcome& outcome, const fit::SimilarityFit& fitted, const s
                   const FitOptions& options, GeodesyHandle base, double metresPerUnit) {
   std::vector<std::array<double, 2>> corners;
   for (const fit::PlanePoint& corner : hull) {
-    auto& [latitude, longitude] = corners.emplace_back();
+    double latitude = 0;
+    double longitude = 0;
     XYGeo(base, corner.x, corner.y, &latitude, &longitude);
+    corners.push_back({latitude, longitude});
   }
   outcome.area.push_back(AreaText(LimitsOf(corners)));
   const auto [west, east] =
