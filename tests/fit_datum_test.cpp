@@ -162,7 +162,7 @@ TEST(FitSevenParameters, ABlunderIsFoundAlongItsAxis) {
 // Heights are three times worse than positions, over 200 km and 5 km. Without a blunder an observation in a thousand is
 // called one, of heights and of positions; one of 0.2 in a position is not hidden by the errors of heights.
 TEST(FitSevenParameters, HeightsAreComparedWithHeights) {
-  constexpr int Networks = 1500;
+  constexpr int Networks = 200;
   Network network;
   for (const double size : {1.0, 0.025}) {
     int alarms[2] = {};
