@@ -85,8 +85,9 @@ struct {
                           {RunAsked<RunScale, ScaleOptions>, 1},  {RunAsked<RunUndulation, UndulationOptions>, 1},
                           {RunAsked<RunEcef, EcefOptions>, 3},    {RunAsked<RunDistance, DistanceOptions>, 1}};
 
-// The first values of a line are all finite numbers, or all *.
+// The first values of a line, after blanks, are all finite numbers, or all *.
 bool CheckValues(std::string_view line, std::size_t count) {
+  line.remove_prefix(std::min(line.find_first_not_of(" \t"), line.size()));
   std::size_t stars = 0;
   for (std::size_t i = 0; i < count; ++i) {
     const std::string word(line.substr(0, line.find_first_of(" ,\t;")));
