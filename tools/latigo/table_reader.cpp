@@ -121,8 +121,8 @@ std::size_t RecordEndOf(std::string_view text, std::size_t feed, char separator)
   return quotes ? RecordEnd(text.substr(0, LongestRecord), separator, text.size() <= LongestRecord) : feed;
 }
 
-// Whether the fields of the columns are those of a point, of which at least one was not measured.
-bool IsUnmeasured(const std::vector<std::string_view>& texts, const std::vector<std::size_t>& columns) {
+// Whether the fields of the columns are those of a point, of which at least one is missing.
+bool IsIncomplete(const std::vector<std::string_view>& texts, const std::vector<std::size_t>& columns) {
   const auto isMissing = [&texts](std::size_t column) { return IsMissing(texts[column]); };
   const auto isNone = [&texts](std::size_t column) {
     return !IsMissing(texts[column]) &&
@@ -454,12 +454,12 @@ Layout TableReader::LayoutOf(const Candidate& candidate, bool decimalComma, std:
 }
 
 // Whether blanks cannot be the separator, because tabs make fields of all columns, or another separator those of an
-// unmeasured point.
+// incomplete point.
 bool TableReader::IsExcluded(const Candidate& candidate, std::string_view line) const {
   const auto separates = [line](const Candidate& other) {
     const std::vector<std::string_view> texts = TextsOf(line, other.separator);
     return other.separator != ' ' && *std::max_element(other.columns.begin(), other.columns.end()) < texts.size() &&
-           (other.separator == '\t' || IsUnmeasured(texts, other.columns));
+           (other.separator == '\t' || IsIncomplete(texts, other.columns));
   };
   return candidate.separator == ' ' && std::any_of(candidates_.begin(), candidates_.end(), separates);
 }
